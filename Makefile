@@ -1,0 +1,62 @@
+# A thin wrapper over the CMake presets; see README.md.
+.PHONY: all deps build run test test-debug test-asan test-tsan fuzz fuzz-smoke bench tidy format clean
+
+JOBS ?= $(shell nproc)
+WERROR := -DKESTRIN_WERROR=ON
+
+all: build
+
+deps:
+	@scripts/install-deps
+
+build: deps
+	cmake --preset debug $(WERROR) >/dev/null
+	cmake --build --preset debug -j $(JOBS)
+
+run: deps
+	cmake --preset release >/dev/null
+	cmake --build --preset release -j $(JOBS)
+	@scripts/run-app build/release
+
+test: deps test-debug test-asan fuzz-smoke tidy
+
+test-debug:
+	cmake --preset debug $(WERROR) >/dev/null
+	cmake --build --preset debug -j $(JOBS)
+	ctest --preset debug -j $(JOBS)
+
+test-asan:
+	cmake --preset asan $(WERROR) >/dev/null
+	cmake --build --preset asan -j $(JOBS)
+	ctest --preset asan -j $(JOBS)
+
+test-tsan: deps
+	cmake --preset tsan $(WERROR) >/dev/null
+	cmake --build --preset tsan -j $(JOBS)
+	ctest --preset tsan -j $(JOBS)
+
+# Replays every committed corpus and runs each fuzz target for a short, bounded time.
+fuzz-smoke:
+	cmake --preset fuzz $(WERROR) >/dev/null
+	cmake --build --preset fuzz -j $(JOBS)
+	scripts/run-fuzz build/fuzz $${FUZZ_SECONDS:-15}
+
+fuzz: deps
+	cmake --preset fuzz $(WERROR) >/dev/null
+	cmake --build --preset fuzz -j $(JOBS)
+	scripts/run-fuzz build/fuzz $${FUZZ_SECONDS:-600}
+
+bench: deps
+	cmake --preset release >/dev/null
+	cmake --build --preset release -j $(JOBS)
+	scripts/run-bench build/release
+
+tidy:
+	cmake --preset debug $(WERROR) >/dev/null
+	scripts/run-tidy build/debug
+
+format:
+	git ls-files '*.h' '*.cpp' | xargs clang-format -i
+
+clean:
+	rm -rf build

@@ -1,0 +1,10 @@
+include(GoogleTest)
+
+# kestrin_add_test(ModbusCoreTests ModbusCore): one test executable from every .cpp in the
+# calling folder, linked with the named libraries and registered with CTest.
+function(kestrin_add_test name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE ${ARGN} GTest::gtest GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()
