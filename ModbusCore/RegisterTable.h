@@ -16,13 +16,17 @@ public:
     static constexpr std::array allCases{coil, discreteInput, holdingRegister, inputRegister};
 
     constexpr RegisterTable() noexcept = default;
-    constexpr RegisterTable(Case c) noexcept : case_(c) {}
+    constexpr RegisterTable(Case c) noexcept
+        : case_(c) {}
     constexpr operator Case() const noexcept { return case_; }
 
     std::string_view rawValue() const noexcept;
     // Exact, case-sensitive match of a raw value; the lenient forms of CSV text live elsewhere.
     static std::optional<RegisterTable> fromRawValue(std::string_view text) noexcept;
     std::string_view id() const noexcept { return rawValue(); }
+    // The lenient reading of spreadsheet text: codes, names and Modicon digits ("HR", "Holding
+    // Registers", "4x", "4"), any case, spaces ignored.
+    static std::optional<RegisterTable> fromText(std::string_view text);
 
     constexpr bool isBit() const noexcept { return case_ == coil || case_ == discreteInput; }
     constexpr bool isWritable() const noexcept { return case_ == coil || case_ == holdingRegister; }

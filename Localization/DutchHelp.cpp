@@ -1,0 +1,208 @@
+#include "HelpContent.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr HelpContent dutch{
+    .start =
+        {
+            .title = "Aan de slag",
+            .intro =
+                [](std::string_view product) {
+                    return concat(product,
+                                  " is een Modbus RTU-master: het leest waarden uit apparaten op "
+                                  "een RS-485- of RS-232-bus, zoals energiemeters, regelaars en "
+                                  "sensoren, en kan er ook waarden naartoe schrijven.");
+                },
+            .stepsHeading = "In vier stappen",
+            .connect = "Sluit de USB-RS485-adapter aan en verbind hem met het apparaat (A op A, B "
+                       "op B).",
+            .enterDatapoints = "Voer de **datapunten** van het apparaat in de tabel in: unit-ID, "
+                               "tabel, adres en type, zoals in de handleiding van het apparaat.",
+            .choosePort = "Kies bovenaan de **seriële poort**, de **baudrate** en met de knop met "
+                          "de schuifregelaars het frame (bijvoorbeeld `8E1`), net zoals op het "
+                          "apparaat.",
+            .clickStart = "Klik op **Start** (Ctrl+R). De kolom **Waarde** toont de actuele "
+                          "waarden, **Status** of het uitlezen werkt.",
+            .overviewCaption = "Een poll met live waarden en de status per datapunt, met de "
+                               "communicatie eronder.",
+            .simulatorTip = "Geen apparaat bij de hand? Dravel Server simuleert er een, met "
+                            "dezelfde voorbeeldlijst als dit programma.",
+            .autosave =
+                "Polls en datapunten worden automatisch opgeslagen. **Bestand ▸ Project opslaan "
+                "als…** (Ctrl+Shift+S) maakt een apart projectbestand, bijvoorbeeld per "
+                "installatie.",
+        },
+    .polls =
+        {
+            .title = "Polls",
+            .intro =
+                "Een poll is een groep datapunten met een eigen interval, bovenaan weergegeven als "
+                "tabblad. Zo worden snelle metingen bijvoorbeeld elke 250 ms gelezen en tellers "
+                "elke minuut. **+** (Ctrl+T) maakt een nieuwe poll; klik met de rechtermuisknop op "
+                "een tabblad om de poll te dupliceren of te verwijderen.",
+            .tabDot = "De stip in een tabblad is groen als alles wordt gelezen en oranje als er "
+                      "iets mislukt. Zet **Actief** uit om een poll tijdelijk over te slaan.",
+            .combining =
+                "Datapunten die naast elkaar liggen, worden in één verzoek gelezen (tot 125 "
+                "registers of 2000 bits). In de instellingen (schuifregelaars bovenaan) kunnen ook "
+                "kleine gaten worden overbrugd: sneller, maar sommige apparaten antwoorden dan met "
+                "exception 02.",
+            .oneRequest = "Er staat altijd maar één verzoek op de lijn. Schrijfacties gaan voor "
+                          "leesacties.",
+        },
+    .datapoints =
+        {
+            .title = "Datapunten",
+            .intro = "Een datapunt is één waarde in een apparaat, zoals een temperatuur of een "
+                     "setpoint. Het datapunt beschrijft waar de waarde staat en hoe ze is "
+                     "opgeslagen; het programma zet de registers om in een leesbare waarde.",
+            .unitID = "het slave-adres van het apparaat (1–247)",
+            .table = "**Coil** (bit, lezen en schrijven), **Discrete input** (bit, alleen lezen), "
+                     "**Holdingregister** (16 bit, lezen en schrijven) of **Inputregister** (16 "
+                     "bit, alleen lezen)",
+            .address = "het protocoladres, beginnend bij `0`. Handleidingen gebruiken vaak de "
+                       "Modicon-notatie: holdingregister `40001` is adres `0`, inputregister "
+                       "`30010` is adres `9`. Houd de muis boven het adres om de Modicon-notatie "
+                       "te zien.",
+            .dataType = "`UInt16`/`Int16` gebruiken één register, `UInt32`/`Int32`/`Float32` twee "
+                        "en de 64-bittypen vier opeenvolgende registers",
+            .wordOrder =
+                "de bytevolgorde van waarden die meerdere registers beslaan, zie hieronder",
+            .scale = "waarde = ruwe waarde × schaal; met `0,1` wordt `215` dan `21,5`",
+            .format =
+                "decimaal, hex (`0x00FF`) of binair; hex en binair tonen de ruwe registerbits",
+            .wordOrderHeading = "Woordvolgorde",
+            .wordOrderIntro =
+                "Modbus kent alleen 16-bitregisters. Hoe een 32- of 64-bitwaarde over "
+                "de registers is verdeeld, verschilt per fabrikant. De letters staan "
+                "voor de bytes, de meest significante eerst:",
+            .abcd = "hoog woord eerst: de Modbus-standaard",
+            .cdab = "woorden verwisseld, gebruikelijk bij PLC's en energiemeters",
+            .badc = "bytes verwisseld binnen elk woord",
+            .dcba = "volledig omgekeerd (little-endian)",
+            .orderTip = "Ziet een waarde er vreemd uit, bijvoorbeeld een float van `4,6e-41` in "
+                        "plaats van `21,5`? Probeer een andere volgorde; meestal is het CDAB.",
+            .overlap = "Een driehoekje naast het adres betekent dat het datapunt overlapt met een "
+                       "ander datapunt met dezelfde unit-ID en tabel.",
+        },
+    .writing =
+        {
+            .title = "Waarden schrijven",
+            .howTo = "Coils en holdingregisters kunnen worden geschreven. Klik op het potlood in "
+                     "de kolom **Waarde**, typ de nieuwe waarde en klik op **Schrijven**; kies "
+                     "voor een bit **Aan** of **Uit**. De waarde wordt omgezet met het type, de "
+                     "volgorde en de schaal van het datapunt.",
+            .functionCodes = "Het programma gebruikt FC05 voor een coil, FC06 voor één register en "
+                             "FC16 voor meerdere registers. Ondersteunt het apparaat alleen "
+                             "FC15/FC16, kies dan **Altijd FC15/16** in de instellingen.",
+            .onlyWhileReading = "Schrijven werkt alleen terwijl het uitlezen loopt. Mislukt het, "
+                                "dan toont een melding de reden, bijvoorbeeld exception 02 (adres "
+                                "bestaat niet) of 03 (waarde buiten bereik).",
+        },
+    .chart =
+        {
+            .title = "Grafiek en export",
+            .howTo = "Vink in de kolom **Grafiek** de datapunten aan die gevolgd moeten worden en "
+                     "kies onderaan **Grafiek**. Kies rechtsboven de periode: 1 minuut tot een "
+                     "uur, of alles.",
+            .chartCaption = "De temperatuur over de laatste minuten.",
+            .history = "Elke gelezen waarde wordt bewaard (tot 20.000 per datapunt). **Historie "
+                       "exporteren (CSV)…** geeft één regel per meting met tijd, poll, naam, "
+                       "waarde en eenheid, klaar voor een draaitabel of grafiek in Excel.",
+        },
+    .csv =
+        {
+            .title = "Excel en CSV",
+            .spreadsheets = "Een datapuntenlijst kan in Excel of LibreOffice Calc worden gemaakt "
+                            "of bewerkt en als CSV worden geïmporteerd. **CSV ▸ Datapunten "
+                            "exporteren** geeft een bestand dat Excel meteen correct opent, met de "
+                            "waarden van dat moment.",
+            .columns = "De eerste regel bevat de kolomnamen. Alleen **Table** en **Address** zijn "
+                       "verplicht; de volgorde van de kolommen maakt niet uit.",
+            .name = "naam van het datapunt",
+            .unitID = "slave-adres, 1 als de cel leeg is",
+            .table = "`CO`, `DI`, `HR` of `IR` (ook `coil`, `holding`, `4x` …)",
+            .address = "adres vanaf 0",
+            .dataType = "`uint16`, `int16`, `float32` … (ook `float`, `real`, `dint`)",
+            .wordOrder = "`ABCD`, `CDAB`, `BADC` of `DCBA`",
+            .optional = "optioneel",
+            .separatorTip =
+                "Het programma gebruikt het scheidingsteken dat Excel op deze computer "
+                "verwacht: een puntkomma als decimalen met een komma worden geschreven. "
+                "Bij het importeren worden komma, puntkomma en tab herkend, en zowel "
+                "`21,5` als `21.5`.",
+            .simulatorTip = "Dravel Server en Kestrin gebruiken hetzelfde formaat, dus een lijst "
+                            "die uit het ene programma is geëxporteerd, kan in het andere worden "
+                            "geïmporteerd.",
+        },
+    .log =
+        {
+            .title = "Status en log",
+            .ok = "gelezen, met de antwoordtijd",
+            .noResponse = "geen antwoord binnen de ingestelde time-out",
+            .exception = "het apparaat weigert het verzoek, zie hieronder",
+            .crcError = "het antwoord is onderweg beschadigd",
+            .lastGoodValue = "Na een fout blijft de laatste goede waarde staan, in grijs. Houd de "
+                             "muis boven een waarde voor de ruwe registers, boven de status voor "
+                             "het tijdstip.",
+            .exceptionCodesHeading = "Exceptioncodes",
+            .exception01 = "het apparaat ondersteunt deze functiecode niet",
+            .exception02 = "dit adres bestaat niet (let op: adressen beginnen bij 0)",
+            .exception03 = "ongeldige waarde of ongeldig aantal",
+            .exception04 = "storing in het apparaat",
+            .exception06 = "apparaat bezet, probeer het later opnieuw",
+            .logLines = "Het log toont elk antwoord (←), elke schrijfactie (✎) en elke fout (✕). "
+                        "**Logopties** (schuifregelaars onderaan) bieden tijdstempels, ruwe "
+                        "frames, automatisch scrollen, of **alleen fouten en schrijfacties** voor "
+                        "snelle polls.",
+        },
+    .troubleshooting =
+        {
+            .title = "Problemen oplossen",
+            .noResponseHeading = "Geen antwoord",
+            .unitID = "Komt de **unit-ID** overeen met het slave-adres van het apparaat?",
+            .timeout = "Reageert het apparaat traag? Verhoog de **time-out voor antwoord** in de "
+                       "instellingen.",
+            .frame = "Zijn baudrate, pariteit en stopbits aan beide kanten gelijk? Probeer `8N1` "
+                     "of `8N2` als `8E1` niet werkt.",
+            .wiring = "Zijn A en B niet verwisseld? Omwisselen kan geen kwaad en lost het probleem "
+                      "vaak op.",
+            .cabling = "Gebruik twisted-pair-kabel, een afsluitweerstand van 120 Ω aan beide "
+                       "uiteinden van de bus en een gemeenschappelijke massa.",
+            .busyPort = "Is de poort bezet? Sluit andere programma's die hem gebruiken, zoals een "
+                        "seriële terminal. Sommige adapters hebben een driver van de fabrikant "
+                        "nodig.",
+            .oddValuesHeading = "Vreemde waarden",
+            .scale = "Klopt de grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 of 0,01).",
+            .order = "Klopt een 32-bitwaarde niet? Probeer een andere **volgorde**, meestal CDAB.",
+            .offByOne = "Is alles één adres verschoven? Trek er 1 af: de handleiding telt de "
+                        "adressen dan vanaf 1 (of 40001).",
+            .privacy =
+                "Seriële poorten kunnen alleen door leden van de groep **dialout** worden geopend: "
+                "gaat een poort niet open, voer dan `sudo usermod -aG dialout $USER` uit en log "
+                "opnieuw in. Er gaat niets over het netwerk; lijsten en instellingen blijven op "
+                "deze computer.",
+        },
+    .shortcuts =
+        {
+            .title = "Sneltoetsen",
+            .startStop = "Uitlezen starten / stoppen",
+            .newPoll = "Nieuwe poll",
+            .addDatapoint = "Datapunt toevoegen",
+            .deleteDatapoints = "Geselecteerde datapunten verwijderen",
+            .importExport = "Datapunten importeren / exporteren (CSV)",
+            .projects = "Nieuw project / openen / opslaan als",
+            .findInLog = "Zoeken in het log",
+            .saveLog = "Log opslaan",
+            .clearLog = "Log wissen",
+            .openHelp = "Deze help openen",
+        },
+};
+} // namespace
+
+const HelpContent& dutchHelp() {
+    return dutch;
+}
+
+} // namespace kestrin::L10n

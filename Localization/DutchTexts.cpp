@@ -1,0 +1,390 @@
+#include "Texts.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr Texts dutch{
+    .header = {
+        .port = "Seriële poort",
+        .noPortsFound = "Geen poorten gevonden",
+        .choosePort = "Kies een poort…",
+        .portNotConnected =
+            [](std::string_view port) { return concat(port, " (niet aangesloten)"); },
+        .baudRate = "Baudrate",
+        .baudLabel = [](int rate) { return concat(rate, " baud"); },
+        .start = "Start",
+        .stop = "Stop",
+        .frameSettingsHelp = "Databits, pariteit, stopbits, time-out en schrijfmethode",
+        .startHelp = "Uitlezen starten (Ctrl+R)",
+        .stopHelp = "Uitlezen stoppen (Ctrl+R)",
+        .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
+    },
+    .settings =
+        {
+            .frame = "Frame",
+            .dataBits = "Databits",
+            .parity = "Pariteit",
+            .stopBits = "Stopbits",
+            .parityNone = "Geen",
+            .parityEven = "Even",
+            .parityOdd = "Oneven",
+            .modbusDefault = "Modbus-standaard (8E1)",
+            .standardNote =
+                "Modbus RTU gebruikt standaard 8E1. Veel apparaten gebruiken 8N1 of 8N2; "
+                "raadpleeg de handleiding van het apparaat.",
+            .requests = "Verzoeken",
+            .responseTimeout = "Time-out voor antwoord",
+            .timeoutHelp = "Hoelang het programma op een antwoord van het apparaat wacht. Daarna "
+                           "telt het verzoek als time-out.",
+            .combine = "Leesverzoeken combineren",
+            .adjacentOnly = "Alleen aansluitend",
+            .gapsUpTo = [](int gap) { return concat("Gaten tot ", gap, " adressen"); },
+            .combineHelp =
+                "Datapunten die dicht bij elkaar liggen, worden in één verzoek gelezen. Gaten "
+                "overbruggen is sneller, maar sommige apparaten antwoorden dan met exception 02 "
+                "voor adressen die ze niet hebben.",
+            .writeMode = "Schrijven",
+            .writeSingle = "FC05/06 voor één waarde",
+            .writeMultiple = "Altijd FC15/16",
+            .writeModeHelp = "Sommige apparaten ondersteunen alleen FC16 (meerdere registers "
+                             "schrijven), ook voor één register.",
+        },
+    .footer =
+        {
+            .statistics =
+                [](std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
+                   std::int64_t exceptions, std::int64_t errors) {
+                    return concat("Verzoeken ", requests, " · Antwoorden ", responses,
+                                  " · Geen antwoord ", timeouts, " · Exceptions ", exceptions,
+                                  " · Ongeldig ", errors);
+                },
+            .options = "Logopties",
+            .optionsHelp = "Tijdstempels, ruwe frames en automatisch scrollen",
+            .autoscroll = "Automatisch scrollen",
+            .timestamps = "Tijdstempels",
+            .rawFrames = "Ruwe RTU-frames tonen",
+            .rawFramesHelp = "Toon het volledige RTU-frame (unit-ID, PDU en CRC) in plaats van "
+                             "alleen de data.",
+            .onlyProblems = "Alleen fouten en schrijfacties loggen",
+            .onlyProblemsHelp = "Snelle polls vullen het log snel. Met deze optie aan verschijnt "
+                                "alleen wat aandacht nodig heeft.",
+            .save = "Opslaan…",
+            .saveHelp = "Log opslaan als tekstbestand (Ctrl+S)",
+            .clear = "Log wissen",
+            .clearHelp = "Log en tellers wissen (Ctrl+K)",
+            .outputAccessibility = "Communicatielog",
+        },
+    .menu =
+        {
+            .newProject = "Nieuw project",
+            .openProject = "Project openen…",
+            .saveProject = "Project opslaan als…",
+            .importCSV = "Datapunten importeren (CSV)…",
+            .exportCSV = "Datapunten exporteren (CSV)…",
+            .saveLog = "Log opslaan…",
+            .clearLog = "Log wissen",
+        },
+    .table = {
+        .name = "Naam",
+        .unitID = "Unit-ID",
+        .table = "Tabel",
+        .address = "Adres",
+        .dataType = "Type",
+        .wordOrder = "Volgorde",
+        .scale = "Schaal",
+        .value = "Waarde",
+        .unit = "Eenheid",
+        .format = "Weergave",
+        .description = "Beschrijving",
+        .status = "Status",
+        .add = "Datapunt",
+        .addHelp = "Datapunt toevoegen op het volgende vrije adres (Ctrl+Shift+D)",
+        .duplicate = "Dupliceren",
+        .deleteRows = "Verwijderen",
+        .csvHelp = "De lijst importeren uit of exporteren naar Excel, LibreOffice Calc of een "
+                   "ander programma",
+        .unitIDHelp = "Slave-adres van het apparaat (1–247)",
+        .addressHelp =
+            [](std::string_view modicon) {
+                return concat("Protocoladres, beginnend bij 0. In Modicon-notatie: ", modicon, ".");
+            },
+        .wordOrderHelp = "Bytevolgorde van 32- en 64-bitwaarden. ABCD is de Modbus-standaard; "
+                         "CDAB (woorden verwisseld) is gebruikelijk bij PLC's.",
+        .scaleHelp = "Waarde = ruwe registerwaarde × schaal. Bijvoorbeeld 0,1 als het apparaat "
+                     "215 stuurt voor 21,5.",
+        .plotHelp = "Dit datapunt in de grafiek tonen",
+        .rawHelp = [](std::string_view raw) { return concat("Ruwe registers: ", raw); },
+        .overlapHelp = "Dit adres overlapt met een ander datapunt of loopt door voorbij adres "
+                       "65535.",
+        .emptyTitle = "Nog geen datapunten",
+        .emptyText = "Voeg de datapunten toe die gelezen moeten worden, of importeer een lijst "
+                     "uit Excel (CSV). Datapunten die naast elkaar liggen, worden samen gelezen.",
+        .tableNames =
+            {
+                .coil = "Coil",
+                .discreteInput = "Discrete input",
+                .holdingRegister = "Holdingregister",
+                .inputRegister = "Inputregister",
+            },
+        .formatNames =
+            {
+                .decimal = "Decimaal",
+                .binary = "Binair",
+            },
+        .waiting = "Wachten…",
+        .updatedHelp = [](std::string_view time) { return concat("Laatst gelezen om ", time); },
+        .valueHelp = "Typ een waarde en druk op Enter. Hex (0x1F) of binair (0b101) kan ook.",
+        .valueInvalid =
+            [](std::string_view type) { return concat("Deze waarde past niet in ", type, "."); },
+    },
+    .import = {
+        .title =
+            [](int count) {
+                return count == 1 ? concat("1 datapunt gevonden")
+                                  : concat(count, " datapunten gevonden");
+            },
+        .question = "Toevoegen aan de huidige lijst, of de lijst vervangen?",
+        .skipped =
+            [](int count) {
+                return count == 1 ? concat("1 regel overgeslagen:")
+                                  : concat(count, " regels overgeslagen:");
+            },
+        .add = "Toevoegen",
+        .replace = "Vervangen",
+        .cancel = "Annuleren",
+    },
+    .modbus =
+        {
+            .functionNames =
+                {
+                    .readCoils = "Coils lezen",
+                    .readDiscreteInputs = "Discrete inputs lezen",
+                    .readHoldingRegisters = "Holdingregisters lezen",
+                    .readInputRegisters = "Inputregisters lezen",
+                    .writeSingleCoil = "Eén coil schrijven",
+                    .writeSingleRegister = "Eén register schrijven",
+                    .diagnostics = "Diagnose",
+                    .writeMultipleCoils = "Meerdere coils schrijven",
+                    .writeMultipleRegisters = "Meerdere registers schrijven",
+                    .maskWriteRegister = "Register schrijven met masker",
+                    .readWriteMultipleRegisters = "Meerdere registers lezen/schrijven",
+                    .deviceIdentification = "Apparaatidentificatie",
+                    .other = "Functie",
+                },
+            .exceptionNames =
+                {
+                    .illegalFunction = "Ongeldige functie",
+                    .illegalDataAddress = "Ongeldig data-adres",
+                    .illegalDataValue = "Ongeldige datawaarde",
+                    .serverDeviceFailure = "Apparaatstoring",
+                    .acknowledge = "Ontvangst bevestigd",
+                    .serverDeviceBusy = "Apparaat bezet",
+                    .memoryParityError = "Pariteitsfout in geheugen",
+                    .gatewayPathUnavailable = "Gatewaypad niet beschikbaar",
+                    .gatewayTargetFailedToRespond = "Doelapparaat achter gateway reageert niet",
+                    .other = "Exception",
+                },
+        },
+    .board =
+        {
+            .usbSerial = [](std::string_view chip) { return concat("USB-serieel (", chip, ")"); },
+        },
+    .errors = {
+        .alertTitle = "Er is iets misgegaan",
+        .selectPortFirst = "Kies eerst een seriële poort.",
+        .saveFailed = [](std::string_view reason) { return concat("Opslaan mislukt: ", reason); },
+        .fileOpenFailed =
+            [](std::string_view file) {
+                return concat("Kan ", file, " niet lezen. Is het een bestand van dit programma?");
+            },
+        .importNothing =
+            [](std::string_view details) {
+                return concat("Geen datapunten gevonden in dit bestand. De eerste regel moet de "
+                              "kolomnamen bevatten, met minstens Table en Address. ",
+                              details);
+            },
+        .importIssue =
+            [](int line, std::string_view problem) {
+                return concat("Regel ", line, ": ", problem);
+            },
+        .csvMissingColumns = "de kolommen Table en Address ontbreken",
+        .csvInvalidTable =
+            [](std::string_view text) {
+                return concat("onbekende tabel '", text, "' (gebruik CO, DI, HR of IR)");
+            },
+        .csvInvalidAddress =
+            [](std::string_view text) {
+                return concat("ongeldig adres '", text, "' (0 tot en met 65535)");
+            },
+        .csvInvalidUnit =
+            [](std::string_view text) {
+                return concat("ongeldige unit-ID '", text, "' (1 tot en met 247)");
+            },
+        .csvInvalidDataType =
+            [](std::string_view text) { return concat("onbekend datatype '", text, "'"); },
+        .csvInvalidNumber =
+            [](std::string_view text) { return concat("ongeldig getal '", text, "'"); },
+        .invalidPath =
+            [](std::string_view path) {
+                return concat("'", path, "' is geen geldige seriële poort.");
+            },
+        .openFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("Kan ", path, " niet openen: ", reason, ".");
+            },
+        .openPermissionDenied =
+            "Seriële poorten kunnen alleen door leden van de groep dialout worden geopend: word "
+            "lid met het commando sudo usermod -aG dialout $USER en log opnieuw in.",
+        .busy =
+            [](std::string_view path) {
+                return concat(path, " is al in gebruik door een ander programma. Sluit dat "
+                                    "programma en probeer het opnieuw.");
+            },
+        .configurationFailed =
+            [](std::string_view reason) {
+                return concat("Instellen van de seriële poort mislukt: ", reason, ".");
+            },
+        .unsupportedBaud =
+            [](int baud) {
+                return concat("Baudrate ", baud, " wordt niet ondersteund door deze adapter.");
+            },
+        .notOpen = "De seriële poort is niet geopend.",
+        .writeFailed =
+            [](std::string_view reason) { return concat("Verzenden mislukt: ", reason, "."); },
+        .timeout = "Geen antwoord van het apparaat.",
+        .deviceDisconnected = "De adapter is losgekoppeld.",
+    },
+    .help =
+        {
+            .windowTitle = "Kestrin-help",
+            .searchPrompt = "Zoeken in help",
+            .noResults = "Geen onderwerpen gevonden",
+            .tipLabel = "Tip",
+        },
+    .state =
+        {
+            .running = "Bezig met uitlezen",
+            .stopped = "Gestopt",
+            .serialLost = "Seriële poort verdwenen",
+        },
+    .notice =
+        {
+            .emptyTitle = "Klaar om uit te lezen",
+            .emptySteps = "Voer de datapunten van het apparaat in de tabel in (unit-ID, tabel, "
+                          "adres en type), kies bovenaan de seriële poort en dezelfde instellingen "
+                          "als op het apparaat, en klik op Start (Ctrl+R).",
+            .emptyNoDevice = "Geen USB-adapter gevonden",
+            .emptyNoDeviceSteps = "Sluit de USB-RS485-adapter aan. De poort verschijnt dan "
+                                  "vanzelf. Bereid intussen alvast de datapuntenlijst voor.",
+            .startPolling = "Uitlezen starten",
+            .noResponse = "Het apparaat antwoordt niet. Controleer de unit-ID, baudrate, pariteit "
+                          "en stopbits, en de bedrading (A/B niet verwisseld).",
+            .serialLost = "De seriële poort is verdwenen. Zodra de adapter terug is, gaat het "
+                          "uitlezen vanzelf verder.",
+            .dismiss = "Sluiten",
+            .writeFailed =
+                [](std::string_view name, std::string_view reason) {
+                    return concat("Schrijven van ", name, " mislukt: ", reason, ".");
+                },
+            .startFirst = "Start eerst het uitlezen (Ctrl+R) om waarden te schrijven.",
+        },
+    .polls = {
+        .add = "Nieuwe poll",
+        .addHelp = "Nog een groep datapunten met een eigen interval (Ctrl+T)",
+        .namePlaceholder = "Naam",
+        .interval = "Interval",
+        .intervalHelp = "Hoe vaak deze poll wordt gelezen",
+        .active = "Actief",
+        .activeHelp = "Uit: deze poll wordt overgeslagen",
+        .removeTitle = "Poll verwijderen?",
+        .remove = "Verwijderen",
+        .removeMessage = "De datapunten in deze poll worden ook verwijderd.",
+        .unnamed = "Naamloos",
+        .duplicate = "Dupliceren",
+        .tabHelp = "Klik met de rechtermuisknop om te dupliceren of te verwijderen",
+        .newName = [](int number) { return concat("Poll ", number); },
+        .copyName = [](std::string_view name) { return concat(name, " (kopie)"); },
+    },
+    .write =
+        {
+            .help = "Een nieuwe waarde naar het apparaat schrijven",
+            .title = [](std::string_view name) { return concat(name, " schrijven"); },
+            .off = "Uit (0)",
+            .on = "Aan (1)",
+            .placeholder = "Nieuwe waarde",
+            .button = "Schrijven",
+        },
+    .pane =
+        {
+            .title = "Beeld",
+            .log = "Log",
+            .chart = "Grafiek",
+            .clearHistory = "Historie wissen",
+            .clearHistoryHelp = "Alle vastgelegde waarden wissen",
+            .exportHistory = "Historie exporteren (CSV)…",
+            .exportHistoryHelp =
+                "Elke gelezen waarde met tijdstip opslaan, voor Excel of LibreOffice Calc",
+        },
+    .chart =
+        {
+            .emptyTitle = "Nog niets te tonen",
+            .emptyText = "Vink in de kolom Grafiek de datapunten aan die gevolgd moeten worden, "
+                         "en start het uitlezen.",
+            .time = "Tijd",
+            .window = "Periode",
+            .windowAll = "Alles",
+            .windowHelp = "Welke periode de grafiek toont",
+        },
+    .log = {
+        .failure =
+            {
+                .unexpectedUnit = [](int unit) { return concat("antwoord van unit ", unit); },
+                .unexpectedFunction =
+                    [](std::string_view code) { return concat("antwoord met functiecode ", code); },
+                .timeout =
+                    [](int timeoutMs) { return concat("geen antwoord binnen ", timeoutMs, " ms"); },
+                .crcMismatch = "CRC-fout in het antwoord",
+                .malformed = "antwoord met verkeerde lengte",
+            },
+        .shortFailure =
+            {
+                .exception = [](std::string_view code) { return concat("Exception ", code); },
+                .timeout = "Geen antwoord",
+                .crcMismatch = "CRC-fout",
+                .invalid = "Ongeldig antwoord",
+            },
+        .started =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Uitlezen gestart op ", port, " @ ", serial);
+            },
+        .stopped = "Uitlezen gestopt",
+        .unit = [](int id) { return concat("Unit ", id); },
+        .unitFunction = [](int id,
+                           std::string_view code) { return concat("Unit ", id, " · FC ", code); },
+        .writeFailed =
+            [](std::string_view name) { return concat("Schrijven van ", name, " mislukt"); },
+        .serialLost =
+            [](std::string_view path) {
+                return concat("Seriële poort ", path, " is verdwenen; wachten op terugkeer");
+            },
+        .serialRestored = "Seriële poort weer geopend",
+    },
+    .example =
+        {
+            .pollName = "Voorbeeldapparaat",
+            .temperature = "Temperatuur",
+            .pressure = "Druk",
+            .runtime = "Bedrijfstijd",
+            .setpoint = "Setpoint",
+            .mode = "Modus",
+            .pump = "Pomp aan",
+            .alarm = "Alarm",
+        },
+};
+} // namespace
+
+const Texts& dutchTexts() {
+    return dutch;
+}
+
+} // namespace kestrin::L10n

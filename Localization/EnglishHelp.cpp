@@ -1,0 +1,190 @@
+#include "HelpContent.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr HelpContent english{
+    .start =
+        {
+            .title = "Getting started",
+            .intro =
+                [](std::string_view product) {
+                    return concat(product,
+                                  " is a Modbus RTU master: it reads values from devices on an "
+                                  "RS-485 or RS-232 bus, such as energy meters, controllers and "
+                                  "sensors, and can write values to them.");
+                },
+            .stepsHeading = "In four steps",
+            .connect = "Connect your USB-RS485 adapter and wire it to the device (A to A, B to B).",
+            .enterDatapoints = "Enter the device's **datapoints** in the table: unit ID, table, "
+                               "address and type, as in the device's manual.",
+            .choosePort = "At the top, choose the **serial port**, the **baud rate** and, with the "
+                          "slider button, the frame (for example `8E1`), the same as the device.",
+            .clickStart = "Click **Start** (Ctrl+R). The **Value** column shows the current "
+                          "values, **Status** whether reading works.",
+            .overviewCaption = "A poll with live values and the status per datapoint, with the "
+                               "communication below.",
+            .simulatorTip = "No device at hand? Dravel Server simulates one, with the same example "
+                            "list as this app.",
+            .autosave =
+                "Your polls and datapoints are saved automatically. **File ▸ Save Project As…** "
+                "(Ctrl+Shift+S) makes a separate project file, for example per installation.",
+        },
+    .polls =
+        {
+            .title = "Polls",
+            .intro =
+                "A poll is a group of datapoints with its own interval, shown as a tab at the top. "
+                "This lets you read fast measurements every 250 ms and counters every minute. "
+                "**+** (Ctrl+T) makes a new poll; right-click a tab to duplicate or remove it.",
+            .tabDot = "The dot in a tab is green when everything is read and orange when something "
+                      "fails. Turn **Active** off to skip a poll for a while.",
+            .combining =
+                "Datapoints next to each other are read in one request (up to 125 registers or "
+                "2000 bits). In the settings (sliders at the top) you can also let small gaps be "
+                "bridged: faster, but some devices then answer exception 02.",
+            .oneRequest = "There is always one request on the line. Writes go before reads.",
+        },
+    .datapoints =
+        {
+            .title = "Datapoints",
+            .intro = "A datapoint is one value in a device, such as a temperature or a setpoint. "
+                     "You describe where it is and how it is stored; the app converts the "
+                     "registers into a readable value.",
+            .unitID = "the slave address of the device (1–247)",
+            .table =
+                "**Coil** (bit, read and write), **Discrete input** (bit, read only), **Holding "
+                "register** (16 bit, read and write) or **Input register** (16 bit, read only)",
+            .address = "the protocol address, starting at `0`. Manuals often use Modicon notation: "
+                       "holding register `40001` is address `0`, input register `30010` is address "
+                       "`9`. Hover over the address to see the Modicon notation.",
+            .dataType = "`UInt16`/`Int16` use one register, `UInt32`/`Int32`/`Float32` two and the "
+                        "64-bit types four consecutive registers",
+            .wordOrder = "the byte order of values that span several registers, see below",
+            .scale = "value = raw value × scale; with `0.1`, `215` becomes `21.5`",
+            .format =
+                "decimal, hex (`0x00FF`) or binary; hex and binary show the raw register bits",
+            .wordOrderHeading = "Word order",
+            .wordOrderIntro = "Modbus only knows 16-bit registers. How a 32- or 64-bit value is "
+                              "spread over the registers differs per manufacturer. The letters "
+                              "stand for the bytes, most significant first:",
+            .abcd = "high word first: the Modbus standard",
+            .cdab = "words swapped, common in PLCs and energy meters",
+            .badc = "bytes swapped within each word",
+            .dcba = "fully reversed (little-endian)",
+            .orderTip = "Does a value look odd, for example a float of `4.6e-41` instead of "
+                        "`21.5`? Try another order; usually it is CDAB.",
+            .overlap = "A triangle next to the address means the datapoint overlaps another "
+                       "datapoint in the same unit and table.",
+        },
+    .writing =
+        {
+            .title = "Writing values",
+            .howTo =
+                "Coils and holding registers can be written. Click the pencil in the **Value** "
+                "column, type the new value and click **Write**; for a bit choose **On** or "
+                "**Off**. The value is converted with the datapoint's type, order and scale.",
+            .functionCodes = "The app uses FC05 for a coil, FC06 for one register and FC16 for "
+                             "more registers. If your device only supports FC15/FC16, choose "
+                             "**Always FC15/16** in the settings.",
+            .onlyWhileReading = "Writing only works while reading is running. If it fails, a "
+                                "notice shows the reason, for example exception 02 (address does "
+                                "not exist) or 03 (value out of range).",
+        },
+    .chart =
+        {
+            .title = "Chart and export",
+            .howTo = "Tick the datapoints you want to follow in the **Chart** column and choose "
+                     "**Chart** at the bottom. Choose the period at the top right: 1 minute to an "
+                     "hour, or everything.",
+            .chartCaption = "The temperature over the last minutes.",
+            .history = "Every value read is kept (up to 20,000 per datapoint). **Export History "
+                       "(CSV)…** gives one line per measurement with time, poll, name, value and "
+                       "unit, ready for a pivot table or chart in Excel.",
+        },
+    .csv =
+        {
+            .title = "Excel and CSV",
+            .spreadsheets = "You can make or edit a datapoint list in Excel or LibreOffice Calc "
+                            "and import it as CSV. **CSV ▸ Export Datapoints** gives a file that "
+                            "Excel opens correctly right away, with the values of that moment.",
+            .columns = "The first line holds the column names. Only **Table** and **Address** are "
+                       "required; the order of the columns does not matter.",
+            .name = "name of the datapoint",
+            .unitID = "slave address, 1 if empty",
+            .table = "`CO`, `DI`, `HR` or `IR` (also `coil`, `holding`, `4x` …)",
+            .address = "address from 0",
+            .dataType = "`uint16`, `int16`, `float32` … (also `float`, `real`, `dint`)",
+            .wordOrder = "`ABCD`, `CDAB`, `BADC` or `DCBA`",
+            .optional = "optional",
+            .separatorTip = "The app uses the separator Excel expects on this computer: a "
+                            "semicolon when decimals are written with a comma. On import, comma, "
+                            "semicolon and tab are recognised, and both `21,5` and `21.5`.",
+            .simulatorTip = "Dravel Server and Kestrin use the same format, so a list exported "
+                            "from one app can be imported into the other.",
+        },
+    .log =
+        {
+            .title = "Status and log",
+            .ok = "read, with the response time",
+            .noResponse = "no answer within the response timeout",
+            .exception = "the device refuses the request, see below",
+            .crcError = "the answer was damaged on the way",
+            .lastGoodValue = "After a failure the last good value stays, in grey. Hover over a "
+                             "value for the raw registers, over the status for the time.",
+            .exceptionCodesHeading = "Exception codes",
+            .exception01 = "the device does not support this function code",
+            .exception02 = "this address does not exist (note: addresses start at 0)",
+            .exception03 = "invalid value or quantity",
+            .exception04 = "failure in the device",
+            .exception06 = "device busy, try again later",
+            .logLines = "The log shows every answer (←), every write (✎) and every failure (✕). "
+                        "**Log options** (sliders at the bottom) offer timestamps, raw frames, "
+                        "autoscroll, or **only errors and writes** for fast polls.",
+        },
+    .troubleshooting =
+        {
+            .title = "Troubleshooting",
+            .noResponseHeading = "No response",
+            .unitID = "Does the **unit ID** match the device's slave address?",
+            .timeout =
+                "Is the device slow to respond? Increase the **response timeout** in the settings.",
+            .frame = "Are baud rate, parity and stop bits the same on both sides? Try `8N1` or "
+                     "`8N2` if `8E1` does not work.",
+            .wiring = "Are A and B not swapped? Swapping them is harmless and often the fix.",
+            .cabling = "Use twisted-pair cable, a 120 Ω termination resistor at both ends of the "
+                       "bus and a common ground.",
+            .busyPort = "Is the port busy? Close other programs that use it, such as a serial "
+                        "terminal. Some adapters need a driver from the manufacturer.",
+            .oddValuesHeading = "Odd values",
+            .scale = "Is the size wrong? Check the **scale** (for example 0.1 or 0.01).",
+            .order = "Is a 32-bit value wrong? Try another **order**, usually CDAB.",
+            .offByOne = "Is everything one address off? Subtract 1: the manual then uses addresses "
+                        "from 1 (or 40001).",
+            .privacy =
+                "Serial ports are open only to members of the **dialout** group: if a port cannot "
+                "be opened, run `sudo usermod -aG dialout $USER` and log in again. Nothing goes "
+                "over the network; your lists and settings stay on this computer.",
+        },
+    .shortcuts =
+        {
+            .title = "Keyboard shortcuts",
+            .startStop = "Start / stop reading",
+            .newPoll = "New poll",
+            .addDatapoint = "Add datapoint",
+            .deleteDatapoints = "Delete selected datapoints",
+            .importExport = "Import / export datapoints (CSV)",
+            .projects = "New project / open / save as",
+            .findInLog = "Find in the log",
+            .saveLog = "Save log",
+            .clearLog = "Clear log",
+            .openHelp = "Open this help",
+        },
+};
+} // namespace
+
+const HelpContent& englishHelp() {
+    return english;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,381 @@
+#include "Texts.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr Texts english{
+    .header = {
+        .port = "Serial port",
+        .noPortsFound = "No ports found",
+        .choosePort = "Select a port…",
+        .portNotConnected = [](std::string_view port) { return concat(port, " (not connected)"); },
+        .baudRate = "Baud rate",
+        .baudLabel = [](int rate) { return concat(rate, " baud"); },
+        .start = "Start",
+        .stop = "Stop",
+        .frameSettingsHelp = "Data bits, parity, stop bits, timeout and write method",
+        .startHelp = "Start reading (Ctrl+R)",
+        .stopHelp = "Stop reading (Ctrl+R)",
+        .lockedWhileRunning = "Stop reading to change this",
+    },
+    .settings =
+        {
+            .frame = "Frame",
+            .dataBits = "Data bits",
+            .parity = "Parity",
+            .stopBits = "Stop bits",
+            .parityNone = "None",
+            .parityEven = "Even",
+            .parityOdd = "Odd",
+            .modbusDefault = "Modbus default (8E1)",
+            .standardNote = "Modbus RTU defaults to 8E1. Many devices use 8N1 or 8N2; check your "
+                            "device's manual.",
+            .requests = "Requests",
+            .responseTimeout = "Response timeout",
+            .timeoutHelp = "How long the app waits for the device to answer. After that the "
+                           "request counts as a timeout.",
+            .combine = "Combine reads",
+            .adjacentOnly = "Adjacent only",
+            .gapsUpTo = [](int gap) { return concat("Gaps up to ", gap, " addresses"); },
+            .combineHelp =
+                "Datapoints close together are read in one request. Bridging gaps is faster, but "
+                "some devices then answer exception 02 for addresses they do not have.",
+            .writeMode = "Writes",
+            .writeSingle = "FC05/06 for one value",
+            .writeMultiple = "Always FC15/16",
+            .writeModeHelp = "Some devices only support FC16 (write multiple registers), even for "
+                             "a single register.",
+        },
+    .footer =
+        {
+            .statistics =
+                [](std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
+                   std::int64_t exceptions, std::int64_t errors) {
+                    return concat("Requests ", requests, " · Responses ", responses,
+                                  " · No response ", timeouts, " · Exceptions ", exceptions,
+                                  " · Invalid ", errors);
+                },
+            .options = "Log options",
+            .optionsHelp = "Timestamps, raw frames and autoscroll",
+            .autoscroll = "Autoscroll",
+            .timestamps = "Timestamps",
+            .rawFrames = "Show raw RTU frames",
+            .rawFramesHelp =
+                "Show the complete RTU frame (unit, PDU and CRC) instead of only the data.",
+            .onlyProblems = "Log only errors and writes",
+            .onlyProblemsHelp =
+                "Fast polls fill the log quickly. With this on you only see what needs attention.",
+            .save = "Save…",
+            .saveHelp = "Save the log as a text file (Ctrl+S)",
+            .clear = "Clear log",
+            .clearHelp = "Clear the log and counters (Ctrl+K)",
+            .outputAccessibility = "Communication log",
+        },
+    .menu =
+        {
+            .newProject = "New Project",
+            .openProject = "Open Project…",
+            .saveProject = "Save Project As…",
+            .importCSV = "Import Datapoints (CSV)…",
+            .exportCSV = "Export Datapoints (CSV)…",
+            .saveLog = "Save Log…",
+            .clearLog = "Clear Log",
+        },
+    .table = {
+        .name = "Name",
+        .unitID = "Unit",
+        .table = "Table",
+        .address = "Address",
+        .dataType = "Type",
+        .wordOrder = "Order",
+        .scale = "Scale",
+        .value = "Value",
+        .unit = "Unit",
+        .format = "Display",
+        .description = "Description",
+        .status = "Status",
+        .add = "Datapoint",
+        .addHelp = "Add a datapoint at the next free address (Ctrl+Shift+D)",
+        .duplicate = "Duplicate",
+        .deleteRows = "Delete",
+        .csvHelp =
+            "Import the list from or export it to Excel, LibreOffice Calc or another program",
+        .unitIDHelp = "Slave address of the device (1–247)",
+        .addressHelp =
+            [](std::string_view modicon) {
+                return concat("Protocol address, starting at 0. In Modicon notation: ", modicon,
+                              ".");
+            },
+        .wordOrderHelp = "Byte order of 32- and 64-bit values. ABCD is the Modbus standard; CDAB "
+                         "(words swapped) is common in PLCs.",
+        .scaleHelp = "Value = raw register value × scale. For example 0.1 when the device sends "
+                     "215 for 21.5.",
+        .plotHelp = "Show this datapoint in the chart",
+        .rawHelp = [](std::string_view raw) { return concat("Raw registers: ", raw); },
+        .overlapHelp = "This address overlaps another datapoint, or runs past address 65535.",
+        .emptyTitle = "No datapoints yet",
+        .emptyText = "Add the datapoints you want to read, or import a list from Excel (CSV). "
+                     "Datapoints next to each other are read together.",
+        .tableNames =
+            {
+                .coil = "Coil",
+                .discreteInput = "Discrete input",
+                .holdingRegister = "Holding register",
+                .inputRegister = "Input register",
+            },
+        .formatNames =
+            {
+                .decimal = "Decimal",
+                .binary = "Binary",
+            },
+        .waiting = "Waiting…",
+        .updatedHelp = [](std::string_view time) { return concat("Last read at ", time); },
+        .valueHelp = "Type a value and press Enter. Hex (0x1F) or binary (0b101) works too.",
+        .valueInvalid =
+            [](std::string_view type) { return concat("This value does not fit in ", type, "."); },
+    },
+    .import = {
+        .title =
+            [](int count) {
+                return count == 1 ? concat("1 datapoint found")
+                                  : concat(count, " datapoints found");
+            },
+        .question = "Do you want to add them to the current list, or replace the list?",
+        .skipped = [](int count) { return concat(count, " line(s) skipped:"); },
+        .add = "Add",
+        .replace = "Replace",
+        .cancel = "Cancel",
+    },
+    .modbus =
+        {
+            .functionNames =
+                {
+                    .readCoils = "Read coils",
+                    .readDiscreteInputs = "Read discrete inputs",
+                    .readHoldingRegisters = "Read holding registers",
+                    .readInputRegisters = "Read input registers",
+                    .writeSingleCoil = "Write single coil",
+                    .writeSingleRegister = "Write single register",
+                    .diagnostics = "Diagnostics",
+                    .writeMultipleCoils = "Write multiple coils",
+                    .writeMultipleRegisters = "Write multiple registers",
+                    .maskWriteRegister = "Mask write register",
+                    .readWriteMultipleRegisters = "Read/write multiple registers",
+                    .deviceIdentification = "Device identification",
+                    .other = "Function",
+                },
+            .exceptionNames =
+                {
+                    .illegalFunction = "Illegal function",
+                    .illegalDataAddress = "Illegal data address",
+                    .illegalDataValue = "Illegal data value",
+                    .serverDeviceFailure = "Server device failure",
+                    .acknowledge = "Acknowledge",
+                    .serverDeviceBusy = "Server device busy",
+                    .memoryParityError = "Memory parity error",
+                    .gatewayPathUnavailable = "Gateway path unavailable",
+                    .gatewayTargetFailedToRespond = "Gateway target failed to respond",
+                    .other = "Exception",
+                },
+        },
+    .board =
+        {
+            .usbSerial = [](std::string_view chip) { return concat("USB serial (", chip, ")"); },
+        },
+    .errors = {
+        .alertTitle = "Something went wrong",
+        .selectPortFirst = "Select a serial port first.",
+        .saveFailed = [](std::string_view reason) { return concat("Saving failed: ", reason); },
+        .fileOpenFailed =
+            [](std::string_view file) {
+                return concat("Cannot read ", file, ". Is it a file of this app?");
+            },
+        .importNothing =
+            [](std::string_view details) {
+                return concat("No datapoints found in this file. The first line must hold column "
+                              "names, with at least Table and Address. ",
+                              details);
+            },
+        .importIssue =
+            [](int line, std::string_view problem) { return concat("Line ", line, ": ", problem); },
+        .csvMissingColumns = "the columns Table and Address are missing",
+        .csvInvalidTable =
+            [](std::string_view text) {
+                return concat("unknown table '", text, "' (use CO, DI, HR or IR)");
+            },
+        .csvInvalidAddress =
+            [](std::string_view text) {
+                return concat("invalid address '", text, "' (0 to 65535)");
+            },
+        .csvInvalidUnit =
+            [](std::string_view text) { return concat("invalid unit ID '", text, "' (1 to 247)"); },
+        .csvInvalidDataType =
+            [](std::string_view text) { return concat("unknown data type '", text, "'"); },
+        .csvInvalidNumber =
+            [](std::string_view text) { return concat("invalid number '", text, "'"); },
+        .invalidPath =
+            [](std::string_view path) {
+                return concat("'", path, "' is not a valid serial port.");
+            },
+        .openFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("Cannot open ", path, ": ", reason, ".");
+            },
+        .openPermissionDenied =
+            "Serial ports are open only to members of the dialout group: add yourself with the "
+            "command sudo usermod -aG dialout $USER and log in again.",
+        .busy =
+            [](std::string_view path) {
+                return concat(
+                    path,
+                    " is already in use by another program. Close that program and try again.");
+            },
+        .configurationFailed =
+            [](std::string_view reason) {
+                return concat("Configuring the serial port failed: ", reason, ".");
+            },
+        .unsupportedBaud =
+            [](int baud) {
+                return concat("Baud rate ", baud, " is not supported by this adapter.");
+            },
+        .notOpen = "The serial port is not open.",
+        .writeFailed =
+            [](std::string_view reason) { return concat("Sending failed: ", reason, "."); },
+        .timeout = "No response from the device.",
+        .deviceDisconnected = "The adapter was disconnected.",
+    },
+    .help =
+        {
+            .windowTitle = "Kestrin Help",
+            .searchPrompt = "Search help",
+            .noResults = "No topics found",
+            .tipLabel = "Tip",
+        },
+    .state =
+        {
+            .running = "Reading",
+            .stopped = "Stopped",
+            .serialLost = "Serial port lost",
+        },
+    .notice =
+        {
+            .emptyTitle = "Ready to read",
+            .emptySteps = "Enter your device's datapoints in the table (unit, table, address and "
+                          "type), choose the serial port and the same settings as the device at "
+                          "the top, and click Start (Ctrl+R).",
+            .emptyNoDevice = "No USB adapter found",
+            .emptyNoDeviceSteps = "Connect your USB-RS485 adapter. The port then appears by "
+                                  "itself. You can already prepare your datapoint list.",
+            .startPolling = "Start reading",
+            .noResponse = "The device does not respond. Check the unit ID, baud rate, parity and "
+                          "stop bits, and the wiring (A/B not swapped).",
+            .serialLost = "The serial port is gone. As soon as the adapter is back, reading "
+                          "continues by itself.",
+            .dismiss = "Dismiss",
+            .writeFailed =
+                [](std::string_view name, std::string_view reason) {
+                    return concat("Writing ", name, " failed: ", reason, ".");
+                },
+            .startFirst = "Start reading first (Ctrl+R) to write values.",
+        },
+    .polls = {
+        .add = "New Poll",
+        .addHelp = "Another group of datapoints with its own interval (Ctrl+T)",
+        .namePlaceholder = "Name",
+        .interval = "Interval",
+        .intervalHelp = "How often this poll is read",
+        .active = "Active",
+        .activeHelp = "Off: this poll is skipped",
+        .removeTitle = "Remove poll?",
+        .remove = "Remove",
+        .removeMessage = "The datapoints in this poll are removed too.",
+        .unnamed = "Untitled",
+        .duplicate = "Duplicate",
+        .tabHelp = "Right-click to duplicate or remove",
+        .newName = [](int number) { return concat("Poll ", number); },
+        .copyName = [](std::string_view name) { return concat(name, " (copy)"); },
+    },
+    .write =
+        {
+            .help = "Write a new value to the device",
+            .title = [](std::string_view name) { return concat("Write ", name); },
+            .off = "Off (0)",
+            .on = "On (1)",
+            .placeholder = "New value",
+            .button = "Write",
+        },
+    .pane =
+        {
+            .title = "View",
+            .log = "Log",
+            .chart = "Chart",
+            .clearHistory = "Clear History",
+            .clearHistoryHelp = "Clear all recorded values",
+            .exportHistory = "Export History (CSV)…",
+            .exportHistoryHelp =
+                "Save every value read, with its time, for Excel or LibreOffice Calc",
+        },
+    .chart =
+        {
+            .emptyTitle = "Nothing to show yet",
+            .emptyText =
+                "Tick the datapoints you want to follow in the Chart column, and start reading.",
+            .time = "Time",
+            .window = "Period",
+            .windowAll = "All",
+            .windowHelp = "Which period the chart shows",
+        },
+    .log = {
+        .failure =
+            {
+                .unexpectedUnit = [](int unit) { return concat("response from unit ", unit); },
+                .unexpectedFunction =
+                    [](std::string_view code) {
+                        return concat("response with function code ", code);
+                    },
+                .timeout =
+                    [](int timeoutMs) { return concat("no response within ", timeoutMs, " ms"); },
+                .crcMismatch = "CRC error in the response",
+                .malformed = "response with the wrong length",
+            },
+        .shortFailure =
+            {
+                .exception = [](std::string_view code) { return concat("Exception ", code); },
+                .timeout = "No response",
+                .crcMismatch = "CRC error",
+                .invalid = "Invalid response",
+            },
+        .started =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Reading started on ", port, " @ ", serial);
+            },
+        .stopped = "Reading stopped",
+        .unit = [](int id) { return concat("Unit ", id); },
+        .unitFunction = [](int id,
+                           std::string_view code) { return concat("Unit ", id, " · FC ", code); },
+        .writeFailed = [](std::string_view name) { return concat("Writing ", name, " failed"); },
+        .serialLost =
+            [](std::string_view path) {
+                return concat("Serial port ", path, " is gone; waiting for it to return");
+            },
+        .serialRestored = "Serial port open again",
+    },
+    .example =
+        {
+            .pollName = "Example device",
+            .temperature = "Temperature",
+            .pressure = "Pressure",
+            .runtime = "Run time",
+            .setpoint = "Setpoint",
+            .mode = "Mode",
+            .pump = "Pump on",
+            .alarm = "Alarm",
+        },
+};
+} // namespace
+
+const Texts& englishTexts() {
+    return english;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,216 @@
+#include "HelpContent.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr HelpContent french{
+    .start =
+        {
+            .title = "Premiers pas",
+            .intro =
+                [](std::string_view product) {
+                    return concat(product,
+                                  " est un maître Modbus RTU : il lit des valeurs dans des "
+                                  "appareils reliés à un bus RS-485 ou RS-232, comme des "
+                                  "compteurs d'énergie, des régulateurs et des capteurs, et peut "
+                                  "aussi y écrire des valeurs.");
+                },
+            .stepsHeading = "En quatre étapes",
+            .connect = "Branchez votre adaptateur USB-RS485 et raccordez-le à l'appareil (A sur "
+                       "A, B sur B).",
+            .enterDatapoints = "Saisissez les **points de données** de l'appareil dans le "
+                               "tableau : adresse esclave, table, adresse et type, comme dans le "
+                               "manuel de l'appareil.",
+            .choosePort = "En haut, choisissez le **port série**, la **vitesse de transmission** "
+                          "et, avec le bouton à curseurs, le format de trame (par exemple `8E1`), "
+                          "identiques à ceux de l'appareil.",
+            .clickStart = "Cliquez sur **Démarrer** (Ctrl+R). La colonne **Valeur** affiche les "
+                          "valeurs actuelles, la colonne **État** indique si la lecture "
+                          "fonctionne.",
+            .overviewCaption = "Une scrutation avec ses valeurs en direct et l'état de chaque "
+                               "point de données, et la communication en dessous.",
+            .simulatorTip = "Pas d'appareil sous la main ? Dravel Server en simule un, avec la "
+                            "même liste d'exemple que cette application.",
+            .autosave = "Vos scrutations et points de données sont enregistrés automatiquement. "
+                        "**Fichier ▸ Enregistrer le projet sous…** (Ctrl+Shift+S) crée un fichier "
+                        "de projet distinct, par exemple pour chaque installation.",
+        },
+    .polls =
+        {
+            .title = "Scrutations",
+            .intro = "Une scrutation est un groupe de points de données avec son propre "
+                     "intervalle, affiché sous forme d'onglet en haut. Vous pouvez ainsi lire des "
+                     "mesures rapides toutes les 250 ms et des compteurs toutes les minutes. "
+                     "**+** (Ctrl+T) crée une nouvelle scrutation ; cliquez avec le bouton droit "
+                     "sur un onglet pour la dupliquer ou la supprimer.",
+            .tabDot = "La pastille d'un onglet est verte quand tout est lu et orange quand "
+                      "quelque chose échoue. Décochez **Active** pour ignorer temporairement une "
+                      "scrutation.",
+            .combining = "Les points de données voisins sont lus en une seule requête (jusqu'à "
+                         "125 registres ou 2000 bits). Dans les réglages (curseurs en haut), vous "
+                         "pouvez aussi laisser franchir de petits écarts : c'est plus rapide, "
+                         "mais certains appareils répondent alors par l'exception 02.",
+            .oneRequest = "Il n'y a jamais qu'une seule requête sur la ligne. Les écritures "
+                          "passent avant les lectures.",
+        },
+    .datapoints =
+        {
+            .title = "Points de données",
+            .intro = "Un point de données est une valeur d'un appareil, comme une température ou "
+                     "une consigne. Vous indiquez où elle se trouve et comment elle est codée ; "
+                     "l'application convertit les registres en une valeur lisible.",
+            .unitID = "l'adresse esclave de l'appareil (1–247)",
+            .table = "**Bobine** (bit, lecture et écriture), **Entrée discrète** (bit, lecture "
+                     "seule), **Registre de maintien** (16 bits, lecture et écriture) ou "
+                     "**Registre d'entrée** (16 bits, lecture seule)",
+            .address = "l'adresse protocole, à partir de `0`. Les manuels utilisent souvent la "
+                       "notation Modicon : le registre de maintien `40001` correspond à "
+                       "l'adresse `0`, le registre d'entrée `30010` à l'adresse `9`. Survolez "
+                       "l'adresse pour voir la notation Modicon.",
+            .dataType = "`UInt16`/`Int16` occupent un registre, `UInt32`/`Int32`/`Float32` deux "
+                        "et les types 64 bits quatre registres consécutifs",
+            .wordOrder = "l'ordre des octets des valeurs réparties sur plusieurs registres, voir "
+                         "ci-dessous",
+            .scale = "valeur = valeur brute × échelle ; avec `0,1`, `215` devient `21,5`",
+            .format = "décimal, hex (`0x00FF`) ou binaire ; hex et binaire montrent les bits "
+                      "bruts du registre",
+            .wordOrderHeading = "Ordre des mots",
+            .wordOrderIntro = "Modbus ne connaît que des registres de 16 bits. La répartition "
+                              "d'une valeur de 32 ou 64 bits sur les registres varie selon le "
+                              "fabricant. Les lettres désignent les octets, l'octet de poids fort "
+                              "en premier :",
+            .abcd = "mot de poids fort en premier : le standard Modbus",
+            .cdab = "mots permutés, courant dans les automates et les compteurs d'énergie",
+            .badc = "octets permutés dans chaque mot",
+            .dcba = "ordre entièrement inversé (little-endian)",
+            .orderTip = "Une valeur paraît aberrante, par exemple un flottant de `4,6e-41` au "
+                        "lieu de `21,5` ? Essayez un autre ordre ; le plus souvent, c'est CDAB.",
+            .overlap = "Un triangle à côté de l'adresse signifie que le point de données "
+                       "chevauche un autre point de données du même esclave et de la même table.",
+        },
+    .writing =
+        {
+            .title = "Écriture de valeurs",
+            .howTo = "Les bobines et les registres de maintien peuvent être écrits. Cliquez sur "
+                     "le crayon dans la colonne **Valeur**, saisissez la nouvelle valeur et "
+                     "cliquez sur **Écrire** ; pour un bit, choisissez **Activé** ou "
+                     "**Désactivé**. La valeur est convertie selon le type, l'ordre et l'échelle "
+                     "du point de données.",
+            .functionCodes = "L'application utilise FC05 pour une bobine, FC06 pour un registre "
+                             "et FC16 pour plusieurs registres. Si votre appareil ne prend en "
+                             "charge que FC15/FC16, choisissez **Toujours FC15/16** dans les "
+                             "réglages.",
+            .onlyWhileReading = "L'écriture ne fonctionne que pendant la lecture. En cas "
+                                "d'échec, un message en indique la raison, par exemple "
+                                "l'exception 02 (l'adresse n'existe pas) ou 03 (valeur hors "
+                                "plage).",
+        },
+    .chart =
+        {
+            .title = "Graphique et export",
+            .howTo = "Cochez les points de données à suivre dans la colonne **Graphique** et "
+                     "choisissez **Graphique** en bas. Choisissez la période en haut à droite : "
+                     "de 1 minute à une heure, ou tout.",
+            .chartCaption = "La température au cours des dernières minutes.",
+            .history = "Chaque valeur lue est conservée (jusqu'à 20 000 par point de données). "
+                       "**Exporter l'historique (CSV)…** donne une ligne par mesure avec l'heure, "
+                       "la scrutation, le nom, la valeur et l'unité, prête pour un tableau croisé "
+                       "dynamique ou un graphique dans Excel.",
+        },
+    .csv =
+        {
+            .title = "Excel et CSV",
+            .spreadsheets = "Vous pouvez créer ou modifier une liste de points de données dans "
+                            "Excel ou LibreOffice Calc et l'importer au format CSV. **CSV ▸ "
+                            "Exporter les points de données** produit un fichier qu'Excel ouvre "
+                            "correctement d'emblée, avec les valeurs du moment.",
+            .columns = "La première ligne contient les noms des colonnes. Seules **Table** et "
+                       "**Address** sont obligatoires ; l'ordre des colonnes est indifférent.",
+            .name = "nom du point de données",
+            .unitID = "adresse esclave, 1 si vide",
+            .table = "`CO`, `DI`, `HR` ou `IR` (ou encore `coil`, `holding`, `4x` …)",
+            .address = "adresse à partir de 0",
+            .dataType = "`uint16`, `int16`, `float32` … (ou encore `float`, `real`, `dint`)",
+            .wordOrder = "`ABCD`, `CDAB`, `BADC` ou `DCBA`",
+            .optional = "facultatives",
+            .separatorTip = "L'application utilise le séparateur qu'Excel attend sur cet "
+                            "ordinateur : un point-virgule quand les décimales s'écrivent avec "
+                            "une virgule. À l'import, la virgule, le point-virgule et la "
+                            "tabulation sont reconnus, ainsi que `21,5` et `21.5`.",
+            .simulatorTip = "Dravel Server et Kestrin utilisent le même format : une liste "
+                            "exportée depuis l'une des applications peut être importée dans "
+                            "l'autre.",
+        },
+    .log =
+        {
+            .title = "État et journal",
+            .ok = "lu, avec le temps de réponse",
+            .noResponse = "aucune réponse dans le délai d'attente",
+            .exception = "l'appareil refuse la requête, voir ci-dessous",
+            .crcError = "la réponse a été altérée en chemin",
+            .lastGoodValue = "Après un échec, la dernière valeur correcte reste affichée, en "
+                             "gris. Survolez une valeur pour voir les registres bruts, ou l'état "
+                             "pour voir l'heure.",
+            .exceptionCodesHeading = "Codes d'exception",
+            .exception01 = "l'appareil ne prend pas en charge ce code fonction",
+            .exception02 = "cette adresse n'existe pas (attention : les adresses commencent à 0)",
+            .exception03 = "valeur ou quantité non valide",
+            .exception04 = "défaillance dans l'appareil",
+            .exception06 = "appareil occupé, réessayez plus tard",
+            .logLines = "Le journal affiche chaque réponse (←), chaque écriture (✎) et chaque "
+                        "échec (✕). Les **Options du journal** (curseurs en bas) proposent "
+                        "l'horodatage, les trames brutes, le défilement automatique ou "
+                        "**uniquement les erreurs et les écritures** pour les scrutations "
+                        "rapides.",
+        },
+    .troubleshooting =
+        {
+            .title = "Dépannage",
+            .noResponseHeading = "Sans réponse",
+            .unitID = "L'**adresse esclave** saisie correspond-elle à celle de l'appareil ?",
+            .timeout = "L'appareil est-il lent à répondre ? Augmentez le **délai d'attente de "
+                       "réponse** dans les réglages.",
+            .frame = "La vitesse de transmission, la parité et les bits de stop sont-ils "
+                     "identiques des deux côtés ? Essayez `8N1` ou `8N2` si `8E1` ne fonctionne "
+                     "pas.",
+            .wiring = "A et B ne sont-ils pas inversés ? Les inverser est sans danger et résout "
+                      "souvent le problème.",
+            .cabling = "Utilisez un câble à paire torsadée, une résistance de terminaison de "
+                       "120 Ω à chaque extrémité du bus et une masse commune.",
+            .busyPort = "Le port est-il occupé ? Fermez les autres programmes qui l'utilisent, "
+                        "par exemple un terminal série. Certains adaptateurs nécessitent un "
+                        "pilote du fabricant.",
+            .oddValuesHeading = "Valeurs aberrantes",
+            .scale = "L'ordre de grandeur est faux ? Vérifiez l'**échelle** (par exemple 0,1 ou "
+                     "0,01).",
+            .order = "Une valeur 32 bits est fausse ? Essayez un autre **ordre**, le plus "
+                     "souvent CDAB.",
+            .offByOne = "Tout est décalé d'une adresse ? Retranchez 1 : le manuel compte alors "
+                        "les adresses à partir de 1 (ou de 40001).",
+            .privacy = "Les ports série ne sont accessibles qu'aux membres du groupe "
+                       "**dialout** : si un port ne peut pas être ouvert, exécutez `sudo usermod "
+                       "-aG dialout $USER` puis rouvrez votre session. Rien ne passe par le "
+                       "réseau ; vos listes et réglages restent sur cet ordinateur.",
+        },
+    .shortcuts =
+        {
+            .title = "Raccourcis clavier",
+            .startStop = "Démarrer / arrêter la lecture",
+            .newPoll = "Nouvelle scrutation",
+            .addDatapoint = "Ajouter un point de données",
+            .deleteDatapoints = "Supprimer les points de données sélectionnés",
+            .importExport = "Importer / exporter des points de données (CSV)",
+            .projects = "Nouveau projet / ouvrir / enregistrer sous",
+            .findInLog = "Rechercher dans le journal",
+            .saveLog = "Enregistrer le journal",
+            .clearLog = "Effacer le journal",
+            .openHelp = "Ouvrir cette aide",
+        },
+};
+} // namespace
+
+const HelpContent& frenchHelp() {
+    return french;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,406 @@
+#include "Texts.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr Texts french{
+    .header = {
+        .port = "Port série",
+        .noPortsFound = "Aucun port trouvé",
+        .choosePort = "Sélectionnez un port…",
+        .portNotConnected = [](std::string_view port) { return concat(port, " (non connecté)"); },
+        .baudRate = "Vitesse de transmission",
+        .baudLabel = [](int rate) { return concat(rate, " bauds"); },
+        .start = "Démarrer",
+        .stop = "Arrêter",
+        .frameSettingsHelp =
+            "Bits de données, parité, bits de stop, délai d'attente et mode d'écriture",
+        .startHelp = "Démarrer la lecture (Ctrl+R)",
+        .stopHelp = "Arrêter la lecture (Ctrl+R)",
+        .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
+    },
+    .settings =
+        {
+            .frame = "Format de trame",
+            .dataBits = "Bits de données",
+            .parity = "Parité",
+            .stopBits = "Bits de stop",
+            .parityNone = "Aucune",
+            .parityEven = "Paire",
+            .parityOdd = "Impaire",
+            .modbusDefault = "Réglage Modbus par défaut (8E1)",
+            .standardNote = "Modbus RTU utilise 8E1 par défaut. Beaucoup d'appareils utilisent "
+                            "8N1 ou 8N2 ; consultez le manuel de votre appareil.",
+            .requests = "Requêtes",
+            .responseTimeout = "Délai d'attente de réponse",
+            .timeoutHelp = "Durée pendant laquelle l'application attend la réponse de l'appareil. "
+                           "Passé ce délai, la requête est comptée comme sans réponse.",
+            .combine = "Regrouper les lectures",
+            .adjacentOnly = "Adresses contiguës uniquement",
+            .gapsUpTo = [](int gap) { return concat("Écarts jusqu'à ", gap, " adresses"); },
+            .combineHelp = "Les points de données proches les uns des autres sont lus en une "
+                           "seule requête. Franchir les écarts est plus rapide, mais certains "
+                           "appareils répondent alors par l'exception 02 pour les adresses qu'ils "
+                           "ne possèdent pas.",
+            .writeMode = "Écritures",
+            .writeSingle = "FC05/06 pour une seule valeur",
+            .writeMultiple = "Toujours FC15/16",
+            .writeModeHelp = "Certains appareils ne prennent en charge que FC16 (écriture de "
+                             "plusieurs registres), même pour un seul registre.",
+        },
+    .footer =
+        {
+            .statistics =
+                [](std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
+                   std::int64_t exceptions, std::int64_t errors) {
+                    return concat("Requêtes ", requests, " · Réponses ", responses,
+                                  " · Sans réponse ", timeouts, " · Exceptions ", exceptions,
+                                  " · Non valides ", errors);
+                },
+            .options = "Options du journal",
+            .optionsHelp = "Horodatage, trames brutes et défilement automatique",
+            .autoscroll = "Défilement automatique",
+            .timestamps = "Horodatage",
+            .rawFrames = "Afficher les trames RTU brutes",
+            .rawFramesHelp = "Affiche la trame RTU complète (adresse esclave, PDU et CRC) au "
+                             "lieu des seules données.",
+            .onlyProblems = "Journaliser uniquement les erreurs et les écritures",
+            .onlyProblemsHelp = "Les scrutations rapides remplissent vite le journal. Avec cette "
+                                "option, vous ne voyez que ce qui demande votre attention.",
+            .save = "Enregistrer…",
+            .saveHelp = "Enregistrer le journal dans un fichier texte (Ctrl+S)",
+            .clear = "Effacer le journal",
+            .clearHelp = "Effacer le journal et les compteurs (Ctrl+K)",
+            .outputAccessibility = "Journal de communication",
+        },
+    .menu =
+        {
+            .newProject = "Nouveau projet",
+            .openProject = "Ouvrir un projet…",
+            .saveProject = "Enregistrer le projet sous…",
+            .importCSV = "Importer des points de données (CSV)…",
+            .exportCSV = "Exporter les points de données (CSV)…",
+            .saveLog = "Enregistrer le journal…",
+            .clearLog = "Effacer le journal",
+        },
+    .table = {
+        .name = "Nom",
+        .unitID = "Esclave",
+        .table = "Table",
+        .address = "Adresse",
+        .dataType = "Type",
+        .wordOrder = "Ordre",
+        .scale = "Échelle",
+        .value = "Valeur",
+        .unit = "Unité",
+        .format = "Affichage",
+        .description = "Description",
+        .status = "État",
+        .add = "Ajouter un point de données",
+        .addHelp = "Ajouter un point de données à la prochaine adresse libre (Ctrl+Shift+D)",
+        .duplicate = "Dupliquer",
+        .deleteRows = "Supprimer",
+        .csvHelp =
+            "Importer ou exporter la liste pour Excel, LibreOffice Calc ou un autre programme",
+        .unitIDHelp = "Adresse esclave de l'appareil (1–247)",
+        .addressHelp =
+            [](std::string_view modicon) {
+                return concat("Adresse protocole, à partir de 0. En notation Modicon : ", modicon,
+                              ".");
+            },
+        .wordOrderHelp = "Ordre des octets des valeurs 32 et 64 bits. ABCD est le standard "
+                         "Modbus ; CDAB (mots permutés) est courant dans les automates.",
+        .scaleHelp = "Valeur = valeur brute du registre × échelle. Par exemple 0,1 quand "
+                     "l'appareil envoie 215 pour 21,5.",
+        .plotHelp = "Afficher ce point de données dans le graphique",
+        .rawHelp = [](std::string_view raw) { return concat("Registres bruts : ", raw); },
+        .overlapHelp = "Cette adresse chevauche un autre point de données ou s'étend au-delà de "
+                       "l'adresse 65535.",
+        .emptyTitle = "Aucun point de données pour l'instant",
+        .emptyText = "Ajoutez les points de données à lire ou importez une liste depuis Excel "
+                     "(CSV). Les points de données voisins sont lus ensemble.",
+        .tableNames =
+            {
+                .coil = "Bobine",
+                .discreteInput = "Entrée discrète",
+                .holdingRegister = "Registre de maintien",
+                .inputRegister = "Registre d'entrée",
+            },
+        .formatNames =
+            {
+                .decimal = "Décimal",
+                .binary = "Binaire",
+            },
+        .waiting = "En attente…",
+        .updatedHelp = [](std::string_view time) { return concat("Dernière lecture à ", time); },
+        .valueHelp = "Saisissez une valeur et appuyez sur Entrée. L'hexadécimal (0x1F) et le "
+                     "binaire (0b101) sont aussi acceptés.",
+        .valueInvalid =
+            [](std::string_view type) {
+                return concat("Cette valeur ne convient pas au type ", type, ".");
+            },
+    },
+    .import = {
+        .title =
+            [](int count) {
+                return count < 2 ? concat(count, " point de données trouvé")
+                                 : concat(count, " points de données trouvés");
+            },
+        .question = "Voulez-vous les ajouter à la liste actuelle ou remplacer la liste ?",
+        .skipped =
+            [](int count) {
+                return count < 2 ? concat(count, " ligne ignorée :")
+                                 : concat(count, " lignes ignorées :");
+            },
+        .add = "Ajouter",
+        .replace = "Remplacer",
+        .cancel = "Annuler",
+    },
+    .modbus =
+        {
+            .functionNames =
+                {
+                    .readCoils = "Lecture des bobines",
+                    .readDiscreteInputs = "Lecture des entrées discrètes",
+                    .readHoldingRegisters = "Lecture des registres de maintien",
+                    .readInputRegisters = "Lecture des registres d'entrée",
+                    .writeSingleCoil = "Écriture d'une bobine",
+                    .writeSingleRegister = "Écriture d'un registre",
+                    .diagnostics = "Diagnostic",
+                    .writeMultipleCoils = "Écriture de plusieurs bobines",
+                    .writeMultipleRegisters = "Écriture de plusieurs registres",
+                    .maskWriteRegister = "Écriture masquée d'un registre",
+                    .readWriteMultipleRegisters = "Lecture/écriture de plusieurs registres",
+                    .deviceIdentification = "Identification de l'appareil",
+                    .other = "Fonction",
+                },
+            .exceptionNames =
+                {
+                    .illegalFunction = "Fonction non valide",
+                    .illegalDataAddress = "Adresse de données non valide",
+                    .illegalDataValue = "Valeur de données non valide",
+                    .serverDeviceFailure = "Défaillance de l'appareil",
+                    .acknowledge = "Acquittement",
+                    .serverDeviceBusy = "Appareil occupé",
+                    .memoryParityError = "Erreur de parité mémoire",
+                    .gatewayPathUnavailable = "Chemin de passerelle indisponible",
+                    .gatewayTargetFailedToRespond = "Pas de réponse de l'appareil cible de la "
+                                                    "passerelle",
+                    .other = "Exception",
+                },
+        },
+    .board =
+        {
+            .usbSerial = [](std::string_view chip) { return concat("USB-série (", chip, ")"); },
+        },
+    .errors = {
+        .alertTitle = "Une erreur s'est produite",
+        .selectPortFirst = "Sélectionnez d'abord un port série.",
+        .saveFailed =
+            [](std::string_view reason) { return concat("Échec de l'enregistrement : ", reason); },
+        .fileOpenFailed =
+            [](std::string_view file) {
+                return concat("Impossible de lire ", file,
+                              ". S'agit-il bien d'un fichier de cette application ?");
+            },
+        .importNothing =
+            [](std::string_view details) {
+                return concat("Aucun point de données trouvé dans ce fichier. La première ligne "
+                              "doit contenir les noms des colonnes, dont au moins Table et "
+                              "Address. ",
+                              details);
+            },
+        .importIssue =
+            [](int line, std::string_view problem) {
+                return concat("Ligne ", line, " : ", problem);
+            },
+        .csvMissingColumns = "les colonnes Table et Address sont absentes",
+        .csvInvalidTable =
+            [](std::string_view text) {
+                return concat("table inconnue « ", text, " » (utilisez CO, DI, HR ou IR)");
+            },
+        .csvInvalidAddress =
+            [](std::string_view text) {
+                return concat("adresse non valide « ", text, " » (0 à 65535)");
+            },
+        .csvInvalidUnit =
+            [](std::string_view text) {
+                return concat("adresse esclave non valide « ", text, " » (1 à 247)");
+            },
+        .csvInvalidDataType =
+            [](std::string_view text) { return concat("type de données inconnu « ", text, " »"); },
+        .csvInvalidNumber =
+            [](std::string_view text) { return concat("nombre non valide « ", text, " »"); },
+        .invalidPath =
+            [](std::string_view path) {
+                return concat("« ", path, " » n'est pas un port série valide.");
+            },
+        .openFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("Impossible d'ouvrir ", path, " : ", reason, ".");
+            },
+        .openPermissionDenied =
+            "Les ports série ne sont accessibles qu'aux membres du groupe dialout : ajoutez-vous "
+            "avec la commande sudo usermod -aG dialout $USER, puis rouvrez votre session.",
+        .busy =
+            [](std::string_view path) {
+                return concat(path, " est déjà utilisé par un autre programme. Fermez ce "
+                                    "programme et réessayez.");
+            },
+        .configurationFailed =
+            [](std::string_view reason) {
+                return concat("Échec de la configuration du port série : ", reason, ".");
+            },
+        .unsupportedBaud =
+            [](int baud) {
+                return concat("La vitesse de ", baud,
+                              " bauds n'est pas prise en charge par cet adaptateur.");
+            },
+        .notOpen = "Le port série n'est pas ouvert.",
+        .writeFailed =
+            [](std::string_view reason) { return concat("Échec de l'envoi : ", reason, "."); },
+        .timeout = "Pas de réponse de l'appareil.",
+        .deviceDisconnected = "L'adaptateur a été déconnecté.",
+    },
+    .help =
+        {
+            .windowTitle = "Aide de Kestrin",
+            .searchPrompt = "Rechercher dans l'aide",
+            .noResults = "Aucune rubrique trouvée",
+            .tipLabel = "Astuce",
+        },
+    .state =
+        {
+            .running = "Lecture en cours",
+            .stopped = "Arrêté",
+            .serialLost = "Port série perdu",
+        },
+    .notice =
+        {
+            .emptyTitle = "Prêt pour la lecture",
+            .emptySteps = "Saisissez dans le tableau les points de données de votre appareil "
+                          "(esclave, table, adresse et type), choisissez en haut le port série "
+                          "et les mêmes réglages que l'appareil, puis cliquez sur Démarrer "
+                          "(Ctrl+R).",
+            .emptyNoDevice = "Aucun adaptateur USB trouvé",
+            .emptyNoDeviceSteps = "Branchez votre adaptateur USB-RS485. Le port apparaît alors "
+                                  "automatiquement. Vous pouvez déjà préparer votre liste de "
+                                  "points de données.",
+            .startPolling = "Démarrer la lecture",
+            .noResponse = "L'appareil ne répond pas. Vérifiez l'adresse esclave, la vitesse de "
+                          "transmission, la parité et les bits de stop, ainsi que le câblage (A/B "
+                          "non inversés).",
+            .serialLost = "Le port série a disparu. Dès que l'adaptateur sera rebranché, la "
+                          "lecture reprendra automatiquement.",
+            .dismiss = "Fermer",
+            .writeFailed =
+                [](std::string_view name, std::string_view reason) {
+                    return concat("Échec de l'écriture de ", name, " : ", reason, ".");
+                },
+            .startFirst = "Démarrez d'abord la lecture (Ctrl+R) pour écrire des valeurs.",
+        },
+    .polls = {
+        .add = "Nouvelle scrutation",
+        .addHelp = "Ajouter un autre groupe de points de données avec son propre intervalle "
+                   "(Ctrl+T)",
+        .namePlaceholder = "Nom",
+        .interval = "Intervalle",
+        .intervalHelp = "Fréquence de lecture de cette scrutation",
+        .active = "Active",
+        .activeHelp = "Désactivée : cette scrutation est ignorée",
+        .removeTitle = "Supprimer la scrutation ?",
+        .remove = "Supprimer",
+        .removeMessage = "Les points de données de cette scrutation sont également supprimés.",
+        .unnamed = "Sans titre",
+        .duplicate = "Dupliquer",
+        .tabHelp = "Clic droit pour dupliquer ou supprimer",
+        .newName = [](int number) { return concat("Scrutation ", number); },
+        .copyName = [](std::string_view name) { return concat(name, " (copie)"); },
+    },
+    .write =
+        {
+            .help = "Écrire une nouvelle valeur dans l'appareil",
+            .title = [](std::string_view name) { return concat("Écrire ", name); },
+            .off = "Désactivé (0)",
+            .on = "Activé (1)",
+            .placeholder = "Nouvelle valeur",
+            .button = "Écrire",
+        },
+    .pane =
+        {
+            .title = "Vue",
+            .log = "Journal",
+            .chart = "Graphique",
+            .clearHistory = "Effacer l'historique",
+            .clearHistoryHelp = "Effacer toutes les valeurs enregistrées",
+            .exportHistory = "Exporter l'historique (CSV)…",
+            .exportHistoryHelp = "Enregistrer chaque valeur lue, avec son heure, pour Excel ou "
+                                 "LibreOffice Calc",
+        },
+    .chart =
+        {
+            .emptyTitle = "Rien à afficher pour l'instant",
+            .emptyText = "Cochez les points de données à suivre dans la colonne Graphique, puis "
+                         "démarrez la lecture.",
+            .time = "Temps",
+            .window = "Période",
+            .windowAll = "Tout",
+            .windowHelp = "Période affichée par le graphique",
+        },
+    .log = {
+        .failure =
+            {
+                .unexpectedUnit = [](int unit) { return concat("réponse de l'esclave ", unit); },
+                .unexpectedFunction =
+                    [](std::string_view code) {
+                        return concat("réponse avec le code fonction ", code);
+                    },
+                .timeout =
+                    [](int timeoutMs) {
+                        return concat("aucune réponse dans les ", timeoutMs, " ms");
+                    },
+                .crcMismatch = "erreur CRC dans la réponse",
+                .malformed = "réponse de longueur incorrecte",
+            },
+        .shortFailure =
+            {
+                .exception = [](std::string_view code) { return concat("Exception ", code); },
+                .timeout = "Sans réponse",
+                .crcMismatch = "Erreur CRC",
+                .invalid = "Réponse non valide",
+            },
+        .started =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Lecture démarrée sur ", port, " @ ", serial);
+            },
+        .stopped = "Lecture arrêtée",
+        .unit = [](int id) { return concat("Esclave ", id); },
+        .unitFunction =
+            [](int id, std::string_view code) { return concat("Esclave ", id, " · FC ", code); },
+        .writeFailed =
+            [](std::string_view name) { return concat("Échec de l'écriture de ", name); },
+        .serialLost =
+            [](std::string_view path) {
+                return concat("Le port série ", path, " a disparu ; en attente de son retour");
+            },
+        .serialRestored = "Port série de nouveau ouvert",
+    },
+    .example =
+        {
+            .pollName = "Appareil d'exemple",
+            .temperature = "Température",
+            .pressure = "Pression",
+            .runtime = "Durée de fonctionnement",
+            .setpoint = "Consigne",
+            .mode = "Mode",
+            .pump = "Pompe en marche",
+            .alarm = "Alarme",
+        },
+};
+} // namespace
+
+const Texts& frenchTexts() {
+    return french;
+}
+
+} // namespace kestrin::L10n

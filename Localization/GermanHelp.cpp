@@ -1,0 +1,212 @@
+#include "HelpContent.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr HelpContent german{
+    .start =
+        {
+            .title = "Erste Schritte",
+            .intro =
+                [](std::string_view product) {
+                    return concat(product,
+                                  " ist ein Modbus-RTU-Master: Es liest Werte von Geräten an einem "
+                                  "RS-485- oder RS-232-Bus, etwa Energiezählern, Steuerungen und "
+                                  "Sensoren, und kann Werte in diese Geräte schreiben.");
+                },
+            .stepsHeading = "In vier Schritten",
+            .connect = "Schließen Sie Ihren USB-RS485-Adapter an und verdrahten Sie ihn mit dem "
+                       "Gerät (A an A, B an B).",
+            .enterDatapoints = "Tragen Sie die **Datenpunkte** des Geräts in die Tabelle ein: "
+                               "Geräteadresse, Tabelle, Adresse und Typ, wie im Handbuch des "
+                               "Geräts angegeben.",
+            .choosePort = "Wählen Sie oben die **serielle Schnittstelle**, die **Baudrate** und "
+                          "über die Schaltfläche mit den Schiebereglern das Zeichenformat (zum "
+                          "Beispiel `8E1`), genau wie am Gerät eingestellt.",
+            .clickStart = "Klicken Sie auf **Starten** (Ctrl+R). Die Spalte **Wert** zeigt die "
+                          "aktuellen Werte, die Spalte **Status**, ob das Lesen funktioniert.",
+            .overviewCaption = "Eine Abfrage mit Live-Werten und dem Status je Datenpunkt, "
+                               "darunter die Kommunikation.",
+            .simulatorTip = "Kein Gerät zur Hand? Dravel Server simuliert eines, mit derselben "
+                            "Beispielliste wie dieses Programm.",
+            .autosave = "Ihre Abfragen und Datenpunkte werden automatisch gespeichert. **Datei ▸ "
+                        "Projekt speichern unter…** (Ctrl+Shift+S) legt eine eigene Projektdatei "
+                        "an, zum Beispiel je Anlage.",
+        },
+    .polls =
+        {
+            .title = "Abfragen",
+            .intro = "Eine Abfrage ist eine Gruppe von Datenpunkten mit eigenem Intervall, oben "
+                     "als Reiter dargestellt. So lesen Sie schnelle Messwerte alle 250 ms und "
+                     "Zähler jede Minute. **+** (Ctrl+T) legt eine neue Abfrage an; mit einem "
+                     "Rechtsklick auf einen Reiter duplizieren oder entfernen Sie die Abfrage.",
+            .tabDot = "Der Punkt im Reiter ist grün, wenn alles gelesen wird, und orange, wenn "
+                      "etwas fehlschlägt. Schalten Sie **Aktiv** aus, um eine Abfrage "
+                      "vorübergehend zu überspringen.",
+            .combining = "Benachbarte Datenpunkte werden in einer Anfrage gelesen (bis zu 125 "
+                         "Register oder 2000 Bits). In den Einstellungen (Schieberegler oben) "
+                         "können Sie auch kleine Lücken überbrücken lassen: Das ist schneller, "
+                         "aber manche Geräte antworten dann mit Ausnahme 02.",
+            .oneRequest = "Es ist immer nur eine Anfrage auf der Leitung. Schreibzugriffe haben "
+                          "Vorrang vor Lesezugriffen.",
+        },
+    .datapoints =
+        {
+            .title = "Datenpunkte",
+            .intro = "Ein Datenpunkt ist ein einzelner Wert in einem Gerät, etwa eine Temperatur "
+                     "oder ein Sollwert. Sie beschreiben, wo er liegt und wie er gespeichert ist; "
+                     "das Programm rechnet die Register in einen lesbaren Wert um.",
+            .unitID = "die Slave-Adresse des Geräts (1–247)",
+            .table = "**Coil** (Bit, lesen und schreiben), **Digitaleingang** (Bit, nur lesen), "
+                     "**Halteregister** (16 Bit, lesen und schreiben) oder **Eingangsregister** "
+                     "(16 Bit, nur lesen)",
+            .address = "die Protokolladresse, beginnend bei `0`. Handbücher verwenden oft die "
+                       "Modicon-Notation: Halteregister `40001` ist Adresse `0`, Eingangsregister "
+                       "`30010` ist Adresse `9`. Zeigen Sie mit der Maus auf die Adresse, um die "
+                       "Modicon-Notation zu sehen.",
+            .dataType = "`UInt16`/`Int16` belegen ein Register, `UInt32`/`Int32`/`Float32` zwei "
+                        "und die 64-Bit-Typen vier aufeinanderfolgende Register",
+            .wordOrder = "die Byte-Reihenfolge von Werten, die mehrere Register belegen, siehe "
+                         "unten",
+            .scale = "Wert = Rohwert × Faktor; mit `0,1` wird aus `215` der Wert `21,5`",
+            .format = "dezimal, hex (`0x00FF`) oder binär; hex und binär zeigen die rohen "
+                      "Registerbits",
+            .wordOrderHeading = "Wortreihenfolge",
+            .wordOrderIntro = "Modbus kennt nur 16-Bit-Register. Wie ein 32- oder 64-Bit-Wert auf "
+                              "die Register verteilt wird, ist von Hersteller zu Hersteller "
+                              "verschieden. Die Buchstaben stehen für die Bytes, das höchstwertige "
+                              "zuerst:",
+            .abcd = "höherwertiges Wort zuerst: der Modbus-Standard",
+            .cdab = "Wörter vertauscht, üblich bei SPS und Energiezählern",
+            .badc = "Bytes innerhalb jedes Worts vertauscht",
+            .dcba = "vollständig umgekehrt (Little-Endian)",
+            .orderTip = "Sieht ein Wert seltsam aus, zum Beispiel ein Float von `4,6e-41` statt "
+                        "`21,5`? Versuchen Sie eine andere Reihenfolge; meist ist es CDAB.",
+            .overlap = "Ein Dreieck neben der Adresse bedeutet, dass sich der Datenpunkt mit "
+                       "einem anderen Datenpunkt desselben Geräts und derselben Tabelle "
+                       "überschneidet.",
+        },
+    .writing =
+        {
+            .title = "Werte schreiben",
+            .howTo = "Coils und Halteregister lassen sich schreiben. Klicken Sie auf den Stift in "
+                     "der Spalte **Wert**, geben Sie den neuen Wert ein und klicken Sie auf "
+                     "**Schreiben**; bei einem Bit wählen Sie **Ein** oder **Aus**. Der Wert wird "
+                     "mit Typ, Reihenfolge und Faktor des Datenpunkts umgerechnet.",
+            .functionCodes = "Das Programm verwendet FC05 für eine Coil, FC06 für ein Register "
+                             "und FC16 für mehrere Register. Unterstützt Ihr Gerät nur FC15/FC16, "
+                             "wählen Sie in den Einstellungen **Immer FC15/16**.",
+            .onlyWhileReading = "Schreiben ist nur möglich, während gelesen wird. Schlägt es "
+                                "fehl, nennt ein Hinweis den Grund, zum Beispiel Ausnahme 02 "
+                                "(Adresse existiert nicht) oder 03 (Wert außerhalb des "
+                                "Bereichs).",
+        },
+    .chart =
+        {
+            .title = "Diagramm und Export",
+            .howTo = "Markieren Sie in der Spalte **Diagramm** die Datenpunkte, die Sie verfolgen "
+                     "möchten, und wählen Sie unten **Diagramm**. Oben rechts wählen Sie den "
+                     "Zeitraum: 1 Minute bis eine Stunde oder alles.",
+            .chartCaption = "Die Temperatur der letzten Minuten.",
+            .history = "Jeder gelesene Wert wird aufbewahrt (bis zu 20.000 je Datenpunkt). "
+                       "**Verlauf exportieren (CSV)…** liefert eine Zeile je Messung mit Zeit, "
+                       "Abfrage, Name, Wert und Einheit, bereit für eine Pivot-Tabelle oder ein "
+                       "Diagramm in Excel.",
+        },
+    .csv =
+        {
+            .title = "Excel und CSV",
+            .spreadsheets = "Sie können eine Datenpunktliste in Excel oder LibreOffice Calc "
+                            "erstellen oder bearbeiten und als CSV importieren. **CSV ▸ "
+                            "Datenpunkte exportieren** liefert eine Datei, die Excel sofort "
+                            "richtig öffnet, mit den Werten des Augenblicks.",
+            .columns = "Die erste Zeile enthält die Spaltennamen. Nur **Table** und **Address** "
+                       "sind Pflicht; die Reihenfolge der Spalten spielt keine Rolle.",
+            .name = "Name des Datenpunkts",
+            .unitID = "Slave-Adresse, 1 wenn leer",
+            .table = "`CO`, `DI`, `HR` oder `IR` (auch `coil`, `holding`, `4x` …)",
+            .address = "Adresse ab 0",
+            .dataType = "`uint16`, `int16`, `float32` … (auch `float`, `real`, `dint`)",
+            .wordOrder = "`ABCD`, `CDAB`, `BADC` oder `DCBA`",
+            .optional = "optional",
+            .separatorTip = "Das Programm verwendet das Trennzeichen, das Excel auf diesem "
+                            "Computer erwartet: ein Semikolon, wenn Dezimalzahlen mit Komma "
+                            "geschrieben werden. Beim Import werden Komma, Semikolon und "
+                            "Tabulator erkannt, ebenso `21,5` und `21.5`.",
+            .simulatorTip = "Dravel Server und Kestrin verwenden dasselbe Format: Eine in einem "
+                            "der beiden Programme exportierte Liste lässt sich in das andere "
+                            "importieren.",
+        },
+    .log =
+        {
+            .title = "Status und Log",
+            .ok = "gelesen, mit der Antwortzeit",
+            .noResponse = "keine Antwort innerhalb des Antwort-Timeouts",
+            .exception = "das Gerät lehnt die Anfrage ab, siehe unten",
+            .crcError = "die Antwort wurde unterwegs beschädigt",
+            .lastGoodValue = "Nach einem Fehler bleibt der letzte gültige Wert in Grau stehen. "
+                             "Zeigen Sie mit der Maus auf einen Wert, um die Registerrohwerte zu "
+                             "sehen, oder auf den Status, um die Uhrzeit zu sehen.",
+            .exceptionCodesHeading = "Ausnahmecodes",
+            .exception01 = "das Gerät unterstützt diesen Funktionscode nicht",
+            .exception02 = "diese Adresse existiert nicht (Achtung: Adressen beginnen bei 0)",
+            .exception03 = "ungültiger Wert oder ungültige Anzahl",
+            .exception04 = "Fehler im Gerät",
+            .exception06 = "Gerät beschäftigt, später erneut versuchen",
+            .logLines = "Das Log zeigt jede Antwort (←), jeden Schreibzugriff (✎) und jeden "
+                        "Fehler (✕). Die **Log-Optionen** (Schieberegler unten) bieten "
+                        "Zeitstempel, Rohtelegramme, automatisches Scrollen oder **nur Fehler und "
+                        "Schreibzugriffe** für schnelle Abfragen.",
+        },
+    .troubleshooting =
+        {
+            .title = "Fehlerbehebung",
+            .noResponseHeading = "Keine Antwort",
+            .unitID = "Stimmt die **Geräteadresse** mit der im Gerät eingestellten Slave-Adresse "
+                      "überein?",
+            .timeout = "Antwortet das Gerät langsam? Erhöhen Sie das **Antwort-Timeout** in den "
+                       "Einstellungen.",
+            .frame = "Sind Baudrate, Parität und Stoppbits auf beiden Seiten gleich? Versuchen "
+                     "Sie `8N1` oder `8N2`, wenn `8E1` nicht funktioniert.",
+            .wiring = "Sind A und B vertauscht? Ein Tausch der beiden Adern schadet nicht und "
+                      "behebt das Problem oft.",
+            .cabling = "Verwenden Sie verdrilltes Kabel (Twisted Pair), einen Abschlusswiderstand "
+                       "von 120 Ω an beiden Enden des Busses und eine gemeinsame Masse.",
+            .busyPort = "Ist die Schnittstelle belegt? Schließen Sie andere Programme, die sie "
+                        "verwenden, etwa ein serielles Terminal. Manche Adapter benötigen einen "
+                        "Treiber des Herstellers.",
+            .oddValuesHeading = "Unplausible Werte",
+            .scale = "Stimmt die Größenordnung nicht? Prüfen Sie den **Faktor** (zum Beispiel "
+                     "0,1 oder 0,01).",
+            .order = "Ist ein 32-Bit-Wert falsch? Versuchen Sie eine andere **Reihenfolge**, "
+                     "meist CDAB.",
+            .offByOne = "Ist alles um eine Adresse verschoben? Ziehen Sie 1 ab: Das Handbuch "
+                        "zählt die Adressen dann ab 1 (oder ab 40001).",
+            .privacy = "Serielle Schnittstellen sind nur für Mitglieder der Gruppe **dialout** "
+                       "zugänglich: Lässt sich eine Schnittstelle nicht öffnen, führen Sie `sudo "
+                       "usermod -aG dialout $USER` aus und melden Sie sich neu an. Nichts wird "
+                       "über das Netzwerk übertragen; Ihre Listen und Einstellungen bleiben auf "
+                       "diesem Computer.",
+        },
+    .shortcuts =
+        {
+            .title = "Tastenkürzel",
+            .startStop = "Lesen starten / stoppen",
+            .newPoll = "Neue Abfrage",
+            .addDatapoint = "Datenpunkt hinzufügen",
+            .deleteDatapoints = "Ausgewählte Datenpunkte löschen",
+            .importExport = "Datenpunkte importieren / exportieren (CSV)",
+            .projects = "Neues Projekt / öffnen / speichern unter",
+            .findInLog = "Im Log suchen",
+            .saveLog = "Log speichern",
+            .clearLog = "Log leeren",
+            .openHelp = "Diese Hilfe öffnen",
+        },
+};
+} // namespace
+
+const HelpContent& germanHelp() {
+    return german;
+}
+
+} // namespace kestrin::L10n

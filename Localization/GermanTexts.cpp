@@ -1,0 +1,409 @@
+#include "Texts.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr Texts german{
+    .header = {
+        .port = "Serielle Schnittstelle",
+        .noPortsFound = "Keine Schnittstellen gefunden",
+        .choosePort = "Schnittstelle wählen…",
+        .portNotConnected =
+            [](std::string_view port) { return concat(port, " (nicht verbunden)"); },
+        .baudRate = "Baudrate",
+        .baudLabel = [](int rate) { return concat(rate, " Baud"); },
+        .start = "Starten",
+        .stop = "Stoppen",
+        .frameSettingsHelp = "Datenbits, Parität, Stoppbits, Timeout und Schreibmethode",
+        .startHelp = "Lesen starten (Ctrl+R)",
+        .stopHelp = "Lesen stoppen (Ctrl+R)",
+        .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
+    },
+    .settings =
+        {
+            .frame = "Zeichenformat",
+            .dataBits = "Datenbits",
+            .parity = "Parität",
+            .stopBits = "Stoppbits",
+            .parityNone = "Keine",
+            .parityEven = "Gerade",
+            .parityOdd = "Ungerade",
+            .modbusDefault = "Modbus-Standard (8E1)",
+            .standardNote = "Modbus RTU verwendet standardmäßig 8E1. Viele Geräte nutzen 8N1 oder "
+                            "8N2; prüfen Sie das Handbuch Ihres Geräts.",
+            .requests = "Anfragen",
+            .responseTimeout = "Antwort-Timeout",
+            .timeoutHelp = "Wie lange das Programm auf die Antwort des Geräts wartet. Danach "
+                           "zählt die Anfrage als Timeout.",
+            .combine = "Lesezugriffe zusammenfassen",
+            .adjacentOnly = "Nur direkt benachbarte",
+            .gapsUpTo = [](int gap) { return concat("Lücken bis zu ", gap, " Adressen"); },
+            .combineHelp =
+                "Nah beieinanderliegende Datenpunkte werden in einer Anfrage gelesen. Das "
+                "Überbrücken von Lücken ist schneller, aber manche Geräte antworten dann mit "
+                "Ausnahme 02 für Adressen, die sie nicht haben.",
+            .writeMode = "Schreibzugriffe",
+            .writeSingle = "FC05/06 für einen Wert",
+            .writeMultiple = "Immer FC15/16",
+            .writeModeHelp = "Manche Geräte unterstützen nur FC16 (Mehrere Register schreiben), "
+                             "auch für ein einzelnes Register.",
+        },
+    .footer =
+        {
+            .statistics =
+                [](std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
+                   std::int64_t exceptions, std::int64_t errors) {
+                    return concat("Anfragen ", requests, " · Antworten ", responses,
+                                  " · Keine Antwort ", timeouts, " · Ausnahmen ", exceptions,
+                                  " · Ungültig ", errors);
+                },
+            .options = "Log-Optionen",
+            .optionsHelp = "Zeitstempel, Rohtelegramme und automatisches Scrollen",
+            .autoscroll = "Automatisch scrollen",
+            .timestamps = "Zeitstempel",
+            .rawFrames = "Rohe RTU-Telegramme anzeigen",
+            .rawFramesHelp = "Das vollständige RTU-Telegramm (Geräteadresse, PDU und CRC) "
+                             "anzeigen, nicht nur die Daten.",
+            .onlyProblems = "Nur Fehler und Schreibzugriffe protokollieren",
+            .onlyProblemsHelp = "Schnelle Abfragen füllen das Log rasch. Ist diese Option "
+                                "eingeschaltet, sehen Sie nur, was Aufmerksamkeit erfordert.",
+            .save = "Speichern…",
+            .saveHelp = "Das Log als Textdatei speichern (Ctrl+S)",
+            .clear = "Log leeren",
+            .clearHelp = "Das Log leeren und die Zähler zurücksetzen (Ctrl+K)",
+            .outputAccessibility = "Kommunikations-Log",
+        },
+    .menu =
+        {
+            .newProject = "Neues Projekt",
+            .openProject = "Projekt öffnen…",
+            .saveProject = "Projekt speichern unter…",
+            .importCSV = "Datenpunkte importieren (CSV)…",
+            .exportCSV = "Datenpunkte exportieren (CSV)…",
+            .saveLog = "Log speichern…",
+            .clearLog = "Log leeren",
+        },
+    .table = {
+        .name = "Name",
+        .unitID = "Gerät",
+        .table = "Tabelle",
+        .address = "Adresse",
+        .dataType = "Typ",
+        .wordOrder = "Reihenfolge",
+        .scale = "Faktor",
+        .value = "Wert",
+        .unit = "Einheit",
+        .format = "Anzeige",
+        .description = "Beschreibung",
+        .status = "Status",
+        .add = "Datenpunkt",
+        .addHelp = "Einen Datenpunkt an der nächsten freien Adresse hinzufügen (Ctrl+Shift+D)",
+        .duplicate = "Duplizieren",
+        .deleteRows = "Löschen",
+        .csvHelp = "Die Liste aus Excel, LibreOffice Calc oder einem anderen Programm importieren "
+                   "oder dorthin exportieren",
+        .unitIDHelp = "Slave-Adresse des Geräts (1–247)",
+        .addressHelp =
+            [](std::string_view modicon) {
+                return concat("Protokolladresse, beginnend bei 0. In Modicon-Notation: ", modicon,
+                              ".");
+            },
+        .wordOrderHelp = "Byte-Reihenfolge von 32- und 64-Bit-Werten. ABCD ist der "
+                         "Modbus-Standard; CDAB (Wörter vertauscht) ist bei SPS üblich.",
+        .scaleHelp = "Wert = Rohwert des Registers × Faktor. Zum Beispiel 0,1, wenn das Gerät "
+                     "215 für 21,5 sendet.",
+        .plotHelp = "Diesen Datenpunkt im Diagramm anzeigen",
+        .rawHelp = [](std::string_view raw) { return concat("Registerrohwerte: ", raw); },
+        .overlapHelp = "Diese Adresse überschneidet sich mit einem anderen Datenpunkt oder reicht "
+                       "über Adresse 65535 hinaus.",
+        .emptyTitle = "Noch keine Datenpunkte",
+        .emptyText = "Fügen Sie die Datenpunkte hinzu, die Sie lesen möchten, oder importieren "
+                     "Sie eine Liste aus Excel (CSV). Benachbarte Datenpunkte werden gemeinsam "
+                     "gelesen.",
+        .tableNames =
+            {
+                .coil = "Coil",
+                .discreteInput = "Digitaleingang",
+                .holdingRegister = "Halteregister",
+                .inputRegister = "Eingangsregister",
+            },
+        .formatNames =
+            {
+                .decimal = "Dezimal",
+                .binary = "Binär",
+            },
+        .waiting = "Wartet…",
+        .updatedHelp = [](std::string_view time) { return concat("Zuletzt gelesen um ", time); },
+        .valueHelp = "Geben Sie einen Wert ein und drücken Sie die Eingabetaste. Hex (0x1F) oder "
+                     "binär (0b101) geht ebenfalls.",
+        .valueInvalid =
+            [](std::string_view type) {
+                return concat("Dieser Wert passt nicht in den Datentyp ", type, ".");
+            },
+    },
+    .import = {
+        .title =
+            [](int count) {
+                return count == 1 ? concat("1 Datenpunkt gefunden")
+                                  : concat(count, " Datenpunkte gefunden");
+            },
+        .question = "Möchten Sie sie zur aktuellen Liste hinzufügen oder die Liste ersetzen?",
+        .skipped =
+            [](int count) {
+                return count == 1 ? concat("1 Zeile übersprungen:")
+                                  : concat(count, " Zeilen übersprungen:");
+            },
+        .add = "Hinzufügen",
+        .replace = "Ersetzen",
+        .cancel = "Abbrechen",
+    },
+    .modbus =
+        {
+            .functionNames =
+                {
+                    .readCoils = "Coils lesen",
+                    .readDiscreteInputs = "Digitaleingänge lesen",
+                    .readHoldingRegisters = "Halteregister lesen",
+                    .readInputRegisters = "Eingangsregister lesen",
+                    .writeSingleCoil = "Einzelne Coil schreiben",
+                    .writeSingleRegister = "Einzelnes Register schreiben",
+                    .diagnostics = "Diagnose",
+                    .writeMultipleCoils = "Mehrere Coils schreiben",
+                    .writeMultipleRegisters = "Mehrere Register schreiben",
+                    .maskWriteRegister = "Register maskiert schreiben",
+                    .readWriteMultipleRegisters = "Mehrere Register lesen/schreiben",
+                    .deviceIdentification = "Geräteidentifikation",
+                    .other = "Funktion",
+                },
+            .exceptionNames =
+                {
+                    .illegalFunction = "Unzulässige Funktion",
+                    .illegalDataAddress = "Unzulässige Datenadresse",
+                    .illegalDataValue = "Unzulässiger Datenwert",
+                    .serverDeviceFailure = "Gerätefehler",
+                    .acknowledge = "Bestätigung",
+                    .serverDeviceBusy = "Gerät beschäftigt",
+                    .memoryParityError = "Speicherparitätsfehler",
+                    .gatewayPathUnavailable = "Gateway-Pfad nicht verfügbar",
+                    .gatewayTargetFailedToRespond = "Gateway-Zielgerät antwortet nicht",
+                    .other = "Ausnahme",
+                },
+        },
+    .board =
+        {
+            .usbSerial = [](std::string_view chip) { return concat("USB-Seriell (", chip, ")"); },
+        },
+    .errors = {
+        .alertTitle = "Es ist ein Fehler aufgetreten",
+        .selectPortFirst = "Wählen Sie zuerst eine serielle Schnittstelle.",
+        .saveFailed =
+            [](std::string_view reason) { return concat("Speichern fehlgeschlagen: ", reason); },
+        .fileOpenFailed =
+            [](std::string_view file) {
+                return concat("„", file,
+                              "“ kann nicht gelesen werden. Ist es eine Datei dieses Programms?");
+            },
+        .importNothing =
+            [](std::string_view details) {
+                return concat("In dieser Datei wurden keine Datenpunkte gefunden. Die erste Zeile "
+                              "muss die Spaltennamen enthalten, mindestens Table und Address. ",
+                              details);
+            },
+        .importIssue =
+            [](int line, std::string_view problem) {
+                return concat("Zeile ", line, ": ", problem);
+            },
+        .csvMissingColumns = "die Spalten Table und Address fehlen",
+        .csvInvalidTable =
+            [](std::string_view text) {
+                return concat("unbekannte Tabelle „", text, "“ (CO, DI, HR oder IR verwenden)");
+            },
+        .csvInvalidAddress =
+            [](std::string_view text) {
+                return concat("ungültige Adresse „", text, "“ (0 bis 65535)");
+            },
+        .csvInvalidUnit =
+            [](std::string_view text) {
+                return concat("ungültige Geräteadresse „", text, "“ (1 bis 247)");
+            },
+        .csvInvalidDataType =
+            [](std::string_view text) { return concat("unbekannter Datentyp „", text, "“"); },
+        .csvInvalidNumber =
+            [](std::string_view text) { return concat("ungültige Zahl „", text, "“"); },
+        .invalidPath =
+            [](std::string_view path) {
+                return concat("„", path, "“ ist keine gültige serielle Schnittstelle.");
+            },
+        .openFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat(path, " kann nicht geöffnet werden: ", reason, ".");
+            },
+        .openPermissionDenied =
+            "Serielle Schnittstellen sind nur für Mitglieder der Gruppe dialout zugänglich: Fügen "
+            "Sie sich mit dem Befehl sudo usermod -aG dialout $USER hinzu und melden Sie sich neu "
+            "an.",
+        .busy =
+            [](std::string_view path) {
+                return concat(path,
+                              " wird bereits von einem anderen Programm verwendet. Schließen Sie "
+                              "dieses Programm und versuchen Sie es erneut.");
+            },
+        .configurationFailed =
+            [](std::string_view reason) {
+                return concat("Die Konfiguration der seriellen Schnittstelle ist fehlgeschlagen: ",
+                              reason, ".");
+            },
+        .unsupportedBaud =
+            [](int baud) {
+                return concat("Die Baudrate ", baud, " wird von diesem Adapter nicht unterstützt.");
+            },
+        .notOpen = "Die serielle Schnittstelle ist nicht geöffnet.",
+        .writeFailed =
+            [](std::string_view reason) { return concat("Senden fehlgeschlagen: ", reason, "."); },
+        .timeout = "Keine Antwort vom Gerät.",
+        .deviceDisconnected = "Der Adapter wurde getrennt.",
+    },
+    .help =
+        {
+            .windowTitle = "Kestrin-Hilfe",
+            .searchPrompt = "Hilfe durchsuchen",
+            .noResults = "Keine Themen gefunden",
+            .tipLabel = "Tipp",
+        },
+    .state =
+        {
+            .running = "Lesen läuft",
+            .stopped = "Gestoppt",
+            .serialLost = "Serielle Schnittstelle getrennt",
+        },
+    .notice =
+        {
+            .emptyTitle = "Bereit zum Lesen",
+            .emptySteps = "Tragen Sie die Datenpunkte Ihres Geräts in die Tabelle ein (Gerät, "
+                          "Tabelle, Adresse und Typ), wählen Sie oben die serielle Schnittstelle "
+                          "und dieselben Einstellungen wie am Gerät und klicken Sie auf Starten "
+                          "(Ctrl+R).",
+            .emptyNoDevice = "Kein USB-Adapter gefunden",
+            .emptyNoDeviceSteps = "Schließen Sie Ihren USB-RS485-Adapter an. Die Schnittstelle "
+                                  "erscheint dann von selbst. Ihre Datenpunktliste können Sie "
+                                  "schon jetzt vorbereiten.",
+            .startPolling = "Lesen starten",
+            .noResponse = "Das Gerät antwortet nicht. Prüfen Sie Geräteadresse, Baudrate, Parität "
+                          "und Stoppbits sowie die Verkabelung (A/B nicht vertauscht).",
+            .serialLost = "Die serielle Schnittstelle ist nicht mehr vorhanden. Sobald der "
+                          "Adapter wieder da ist, wird das Lesen von selbst fortgesetzt.",
+            .dismiss = "Schließen",
+            .writeFailed =
+                [](std::string_view name, std::string_view reason) {
+                    return concat("Schreiben von „", name, "“ fehlgeschlagen: ", reason, ".");
+                },
+            .startFirst = "Starten Sie zuerst das Lesen (Ctrl+R), um Werte zu schreiben.",
+        },
+    .polls = {
+        .add = "Neue Abfrage",
+        .addHelp = "Eine weitere Gruppe von Datenpunkten mit eigenem Intervall (Ctrl+T)",
+        .namePlaceholder = "Name",
+        .interval = "Intervall",
+        .intervalHelp = "Wie oft diese Abfrage gelesen wird",
+        .active = "Aktiv",
+        .activeHelp = "Aus: Diese Abfrage wird übersprungen",
+        .removeTitle = "Abfrage entfernen?",
+        .remove = "Entfernen",
+        .removeMessage = "Die Datenpunkte dieser Abfrage werden ebenfalls entfernt.",
+        .unnamed = "Unbenannt",
+        .duplicate = "Duplizieren",
+        .tabHelp = "Rechtsklick zum Duplizieren oder Entfernen",
+        .newName = [](int number) { return concat("Abfrage ", number); },
+        .copyName = [](std::string_view name) { return concat(name, " (Kopie)"); },
+    },
+    .write =
+        {
+            .help = "Einen neuen Wert in das Gerät schreiben",
+            .title = [](std::string_view name) { return concat("„", name, "“ schreiben"); },
+            .off = "Aus (0)",
+            .on = "Ein (1)",
+            .placeholder = "Neuer Wert",
+            .button = "Schreiben",
+        },
+    .pane =
+        {
+            .title = "Ansicht",
+            .log = "Log",
+            .chart = "Diagramm",
+            .clearHistory = "Verlauf löschen",
+            .clearHistoryHelp = "Alle aufgezeichneten Werte löschen",
+            .exportHistory = "Verlauf exportieren (CSV)…",
+            .exportHistoryHelp =
+                "Jeden gelesenen Wert mit seinem Zeitpunkt für Excel oder LibreOffice Calc "
+                "speichern",
+        },
+    .chart =
+        {
+            .emptyTitle = "Noch nichts anzuzeigen",
+            .emptyText = "Markieren Sie in der Spalte Diagramm die Datenpunkte, die Sie verfolgen "
+                         "möchten, und starten Sie das Lesen.",
+            .time = "Zeit",
+            .window = "Zeitraum",
+            .windowAll = "Alles",
+            .windowHelp = "Zeitraum, den das Diagramm zeigt",
+        },
+    .log = {
+        .failure =
+            {
+                .unexpectedUnit = [](int unit) { return concat("Antwort von Gerät ", unit); },
+                .unexpectedFunction =
+                    [](std::string_view code) {
+                        return concat("Antwort mit Funktionscode ", code);
+                    },
+                .timeout =
+                    [](int timeoutMs) {
+                        return concat("Keine Antwort innerhalb von ", timeoutMs, " ms");
+                    },
+                .crcMismatch = "CRC-Fehler in der Antwort",
+                .malformed = "Antwort mit falscher Länge",
+            },
+        .shortFailure =
+            {
+                .exception = [](std::string_view code) { return concat("Ausnahme ", code); },
+                .timeout = "Keine Antwort",
+                .crcMismatch = "CRC-Fehler",
+                .invalid = "Ungültige Antwort",
+            },
+        .started =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Lesen über ", port, " @ ", serial, " gestartet");
+            },
+        .stopped = "Lesen gestoppt",
+        .unit = [](int id) { return concat("Gerät ", id); },
+        .unitFunction = [](int id,
+                           std::string_view code) { return concat("Gerät ", id, " · FC ", code); },
+        .writeFailed =
+            [](std::string_view name) {
+                return concat("Schreiben von „", name, "“ fehlgeschlagen");
+            },
+        .serialLost =
+            [](std::string_view path) {
+                return concat("Serielle Schnittstelle ", path,
+                              " ist nicht mehr vorhanden; es wird auf ihre Rückkehr gewartet");
+            },
+        .serialRestored = "Serielle Schnittstelle wieder geöffnet",
+    },
+    .example =
+        {
+            .pollName = "Beispielgerät",
+            .temperature = "Temperatur",
+            .pressure = "Druck",
+            .runtime = "Laufzeit",
+            .setpoint = "Sollwert",
+            .mode = "Betriebsart",
+            .pump = "Pumpe ein",
+            .alarm = "Alarm",
+        },
+};
+} // namespace
+
+const Texts& germanTexts() {
+    return german;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,272 @@
+#include "HelpTopic.h"
+
+#include "CaseFolding.h"
+#include "DatapointCSV.h"
+#include "HelpContent.h"
+#include "L10n.h"
+#include "Overloaded.h"
+#include "PollFailure.h"
+#include "Text.h"
+
+#include <functional>
+#include <initializer_list>
+
+namespace kestrin {
+
+namespace {
+using L10n::HelpContent;
+using L10n::Literal;
+
+std::string str(Literal literal) {
+    return std::string(literal.value);
+}
+
+HelpBlock paragraph(std::string text) {
+    return {HelpBlock::Paragraph{std::move(text)}};
+}
+HelpBlock heading(Literal text) {
+    return {HelpBlock::Heading{str(text)}};
+}
+HelpBlock tip(Literal text) {
+    return {HelpBlock::Tip{str(text)}};
+}
+HelpBlock screenshot(std::string name, Literal caption) {
+    return {HelpBlock::Screenshot{std::move(name), str(caption)}};
+}
+HelpBlock bullets(std::initializer_list<Literal> items) {
+    HelpBlock::Bullets list;
+    for (Literal item : items) {
+        list.items.push_back(str(item));
+    }
+    return {std::move(list)};
+}
+HelpBlock table(std::initializer_list<std::pair<std::string, Literal>> rows) {
+    HelpBlock::Table grid;
+    for (const auto& [key, value] : rows) {
+        grid.rows.push_back({key, str(value)});
+    }
+    return {std::move(grid)};
+}
+
+std::string csvHeader(DatapointCSV::Column column) {
+    return std::string(column.rawValue());
+}
+
+std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts) {
+    using Column = DatapointCSV::Column;
+    const auto& column = texts.table;
+    const auto& status = texts.log.shortFailure;
+    return {
+        {"start",
+         str(help.start.title),
+         "play.circle",
+         {
+             paragraph(help.start.intro(L10n::appName())),
+             heading(help.start.stepsHeading),
+             bullets({help.start.connect, help.start.enterDatapoints, help.start.choosePort,
+                      help.start.clickStart}),
+             screenshot("overview", help.start.overviewCaption),
+             tip(help.start.simulatorTip),
+             paragraph(str(help.start.autosave)),
+         }},
+        {"polls",
+         str(help.polls.title),
+         "square.stack",
+         {
+             paragraph(str(help.polls.intro)),
+             paragraph(str(help.polls.tabDot)),
+             paragraph(str(help.polls.combining)),
+             paragraph(str(help.polls.oneRequest)),
+         }},
+        {"datapoints",
+         str(help.datapoints.title),
+         "tablecells",
+         {
+             paragraph(str(help.datapoints.intro)),
+             table({
+                 {str(column.unitID), help.datapoints.unitID},
+                 {str(column.table), help.datapoints.table},
+                 {str(column.address), help.datapoints.address},
+                 {str(column.dataType), help.datapoints.dataType},
+                 {str(column.wordOrder), help.datapoints.wordOrder},
+                 {str(column.scale), help.datapoints.scale},
+                 {str(column.format), help.datapoints.format},
+             }),
+             heading(help.datapoints.wordOrderHeading),
+             paragraph(str(help.datapoints.wordOrderIntro)),
+             table({
+                 {"ABCD", help.datapoints.abcd},
+                 {"CDAB", help.datapoints.cdab},
+                 {"BADC", help.datapoints.badc},
+                 {"DCBA", help.datapoints.dcba},
+             }),
+             tip(help.datapoints.orderTip),
+             paragraph(str(help.datapoints.overlap)),
+         }},
+        {"writing",
+         str(help.writing.title),
+         "pencil",
+         {
+             paragraph(str(help.writing.howTo)),
+             paragraph(str(help.writing.functionCodes)),
+             tip(help.writing.onlyWhileReading),
+         }},
+        {"chart",
+         str(help.chart.title),
+         "chart.xyaxis.line",
+         {
+             paragraph(str(help.chart.howTo)),
+             screenshot("chart", help.chart.chartCaption),
+             paragraph(str(help.chart.history)),
+         }},
+        {"csv",
+         str(help.csv.title),
+         "doc.text",
+         {
+             paragraph(str(help.csv.spreadsheets)),
+             paragraph(str(help.csv.columns)),
+             table({
+                 {csvHeader(Column::name), help.csv.name},
+                 {csvHeader(Column::unitID), help.csv.unitID},
+                 {csvHeader(Column::table), help.csv.table},
+                 {csvHeader(Column::address), help.csv.address},
+                 {csvHeader(Column::dataType), help.csv.dataType},
+                 {csvHeader(Column::wordOrder), help.csv.wordOrder},
+                 {L10n::concat(csvHeader(Column::scale), ", ", csvHeader(Column::engineeringUnit),
+                               ", ", csvHeader(Column::format), ", ", csvHeader(Column::value),
+                               ", ", csvHeader(Column::notes)),
+                  help.csv.optional},
+             }),
+             tip(help.csv.separatorTip),
+             tip(help.csv.simulatorTip),
+         }},
+        {"log",
+         str(help.log.title),
+         "text.alignleft",
+         {
+             table({
+                 {L10n::Table::ok(24), help.log.ok},
+                 {str(status.timeout), help.log.noResponse},
+                 {status.exception("02"), help.log.exception},
+                 {str(status.crcMismatch), help.log.crcError},
+             }),
+             paragraph(str(help.log.lastGoodValue)),
+             heading(help.log.exceptionCodesHeading),
+             table({
+                 {"01", help.log.exception01},
+                 {"02", help.log.exception02},
+                 {"03", help.log.exception03},
+                 {"04", help.log.exception04},
+                 {"06", help.log.exception06},
+             }),
+             paragraph(str(help.log.logLines)),
+         }},
+        {"troubleshooting",
+         str(help.troubleshooting.title),
+         "wrench.and.screwdriver",
+         {
+             heading(help.troubleshooting.noResponseHeading),
+             bullets({help.troubleshooting.unitID, help.troubleshooting.timeout,
+                      help.troubleshooting.frame, help.troubleshooting.wiring,
+                      help.troubleshooting.cabling, help.troubleshooting.busyPort}),
+             heading(help.troubleshooting.oddValuesHeading),
+             bullets({help.troubleshooting.scale, help.troubleshooting.order,
+                      help.troubleshooting.offByOne}),
+             paragraph(str(help.troubleshooting.privacy)),
+         }},
+        {"shortcuts",
+         str(help.shortcuts.title),
+         "keyboard",
+         {
+             table({
+                 {"Ctrl+R", help.shortcuts.startStop},
+                 {"Ctrl+T", help.shortcuts.newPoll},
+                 {"Ctrl+Shift+D", help.shortcuts.addDatapoint},
+                 {"Del", help.shortcuts.deleteDatapoints},
+                 {"Ctrl+Shift+I / Ctrl+Shift+E", help.shortcuts.importExport},
+                 {"Ctrl+N / Ctrl+O / Ctrl+Shift+S", help.shortcuts.projects},
+                 {"Ctrl+F", help.shortcuts.findInLog},
+                 {"Ctrl+S", help.shortcuts.saveLog},
+                 {"Ctrl+K", help.shortcuts.clearLog},
+                 {"F1", help.shortcuts.openHelp},
+             }),
+         }},
+    };
+}
+// The words the reader sees, without the ** and ` of emphasis and code.
+void appendPlain(std::string& text, std::string_view markedUp) {
+    text += '\n';
+    for (std::size_t i = 0; i < markedUp.size(); ++i) {
+        if (markedUp[i] == '`') {
+            continue;
+        }
+        if (markedUp.substr(i, 2) == "**") {
+            ++i;
+            continue;
+        }
+        text += markedUp[i];
+    }
+}
+
+// The title and every text of the blocks, one per line, so that no match spans two texts.
+std::string searchableText(const HelpTopic& topic) {
+    std::string text = topic.title;
+    for (const HelpBlock& block : topic.blocks) {
+        std::visit(Overloaded{
+                       [&](const HelpBlock::Bullets& bullets) {
+                           for (const std::string& item : bullets.items) {
+                               appendPlain(text, item);
+                           }
+                       },
+                       [&](const HelpBlock::Table& table) {
+                           for (const HelpRow& row : table.rows) {
+                               appendPlain(text, row.key);
+                               appendPlain(text, row.value);
+                           }
+                       },
+                       [&](const HelpBlock::Screenshot& screenshot) {
+                           appendPlain(text, screenshot.caption);
+                       },
+                       [&](const auto& single) { appendPlain(text, single.text); },
+                   },
+                   block.value);
+    }
+    return text;
+}
+} // namespace
+
+std::vector<HelpTopic> HelpTopic::all() {
+    return all(L10n::language());
+}
+
+std::vector<HelpTopic> HelpTopic::matching(std::vector<HelpTopic> topics,
+                                           std::string_view searchText) {
+    const std::string wanted = CaseFolding::folded(Text::trimmed(searchText));
+    if (wanted.empty()) {
+        return topics;
+    }
+    std::erase_if(topics, [&](const HelpTopic& topic) {
+        return CaseFolding::folded(searchableText(topic)).find(wanted) == std::string::npos;
+    });
+    return topics;
+}
+
+std::vector<HelpTopic> HelpTopic::search(std::string_view searchText) {
+    return matching(all(), searchText);
+}
+
+std::vector<HelpTopic> HelpTopic::all(Language language) {
+    return topics(L10n::helpContent(language), L10n::texts(language));
+}
+
+} // namespace kestrin
+
+std::size_t std::hash<kestrin::HelpRow>::operator()(const kestrin::HelpRow& row) const noexcept {
+    const std::hash<std::string> hash;
+    return hash(row.key) ^ (hash(row.value) * 31);
+}
+
+std::size_t
+std::hash<kestrin::HelpTopic>::operator()(const kestrin::HelpTopic& topic) const noexcept {
+    return std::hash<std::string>{}(topic.id);
+}

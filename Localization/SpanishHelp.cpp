@@ -1,0 +1,211 @@
+#include "HelpContent.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr HelpContent spanish{
+    .start =
+        {
+            .title = "Primeros pasos",
+            .intro =
+                [](std::string_view product) {
+                    return concat(product,
+                                  " es un maestro Modbus RTU: lee valores de dispositivos "
+                                  "conectados a un bus RS-485 o RS-232, como contadores de "
+                                  "energía, controladores y sensores, y también puede escribir "
+                                  "valores en ellos.");
+                },
+            .stepsHeading = "En cuatro pasos",
+            .connect = "Conecte su adaptador USB-RS485 y cabléelo al dispositivo (A con A, B con "
+                       "B).",
+            .enterDatapoints =
+                "Introduzca en la tabla los **puntos de datos** del dispositivo: ID "
+                "de esclavo, tabla, dirección y tipo, tal como figuran en su manual.",
+            .choosePort =
+                "Arriba, elija el **puerto serie**, la **velocidad en baudios** y, con el "
+                "botón de los controles deslizantes, la trama (por ejemplo, `8E1`), "
+                "igual que en el dispositivo.",
+            .clickStart = "Haga clic en **Iniciar** (Ctrl+R). La columna **Valor** muestra los "
+                          "valores actuales, y **Estado**, si la lectura funciona.",
+            .overviewCaption = "Un sondeo con valores en directo y el estado de cada punto de "
+                               "datos, con la comunicación debajo.",
+            .simulatorTip = "¿No tiene ningún dispositivo a mano? Dravel Server simula uno, con la "
+                            "misma lista de ejemplo que esta aplicación.",
+            .autosave = "Sus sondeos y puntos de datos se guardan automáticamente. **Archivo ▸ "
+                        "Guardar proyecto como…** (Ctrl+Shift+S) crea un archivo de proyecto "
+                        "aparte, por ejemplo, uno por instalación.",
+        },
+    .polls =
+        {
+            .title = "Sondeos",
+            .intro = "Un sondeo es un grupo de puntos de datos con su propio intervalo, que "
+                     "aparece como una pestaña en la parte superior. Así puede leer las mediciones "
+                     "rápidas cada 250 ms y los contadores cada minuto. **+** (Ctrl+T) crea un "
+                     "sondeo nuevo; haga clic con el botón derecho en una pestaña para duplicarla "
+                     "o eliminarla.",
+            .tabDot = "El punto de la pestaña se pone verde cuando todo se lee correctamente y "
+                      "naranja cuando algo falla. Desactive **Activo** para omitir un sondeo "
+                      "durante un tiempo.",
+            .combining =
+                "Los puntos de datos contiguos se leen en una sola solicitud (hasta 125 registros "
+                "o 2000 bits). En los ajustes (los controles deslizantes de arriba) también puede "
+                "permitir que se salven pequeños huecos: es más rápido, pero algunos dispositivos "
+                "responden entonces con la excepción 02.",
+            .oneRequest = "En la línea siempre hay una sola solicitud. Las escrituras van antes "
+                          "que las lecturas.",
+        },
+    .datapoints =
+        {
+            .title = "Puntos de datos",
+            .intro = "Un punto de datos es un valor de un dispositivo, como una temperatura o una "
+                     "consigna. Usted describe dónde está y cómo se almacena; la aplicación "
+                     "convierte los registros en un valor legible.",
+            .unitID = "la dirección de esclavo del dispositivo (1–247)",
+            .table = "**Bobina** (bit, lectura y escritura), **Entrada discreta** (bit, solo "
+                     "lectura), **Registro de retención** (16 bits, lectura y escritura) o "
+                     "**Registro de entrada** (16 bits, solo lectura)",
+            .address = "la dirección de protocolo, a partir de `0`. Los manuales suelen usar la "
+                       "notación Modicon: el registro de retención `40001` es la dirección `0`, y "
+                       "el registro de entrada `30010`, la dirección `9`. Sitúe el puntero sobre "
+                       "la dirección para ver la notación Modicon.",
+            .dataType = "`UInt16`/`Int16` ocupan un registro, `UInt32`/`Int32`/`Float32` dos, y "
+                        "los tipos de 64 bits, cuatro registros consecutivos",
+            .wordOrder = "el orden de bytes de los valores que ocupan varios registros; véase más "
+                         "abajo",
+            .scale = "valor = valor en bruto × escala; con `0.1`, `215` se convierte en `21.5`",
+            .format = "decimal, hex (`0x00FF`) o binario; hex y binario muestran los bits en "
+                      "bruto del registro",
+            .wordOrderHeading = "Orden de palabras",
+            .wordOrderIntro = "Modbus solo conoce registros de 16 bits. La forma de repartir un "
+                              "valor de 32 o 64 bits entre los registros varía según el "
+                              "fabricante. Las letras representan los bytes, empezando por el más "
+                              "significativo:",
+            .abcd = "palabra alta primero: el estándar Modbus",
+            .cdab = "palabras intercambiadas, habitual en PLC y contadores de energía",
+            .badc = "bytes intercambiados dentro de cada palabra",
+            .dcba = "totalmente invertido (little-endian)",
+            .orderTip = "¿Un valor parece extraño, por ejemplo un float de `4.6e-41` en lugar de "
+                        "`21.5`? Pruebe otro orden; normalmente es CDAB.",
+            .overlap = "Un triángulo junto a la dirección indica que el punto de datos se solapa "
+                       "con otro punto de datos del mismo esclavo y la misma tabla.",
+        },
+    .writing =
+        {
+            .title = "Escritura de valores",
+            .howTo = "Las bobinas y los registros de retención se pueden escribir. Haga clic en el "
+                     "lápiz de la columna **Valor**, escriba el nuevo valor y haga clic en "
+                     "**Escribir**; para un bit, elija **Activado** o **Desactivado**. El valor se "
+                     "convierte según el tipo, el orden y la escala del punto de datos.",
+            .functionCodes = "La aplicación usa FC05 para una bobina, FC06 para un registro y "
+                             "FC16 para varios registros. Si su dispositivo solo admite FC15/FC16, "
+                             "elija **Siempre FC15/16** en los ajustes.",
+            .onlyWhileReading = "La escritura solo funciona mientras la lectura está en marcha. Si "
+                                "falla, un aviso indica el motivo, por ejemplo, la excepción 02 "
+                                "(la dirección no existe) o 03 (valor fuera de rango).",
+        },
+    .chart =
+        {
+            .title = "Gráfico y exportación",
+            .howTo = "Marque en la columna **Gráfico** los puntos de datos que quiera seguir y "
+                     "elija **Gráfico** en la parte inferior. Elija el periodo arriba a la "
+                     "derecha: de 1 minuto a una hora, o todo.",
+            .chartCaption = "La temperatura de los últimos minutos.",
+            .history = "Se conserva cada valor leído (hasta 20 000 por punto de datos). "
+                       "**Exportar historial (CSV)…** genera una línea por medición con hora, "
+                       "sondeo, nombre, valor y unidad, lista para una tabla dinámica o un "
+                       "gráfico en Excel.",
+        },
+    .csv =
+        {
+            .title = "Excel y CSV",
+            .spreadsheets = "Puede crear o editar una lista de puntos de datos en Excel o "
+                            "LibreOffice Calc e importarla como CSV. **CSV ▸ Exportar puntos de "
+                            "datos** genera un archivo que Excel abre correctamente desde el "
+                            "primer momento, con los valores de ese instante.",
+            .columns = "La primera línea contiene los nombres de las columnas. Solo **Table** y "
+                       "**Address** son obligatorias; el orden de las columnas es indiferente.",
+            .name = "nombre del punto de datos",
+            .unitID = "dirección de esclavo; 1 si está vacía",
+            .table = "`CO`, `DI`, `HR` o `IR` (también `coil`, `holding`, `4x` …)",
+            .address = "dirección a partir de 0",
+            .dataType = "`uint16`, `int16`, `float32` … (también `float`, `real`, `dint`)",
+            .wordOrder = "`ABCD`, `CDAB`, `BADC` o `DCBA`",
+            .optional = "opcionales",
+            .separatorTip = "La aplicación usa el separador que Excel espera en este equipo: "
+                            "punto y coma cuando los decimales se escriben con coma. Al importar "
+                            "se reconocen la coma, el punto y coma y el tabulador, y tanto `21,5` "
+                            "como `21.5`.",
+            .simulatorTip = "Dravel Server y Kestrin usan el mismo formato, de modo que una lista "
+                            "exportada desde una aplicación se puede importar en la otra.",
+        },
+    .log =
+        {
+            .title = "Estado y registro",
+            .ok = "leído, con el tiempo de respuesta",
+            .noResponse = "ninguna respuesta dentro del tiempo de espera de respuesta",
+            .exception = "el dispositivo rechaza la solicitud; véase más abajo",
+            .crcError = "la respuesta se ha dañado por el camino",
+            .lastGoodValue = "Tras un fallo se mantiene el último valor correcto, en gris. Sitúe "
+                             "el puntero sobre un valor para ver los registros en bruto, o sobre "
+                             "el estado para ver la hora.",
+            .exceptionCodesHeading = "Códigos de excepción",
+            .exception01 = "el dispositivo no admite este código de función",
+            .exception02 = "esta dirección no existe (atención: las direcciones empiezan en 0)",
+            .exception03 = "valor o cantidad no válidos",
+            .exception04 = "fallo en el dispositivo",
+            .exception06 = "dispositivo ocupado; vuelva a intentarlo más tarde",
+            .logLines = "El registro muestra cada respuesta (←), cada escritura (✎) y cada fallo "
+                        "(✕). En **Opciones del registro** (los controles deslizantes de abajo) "
+                        "puede activar marcas de tiempo, tramas en bruto, desplazamiento "
+                        "automático o **solo errores y escrituras** para sondeos rápidos.",
+        },
+    .troubleshooting =
+        {
+            .title = "Solución de problemas",
+            .noResponseHeading = "Sin respuesta",
+            .unitID = "¿Coincide el **ID de esclavo** con la dirección de esclavo configurada en "
+                      "el dispositivo?",
+            .timeout = "¿Tarda el dispositivo en responder? Aumente el **tiempo de espera de "
+                       "respuesta** en los ajustes.",
+            .frame = "¿Coinciden la velocidad en baudios, la paridad y los bits de parada en ambos "
+                     "lados? Pruebe `8N1` u `8N2` si `8E1` no funciona.",
+            .wiring = "¿No estarán A y B intercambiados? Intercambiarlos no causa ningún daño y a "
+                      "menudo es la solución.",
+            .cabling = "Use cable de par trenzado, una resistencia de terminación de 120 Ω en "
+                       "ambos extremos del bus y una masa común.",
+            .busyPort = "¿Está ocupado el puerto? Cierre los demás programas que lo usen, como un "
+                        "terminal serie. Algunos adaptadores necesitan un controlador del "
+                        "fabricante.",
+            .oddValuesHeading = "Valores extraños",
+            .scale = "¿El orden de magnitud es incorrecto? Compruebe la **escala** (por ejemplo, "
+                     "0.1 o 0.01).",
+            .order = "¿Un valor de 32 bits es incorrecto? Pruebe otro **orden**, normalmente CDAB.",
+            .offByOne = "¿Está todo desplazado una dirección? Reste 1: el manual usa entonces "
+                        "direcciones a partir de 1 (o de 40001).",
+            .privacy = "Solo los miembros del grupo **dialout** pueden abrir puertos serie: si no "
+                       "se puede abrir un puerto, ejecute `sudo usermod -aG dialout $USER` y "
+                       "vuelva a iniciar sesión. Nada se envía por la red; sus listas y ajustes "
+                       "permanecen en este equipo.",
+        },
+    .shortcuts =
+        {
+            .title = "Atajos de teclado",
+            .startStop = "Iniciar / detener la lectura",
+            .newPoll = "Nuevo sondeo",
+            .addDatapoint = "Añadir punto de datos",
+            .deleteDatapoints = "Eliminar los puntos de datos seleccionados",
+            .importExport = "Importar / exportar puntos de datos (CSV)",
+            .projects = "Nuevo proyecto / abrir / guardar como",
+            .findInLog = "Buscar en el registro",
+            .saveLog = "Guardar el registro",
+            .clearLog = "Borrar el registro",
+            .openHelp = "Abrir esta ayuda",
+        },
+};
+} // namespace
+
+const HelpContent& spanishHelp() {
+    return spanish;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,394 @@
+#include "Texts.h"
+
+namespace kestrin::L10n {
+
+namespace {
+constexpr Texts spanish{
+    .header = {
+        .port = "Puerto serie",
+        .noPortsFound = "No se encontraron puertos",
+        .choosePort = "Seleccione un puerto…",
+        .portNotConnected = [](std::string_view port) { return concat(port, " (no conectado)"); },
+        .baudRate = "Velocidad en baudios",
+        .baudLabel = [](int rate) { return concat(rate, " baudios"); },
+        .start = "Iniciar",
+        .stop = "Detener",
+        .frameSettingsHelp =
+            "Bits de datos, paridad, bits de parada, tiempo de espera y método de escritura",
+        .startHelp = "Iniciar la lectura (Ctrl+R)",
+        .stopHelp = "Detener la lectura (Ctrl+R)",
+        .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
+    },
+    .settings =
+        {
+            .frame = "Trama",
+            .dataBits = "Bits de datos",
+            .parity = "Paridad",
+            .stopBits = "Bits de parada",
+            .parityNone = "Ninguna",
+            .parityEven = "Par",
+            .parityOdd = "Impar",
+            .modbusDefault = "Estándar Modbus (8E1)",
+            .standardNote = "Modbus RTU usa 8E1 de forma predeterminada. Muchos dispositivos usan "
+                            "8N1 u 8N2; consulte el manual de su dispositivo.",
+            .requests = "Solicitudes",
+            .responseTimeout = "Tiempo de espera de respuesta",
+            .timeoutHelp = "Cuánto tiempo espera la aplicación a que responda el dispositivo. "
+                           "Pasado ese tiempo, la solicitud cuenta como sin respuesta.",
+            .combine = "Agrupar lecturas",
+            .adjacentOnly = "Solo direcciones contiguas",
+            .gapsUpTo = [](int gap) { return concat("Huecos de hasta ", gap, " direcciones"); },
+            .combineHelp = "Los puntos de datos cercanos entre sí se leen en una sola solicitud. "
+                           "Salvar los huecos es más rápido, pero algunos dispositivos responden "
+                           "entonces con la excepción 02 para las direcciones que no tienen.",
+            .writeMode = "Escrituras",
+            .writeSingle = "FC05/06 para un solo valor",
+            .writeMultiple = "Siempre FC15/16",
+            .writeModeHelp = "Algunos dispositivos solo admiten FC16 (escribir varios registros), "
+                             "incluso para un único registro.",
+        },
+    .footer =
+        {
+            .statistics =
+                [](std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
+                   std::int64_t exceptions, std::int64_t errors) {
+                    return concat("Solicitudes ", requests, " · Respuestas ", responses,
+                                  " · Sin respuesta ", timeouts, " · Excepciones ", exceptions,
+                                  " · No válidas ", errors);
+                },
+            .options = "Opciones del registro",
+            .optionsHelp = "Marcas de tiempo, tramas en bruto y desplazamiento automático",
+            .autoscroll = "Desplazamiento automático",
+            .timestamps = "Marcas de tiempo",
+            .rawFrames = "Mostrar tramas RTU en bruto",
+            .rawFramesHelp = "Mostrar la trama RTU completa (esclavo, PDU y CRC) en lugar de solo "
+                             "los datos.",
+            .onlyProblems = "Registrar solo errores y escrituras",
+            .onlyProblemsHelp = "Los sondeos rápidos llenan el registro enseguida. Con esta opción "
+                                "activada, solo verá lo que requiere su atención.",
+            .save = "Guardar…",
+            .saveHelp = "Guardar el registro como archivo de texto (Ctrl+S)",
+            .clear = "Borrar registro",
+            .clearHelp = "Borrar el registro y los contadores (Ctrl+K)",
+            .outputAccessibility = "Registro de comunicación",
+        },
+    .menu =
+        {
+            .newProject = "Nuevo proyecto",
+            .openProject = "Abrir proyecto…",
+            .saveProject = "Guardar proyecto como…",
+            .importCSV = "Importar puntos de datos (CSV)…",
+            .exportCSV = "Exportar puntos de datos (CSV)…",
+            .saveLog = "Guardar registro…",
+            .clearLog = "Borrar registro",
+        },
+    .table = {
+        .name = "Nombre",
+        .unitID = "Esclavo",
+        .table = "Tabla",
+        .address = "Dirección",
+        .dataType = "Tipo",
+        .wordOrder = "Orden",
+        .scale = "Escala",
+        .value = "Valor",
+        .unit = "Unidad",
+        .format = "Formato",
+        .description = "Descripción",
+        .status = "Estado",
+        .add = "Punto de datos",
+        .addHelp = "Añadir un punto de datos en la siguiente dirección libre (Ctrl+Shift+D)",
+        .duplicate = "Duplicar",
+        .deleteRows = "Eliminar",
+        .csvHelp = "Importar la lista desde Excel, LibreOffice Calc u otro programa, o "
+                   "exportarla a ellos",
+        .unitIDHelp = "Dirección de esclavo del dispositivo (1–247)",
+        .addressHelp =
+            [](std::string_view modicon) {
+                return concat(
+                    "Dirección de protocolo, a partir de 0. En notación Modicon: ", modicon, ".");
+            },
+        .wordOrderHelp = "Orden de bytes de los valores de 32 y 64 bits. ABCD es el estándar "
+                         "Modbus; CDAB (palabras intercambiadas) es habitual en los PLC.",
+        .scaleHelp = "Valor = valor en bruto del registro × escala. Por ejemplo, 0.1 cuando el "
+                     "dispositivo envía 215 para 21.5.",
+        .plotHelp = "Mostrar este punto de datos en el gráfico",
+        .rawHelp = [](std::string_view raw) { return concat("Registros en bruto: ", raw); },
+        .overlapHelp =
+            "Esta dirección se solapa con otro punto de datos o sobrepasa la dirección 65535.",
+        .emptyTitle = "Todavía no hay puntos de datos",
+        .emptyText = "Añada los puntos de datos que quiera leer o importe una lista desde Excel "
+                     "(CSV). Los puntos de datos contiguos se leen juntos.",
+        .tableNames =
+            {
+                .coil = "Bobina",
+                .discreteInput = "Entrada discreta",
+                .holdingRegister = "Registro de retención",
+                .inputRegister = "Registro de entrada",
+            },
+        .formatNames =
+            {
+                .decimal = "Decimal",
+                .binary = "Binario",
+            },
+        .waiting = "Esperando…",
+        .updatedHelp = [](std::string_view time) { return concat("Última lectura a las ", time); },
+        .valueHelp = "Escriba un valor y pulse Intro. También puede usar hexadecimal (0x1F) o "
+                     "binario (0b101).",
+        .valueInvalid =
+            [](std::string_view type) { return concat("Este valor no cabe en ", type, "."); },
+    },
+    .import = {
+        .title =
+            [](int count) {
+                return count == 1 ? concat("1 punto de datos encontrado")
+                                  : concat(count, " puntos de datos encontrados");
+            },
+        .question = "¿Desea añadirlos a la lista actual o reemplazar la lista?",
+        .skipped =
+            [](int count) {
+                return count == 1 ? concat("1 línea omitida:") : concat(count, " líneas omitidas:");
+            },
+        .add = "Añadir",
+        .replace = "Reemplazar",
+        .cancel = "Cancelar",
+    },
+    .modbus =
+        {
+            .functionNames =
+                {
+                    .readCoils = "Leer bobinas",
+                    .readDiscreteInputs = "Leer entradas discretas",
+                    .readHoldingRegisters = "Leer registros de retención",
+                    .readInputRegisters = "Leer registros de entrada",
+                    .writeSingleCoil = "Escribir una bobina",
+                    .writeSingleRegister = "Escribir un registro",
+                    .diagnostics = "Diagnóstico",
+                    .writeMultipleCoils = "Escribir varias bobinas",
+                    .writeMultipleRegisters = "Escribir varios registros",
+                    .maskWriteRegister = "Escribir registro con máscara",
+                    .readWriteMultipleRegisters = "Leer/escribir varios registros",
+                    .deviceIdentification = "Identificación del dispositivo",
+                    .other = "Función",
+                },
+            .exceptionNames =
+                {
+                    .illegalFunction = "Función no válida",
+                    .illegalDataAddress = "Dirección de datos no válida",
+                    .illegalDataValue = "Valor de datos no válido",
+                    .serverDeviceFailure = "Fallo del dispositivo esclavo",
+                    .acknowledge = "Acuse de recibo",
+                    .serverDeviceBusy = "Dispositivo esclavo ocupado",
+                    .memoryParityError = "Error de paridad de memoria",
+                    .gatewayPathUnavailable = "Ruta de pasarela no disponible",
+                    .gatewayTargetFailedToRespond = "El destino de la pasarela no responde",
+                    .other = "Excepción",
+                },
+        },
+    .board =
+        {
+            .usbSerial = [](std::string_view chip) { return concat("Serie USB (", chip, ")"); },
+        },
+    .errors = {
+        .alertTitle = "Se ha producido un error",
+        .selectPortFirst = "Seleccione primero un puerto serie.",
+        .saveFailed =
+            [](std::string_view reason) { return concat("No se pudo guardar: ", reason); },
+        .fileOpenFailed =
+            [](std::string_view file) {
+                return concat("No se puede leer ", file, ". ¿Es un archivo de esta aplicación?");
+            },
+        .importNothing =
+            [](std::string_view details) {
+                return concat("No se encontraron puntos de datos en este archivo. La primera línea "
+                              "debe contener los nombres de las columnas, al menos Table y "
+                              "Address. ",
+                              details);
+            },
+        .importIssue =
+            [](int line, std::string_view problem) {
+                return concat("Línea ", line, ": ", problem);
+            },
+        .csvMissingColumns = "faltan las columnas Table y Address",
+        .csvInvalidTable =
+            [](std::string_view text) {
+                return concat("tabla desconocida '", text, "' (use CO, DI, HR o IR)");
+            },
+        .csvInvalidAddress =
+            [](std::string_view text) {
+                return concat("dirección no válida '", text, "' (de 0 a 65535)");
+            },
+        .csvInvalidUnit =
+            [](std::string_view text) {
+                return concat("ID de esclavo no válido '", text, "' (de 1 a 247)");
+            },
+        .csvInvalidDataType =
+            [](std::string_view text) { return concat("tipo de datos desconocido '", text, "'"); },
+        .csvInvalidNumber =
+            [](std::string_view text) { return concat("número no válido '", text, "'"); },
+        .invalidPath =
+            [](std::string_view path) {
+                return concat("'", path, "' no es un puerto serie válido.");
+            },
+        .openFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("No se puede abrir ", path, ": ", reason, ".");
+            },
+        .openPermissionDenied =
+            "Solo los miembros del grupo dialout pueden abrir puertos serie: añada su usuario con "
+            "el comando sudo usermod -aG dialout $USER y vuelva a iniciar sesión.",
+        .busy =
+            [](std::string_view path) {
+                return concat(path, " ya está en uso por otro programa. Cierre ese programa e "
+                                    "inténtelo de nuevo.");
+            },
+        .configurationFailed =
+            [](std::string_view reason) {
+                return concat("No se pudo configurar el puerto serie: ", reason, ".");
+            },
+        .unsupportedBaud =
+            [](int baud) {
+                return concat("Este adaptador no admite la velocidad de ", baud, " baudios.");
+            },
+        .notOpen = "El puerto serie no está abierto.",
+        .writeFailed =
+            [](std::string_view reason) { return concat("No se pudo enviar: ", reason, "."); },
+        .timeout = "El dispositivo no responde.",
+        .deviceDisconnected = "Se ha desconectado el adaptador.",
+    },
+    .help =
+        {
+            .windowTitle = "Ayuda de Kestrin",
+            .searchPrompt = "Buscar en la ayuda",
+            .noResults = "No se encontraron temas",
+            .tipLabel = "Consejo",
+        },
+    .state =
+        {
+            .running = "Leyendo",
+            .stopped = "Detenido",
+            .serialLost = "Puerto serie perdido",
+        },
+    .notice =
+        {
+            .emptyTitle = "Listo para leer",
+            .emptySteps = "Introduzca en la tabla los puntos de datos de su dispositivo (esclavo, "
+                          "tabla, dirección y tipo), elija arriba el puerto serie y los mismos "
+                          "ajustes que el dispositivo, y haga clic en Iniciar (Ctrl+R).",
+            .emptyNoDevice = "No se encontró ningún adaptador USB",
+            .emptyNoDeviceSteps = "Conecte su adaptador USB-RS485. El puerto aparecerá "
+                                  "automáticamente. Mientras tanto, ya puede preparar su lista de "
+                                  "puntos de datos.",
+            .startPolling = "Iniciar lectura",
+            .noResponse = "El dispositivo no responde. Compruebe el ID de esclavo, la velocidad en "
+                          "baudios, la paridad, los bits de parada y el cableado (A/B no "
+                          "intercambiados).",
+            .serialLost = "El puerto serie ha desaparecido. En cuanto vuelva el adaptador, la "
+                          "lectura continuará automáticamente.",
+            .dismiss = "Cerrar",
+            .writeFailed =
+                [](std::string_view name, std::string_view reason) {
+                    return concat("No se pudo escribir ", name, ": ", reason, ".");
+                },
+            .startFirst = "Inicie primero la lectura (Ctrl+R) para poder escribir valores.",
+        },
+    .polls = {
+        .add = "Nuevo sondeo",
+        .addHelp = "Otro grupo de puntos de datos con su propio intervalo (Ctrl+T)",
+        .namePlaceholder = "Nombre",
+        .interval = "Intervalo",
+        .intervalHelp = "Con qué frecuencia se lee este sondeo",
+        .active = "Activo",
+        .activeHelp = "Desactivado: este sondeo se omite",
+        .removeTitle = "¿Eliminar el sondeo?",
+        .remove = "Eliminar",
+        .removeMessage = "También se eliminarán los puntos de datos de este sondeo.",
+        .unnamed = "Sin título",
+        .duplicate = "Duplicar",
+        .tabHelp = "Haga clic con el botón derecho para duplicar o eliminar",
+        .newName = [](int number) { return concat("Sondeo ", number); },
+        .copyName = [](std::string_view name) { return concat(name, " (copia)"); },
+    },
+    .write =
+        {
+            .help = "Escribir un nuevo valor en el dispositivo",
+            .title = [](std::string_view name) { return concat("Escribir ", name); },
+            .off = "Desactivado (0)",
+            .on = "Activado (1)",
+            .placeholder = "Nuevo valor",
+            .button = "Escribir",
+        },
+    .pane =
+        {
+            .title = "Vista",
+            .log = "Registro",
+            .chart = "Gráfico",
+            .clearHistory = "Borrar historial",
+            .clearHistoryHelp = "Borrar todos los valores almacenados",
+            .exportHistory = "Exportar historial (CSV)…",
+            .exportHistoryHelp =
+                "Guardar cada valor leído, con su hora, para Excel o LibreOffice Calc",
+        },
+    .chart =
+        {
+            .emptyTitle = "Todavía no hay nada que mostrar",
+            .emptyText = "Marque en la columna Gráfico los puntos de datos que quiera seguir e "
+                         "inicie la lectura.",
+            .time = "Hora",
+            .window = "Periodo",
+            .windowAll = "Todo",
+            .windowHelp = "Qué periodo muestra el gráfico",
+        },
+    .log = {
+        .failure =
+            {
+                .unexpectedUnit = [](int unit) { return concat("respuesta del esclavo ", unit); },
+                .unexpectedFunction =
+                    [](std::string_view code) {
+                        return concat("respuesta con el código de función ", code);
+                    },
+                .timeout =
+                    [](int timeoutMs) { return concat("sin respuesta en ", timeoutMs, " ms"); },
+                .crcMismatch = "error de CRC en la respuesta",
+                .malformed = "respuesta con una longitud incorrecta",
+            },
+        .shortFailure =
+            {
+                .exception = [](std::string_view code) { return concat("Excepción ", code); },
+                .timeout = "Sin respuesta",
+                .crcMismatch = "Error de CRC",
+                .invalid = "Respuesta no válida",
+            },
+        .started =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Lectura iniciada en ", port, " @ ", serial);
+            },
+        .stopped = "Lectura detenida",
+        .unit = [](int id) { return concat("Esclavo ", id); },
+        .unitFunction =
+            [](int id, std::string_view code) { return concat("Esclavo ", id, " · FC ", code); },
+        .writeFailed = [](std::string_view name) { return concat("No se pudo escribir ", name); },
+        .serialLost =
+            [](std::string_view path) {
+                return concat("El puerto serie ", path, " ha desaparecido; esperando a que vuelva");
+            },
+        .serialRestored = "Puerto serie abierto de nuevo",
+    },
+    .example =
+        {
+            .pollName = "Dispositivo de ejemplo",
+            .temperature = "Temperatura",
+            .pressure = "Presión",
+            .runtime = "Tiempo de funcionamiento",
+            .setpoint = "Consigna",
+            .mode = "Modo",
+            .pump = "Bomba en marcha",
+            .alarm = "Alarma",
+        },
+};
+} // namespace
+
+const Texts& spanishTexts() {
+    return spanish;
+}
+
+} // namespace kestrin::L10n

@@ -1,0 +1,443 @@
+#include "Datapoint.h"
+
+#include "JSONValue.h"
+#include "Text.h"
+#include "ValueCodec.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <functional>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace kestrin {
+
+namespace {
+
+// Words a user may type for a bit, in English, Dutch, German, French and Spanish. They are
+// input vocabulary, so they do not follow the interface language.
+constexpr std::array<std::string_view, 10> onWords{"1",   "on", "true", "aan", "ein",
+                                                   "oui", "si", "sí",   "yes", "ja"};
+constexpr std::array<std::string_view, 9> offWords{"0",   "off", "false", "uit", "aus",
+                                                   "non", "no",  "nee",   "nein"};
+
+constexpr bool contains(std::span<const std::string_view> words, std::string_view word) noexcept {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+// The whole text as a C-locale double; a leading "+" is accepted as in strtod.
+std::optional<double> completeDouble(std::string_view text) noexcept {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('+') || text.starts_with('-')) {
+            return std::nullopt;
+        }
+    }
+    double result = 0;
+    const char* end = text.data() + text.size();
+    auto [stop, error] = std::from_chars(text.data(), end, result);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+// The whole text as an unsigned 64-bit integer in the radix, with an optional leading "+".
+std::optional<std::uint64_t> completeUnsigned(std::string_view text, int radix) noexcept {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    if (text.empty()) {
+        return std::nullopt;
+    }
+    std::uint64_t result = 0;
+    const char* end = text.data() + text.size();
+    auto [stop, error] = std::from_chars(text.data(), end, result, radix);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+// A decimal comma is accepted when the text has no point; with both, the text stays as it is.
+std::string withDecimalPoint(std::string_view text) {
+    std::string result(text);
+    if (result.find(',') != std::string::npos && result.find('.') == std::string::npos) {
+        std::replace(result.begin(), result.end(), ',', '.');
+    }
+    return result;
+}
+
+std::string replacingPoint(std::string text, const NumberStyle& style) {
+    auto point = text.find('.');
+    if (point != std::string::npos) {
+        text.replace(point, 1, style.decimalSeparator);
+    }
+    return text;
+}
+
+// At most seven significant digits, trailing zeros dropped; plain digits for the magnitudes a
+// meter shows, an exponent beyond them.
+std::string significantDigits(double value) {
+    if (value == 0) {
+        return "0";
+    }
+    std::array<char, 32> buffer{};
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                       std::chars_format::scientific, 6);
+    std::string_view scientific(buffer.data(), written.ptr);
+    const bool negative = scientific.starts_with('-');
+    if (negative) {
+        scientific.remove_prefix(1);
+    }
+    const auto exponentAt = scientific.find('e');
+    std::string digits;
+    digits += scientific[0];
+    digits += scientific.substr(2, exponentAt - 2);
+    int exponent = 0;
+    std::string_view exponentText = scientific.substr(exponentAt + 1);
+    if (exponentText.starts_with('+')) {
+        exponentText.remove_prefix(1);
+    }
+    std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
+    while (digits.size() > 1 && digits.back() == '0') {
+        digits.pop_back();
+    }
+
+    std::string result = negative ? "-" : "";
+    const auto length = static_cast<int>(digits.size());
+    if (exponent >= -6 && exponent < 15) {
+        if (exponent < 0) {
+            result += "0.";
+            result.append(static_cast<std::size_t>(-exponent - 1), '0');
+            result += digits;
+        } else if (exponent + 1 >= length) {
+            result += digits;
+            result.append(static_cast<std::size_t>(exponent + 1 - length), '0');
+        } else {
+            const int integerDigits = exponent + 1;
+            result += digits.substr(0, static_cast<std::size_t>(integerDigits));
+            result += '.';
+            result += digits.substr(static_cast<std::size_t>(integerDigits));
+        }
+        return result;
+    }
+    result += digits[0];
+    if (length > 1) {
+        result += '.';
+        result += digits.substr(1);
+    }
+    // Two exponent digits at least, as printf writes them: 1e+20, 2.5e-09.
+    result += exponent < 0 ? "e-" : "e+";
+    result += std::abs(exponent) < 10 ? "0" : "";
+    result += std::to_string(std::abs(exponent));
+    return result;
+}
+
+std::string grouped(std::uint64_t bits, int digits) {
+    std::string result;
+    for (int bit = digits - 1; bit >= 0; --bit) {
+        result += ((bits >> bit) & 1) != 0 ? '1' : '0';
+        if (bit % 4 == 0 && bit != 0) {
+            result += ' ';
+        }
+    }
+    return result;
+}
+
+std::string hexadecimal(std::uint64_t bits, int digits) {
+    std::string result = "0x";
+    for (int digit = digits - 1; digit >= 0; --digit) {
+        result += "0123456789ABCDEF"[(bits >> (4 * digit)) & 0xF];
+    }
+    return result;
+}
+
+template <typename T>
+void combine(std::size_t& seed, const T& value) {
+    seed ^= std::hash<T>{}(value) + 0x9E3779B97F4A7C15ULL + (seed << 6) + (seed >> 2);
+}
+
+} // namespace
+
+Datapoint::Datapoint(Uuid id, std::string name, std::uint8_t unitID, RegisterTable table,
+                     std::uint16_t address, DataType dataType, WordOrder wordOrder, double scale,
+                     std::string engineeringUnit, DisplayFormat format, double value,
+                     std::string notes, Simulation simulation)
+    : id(id)
+    , name(std::move(name))
+    , unitID(unitID)
+    , address(address)
+    , dataType(table.isBit() ? DataType(DataType::boolean) : dataType)
+    , wordOrder(wordOrder)
+    , scale(scale)
+    , engineeringUnit(std::move(engineeringUnit))
+    , format(format)
+    , value(value)
+    , notes(std::move(notes))
+    , simulation(simulation)
+    , table_(table) {}
+
+void Datapoint::setTable(RegisterTable table) noexcept {
+    table_ = table;
+    if (table.isBit()) {
+        dataType = DataType::boolean;
+    } else if (dataType == DataType::boolean) {
+        dataType = DataType::uint16;
+    }
+}
+
+int Datapoint::count() const noexcept {
+    return table_.isBit() ? 1 : dataType.registerCount();
+}
+
+Datapoint::AddressRange Datapoint::addressRange() const noexcept {
+    return {address, address + count() - 1};
+}
+
+std::optional<std::uint16_t> Datapoint::lastAddress() const noexcept {
+    const int last = addressRange().last;
+    if (last > 0xFFFF) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint16_t>(last);
+}
+
+bool Datapoint::overlaps(const Datapoint& other) const noexcept {
+    return unitID == other.unitID && table_ == other.table_ &&
+           other.address + other.count() > address && address + count() > other.address;
+}
+
+std::string Datapoint::modiconAddress() const {
+    std::string number = std::to_string(address + 1);
+    // Four digits up to address 9998, five from 9999 on (410000), as "%d%04d" and "%d%05d".
+    const std::size_t width = address < 9999 ? 4 : 5;
+    if (number.size() < width) {
+        number.insert(0, width - number.size(), '0');
+    }
+    return std::to_string(table_.modiconPrefix()) + number;
+}
+
+int Datapoint::decimals() const noexcept {
+    const double magnitude = std::abs(scale);
+    if (scale == 0 || magnitude >= 1) {
+        return 0;
+    }
+    // The small allowance keeps log10(0.1) = -0.99999... from asking for a second digit.
+    const double digits = std::ceil(-std::log10(magnitude) - 1e-9);
+    return std::min(static_cast<int>(digits), 6);
+}
+
+std::vector<std::uint16_t> Datapoint::registers(double engineeringValue) const {
+    return ValueCodec::registers(engineeringValue, dataType, wordOrder, scale);
+}
+
+double Datapoint::valueFromRegisters(std::span<const std::uint16_t> registers) const {
+    return ValueCodec::valueFromRegisters(registers, dataType, wordOrder, scale);
+}
+
+std::string Datapoint::formatted(double engineeringValue, const NumberStyle& style) const {
+    if (table_.isBit() || dataType == DataType::boolean) {
+        return engineeringValue == 0 ? "0" : "1";
+    }
+    if (!dataType.isFloat() && format != DisplayFormat::decimal) {
+        const double raw = ValueCodec::scales(scale) ? engineeringValue / scale : engineeringValue;
+        const std::uint64_t bits = ValueCodec::bits(raw, dataType);
+        const int width = 16 * dataType.registerCount();
+        return format == DisplayFormat::hex ? hexadecimal(bits, width / 4) : grouped(bits, width);
+    }
+    if (std::isnan(engineeringValue)) {
+        return "NaN";
+    }
+    if (std::isinf(engineeringValue)) {
+        return engineeringValue > 0 ? "∞" : "-∞";
+    }
+    if (dataType.isFloat()) {
+        return replacingPoint(significantDigits(engineeringValue), style);
+    }
+    // 309 digits for the largest double, a sign, a point and six decimals.
+    std::array<char, 320> buffer{};
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                       engineeringValue, std::chars_format::fixed, decimals());
+    return replacingPoint(std::string(buffer.data(), written.ptr), style);
+}
+
+std::optional<double> Datapoint::parse(std::string_view text) const {
+    const std::string typed = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
+    if (table_.isBit() || dataType == DataType::boolean) {
+        if (contains(onWords, typed)) {
+            return 1.0;
+        }
+        if (contains(offWords, typed)) {
+            return 0.0;
+        }
+        return std::nullopt;
+    }
+
+    const std::string_view view = typed;
+    const bool isHex = view.starts_with("0x");
+    if (isHex || view.starts_with("0b")) {
+        if (!isHex && dataType.isFloat()) {
+            return std::nullopt;
+        }
+        auto bits = completeUnsigned(view.substr(2), isHex ? 16 : 2);
+        if (!bits) {
+            return std::nullopt;
+        }
+        const int width = 16 * dataType.registerCount();
+        if (width < 64 && (*bits >> width) != 0) {
+            return std::nullopt;
+        }
+        const double raw = ValueCodec::value(*bits, dataType);
+        return ValueCodec::scales(scale) ? raw * scale : raw;
+    }
+
+    auto number = completeDouble(withDecimalPoint(typed));
+    if (!number || !std::isfinite(*number)) {
+        return std::nullopt;
+    }
+    const double raw = ValueCodec::scales(scale) ? *number / scale : *number;
+    const auto [minimum, maximum] = dataType.range();
+    const double checked = dataType.isFloat() ? raw : std::round(raw);
+    if (!(minimum <= checked && checked <= maximum)) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+std::optional<double> Datapoint::parseNumber(std::string_view text) {
+    return completeDouble(withDecimalPoint(Text::trimmed(text)));
+}
+
+nlohmann::json Datapoint::json() const {
+    nlohmann::json object = nlohmann::json::object();
+    object["id"] = id.text();
+    object["name"] = name;
+    object["unitID"] = unitID;
+    object["table"] = std::string(table_.rawValue());
+    object["address"] = address;
+    object["dataType"] = std::string(dataType.rawValue());
+    object["wordOrder"] = std::string(wordOrder.rawValue());
+    object["scale"] = JSONValue::number(scale);
+    object["engineeringUnit"] = engineeringUnit;
+    object["format"] = std::string(format.rawValue());
+    object["value"] = JSONValue::number(value);
+    object["notes"] = notes;
+    object["simulation"] = simulation.json();
+    return object;
+}
+
+namespace {
+
+// Reads an enumeration by its raw value; an unknown raw value is an error naming the key.
+template <typename Enumeration>
+Result<std::optional<Enumeration>, std::string> enumeration(const nlohmann::json& object,
+                                                            std::string_view key) {
+    auto text = JSONValue::string(object, key);
+    if (!text.ok()) {
+        return text.error();
+    }
+    if (!text.value()) {
+        return std::optional<Enumeration>();
+    }
+    auto parsed = Enumeration::fromRawValue(*text.value());
+    if (!parsed) {
+        return std::string(key) + ": unknown value \"" + *text.value() + "\"";
+    }
+    return std::optional<Enumeration>(*parsed);
+}
+
+// The error of the first failed read, in field order.
+template <typename... Reads>
+const std::string* firstError(const Reads&... reads) {
+    const std::string* error = nullptr;
+    ((error = (error != nullptr || reads.ok()) ? error : &reads.error()), ...);
+    return error;
+}
+
+Result<Datapoint, std::string> decode(const nlohmann::json& object) {
+    if (!object.is_object()) {
+        return std::string("expected an object");
+    }
+    Datapoint defaults;
+    auto idText = JSONValue::string(object, "id");
+    auto name = JSONValue::string(object, "name");
+    auto unitID = JSONValue::integer(object, "unitID", 0, 255);
+    auto table = enumeration<RegisterTable>(object, "table");
+    auto address = JSONValue::integer(object, "address", 0, 65535);
+    auto dataType = enumeration<DataType>(object, "dataType");
+    auto wordOrder = enumeration<WordOrder>(object, "wordOrder");
+    auto scale = JSONValue::number(object, "scale");
+    auto engineeringUnit = JSONValue::string(object, "engineeringUnit");
+    auto format = enumeration<DisplayFormat>(object, "format");
+    auto value = JSONValue::number(object, "value");
+    auto notes = JSONValue::string(object, "notes");
+    if (const std::string* error =
+            firstError(idText, name, unitID, table, address, dataType, wordOrder, scale,
+                       engineeringUnit, format, value, notes)) {
+        return *error;
+    }
+
+    Uuid id = defaults.id;
+    if (idText.value()) {
+        auto parsed = Uuid::parse(*idText.value());
+        if (!parsed) {
+            return "id: expected a UUID, found \"" + *idText.value() + "\"";
+        }
+        id = *parsed;
+    }
+    Simulation simulation;
+    if (auto found = object.find("simulation"); found != object.end()) {
+        auto decoded = Simulation::fromJSON(*found);
+        if (!decoded.ok()) {
+            return "simulation." + decoded.error();
+        }
+        simulation = decoded.value();
+    }
+    return Datapoint(
+        id, name.value().value_or(defaults.name),
+        static_cast<std::uint8_t>(unitID.value().value_or(defaults.unitID)),
+        table.value().value_or(defaults.table()),
+        static_cast<std::uint16_t>(address.value().value_or(defaults.address)),
+        dataType.value().value_or(defaults.dataType),
+        wordOrder.value().value_or(defaults.wordOrder), scale.value().value_or(defaults.scale),
+        engineeringUnit.value().value_or(defaults.engineeringUnit),
+        format.value().value_or(defaults.format), value.value().value_or(defaults.value),
+        notes.value().value_or(defaults.notes), simulation);
+}
+
+} // namespace
+
+Result<Datapoint, std::string> Datapoint::fromJSON(const nlohmann::json& object) {
+    try {
+        return decode(object);
+    } catch (const nlohmann::json::exception& error) {
+        return std::string(error.what());
+    }
+}
+
+} // namespace kestrin
+
+std::size_t
+std::hash<kestrin::Datapoint>::operator()(const kestrin::Datapoint& datapoint) const noexcept {
+    std::size_t seed = 0;
+    kestrin::combine(seed, datapoint.id);
+    kestrin::combine(seed, datapoint.name);
+    kestrin::combine(seed, datapoint.unitID);
+    kestrin::combine(seed, static_cast<int>(datapoint.table()));
+    kestrin::combine(seed, datapoint.address);
+    kestrin::combine(seed, static_cast<int>(datapoint.dataType));
+    kestrin::combine(seed, static_cast<int>(datapoint.wordOrder));
+    kestrin::combine(seed, datapoint.scale);
+    kestrin::combine(seed, datapoint.engineeringUnit);
+    kestrin::combine(seed, static_cast<int>(datapoint.format));
+    kestrin::combine(seed, datapoint.value);
+    kestrin::combine(seed, datapoint.notes);
+    kestrin::combine(seed, static_cast<int>(datapoint.simulation.kind));
+    kestrin::combine(seed, datapoint.simulation.minimum);
+    kestrin::combine(seed, datapoint.simulation.maximum);
+    kestrin::combine(seed, datapoint.simulation.period);
+    return seed;
+}

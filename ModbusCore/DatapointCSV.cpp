@@ -1,0 +1,387 @@
+#include "DatapointCSV.h"
+
+#include "Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace kestrin::DatapointCSV {
+
+namespace {
+
+constexpr std::array<std::string_view, 11> headers{
+    "Name",  "Unit ID", "Table",  "Address", "Data type",  "Word order",
+    "Scale", "Unit",    "Format", "Value",   "Description"};
+
+constexpr std::array<std::string_view, 3> nameAliases{"name", "naam", "tag"};
+constexpr std::array<std::string_view, 7> unitIDAliases{
+    "unitid", "unit-id", "slave", "slaveid", "slaveaddress", "device", "id"};
+constexpr std::array<std::string_view, 5> tableAliases{"table", "tabel", "registertype", "area",
+                                                       "type"};
+constexpr std::array<std::string_view, 4> addressAliases{"address", "adres", "register", "offset"};
+constexpr std::array<std::string_view, 4> dataTypeAliases{"datatype", "data-type", "datatyp",
+                                                          "format(type)"};
+constexpr std::array<std::string_view, 5> wordOrderAliases{"wordorder", "byteorder", "order",
+                                                           "woordvolgorde", "endianness"};
+constexpr std::array<std::string_view, 4> scaleAliases{"scale", "schaal", "factor", "multiplier"};
+constexpr std::array<std::string_view, 6> engineeringUnitAliases{
+    "unit", "eenheid", "einheit", "unité", "unidad", "engineeringunit"};
+constexpr std::array<std::string_view, 3> formatAliases{"format", "display", "weergave"};
+constexpr std::array<std::string_view, 5> valueAliases{"value", "waarde", "wert", "valeur",
+                                                       "valor"};
+constexpr std::array<std::string_view, 6> notesAliases{
+    "description", "omschrijving", "beschrijving", "notes", "comment", "opmerking"};
+
+constexpr std::array<std::span<const std::string_view>, 11> aliasLists{
+    nameAliases,     unitIDAliases,    tableAliases, addressAliases,
+    dataTypeAliases, wordOrderAliases, scaleAliases, engineeringUnitAliases,
+    formatAliases,   valueAliases,     notesAliases};
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+std::string headerKey(std::string_view text) {
+    return Text::removingSpaces(Text::lowercased(text));
+}
+
+// The separator a spreadsheet used, from the first line: ";" unless tab or "," is more frequent.
+char detectedSeparator(std::string_view text) {
+    const auto lineEnd = text.find_first_of("\r\n");
+    const std::string_view firstLine = text.substr(0, lineEnd);
+    char choice = ';';
+    auto best = std::count(firstLine.begin(), firstLine.end(), ';');
+    for (char candidate : {'\t', ','}) {
+        auto occurrences = std::count(firstLine.begin(), firstLine.end(), candidate);
+        if (occurrences > best) {
+            choice = candidate;
+            best = occurrences;
+        }
+    }
+    return choice;
+}
+
+// A decimal integer in [0, maximum] with an optional sign; "-0" is 0, as unsigned readers have it.
+std::optional<unsigned> decimalInteger(std::string_view text, unsigned maximum) {
+    bool negative = false;
+    if (text.starts_with('+') || text.starts_with('-')) {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    if (text.empty() ||
+        !std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        return std::nullopt;
+    }
+    unsigned result = 0;
+    auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), result);
+    if (error != std::errc() || stop != text.data() + text.size() || result > maximum ||
+        (negative && result != 0)) {
+        return std::nullopt;
+    }
+    return result;
+}
+
+// Cells of one record by column; absent columns and short records read as empty.
+class RecordReader {
+public:
+    RecordReader(const Record& record, const std::array<std::optional<std::size_t>, 11>& columns)
+        : record_(record)
+        , columns_(columns) {}
+
+    const Field* field(Column column) const {
+        const auto& index = columns_[column];
+        if (!index || *index >= record_.size()) {
+            return nullptr;
+        }
+        return &record_[*index];
+    }
+    // Trimmed: numbers and names of enumerations.
+    std::string_view cell(Column column) const {
+        const Field* found = field(column);
+        return found == nullptr ? std::string_view() : Text::trimmed(found->fields);
+    }
+    // Free text keeps a quoted cell as written, so names with spaces at the ends survive.
+    std::string text(Column column) const {
+        const Field* found = field(column);
+        if (found == nullptr) {
+            return {};
+        }
+        return found->quoted ? found->fields : std::string(Text::trimmed(found->fields));
+    }
+
+private:
+    const Record& record_;
+    const std::array<std::optional<std::size_t>, 11>& columns_;
+};
+
+Result<Datapoint, Problem> datapoint(const RecordReader& reader) {
+    const std::string_view tableCell = reader.cell(Column::table);
+    const auto table = RegisterTable::fromText(tableCell);
+    if (!table) {
+        return Problem::invalidTable(std::string(tableCell));
+    }
+    const std::string_view addressCell = reader.cell(Column::address);
+    const auto address = decimalInteger(addressCell, 65535);
+    if (!address) {
+        return Problem::invalidAddress(std::string(addressCell));
+    }
+    const std::string_view unitCell = reader.cell(Column::unitID);
+    unsigned unit = 1;
+    if (!unitCell.empty()) {
+        // 1…247: 0 is the broadcast address and 248…255 are reserved (Modbus over Serial Line
+        // V1.02, section 2.2).
+        auto parsed = decimalInteger(unitCell, 255);
+        if (!parsed || *parsed < 1 || *parsed > 247) {
+            return Problem::invalidUnit(std::string(unitCell));
+        }
+        unit = *parsed;
+    }
+    const std::string_view typeCell = reader.cell(Column::dataType);
+    DataType type = table->isBit() ? DataType::boolean : DataType::uint16;
+    if (!typeCell.empty()) {
+        auto parsed = DataType::fromText(typeCell);
+        if (!parsed || !parsed->isAllowed(*table)) {
+            return Problem::invalidDataType(std::string(typeCell));
+        }
+        type = *parsed;
+    }
+    const std::string_view scaleCell = reader.cell(Column::scale);
+    double scale = 1;
+    if (!scaleCell.empty()) {
+        auto parsed = Datapoint::parseNumber(scaleCell);
+        if (!parsed || *parsed == 0) {
+            return Problem::invalidNumber(std::string(scaleCell));
+        }
+        scale = *parsed;
+    }
+    const std::string_view valueCell = reader.cell(Column::value);
+    double value = 0;
+    if (!valueCell.empty()) {
+        auto parsed = Datapoint::parseNumber(valueCell);
+        if (!parsed) {
+            return Problem::invalidNumber(std::string(valueCell));
+        }
+        value = *parsed;
+    }
+    return Datapoint(
+        Uuid::random(), reader.text(Column::name), static_cast<std::uint8_t>(unit), *table,
+        static_cast<std::uint16_t>(*address), type,
+        WordOrder::fromText(reader.cell(Column::wordOrder)).value_or(WordOrder::abcd), scale,
+        reader.text(Column::engineeringUnit),
+        DisplayFormat::fromText(reader.cell(Column::format)).value_or(DisplayFormat::decimal),
+        value, reader.text(Column::notes), Simulation{});
+}
+
+// Integers without a point, everything else in the shortest text that reads back the same.
+std::string number(double value, bool decimalComma) {
+    if (std::isnan(value)) {
+        return "nan";
+    }
+    if (std::isinf(value)) {
+        return value > 0 ? "inf" : "-inf";
+    }
+    if (std::trunc(value) == value && std::abs(value) < 1e15) {
+        return std::to_string(static_cast<long long>(value));
+    }
+    std::array<char, 32> buffer{};
+    auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    std::string text(buffer.data(), error == std::errc() ? end : buffer.data());
+    if (decimalComma) {
+        std::replace(text.begin(), text.end(), '.', ',');
+    }
+    return text;
+}
+
+// Besides the usual reasons, white space at either end is quoted: the import trims unquoted cells.
+void appendCell(std::string& out, std::string_view cell, char separator) {
+    const bool needsQuotes =
+        cell.find_first_of(std::string{separator, '"', '\n', '\r'}) != std::string_view::npos ||
+        Text::trimmed(cell).size() != cell.size();
+    if (!needsQuotes) {
+        out += cell;
+        return;
+    }
+    out += '"';
+    for (char c : cell) {
+        if (c == '"') {
+            out += '"';
+        }
+        out += c;
+    }
+    out += '"';
+}
+
+void appendRow(std::string& out, std::span<const std::string> cells, char separator) {
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        if (i > 0) {
+            out += separator;
+        }
+        appendCell(out, cells[i], separator);
+    }
+    out += "\r\n";
+}
+
+} // namespace
+
+std::string_view Column::rawValue() const noexcept {
+    return headers[case_];
+}
+
+std::span<const std::string_view> Column::aliases() const noexcept {
+    return aliasLists[case_];
+}
+
+std::optional<Column> Column::fromHeader(std::string_view text) {
+    const std::string key = headerKey(text);
+    for (Case c : allCases) {
+        if (headerKey(Column(c).rawValue()) == key) {
+            return Column(c);
+        }
+    }
+    for (Case c : allCases) {
+        const auto names = Column(c).aliases();
+        if (std::find(names.begin(), names.end(), key) != names.end()) {
+            return Column(c);
+        }
+    }
+    return std::nullopt;
+}
+
+Dialect Dialect::forStyle(const NumberStyle& style) {
+    if (style.usesDecimalComma()) {
+        return {';', true};
+    }
+    return {',', false};
+}
+
+std::vector<Record> records(std::string_view text, char separator) {
+    std::vector<Record> result;
+    Record record;
+    Field cell;
+    bool inQuotes = false;
+    int line = 1;
+    // Every cell carries the line its record begins on, not the line it begins on.
+    int recordLine = 1;
+
+    auto closeCell = [&] {
+        record.push_back(std::move(cell));
+        cell = Field{{}, recordLine, false};
+    };
+    auto closeRecord = [&] {
+        closeCell();
+        // A blank line is a record of one empty cell.
+        if (!(record.size() == 1 && record.front().fields.empty())) {
+            result.push_back(std::move(record));
+        }
+        record.clear();
+        recordLine = ++line;
+        cell.line = recordLine;
+    };
+
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool crlf = c == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+        if (inQuotes) {
+            if (c == '"') {
+                if (i + 1 < text.size() && text[i + 1] == '"') {
+                    cell.fields += '"';
+                    ++i;
+                } else {
+                    inQuotes = false;
+                }
+            } else if (crlf) {
+                cell.fields += "\r\n";
+                ++line;
+                ++i;
+            } else {
+                if (c == '\n') {
+                    ++line;
+                }
+                cell.fields += c;
+            }
+        } else if (c == '"' && cell.fields.empty()) {
+            inQuotes = true;
+            cell.quoted = true;
+        } else if (c == separator) {
+            closeCell();
+        } else if (c == '\n' || c == '\r') {
+            closeRecord();
+            if (crlf) {
+                ++i;
+            }
+        } else {
+            cell.fields += c;
+        }
+    }
+    if (!cell.fields.empty() || !record.empty()) {
+        closeRecord();
+    }
+    return result;
+}
+
+ImportResult parse(std::string_view text) {
+    if (text.starts_with(byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+    }
+    const std::vector<Record> all = records(text, detectedSeparator(text));
+    ImportResult result;
+    if (all.empty()) {
+        return result;
+    }
+
+    std::array<std::optional<std::size_t>, 11> columns{};
+    const Record& header = all.front();
+    for (std::size_t index = 0; index < header.size(); ++index) {
+        if (auto column = Column::fromHeader(header[index].fields)) {
+            if (!columns[*column]) {
+                columns[*column] = index;
+            }
+        }
+    }
+    if (!columns[Column::table] || !columns[Column::address]) {
+        result.issues.push_back({1, Problem::missingColumns()});
+        return result;
+    }
+
+    for (auto record = all.begin() + 1; record != all.end(); ++record) {
+        const bool blank = std::all_of(record->begin(), record->end(), [](const Field& field) {
+            return Text::trimmed(field.fields).empty();
+        });
+        if (blank) {
+            continue;
+        }
+        auto made = datapoint(RecordReader(*record, columns));
+        if (made.ok()) {
+            result.datapoints.push_back(std::move(made).value());
+        } else {
+            result.issues.push_back({record->front().line, made.error()});
+        }
+    }
+    return result;
+}
+
+std::string exportText(std::span<const Datapoint> datapoints, const Dialect& dialect) {
+    std::string out(byteOrderMark);
+    std::vector<std::string> cells(headers.begin(), headers.end());
+    appendRow(out, cells, dialect.separator);
+    for (const Datapoint& point : datapoints) {
+        cells = {
+            point.name,
+            std::to_string(point.unitID),
+            std::string(point.table().code()),
+            std::to_string(point.address),
+            std::string(point.dataType.rawValue()),
+            point.dataType.usesWordOrder() ? std::string(point.wordOrder.label()) : std::string(),
+            number(point.scale, dialect.decimalComma),
+            point.engineeringUnit,
+            std::string(point.format.rawValue()),
+            number(point.value, dialect.decimalComma),
+            point.notes,
+        };
+        appendRow(out, cells, dialect.separator);
+    }
+    return out;
+}
+
+} // namespace kestrin::DatapointCSV

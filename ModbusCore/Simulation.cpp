@@ -1,0 +1,68 @@
+#include "Simulation.h"
+
+#include "JSONValue.h"
+
+#include <nlohmann/json.hpp>
+
+namespace kestrin {
+
+namespace {
+constexpr std::array<std::string_view, 6> rawValues{"none", "counter", "ramp",
+                                                    "sine", "random",  "toggle"};
+} // namespace
+
+std::string_view Simulation::Kind::rawValue() const noexcept {
+    return rawValues[case_];
+}
+
+std::optional<Simulation::Kind> Simulation::Kind::fromRawValue(std::string_view text) noexcept {
+    for (Case c : allCases) {
+        if (rawValues[c] == text) {
+            return Kind(c);
+        }
+    }
+    return std::nullopt;
+}
+
+nlohmann::json Simulation::json() const {
+    nlohmann::json object = nlohmann::json::object();
+    object["kind"] = std::string(kind.rawValue());
+    object["minimum"] = JSONValue::number(minimum);
+    object["maximum"] = JSONValue::number(maximum);
+    object["period"] = JSONValue::number(period);
+    return object;
+}
+
+Result<Simulation, std::string> Simulation::fromJSON(const nlohmann::json& object) {
+    if (!object.is_object()) {
+        return std::string("expected an object");
+    }
+    Simulation simulation;
+    auto kindText = JSONValue::string(object, "kind");
+    if (!kindText.ok()) {
+        return kindText.error();
+    }
+    if (!kindText.value()) {
+        return std::string("kind: missing");
+    }
+    auto parsedKind = Kind::fromRawValue(*kindText.value());
+    if (!parsedKind) {
+        return "kind: unknown value \"" + *kindText.value() + "\"";
+    }
+    simulation.kind = *parsedKind;
+    for (auto [key, field] :
+         {std::pair{"minimum", &Simulation::minimum}, std::pair{"maximum", &Simulation::maximum},
+          std::pair{"period", &Simulation::period}}) {
+        auto number = JSONValue::number(object, key);
+        if (!number.ok()) {
+            return number.error();
+        }
+        if (!number.value()) {
+            return std::string(key) + ": missing";
+        }
+        simulation.*field = *number.value();
+    }
+    return simulation;
+}
+
+} // namespace kestrin

@@ -1,0 +1,76 @@
+#include "SerialConfiguration.h"
+
+#include "JSONValue.h"
+#include "SerialTiming.h"
+
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+namespace kestrin {
+
+namespace {
+
+std::string missing(std::string_view key) {
+    return std::string(key) + ": missing";
+}
+
+} // namespace
+
+int SerialConfiguration::bitsPerCharacter() const noexcept {
+    return SerialTiming::bitsPerCharacter(dataBits, parity.isEnabled(), stopBits);
+}
+
+std::string SerialConfiguration::frameDescription() const {
+    return std::to_string(dataBits) + parity.letter() + std::to_string(stopBits);
+}
+
+std::string SerialConfiguration::shortDescription() const {
+    return std::to_string(baudRate) + ' ' + frameDescription();
+}
+
+nlohmann::json SerialConfiguration::json() const {
+    return nlohmann::json{{"baudRate", baudRate},
+                          {"dataBits", dataBits},
+                          {"parity", std::string(parity.rawValue())},
+                          {"stopBits", stopBits}};
+}
+
+Result<SerialConfiguration, std::string>
+SerialConfiguration::fromJSON(const nlohmann::json& object) {
+    if (!object.is_object()) {
+        return std::string("serial: expected an object");
+    }
+    SerialConfiguration configuration;
+    for (auto [key, field] : {std::pair{"baudRate", &SerialConfiguration::baudRate},
+                              std::pair{"dataBits", &SerialConfiguration::dataBits},
+                              std::pair{"stopBits", &SerialConfiguration::stopBits}}) {
+        const auto value = JSONValue::integer(object, key, std::numeric_limits<int>::min(),
+                                              std::numeric_limits<int>::max());
+        if (!value) {
+            return value.error();
+        }
+        if (!value.value()) {
+            return missing(key);
+        }
+        configuration.*field = static_cast<int>(*value.value());
+    }
+    const auto text = JSONValue::string(object, "parity");
+    if (!text) {
+        return text.error();
+    }
+    if (!text.value()) {
+        return missing("parity");
+    }
+    const std::optional<Parity> parity = Parity::fromRawValue(*text.value());
+    if (!parity) {
+        return std::string("parity: expected \"none\", \"even\" or \"odd\"");
+    }
+    configuration.parity = *parity;
+    return configuration;
+}
+
+} // namespace kestrin

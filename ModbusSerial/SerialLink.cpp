@@ -1,0 +1,285 @@
+#include "SerialLink.h"
+
+#include "RTUFrame.h"
+#include "SerialTiming.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <thread>
+#include <utility>
+
+namespace kestrin {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// After a broadcast no device answers, but each needs time to act on it before the next request
+// (the turnaround delay of Modbus over Serial Line V1.02, section 2.4.1: typically 100-200 ms).
+constexpr auto broadcastTurnaround = 100ms;
+// The writer waits this long for the adapter to take more bytes before calling it a time-out.
+constexpr int writableWaitMs = 1000;
+// Silence that ends an answer of unknown length, unless the inter-frame silence is longer.
+constexpr auto unknownLengthGap = 20ms;
+
+// Seconds as a clock duration; NaN and negative times are no time, a day bounds the rest so the
+// conversion cannot overflow.
+Clock::duration duration(double seconds) {
+    constexpr double longest = 86400.0;
+    const double clamped = seconds > 0.0 ? std::min(seconds, longest) : 0.0;
+    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(clamped));
+}
+
+// poll's time-out: rounded up to whole milliseconds, at least 1, so no wait ends early.
+int pollMilliseconds(Clock::duration wait) {
+    return static_cast<int>(
+        std::max<Clock::rep>(1, std::chrono::ceil<std::chrono::milliseconds>(wait).count()));
+}
+
+SerialLinkError error(SerialLinkError::Case value) {
+    return SerialLinkError{std::move(value)};
+}
+
+} // namespace
+
+SerialLink::SerialLink(std::string path, SerialConfiguration configuration, bool allowsTestDevice,
+                       PosixTerminal& terminal)
+    : path_(std::move(path))
+    , configuration_(configuration)
+    , allowsTestDevice_(allowsTestDevice)
+    , terminal_(terminal) {}
+
+SerialLink::~SerialLink() {
+    close();
+}
+
+bool SerialLink::isValidPath(std::string_view path) {
+    constexpr std::string_view devices = "/dev/";
+    constexpr std::string_view terminals = "/dev/tty";
+    if (!path.starts_with(terminals)) {
+        return false;
+    }
+    // /dev/tty is the controlling terminal and /dev/tty1... are virtual consoles, never adapters.
+    const std::string_view suffix = path.substr(terminals.size());
+    if (std::all_of(suffix.begin(), suffix.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        return false;
+    }
+    const std::string_view name = path.substr(devices.size());
+    return name.find('/') == std::string_view::npos && name.find("..") == std::string_view::npos &&
+           name.size() < 128;
+}
+
+termios SerialLink::rawAttributes(const termios& original,
+                                  const SerialConfiguration& configuration) {
+    termios attributes = original;
+    cfmakeraw(&attributes);
+    attributes.c_cflag &= ~(CSIZE | CSTOPB | CREAD | PARENB | PARODD | CLOCAL | CRTSCTS);
+    attributes.c_cflag |= (configuration.dataBits == 7 ? CS7 : CS8) | CLOCAL | CREAD;
+    if (configuration.parity == Parity::even) {
+        attributes.c_cflag |= PARENB;
+    } else if (configuration.parity == Parity::odd) {
+        attributes.c_cflag |= PARENB | PARODD;
+    }
+    if (configuration.stopBits == 2) {
+        attributes.c_cflag |= CSTOPB;
+    }
+    attributes.c_iflag &= ~(INPCK | ISTRIP | IXON | IXOFF | IXANY);
+    if (configuration.parity.isEnabled()) {
+        attributes.c_iflag |= INPCK;
+    }
+    attributes.c_cc[VMIN] = 1;
+    attributes.c_cc[VTIME] = 0;
+    // A placeholder: the exact rate is set afterwards, for standard and other rates alike.
+    cfsetspeed(&attributes, B9600);
+    return attributes;
+}
+
+Result<void, SerialLinkError> SerialLink::open() {
+    if (fd_ != -1) {
+        return {};
+    }
+    if (!allowsTestDevice_ && !isValidPath(path_)) {
+        return error(SerialLinkError::InvalidPath{path_});
+    }
+    // Zero would hang up the line and a negative rate cannot be requested: refuse before the
+    // device is touched.
+    if (configuration_.baudRate <= 0) {
+        return error(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate});
+    }
+
+    const int fd = terminal_.open(path_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        const int code = errno;
+        return code == EBUSY ? error(SerialLinkError::Busy{path_})
+                             : error(SerialLinkError::OpenFailed{path_, code});
+    }
+    const auto fail = [&](SerialLinkError::Case reason) {
+        terminal_.close(fd);
+        return error(std::move(reason));
+    };
+
+    if (terminal_.ioctl(fd, TIOCEXCL) != 0) {
+        const int code = errno;
+        return code == EBUSY ? fail(SerialLinkError::Busy{path_})
+                             : fail(SerialLinkError::ConfigurationFailed{code});
+    }
+    if (terminal_.tcgetattr(fd, &originalAttributes_) != 0) {
+        return fail(SerialLinkError::ConfigurationFailed{errno});
+    }
+    termios attributes = rawAttributes(originalAttributes_, configuration_);
+    int result = terminal_.tcsetattr(fd, TCSANOW, &attributes);
+    if (result != 0 && errno == EINVAL && allowsTestDevice_) {
+        // Some pseudo-terminals refuse parity or 7 data bits: take 8N and carry on; timing still
+        // follows the configured frame.
+        SerialConfiguration plain = configuration_;
+        plain.dataBits = 8;
+        plain.parity = Parity::none;
+        attributes = rawAttributes(originalAttributes_, plain);
+        result = terminal_.tcsetattr(fd, TCSANOW, &attributes);
+    }
+    if (result != 0) {
+        return fail(SerialLinkError::ConfigurationFailed{errno});
+    }
+    if (terminal_.setExactBaudRate(fd, configuration_.baudRate) != 0 && !allowsTestDevice_) {
+        terminal_.tcsetattr(fd, TCSANOW, &originalAttributes_);
+        return fail(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate});
+    }
+    terminal_.tcflush(fd, TCIOFLUSH);
+    fd_ = fd;
+    return {};
+}
+
+void SerialLink::close() noexcept {
+    if (fd_ == -1) {
+        return;
+    }
+    terminal_.tcsetattr(fd_, TCSANOW, &originalAttributes_);
+    terminal_.ioctl(fd_, TIOCNXCL);
+    // Not retried on EINTR: on Linux the descriptor is released either way.
+    terminal_.close(fd_);
+    fd_ = -1;
+}
+
+double SerialLink::interFrameDelay() const {
+    return SerialTiming::interFrameDelay(configuration_.baudRate,
+                                         configuration_.bitsPerCharacter());
+}
+
+Result<Bytes, SerialLinkError> SerialLink::transact(ByteView frame, bool expectsResponse,
+                                                    double timeout) {
+    if (fd_ == -1) {
+        return error(SerialLinkError::NotOpen{});
+    }
+    // Only the part of the silence that has not yet passed; comparing avoids overflowing the
+    // distant past.
+    const Clock::time_point silenceEnd = lastActivity_ + duration(interFrameDelay());
+    if (silenceEnd > Clock::now()) {
+        std::this_thread::sleep_until(silenceEnd);
+    }
+    // Late answers and line noise must never reach the next answer.
+    terminal_.tcflush(fd_, TCIFLUSH);
+    if (auto written = writeFrame(frame); !written) {
+        return written.error();
+    }
+    terminal_.tcdrain(fd_);
+    lastActivity_ = Clock::now();
+
+    if (!expectsResponse) {
+        std::this_thread::sleep_for(broadcastTurnaround);
+        lastActivity_ = Clock::now();
+        return Bytes{};
+    }
+    auto answer = readAnswer(duration(timeout));
+    lastActivity_ = Clock::now();
+    return answer;
+}
+
+Result<void, SerialLinkError> SerialLink::writeFrame(ByteView frame) {
+    std::size_t sent = 0;
+    while (sent < frame.size()) {
+        // A write that takes nothing without an error must not be judged by a stale errno.
+        errno = 0;
+        const ssize_t written = terminal_.write(fd_, frame.data() + sent, frame.size() - sent);
+        if (written > 0) {
+            sent += static_cast<std::size_t>(written);
+            continue;
+        }
+        const int code = errno;
+        if (code == EINTR) {
+            continue;
+        }
+        if (code == EAGAIN) {
+            pollfd writable{fd_, POLLOUT, 0};
+            if (terminal_.poll(&writable, 1, writableWaitMs) == 0) {
+                return error(SerialLinkError::Timeout{});
+            }
+            continue;
+        }
+        if (code == EIO || code == ENXIO) {
+            return error(SerialLinkError::Disconnected{});
+        }
+        return error(SerialLinkError::WriteFailed{code});
+    }
+    return {};
+}
+
+Result<Bytes, SerialLinkError> SerialLink::readAnswer(Clock::duration timeout) {
+    const Clock::time_point deadline = Clock::now() + timeout;
+    const Clock::duration gap =
+        std::max<Clock::duration>(duration(interFrameDelay()), unknownLengthGap);
+    Bytes received;
+    for (;;) {
+        const std::optional<int> expected = RTUFrame::expectedResponseLength(received);
+        if (expected && received.size() >= static_cast<std::size_t>(*expected)) {
+            received.resize(static_cast<std::size_t>(*expected));
+            return received;
+        }
+        const Clock::duration remaining = deadline - Clock::now();
+        if (remaining <= Clock::duration::zero()) {
+            if (received.empty()) {
+                return error(SerialLinkError::Timeout{});
+            }
+            // Incomplete: the frame check one layer up refuses it.
+            return received;
+        }
+        const bool gapEnds = !expected && !received.empty() && gap < remaining;
+        pollfd readable{fd_, POLLIN, 0};
+        const int ready = terminal_.poll(&readable, 1, pollMilliseconds(gapEnds ? gap : remaining));
+        if (ready < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            return error(SerialLinkError::Disconnected{});
+        }
+        if (ready == 0) {
+            if (received.empty() || expected) {
+                continue;
+            }
+            // A silent gap after bytes of unknown length ends the answer.
+            return received;
+        }
+        if ((readable.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+            return error(SerialLinkError::Disconnected{});
+        }
+        const ssize_t count = terminal_.read(fd_, buffer_.data(), buffer_.size());
+        if (count > 0) {
+            received.insert(received.end(), buffer_.begin(), buffer_.begin() + count);
+            // More than a whole buffer is no Modbus answer: stop collecting.
+            if (received.size() > bufferSize) {
+                return received;
+            }
+            continue;
+        }
+        if (count == 0) {
+            return error(SerialLinkError::Disconnected{});
+        }
+        if (errno != EAGAIN && errno != EINTR) {
+            return error(SerialLinkError::Disconnected{});
+        }
+    }
+}
+
+} // namespace kestrin

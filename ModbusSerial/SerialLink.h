@@ -1,0 +1,81 @@
+#pragma once
+
+#include "Bytes.h"
+#include "PosixTerminal.h"
+#include "Result.h"
+#include "SerialConfiguration.h"
+#include "SerialLinkError.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <termios.h>
+
+namespace kestrin {
+
+// One open serial device through which a request goes out and its answer comes back.
+// Thread contract: used by one thread at a time (open on the thread that starts the engine,
+// transact and close on the engine's thread) and never concurrently; it has no lock.
+class SerialLink {
+public:
+    // The scratch buffer every read fills; a whole RTU frame is at most 256 bytes.
+    static constexpr std::size_t bufferSize = 512;
+
+    // Does not touch the device. allowsTestDevice skips the path check and tolerates what a
+    // pseudo-terminal refuses (parity, 7 data bits, the exact speed); the application passes false.
+    SerialLink(std::string path, SerialConfiguration configuration, bool allowsTestDevice = false,
+               PosixTerminal& terminal = PosixTerminal::system());
+    ~SerialLink();
+    SerialLink(const SerialLink&) = delete;
+    SerialLink& operator=(const SerialLink&) = delete;
+
+    // "/dev/tty" and a name that is not only digits (ttyUSB0, ttyACM0, ttyS0, ttyAMA0, but never
+    // /dev/tty itself or the virtual consoles /dev/tty1), no "/" or ".." after "/dev/", and a
+    // name of fewer than 128 characters.
+    static bool isValidPath(std::string_view path);
+
+    // The attributes open applies: raw mode and the frame of configuration on top of original,
+    // every other control flag (such as HUPCL) kept. The speed is a placeholder of 9600.
+    static termios rawAttributes(const termios& original, const SerialConfiguration& configuration);
+
+    // Exclusive use, raw mode, the exact speed, both queues flushed. Does nothing when open.
+    Result<void, SerialLinkError> open();
+    // Restores the attributes found at open and gives up exclusive use. Does nothing when closed.
+    void close() noexcept;
+
+    // Waits out the inter-frame silence, sends frame and collects the answer until its expected
+    // length, a silent gap after bytes of unknown length, or timeout seconds. A broadcast
+    // (expectsResponse false) returns no bytes after a 100 ms turnaround.
+    Result<Bytes, SerialLinkError> transact(ByteView frame, bool expectsResponse, double timeout);
+
+    // The Modbus RTU silent interval of this link's frame, in seconds.
+    double interFrameDelay() const;
+
+    const std::string& path() const noexcept { return path_; }
+    const SerialConfiguration& configuration() const noexcept { return configuration_; }
+    bool allowsTestDevice() const noexcept { return allowsTestDevice_; }
+    bool isOpen() const noexcept { return fd_ != -1; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    Result<void, SerialLinkError> applyAttributes();
+    Result<void, SerialLinkError> writeFrame(ByteView frame);
+    Result<Bytes, SerialLinkError> readAnswer(Clock::duration timeout);
+    void closeDescriptor() noexcept;
+
+    std::string path_;
+    SerialConfiguration configuration_;
+    int fd_ = -1;
+    termios originalAttributes_{};
+    // When the line last carried a frame or an answer; the distant past before the first.
+    Clock::time_point lastActivity_ = Clock::time_point::min();
+    std::array<std::uint8_t, bufferSize> buffer_{};
+    bool allowsTestDevice_;
+    PosixTerminal& terminal_;
+};
+
+} // namespace kestrin

@@ -1,0 +1,163 @@
+#include "HelpTopic.h"
+#include "L10n.h"
+#include "Overloaded.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+// What must not differ between languages: kinds and sizes of blocks, screenshot names.
+std::vector<std::string> shape(const HelpTopic& topic) {
+    std::vector<std::string> parts{topic.id, topic.symbol};
+    for (const HelpBlock& block : topic.blocks) {
+        parts.push_back(std::visit(
+            Overloaded{
+                [](const HelpBlock::Paragraph&) { return std::string("paragraph"); },
+                [](const HelpBlock::Heading&) { return std::string("heading"); },
+                [](const HelpBlock::Bullets& b) {
+                    return "bullets " + std::to_string(b.items.size());
+                },
+                [](const HelpBlock::Table& t) { return "table " + std::to_string(t.rows.size()); },
+                [](const HelpBlock::Tip&) { return std::string("tip"); },
+                [](const HelpBlock::Screenshot& s) { return "screenshot " + s.name; },
+            },
+            block.value));
+    }
+    return parts;
+}
+
+std::vector<std::string> texts(const HelpTopic& topic) {
+    std::vector<std::string> all{topic.title};
+    for (const HelpBlock& block : topic.blocks) {
+        std::visit(Overloaded{
+                       [&](const HelpBlock::Bullets& b) {
+                           all.insert(all.end(), b.items.begin(), b.items.end());
+                       },
+                       [&](const HelpBlock::Table& t) {
+                           for (const HelpRow& row : t.rows) {
+                               all.push_back(row.key);
+                               all.push_back(row.value);
+                           }
+                       },
+                       [&](const HelpBlock::Screenshot& s) { all.push_back(s.caption); },
+                       [&](const auto& single) { all.push_back(single.text); },
+                   },
+                   block.value);
+    }
+    return all;
+}
+
+TEST(HelpTopic, NineTopicsInAFixedOrder) {
+    std::vector<std::string> ids;
+    for (const HelpTopic& topic : HelpTopic::all(Language::en)) {
+        ids.push_back(topic.id);
+    }
+    EXPECT_EQ(ids, (std::vector<std::string>{"start", "polls", "datapoints", "writing", "chart",
+                                             "csv", "log", "troubleshooting", "shortcuts"}));
+}
+
+TEST(HelpTopic, EveryLanguageHasTheEnglishStructureAndNoEmptyText) {
+    const std::vector<HelpTopic> english = HelpTopic::all(Language::en);
+    for (Language language : Language::allCases) {
+        SCOPED_TRACE(language.rawValue());
+        const std::vector<HelpTopic> topics = HelpTopic::all(language);
+        ASSERT_EQ(topics.size(), english.size());
+        for (std::size_t i = 0; i < topics.size(); ++i) {
+            EXPECT_EQ(shape(topics[i]), shape(english[i]));
+            for (const std::string& text : texts(topics[i])) {
+                EXPECT_FALSE(text.empty()) << topics[i].id;
+            }
+        }
+    }
+}
+
+TEST(HelpTopic, TableKeysNameWhatTheUserSees) {
+    const std::vector<HelpTopic> topics = HelpTopic::all(Language::en);
+    const auto firstKeys = [&](std::size_t topic, std::size_t block) {
+        const auto& rows = std::get<HelpBlock::Table>(topics[topic].blocks[block].value).rows;
+        return std::vector<std::string>{rows.front().key, rows.back().key};
+    };
+    EXPECT_EQ(firstKeys(2, 1), (std::vector<std::string>{"Unit", "Display"}));
+    EXPECT_EQ(firstKeys(5, 2),
+              (std::vector<std::string>{"Name", "Scale, Unit, Format, Value, Description"}));
+    EXPECT_EQ(firstKeys(6, 0), (std::vector<std::string>{"OK · 24 ms", "CRC error"}));
+    EXPECT_EQ(firstKeys(8, 0), (std::vector<std::string>{"Ctrl+R", "F1"}));
+    EXPECT_EQ(
+        std::get<HelpBlock::Paragraph>(topics[0].blocks[0].value).text.rfind("Kestrin is a ", 0),
+        0U);
+}
+
+std::vector<std::string> ids(const std::vector<HelpTopic>& topics) {
+    std::vector<std::string> list;
+    for (const HelpTopic& topic : topics) {
+        list.push_back(topic.id);
+    }
+    return list;
+}
+
+TEST(HelpTopic, SearchFindsTextInAnyCaseKeepingTheOrder) {
+    using Ids = std::vector<std::string>;
+    const Ids everything = ids(HelpTopic::all(Language::en));
+    struct Row {
+        std::string_view search;
+        Ids found;
+    };
+    const Row rows[] = {
+        {"cdab", {"datapoints", "csv", "troubleshooting"}},
+        {"\tCDAB \n", {"datapoints", "csv", "troubleshooting"}},
+        {"EXCEPTION", {"polls", "writing", "log"}},
+        {"", everything},
+        {" \t\r\n", everything},
+        {"getting STARTED", {"start"}},
+        {"ctrl+shift+d", {"shortcuts"}},
+        {"the temperature over the last minutes", {"chart"}},
+        // Emphasis and code marks are not part of what the reader sees.
+        {"Value column", {"start", "writing"}},
+        {"for example 8E1", {"start"}},
+        // The title and the first paragraph are separate texts.
+        {"Getting started Kestrin", {}},
+        {"no such words here", {}},
+    };
+    const std::vector<HelpTopic> topics = HelpTopic::all(Language::en);
+    for (const Row& row : rows) {
+        EXPECT_EQ(ids(HelpTopic::matching(topics, row.search)), row.found) << row.search;
+    }
+}
+
+TEST(HelpTopic, SearchIgnoresCaseButNotAccents) {
+    const std::vector<HelpTopic> topics = {
+        {"de", "Für die Pumpe", "", {{HelpBlock::Paragraph{"Die STRAẞE"}}}},
+        {"fr", "Registre", "", {{HelpBlock::Tip{"Élément de données"}}}},
+    };
+    struct Row {
+        std::string_view search;
+        std::vector<std::string> found;
+    };
+    const Row rows[] = {
+        {"pumpe", {"de"}},   {"FÜR", {"de"}}, {"fur", {}},         {"straße", {"de"}},
+        {"élément", {"fr"}}, {"element", {}}, {"ÉLÉMENT", {"fr"}},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(ids(HelpTopic::matching(topics, row.search)), row.found) << row.search;
+    }
+}
+
+TEST(HelpTopic, EveryLanguageFindsItsOwnTitlesAndTheSameCodes) {
+    for (Language language : Language::allCases) {
+        SCOPED_TRACE(language.rawValue());
+        const std::vector<HelpTopic> topics = HelpTopic::all(language);
+        for (const HelpTopic& topic : topics) {
+            const std::vector<std::string> found = ids(HelpTopic::matching(topics, topic.title));
+            EXPECT_NE(std::find(found.begin(), found.end(), topic.id), found.end()) << topic.id;
+        }
+        EXPECT_EQ(ids(HelpTopic::matching(topics, "cdab")),
+                  (std::vector<std::string>{"datapoints", "csv", "troubleshooting"}));
+        L10n::withLanguageForTesting(language, [&] {
+            EXPECT_EQ(HelpTopic::search("Modbus"), HelpTopic::matching(topics, "Modbus"));
+        });
+    }
+}
+
+} // namespace
+} // namespace kestrin

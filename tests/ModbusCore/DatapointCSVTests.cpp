@@ -1,0 +1,297 @@
+#include "DatapointCSV.h"
+
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <random>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using namespace DatapointCSV;
+
+std::vector<std::vector<std::string>> cellTexts(const std::vector<Record>& records) {
+    std::vector<std::vector<std::string>> result;
+    for (const Record& record : records) {
+        auto& cells = result.emplace_back();
+        for (const Field& field : record) {
+            cells.push_back(field.fields);
+        }
+    }
+    return result;
+}
+
+TEST(DatapointCSVRecords, SplitsCellsAndRecordsAsSpreadsheetsQuoteThem) {
+    using Cells = std::vector<std::vector<std::string>>;
+    struct Row {
+        std::string_view name, text;
+        Cells expected;
+    };
+    const Row rows[] = {
+        {"quoted separator", "\"a;b\";c", {{"a;b", "c"}}},
+        {"doubled quotes", "\"say \"\"hi\"\"\";x", {{"say \"hi\"", "x"}}},
+        {"quote inside a cell is ordinary", "ab\"c;d", {{"ab\"c", "d"}}},
+        {"text after closing quote", "\"ab\"cd;e", {{"abcd", "e"}}},
+        {"CR, LF and CR LF end records", "a\rb\nc\r\nd", {{"a"}, {"b"}, {"c"}, {"d"}}},
+        {"blank lines dropped", "\n\r\na;b\n\n;\n", {{"a", "b"}, {"", ""}}},
+        {"line break kept inside quotes", "\"x\r\ny\";z\n", {{"x\r\ny", "z"}}},
+        {"unterminated quote runs to the end", "a;\"b\nc", {{"a", "b\nc"}}},
+        {"no trimming", " a ; b ", {{" a ", " b "}}},
+        {"trailing separator gives an empty cell", "a;\n", {{"a", ""}}},
+        {"empty text", "", {}},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(cellTexts(records(row.text, ';')), row.expected) << row.name;
+    }
+}
+
+TEST(DatapointCSVRecords, RecordsKnowTheLineTheyBeginOn) {
+    const auto result = records("h\n\"first\nsecond\";x\n\nnext\r\nlast", ';');
+    ASSERT_EQ(result.size(), 4U);
+    EXPECT_EQ(result[1][1].line, 2);
+    EXPECT_TRUE(result[1][0].quoted);
+    EXPECT_FALSE(result[1][1].quoted);
+    EXPECT_EQ(result[2][0].line, 5);
+    EXPECT_EQ(result[3][0].line, 6);
+}
+
+TEST(DatapointCSVParse, DetectsTheSeparatorFromTheFirstLine) {
+    struct Row {
+        std::string_view text;
+        std::size_t datapoints;
+    };
+    const Row rows[] = {
+        {"Table,Address\nHR,5\n", 1},
+        {"Table\tAddress\nHR\t5\n", 1},
+        {"Table;Address\nHR;5\n", 1},
+        // Ties go to ";", then tab, so "," needs a strict majority.
+        {"Table;Address,Name,x\nHR;5,n,x\n", 0},
+        {"Table,Address;Name;x\nHR,5;n;x\n", 0},
+        {"Table,Address,x;y\nHR,5,x;y\n", 1},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(parse(row.text).datapoints.size(), row.datapoints) << row.text;
+    }
+}
+
+TEST(DatapointCSVParse, HeaderAliasesNameTheColumns) {
+    const auto slave = parse("Slave;Register;Type;Format(type)\n3;10;HR;int32\n");
+    ASSERT_EQ(slave.datapoints.size(), 1U);
+    EXPECT_EQ(slave.datapoints[0].unitID, 3);
+    EXPECT_EQ(slave.datapoints[0].address, 10);
+    EXPECT_EQ(slave.datapoints[0].table(), RegisterTable::holdingRegister);
+    EXPECT_EQ(slave.datapoints[0].dataType, DataType::int32);
+
+    const auto units = parse("UNITÉ;Unit ID;Table;Address;Address\nkWh;4;HR;1;2\n");
+    ASSERT_EQ(units.datapoints.size(), 1U);
+    EXPECT_EQ(units.datapoints[0].engineeringUnit, "kWh");
+    EXPECT_EQ(units.datapoints[0].unitID, 4);
+    EXPECT_EQ(units.datapoints[0].address, 1);
+}
+
+TEST(DatapointCSVParse, WithoutTableOrAddressNothingIsImported) {
+    const ImportResult result = parse("Name;Address\nx;1\n");
+    EXPECT_TRUE(result.datapoints.empty());
+    EXPECT_EQ(result.issues, (std::vector<ImportIssue>{{1, Problem::missingColumns()}}));
+    EXPECT_TRUE(parse("").issues.empty());
+    EXPECT_TRUE(parse("\xEF\xBB\xBF\r\n\r\n").issues.empty());
+}
+
+TEST(DatapointCSVParse, EachRecordIsCheckedInOrderAndTheFirstProblemReported) {
+    struct Row {
+        std::string_view record;
+        std::optional<Problem> problem;
+    };
+    const Row rows[] = {
+        {"4x;100", std::nullopt},
+        {"HR;-0", std::nullopt},
+        {"HR;+7;247", std::nullopt},
+        {"CO;5;2;bool", std::nullopt},
+        {"CO;5;2;bit", std::nullopt},
+        {"CO;5;2;", std::nullopt},
+        {"HR;1;1;;0,01;-1e3", std::nullopt},
+        {"XX;abc", Problem::invalidTable("XX")},
+        {";1", Problem::invalidTable("")},
+        {"HR;65536", Problem::invalidAddress("65536")},
+        {"HR;40001x", Problem::invalidAddress("40001x")},
+        {"HR;0x10", Problem::invalidAddress("0x10")},
+        {"HR;1 0", Problem::invalidAddress("1 0")},
+        {"HR; ", Problem::invalidAddress("")},
+        {"HR;1;0", Problem::invalidUnit("0")},
+        {"HR;1;248", Problem::invalidUnit("248")},
+        {"HR;1;-1", Problem::invalidUnit("-1")},
+        {"CO;5;2;uint16", Problem::invalidDataType("uint16")},
+        {"HR;5;2;u 16", Problem::invalidDataType("u 16")},
+        {"HR;1;1;;0", Problem::invalidNumber("0")},
+        {"HR;1;1;; 1.000,5 ", Problem::invalidNumber("1.000,5")},
+        {"HR;1;1;;1;abc", Problem::invalidNumber("abc")},
+    };
+    for (const Row& row : rows) {
+        const ImportResult result =
+            parse("Table;Address;Unit ID;Data type;Scale;Value\n" + std::string(row.record));
+        if (row.problem) {
+            EXPECT_TRUE(result.datapoints.empty()) << row.record;
+            EXPECT_EQ(result.issues, (std::vector<ImportIssue>{{2, *row.problem}})) << row.record;
+        } else {
+            EXPECT_EQ(result.datapoints.size(), 1U) << row.record;
+            EXPECT_TRUE(result.issues.empty()) << row.record;
+        }
+    }
+}
+
+TEST(DatapointCSVParse, MissingCellsTakeDefaults) {
+    const ImportResult result = parse("Table;Address;Word order;Format\n4x;100\nCO;3;cdab;octal\n");
+    ASSERT_EQ(result.datapoints.size(), 2U);
+    const Datapoint& holding = result.datapoints[0];
+    EXPECT_EQ(holding.table(), RegisterTable::holdingRegister);
+    EXPECT_EQ(holding.dataType, DataType::uint16);
+    EXPECT_EQ(holding.unitID, 1);
+    EXPECT_EQ(holding.scale, 1);
+    EXPECT_EQ(holding.wordOrder, WordOrder::abcd);
+    EXPECT_EQ(holding.simulation, Simulation{});
+    EXPECT_EQ(result.datapoints[1].dataType, DataType::boolean);
+    EXPECT_EQ(result.datapoints[1].wordOrder, WordOrder::cdab);
+    EXPECT_EQ(result.datapoints[1].format, DisplayFormat::decimal);
+    EXPECT_NE(holding.id, result.datapoints[1].id);
+}
+
+std::string fixture(std::string_view name) {
+    std::ifstream file(std::string(KESTRIN_FIXTURES) + "/" + std::string(name), std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+Datapoint expectedPoint(std::string name, std::uint8_t unit, RegisterTable table,
+                        std::uint16_t address, DataType type, WordOrder order, double scale,
+                        std::string engineeringUnit, DisplayFormat format, double value,
+                        std::string notes) {
+    return {Uuid(), std::move(name), unit,
+            table,  address,         type,
+            order,  scale,           std::move(engineeringUnit),
+            format, value,           std::move(notes),
+            {}};
+}
+
+TEST(DatapointCSVParse, ReadsWhatSpreadsheetsWriteInEitherLocale) {
+    const std::vector<Datapoint> expected{
+        expectedPoint("Voltage L1", 1, RegisterTable::inputRegister, 0, DataType::float32,
+                      WordOrder::cdab, 1, "V", DisplayFormat::decimal, 230.5, "Phase voltage"),
+        expectedPoint("Energy, total", 1, RegisterTable::holdingRegister, 100, DataType::uint32,
+                      WordOrder::abcd, 0.01, "kWh", DisplayFormat::decimal, 12345.67,
+                      "first line\nsecond line"),
+        expectedPoint("Pump", 2, RegisterTable::coil, 5, DataType::boolean, WordOrder::abcd, 1, "",
+                      DisplayFormat::decimal, 1, "Start \"main\" pump"),
+        expectedPoint("Alarm", 2, RegisterTable::discreteInput, 0, DataType::boolean,
+                      WordOrder::abcd, 1, "", DisplayFormat::decimal, 0, ""),
+        expectedPoint("Setpoint", 247, RegisterTable::holdingRegister, 40, DataType::int16,
+                      WordOrder::abcd, 0.1, "°C", DisplayFormat::hex, -12.5, "Heating setpoint"),
+    };
+    for (std::string_view name : {"excel-decimal-comma.csv", "libreoffice-decimal-comma.csv",
+                                  "excel-decimal-point.csv", "libreoffice-decimal-point.csv"}) {
+        SCOPED_TRACE(name);
+        const std::string text = fixture(name);
+        ASSERT_FALSE(text.empty());
+        ImportResult result = parse(text);
+        for (Datapoint& point : result.datapoints) {
+            point.id = Uuid();
+        }
+        EXPECT_EQ(result.datapoints, expected);
+        // The quoted line break in the second record moves the broken record to line 8.
+        EXPECT_EQ(result.issues, (std::vector<ImportIssue>{{8, Problem::invalidUnit("0")}}));
+    }
+}
+
+TEST(DatapointCSVExport, WritesTheLocaleDialectWithQuotesWhereNeeded) {
+    const Dialect comma = Dialect::forStyle(NumberStyle{","});
+    const Dialect point = Dialect::forStyle(NumberStyle{"."});
+    EXPECT_EQ(comma, (Dialect{';', true}));
+    EXPECT_EQ(point, (Dialect{',', false}));
+    EXPECT_EQ(Dialect::forStyle(NumberStyle{"\xD9\xAB"}), point);
+
+    const std::string header = "Name;Unit ID;Table;Address;Data type;Word order;Scale;Unit;"
+                               "Format;Value;Description\r\n";
+    EXPECT_EQ(exportText({}, comma), "\xEF\xBB\xBF" + header);
+
+    const std::vector<Datapoint> points{
+        expectedPoint("a;b", 3, RegisterTable::inputRegister, 7, DataType::float32, WordOrder::cdab,
+                      0.1, " V", DisplayFormat::hex, -3, "say \"x\"\nnow"),
+        expectedPoint("", 247, RegisterTable::coil, 0, DataType::uint64, WordOrder::dcba, 1e-5, "",
+                      DisplayFormat::binary, 2.5e15, ""),
+        expectedPoint("n", 1, RegisterTable::holdingRegister, 65535, DataType::int16,
+                      WordOrder::dcba, 1, "", DisplayFormat::decimal,
+                      std::numeric_limits<double>::quiet_NaN(), ""),
+    };
+    EXPECT_EQ(exportText(points, comma),
+              "\xEF\xBB\xBF" + header +
+                  "\"a;b\";3;IR;7;float32;CDAB;0,1;\" V\";hex;-3;\"say \"\"x\"\"\nnow\"\r\n"
+                  ";247;CO;0;bool;;1e-05;;binary;2,5e+15;\r\n"
+                  "n;1;HR;65535;int16;;1;;decimal;nan;\r\n");
+    EXPECT_EQ(exportText(std::span(points).first(1), point),
+              "\xEF\xBB\xBFName,Unit ID,Table,Address,Data type,Word order,Scale,Unit,Format,"
+              "Value,Description\r\n"
+              "a;b,3,IR,7,float32,CDAB,0.1,\" V\",hex,-3,\"say \"\"x\"\"\nnow\"\r\n");
+}
+
+// Names and texts that trip naive CSV code: separators, quotes, line breaks, spaces at the ends.
+std::string randomText(std::mt19937& random) {
+    static const std::string_view pieces[] = {"Pump", " ", ";",    ",", "\"", "\n",       "\r\n",
+                                              "\t",   "é", "温度", "'", "x",  "\xC2\xA0", "m³/h"};
+    std::string text;
+    const int count = static_cast<int>(random() % 6);
+    for (int i = 0; i < count; ++i) {
+        text += pieces[random() % std::size(pieces)];
+    }
+    return text;
+}
+
+double randomNumber(std::mt19937& random) {
+    static const double specials[] = {
+        1, 0.1, -3, 1e-5, 2.5e15, 1e15, 999999999999999, std::numeric_limits<double>::infinity()};
+    if (random() % 2 == 0) {
+        return specials[random() % std::size(specials)];
+    }
+    std::uniform_real_distribution<double> mantissa(-10, 10);
+    std::uniform_int_distribution<int> exponent(-20, 20);
+    return mantissa(random) * std::pow(10.0, exponent(random));
+}
+
+TEST(DatapointCSVProperty, ExportedListsImportBackUnchanged) {
+    std::mt19937 random(42);
+    for (const Dialect& dialect : {Dialect{';', true}, Dialect{',', false}}) {
+        for (int round = 0; round < 200; ++round) {
+            std::vector<Datapoint> points;
+            const int count = static_cast<int>(random() % 8);
+            for (int i = 0; i < count; ++i) {
+                const RegisterTable table = RegisterTable::allCases[random() % 4];
+                const auto types = DataType::allowed(table);
+                const DataType type = types[random() % types.size()];
+                double scale = randomNumber(random);
+                points.push_back(expectedPoint(
+                    randomText(random), static_cast<std::uint8_t>(1 + random() % 247), table,
+                    static_cast<std::uint16_t>(random()), type,
+                    type.usesWordOrder() ? WordOrder::allCases[random() % 4] : WordOrder::abcd,
+                    scale == 0 ? 1 : scale, randomText(random),
+                    DisplayFormat::allCases[random() % 3], randomNumber(random),
+                    randomText(random)));
+                points.back().simulation.kind = Simulation::Kind::ramp;
+            }
+            const std::string text = exportText(points, dialect);
+            ImportResult imported = parse(text);
+            ASSERT_TRUE(imported.issues.empty()) << text;
+            ASSERT_EQ(imported.datapoints.size(), points.size()) << text;
+            for (std::size_t i = 0; i < points.size(); ++i) {
+                EXPECT_EQ(imported.datapoints[i].simulation, Simulation{});
+                imported.datapoints[i].id = points[i].id;
+                imported.datapoints[i].simulation = points[i].simulation;
+            }
+            ASSERT_EQ(imported.datapoints, points) << text;
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrin

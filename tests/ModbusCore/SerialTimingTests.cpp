@@ -1,0 +1,42 @@
+#include "SerialTiming.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+TEST(SerialTiming, BitsPerCharacterCountStartDataParityAndStop) {
+    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, true, 1), 11);
+    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, false, 1), 10);
+    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, false, 2), 11);
+    EXPECT_EQ(SerialTiming::bitsPerCharacter(7, true, 1), 10);
+}
+
+TEST(SerialTiming, InterFrameDelayIsFixedOnlyAbove19200Baud) {
+    struct Row {
+        int baud, bits;
+        double seconds;
+    };
+    const Row rows[] = {
+        {9600, 11, 0.0040104166666666},
+        {9600, 10, 0.0036458333333333},
+        {19200, 11, 0.0020052083333333},
+        {1200, 11, 0.0320833333333333},
+        {19201, 11, 0.00175},
+        {38400, 11, 0.00175},
+        {115200, 10, 0.00175},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.baud);
+        EXPECT_NEAR(SerialTiming::interFrameDelay(row.baud, row.bits), row.seconds, 1e-12);
+    }
+}
+
+TEST(SerialTiming, TransmissionTimeIsCharactersTimesCharacterTime) {
+    EXPECT_NEAR(SerialTiming::transmissionTime(8, 9600, 11), 0.0091666666666667, 1e-12);
+    EXPECT_NEAR(SerialTiming::transmissionTime(256, 115200, 10), 0.0222222222222222, 1e-12);
+    EXPECT_EQ(SerialTiming::transmissionTime(0, 9600, 11), 0.0);
+}
+
+} // namespace
+} // namespace kestrin

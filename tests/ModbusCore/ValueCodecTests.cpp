@@ -1,0 +1,342 @@
+#include "Datapoint.h"
+#include "ValueCodec.h"
+
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using Registers = std::vector<std::uint16_t>;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+Datapoint point(DataType type, double scale = 1, DisplayFormat format = DisplayFormat::decimal,
+                RegisterTable table = RegisterTable::holdingRegister) {
+    Datapoint result;
+    result.setTable(table);
+    if (!table.isBit()) {
+        result.dataType = type;
+    }
+    result.scale = scale;
+    result.format = format;
+    return result;
+}
+
+TEST(ValueCodec, RegisterLayoutFollowsTheWordOrder) {
+    struct Row {
+        DataType type;
+        WordOrder order;
+        std::uint64_t bits;
+        Registers registers;
+    };
+    const Row rows[] = {
+        {DataType::float32, WordOrder::abcd, 0x3F800000, {0x3F80, 0x0000}},
+        {DataType::float32, WordOrder::cdab, 0x3F800000, {0x0000, 0x3F80}},
+        {DataType::float32, WordOrder::badc, 0x3F800000, {0x803F, 0x0000}},
+        {DataType::float32, WordOrder::dcba, 0x3F800000, {0x0000, 0x803F}},
+        {DataType::uint64, WordOrder::abcd, 0x0102030405060708, {0x0102, 0x0304, 0x0506, 0x0708}},
+        {DataType::uint64, WordOrder::cdab, 0x0102030405060708, {0x0708, 0x0506, 0x0304, 0x0102}},
+        {DataType::uint64, WordOrder::badc, 0x0102030405060708, {0x0201, 0x0403, 0x0605, 0x0807}},
+        {DataType::uint64, WordOrder::dcba, 0x0102030405060708, {0x0807, 0x0605, 0x0403, 0x0201}},
+        {DataType::uint16, WordOrder::badc, 0x1234, {0x1234}},
+        {DataType::int16, WordOrder::dcba, 0xFFFE, {0xFFFE}},
+        {DataType::boolean, WordOrder::dcba, 1, {0x0001}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.type.rawValue()) + " " + std::string(row.order.rawValue()));
+        EXPECT_EQ(ValueCodec::registersFromBits(row.bits, row.type, row.order), row.registers);
+        EXPECT_EQ(ValueCodec::bitsFromRegisters(row.registers, row.type, row.order), row.bits);
+    }
+}
+
+TEST(ValueCodec, DecodingUsesOnlyTheRegistersGiven) {
+    const Registers extra{0x0001, 0x0002, 0xFFFF};
+    EXPECT_EQ(ValueCodec::bitsFromRegisters(extra, DataType::uint32, WordOrder::abcd), 0x00010002U);
+    const Registers short_{0x1234};
+    EXPECT_EQ(ValueCodec::bitsFromRegisters(short_, DataType::uint32, WordOrder::dcba), 0x1234U);
+    EXPECT_EQ(ValueCodec::bitsFromRegisters({}, DataType::float64, WordOrder::abcd), 0U);
+}
+
+TEST(ValueCodec, ConversionToRawRoundsHalvesAwayAndClamps) {
+    struct Row {
+        DataType type;
+        double value;
+        std::uint64_t bits;
+    };
+    const Row rows[] = {
+        {DataType::boolean, 0.5, 1},
+        {DataType::boolean, -1, 0},
+        {DataType::boolean, nan, 0},
+        {DataType::uint16, 2.5, 3},
+        {DataType::uint16, 70000, 0xFFFF},
+        {DataType::uint16, -5, 0},
+        {DataType::uint16, nan, 0},
+        {DataType::uint16, -0.4, 0},
+        {DataType::int16, -2.5, 0xFFFD},
+        {DataType::int16, -1, 0xFFFF},
+        {DataType::int16, -40000, 0x8000},
+        {DataType::int16, infinity, 0x7FFF},
+        {DataType::uint32, infinity, 0xFFFFFFFF},
+        {DataType::int32, -infinity, 0x80000000},
+        {DataType::int32, nan, 0},
+        {DataType::uint64, 1e20, 0xFFFFFFFFFFFFFFFF},
+        {DataType::uint64, 18446744073709551616.0, 0xFFFFFFFFFFFFFFFF},
+        {DataType::uint64, -1, 0},
+        {DataType::uint64, 4503599627370495.5, 4503599627370496},
+        {DataType::int64, 1e19, 0x7FFFFFFFFFFFFFFF},
+        {DataType::int64, 9223372036854775808.0, 0x7FFFFFFFFFFFFFFF},
+        {DataType::int64, -1e19, 0x8000000000000000},
+        {DataType::int64, -2.5, 0xFFFFFFFFFFFFFFFD},
+        {DataType::float32, 1.0, 0x3F800000},
+        {DataType::float32, 1e39, 0x7F800000},
+        {DataType::float32, -1e39, 0xFF800000},
+        // Above the largest single but nearer to it than to 2^128: rounds down, not to infinity.
+        {DataType::float32, 3.4028235e38, 0x7F7FFFFF},
+        {DataType::float64, -0.0, 0x8000000000000000},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(ValueCodec::bits(row.value, row.type), row.bits)
+            << row.type.rawValue() << " " << row.value;
+    }
+    EXPECT_TRUE(std::isnan(std::bit_cast<float>(
+        static_cast<std::uint32_t>(ValueCodec::bits(nan, DataType::float32)))));
+}
+
+TEST(ValueCodec, RawPatternsReadAsTheirType) {
+    struct Row {
+        DataType type;
+        std::uint64_t bits;
+        double value;
+    };
+    const Row rows[] = {
+        {DataType::boolean, 2, 0},
+        {DataType::boolean, 3, 1},
+        {DataType::uint16, 0xFFFF, 65535},
+        {DataType::int16, 0xFFFF, -1},
+        {DataType::int32, 0xFFFFFFFE, -2},
+        {DataType::uint32, 0xFFFFFFFE, 4294967294},
+        {DataType::float32, 0x3F800000, 1},
+        {DataType::int64, 0xFFFFFFFFFFFFFFFF, -1},
+        {DataType::uint64, 0xFFFFFFFFFFFFFFFF, 18446744073709551616.0},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(ValueCodec::value(row.bits, row.type), row.value) << row.type.rawValue();
+    }
+}
+
+TEST(ValueCodec, ScaleDividesOnWriteAndMultipliesOnRead) {
+    EXPECT_EQ(point(DataType::uint16, 0.1).registers(23.5), Registers{0x00EB});
+    EXPECT_DOUBLE_EQ(point(DataType::uint16, 0.1).valueFromRegisters(Registers{0x00EB}), 23.5);
+    // 23.45 / 0.1 is 234.49999999999997 in floating point.
+    EXPECT_EQ(point(DataType::uint16, 0.1).registers(23.45), Registers{234});
+    EXPECT_EQ(point(DataType::int16, 1).registers(-2.5), Registers{0xFFFD});
+    EXPECT_EQ(point(DataType::int16, 0).registers(7), Registers{7});
+    EXPECT_EQ(point(DataType::int16, 0).valueFromRegisters(Registers{7}), 7);
+    EXPECT_EQ(point(DataType::int32, -2).valueFromRegisters(Registers{0, 3}), -6);
+    EXPECT_EQ(point(DataType::boolean, 0.1).registers(1), Registers{1});
+}
+
+TEST(ValueCodec, DisplayFollowsFormatTypeAndLocale) {
+    const NumberStyle point_{"."};
+    const NumberStyle comma{","};
+    struct Row {
+        Datapoint datapoint;
+        double value;
+        const NumberStyle& style;
+        std::string_view expected;
+    };
+    const Row rows[] = {
+        {point(DataType::int32, 1, DisplayFormat::hex), -2, point_, "0xFFFFFFFE"},
+        {point(DataType::int16, 1, DisplayFormat::hex), -1, point_, "0xFFFF"},
+        {point(DataType::uint32, 1, DisplayFormat::hex), 10, point_, "0x0000000A"},
+        {point(DataType::uint16, 0.1, DisplayFormat::hex), 23.5, point_, "0x00EB"},
+        {point(DataType::int64, 1, DisplayFormat::hex), -1, point_, "0xFFFFFFFFFFFFFFFF"},
+        {point(DataType::uint16, 1, DisplayFormat::binary), 255, point_, "0000 0000 1111 1111"},
+        {point(DataType::uint16, 1, DisplayFormat::binary), 5, point_, "0000 0000 0000 0101"},
+        {point(DataType::int32, 1, DisplayFormat::binary), -1, point_,
+         "1111 1111 1111 1111 1111 1111 1111 1111"},
+        {point(DataType::float32), 3.14159265, point_, "3.141593"},
+        {point(DataType::float32), 3.14159265, comma, "3,141593"},
+        {point(DataType::float32), static_cast<float>(0.1), point_, "0.1"},
+        {point(DataType::float32), 12345678, point_, "12345680"},
+        {point(DataType::float32), -0.000123456789, point_, "-0.0001234568"},
+        {point(DataType::float32), 1e20, point_, "1e+20"},
+        {point(DataType::float32), 2.5e-9, comma, "2,5e-09"},
+        {point(DataType::float32), 0, point_, "0"},
+        {point(DataType::float64, 1, DisplayFormat::hex), 2.5, point_, "2.5"},
+        {point(DataType::float64, 1, DisplayFormat::binary), nan, point_, "NaN"},
+        {point(DataType::float64), infinity, point_, "∞"},
+        {point(DataType::float32), -infinity, point_, "-∞"},
+        {point(DataType::uint16, 0.1), 23.4, point_, "23.4"},
+        {point(DataType::uint16, 0.1), 23.4, comma, "23,4"},
+        {point(DataType::uint16), 23.4, point_, "23"},
+        {point(DataType::int32, 0.001), -1.5, comma, "-1,500"},
+        {point(DataType::uint64), 18446744073709551615.0, point_, "18446744073709551616"},
+        {point(DataType::uint16, 1, DisplayFormat::hex, RegisterTable::coil), 0.0, point_, "0"},
+        {point(DataType::uint16, 1, DisplayFormat::binary, RegisterTable::coil), 1, point_, "1"},
+        {point(DataType::boolean, 1, DisplayFormat::hex), 0.2, point_, "1"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.datapoint.formatted(row.value, row.style), row.expected)
+            << row.datapoint.dataType.rawValue() << " " << row.value;
+    }
+}
+
+TEST(ValueCodec, TypedInputIsCheckedAgainstTheType) {
+    struct Row {
+        Datapoint datapoint;
+        std::string_view text;
+        std::optional<double> expected;
+    };
+    const Datapoint coil = point(DataType::boolean, 1, DisplayFormat::decimal, RegisterTable::coil);
+    const Row rows[] = {
+        {point(DataType::float32), "1,5", 1.5},
+        {point(DataType::float32), "1.000,5", std::nullopt},
+        {point(DataType::float32), "0b101", std::nullopt},
+        {point(DataType::float32), "0x3f800000", 1.0},
+        {point(DataType::float32), "0x1ffffffff", std::nullopt},
+        {point(DataType::float32), "1e39", std::nullopt},
+        {point(DataType::float32), "-3.4e38", -3.4e38},
+        {point(DataType::float64), "inf", std::nullopt},
+        {point(DataType::float64), "nan", std::nullopt},
+        {point(DataType::uint16), " 1 000 ", 1000},
+        {point(DataType::uint16), "0x10000", std::nullopt},
+        {point(DataType::uint16), "0X1F", 31},
+        {point(DataType::uint16), "0x+1f", 31},
+        {point(DataType::uint16), "0x-1", std::nullopt},
+        {point(DataType::uint16), "0x", std::nullopt},
+        {point(DataType::uint16), "0b1 0000 0000", 256},
+        {point(DataType::uint16), "0b12", std::nullopt},
+        {point(DataType::uint16), "70000", std::nullopt},
+        {point(DataType::uint16), "65535.4", 65535.4},
+        {point(DataType::uint16), "-0.4", -0.4},
+        {point(DataType::uint16), "-0.5", std::nullopt},
+        {point(DataType::uint16), "+5", 5},
+        {point(DataType::uint16), "1e3", 1000},
+        {point(DataType::uint16), "abc", std::nullopt},
+        {point(DataType::uint16), "", std::nullopt},
+        {point(DataType::uint16, 0.1), "6553,5", 6553.5},
+        {point(DataType::uint16, 0.1), "6553.6", std::nullopt},
+        {point(DataType::int16), "0xffff", -1},
+        {point(DataType::int16, 0.1), "0xffff", -0.1},
+        {point(DataType::int16), "-32768", -32768},
+        {point(DataType::int16), "-32769", std::nullopt},
+        {point(DataType::int64), "0xFFFFFFFFFFFFFFFF", -1},
+        {point(DataType::uint64), "0x10000000000000000", std::nullopt},
+        {coil, "Aus", 0},
+        {coil, " SÍ ", 1},
+        {coil, "Ja", 1},
+        {coil, "nee", 0},
+        {coil, "maybe", std::nullopt},
+        {coil, "2", std::nullopt},
+        {point(DataType::boolean), "On", 1},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(row.datapoint.parse(row.text), row.expected)
+            << row.datapoint.dataType.rawValue() << " '" << row.text << "'";
+    }
+}
+
+TEST(ValueCodec, NumberCellsAcceptADecimalCommaButNoGrouping) {
+    const std::pair<std::string_view, std::optional<double>> rows[] = {
+        {" 0,01 ", 0.01},
+        {"1.000,5", std::nullopt},
+        {"1,000,5", std::nullopt},
+        {"-2.5e3", -2500},
+        {"+2", 2},
+        {"+-2", std::nullopt},
+        {"1 000", std::nullopt},
+        {"", std::nullopt},
+        {"0x10", std::nullopt},
+        {"inf", infinity},
+    };
+    for (auto [text, expected] : rows) {
+        EXPECT_EQ(Datapoint::parseNumber(text), expected) << text;
+    }
+}
+
+// Raw patterns the type can hold and that a double carries exactly.
+std::uint64_t randomBits(std::mt19937_64& random, DataType type) {
+    const std::uint64_t bits = random();
+    switch (type) {
+    case DataType::boolean:
+        return bits & 1;
+    case DataType::uint16:
+    case DataType::int16:
+        return bits & 0xFFFF;
+    case DataType::uint32:
+    case DataType::int32:
+    case DataType::float32:
+        return bits & 0xFFFFFFFF;
+    case DataType::uint64:
+        return (bits >> 11) << (random() % 12);
+    case DataType::int64:
+        return static_cast<std::uint64_t>(static_cast<std::int64_t>(bits) >> 11) << (random() % 12);
+    case DataType::float64:
+        return bits;
+    }
+    return bits;
+}
+
+TEST(ValueCodecProperty, RawPatternsSurviveRegistersAndValues) {
+    std::mt19937_64 random(20240611);
+    for (DataType type : DataType::allCases) {
+        for (WordOrder order : WordOrder::allCases) {
+            for (int i = 0; i < 2000; ++i) {
+                const std::uint64_t bits = randomBits(random, type);
+                const Registers registers = ValueCodec::registersFromBits(bits, type, order);
+                ASSERT_EQ(registers.size(), static_cast<std::size_t>(type.registerCount()));
+                ASSERT_EQ(ValueCodec::bitsFromRegisters(registers, type, order), bits);
+                const double value = ValueCodec::value(bits, type);
+                if (std::isnan(value)) {
+                    ASSERT_TRUE(std::isnan(ValueCodec::value(ValueCodec::bits(value, type), type)));
+                    continue;
+                }
+                ASSERT_EQ(ValueCodec::bits(value, type), bits)
+                    << type.rawValue() << " " << order.rawValue() << " " << std::hex << bits;
+            }
+        }
+    }
+}
+
+TEST(ValueCodecProperty, DisplayedValuesParseBackToTheDisplayedPrecision) {
+    std::mt19937_64 random(7);
+    const double scales[] = {1, 0.1, 0.01, 0.5, 10, 0.001};
+    const NumberStyle styles[] = {{"."}, {","}};
+    for (DataType type : DataType::allCases) {
+        if (type == DataType::boolean) {
+            continue;
+        }
+        for (double scale : scales) {
+            const Datapoint datapoint = point(type, scale);
+            for (int i = 0; i < 500; ++i) {
+                const double raw = ValueCodec::value(randomBits(random, type), type);
+                const double value = raw * scale;
+                // Near the ends of a wide range, rounding to the shown digits may step outside.
+                if (!std::isfinite(value) ||
+                    (type.registerCount() > 1 && std::abs(raw) > type.range().maximum / 2)) {
+                    continue;
+                }
+                for (const NumberStyle& style : styles) {
+                    const std::string text = datapoint.formatted(value, style);
+                    const auto parsed = datapoint.parse(text);
+                    ASSERT_TRUE(parsed.has_value()) << type.rawValue() << " " << text;
+                    const double tolerance =
+                        type.isFloat()
+                            ? std::abs(value) * 5e-7
+                            : 0.5 * std::pow(10.0, -datapoint.decimals()) + std::abs(value) * 1e-15;
+                    ASSERT_NEAR(*parsed, value, tolerance) << type.rawValue() << " " << text;
+                }
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrin
