@@ -119,7 +119,7 @@ constexpr HelpContent german{
             .spreadsheets = "Sie können eine Datenpunktliste in Excel oder LibreOffice Calc "
                             "erstellen oder bearbeiten und als CSV importieren. **CSV ▸ "
                             "Datenpunkte exportieren** liefert eine Datei, die Excel sofort "
-                            "richtig öffnet, mit den Werten des Augenblicks.",
+                            "richtig öffnet, mit den Werten zum Zeitpunkt des Exports.",
             .columns = "Die erste Zeile enthält die Spaltennamen. Nur **Table** und **Address** "
                        "sind Pflicht; die Reihenfolge der Spalten spielt keine Rolle.",
             .name = "Name des Datenpunkts",

@@ -36,7 +36,7 @@ constexpr Texts german{
             .timeoutHelp = "Wie lange das Programm auf die Antwort des Geräts wartet. Danach "
                            "zählt die Anfrage als Timeout.",
             .combine = "Lesezugriffe zusammenfassen",
-            .adjacentOnly = "Nur direkt benachbarte",
+            .adjacentOnly = "Nur benachbarte Adressen",
             .gapsUpTo = [](int gap) { return concat("Lücken bis zu ", gap, " Adressen"); },
             .combineHelp =
                 "Nah beieinanderliegende Datenpunkte werden in einer Anfrage gelesen. Das "

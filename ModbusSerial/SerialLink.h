@@ -62,10 +62,8 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    Result<void, SerialLinkError> applyAttributes();
     Result<void, SerialLinkError> writeFrame(ByteView frame);
     Result<Bytes, SerialLinkError> readAnswer(Clock::duration timeout);
-    void closeDescriptor() noexcept;
 
     std::string path_;
     SerialConfiguration configuration_;

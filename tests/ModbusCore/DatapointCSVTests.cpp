@@ -38,10 +38,7 @@ TEST(DatapointCSVRecords, SplitsCellsAndRecordsAsSpreadsheetsQuoteThem) {
         {"CR, LF and CR LF end records", "a\rb\nc\r\nd", {{"a"}, {"b"}, {"c"}, {"d"}}},
         {"blank lines dropped", "\n\r\na;b\n\n;\n", {{"a", "b"}, {"", ""}}},
         {"line break kept inside quotes", "\"x\r\ny\";z\n", {{"x\r\ny", "z"}}},
-        {"unterminated quote runs to the end", "a;\"b\nc", {{"a", "b\nc"}}},
         {"no trimming", " a ; b ", {{" a ", " b "}}},
-        {"trailing separator gives an empty cell", "a;\n", {{"a", ""}}},
-        {"empty text", "", {}},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(cellTexts(records(row.text, ';')), row.expected) << row.name;
@@ -59,21 +56,14 @@ TEST(DatapointCSVRecords, RecordsKnowTheLineTheyBeginOn) {
 }
 
 TEST(DatapointCSVParse, DetectsTheSeparatorFromTheFirstLine) {
-    struct Row {
-        std::string_view text;
-        std::size_t datapoints;
-    };
-    const Row rows[] = {
-        {"Table,Address\nHR,5\n", 1},
-        {"Table\tAddress\nHR\t5\n", 1},
-        {"Table;Address\nHR;5\n", 1},
-        // Ties go to ";", then tab, so "," needs a strict majority.
-        {"Table;Address,Name,x\nHR;5,n,x\n", 0},
-        {"Table,Address;Name;x\nHR,5;n;x\n", 0},
-        {"Table,Address,x;y\nHR,5,x;y\n", 1},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(parse(row.text).datapoints.size(), row.datapoints) << row.text;
+    for (std::string_view text : {
+             "Table,Address\nHR,5\n",
+             "Table\tAddress\tx;y\nHR\t5\tx;y\n",
+             "Table;Address;Name,x\nHR;5;n,x\n",
+             // A tie goes to ";": "," and tab must occur strictly more often.
+             "Name,x;Table;Address;y,z,w\nn,x;HR;5;y,z,w\n",
+         }) {
+        EXPECT_EQ(parse(text).datapoints.size(), 1U) << text;
     }
 }
 
@@ -96,7 +86,6 @@ TEST(DatapointCSVParse, WithoutTableOrAddressNothingIsImported) {
     const ImportResult result = parse("Name;Address\nx;1\n");
     EXPECT_TRUE(result.datapoints.empty());
     EXPECT_EQ(result.issues, (std::vector<ImportIssue>{{1, Problem::missingColumns()}}));
-    EXPECT_TRUE(parse("").issues.empty());
     EXPECT_TRUE(parse("\xEF\xBB\xBF\r\n\r\n").issues.empty());
 }
 
@@ -107,24 +96,18 @@ TEST(DatapointCSVParse, EachRecordIsCheckedInOrderAndTheFirstProblemReported) {
     };
     const Row rows[] = {
         {"4x;100", std::nullopt},
-        {"HR;-0", std::nullopt},
-        {"HR;+7;247", std::nullopt},
-        {"CO;5;2;bool", std::nullopt},
+        {"HR;-0;+247", std::nullopt},
         {"CO;5;2;bit", std::nullopt},
         {"CO;5;2;", std::nullopt},
         {"HR;1;1;;0,01;-1e3", std::nullopt},
         {"XX;abc", Problem::invalidTable("XX")},
-        {";1", Problem::invalidTable("")},
         {"HR;65536", Problem::invalidAddress("65536")},
         {"HR;40001x", Problem::invalidAddress("40001x")},
-        {"HR;0x10", Problem::invalidAddress("0x10")},
         {"HR;1 0", Problem::invalidAddress("1 0")},
         {"HR; ", Problem::invalidAddress("")},
         {"HR;1;0", Problem::invalidUnit("0")},
         {"HR;1;248", Problem::invalidUnit("248")},
-        {"HR;1;-1", Problem::invalidUnit("-1")},
         {"CO;5;2;uint16", Problem::invalidDataType("uint16")},
-        {"HR;5;2;u 16", Problem::invalidDataType("u 16")},
         {"HR;1;1;;0", Problem::invalidNumber("0")},
         {"HR;1;1;; 1.000,5 ", Problem::invalidNumber("1.000,5")},
         {"HR;1;1;;1;abc", Problem::invalidNumber("abc")},
@@ -145,17 +128,15 @@ TEST(DatapointCSVParse, EachRecordIsCheckedInOrderAndTheFirstProblemReported) {
 TEST(DatapointCSVParse, MissingCellsTakeDefaults) {
     const ImportResult result = parse("Table;Address;Word order;Format\n4x;100\nCO;3;cdab;octal\n");
     ASSERT_EQ(result.datapoints.size(), 2U);
-    const Datapoint& holding = result.datapoints[0];
-    EXPECT_EQ(holding.table(), RegisterTable::holdingRegister);
-    EXPECT_EQ(holding.dataType, DataType::uint16);
-    EXPECT_EQ(holding.unitID, 1);
-    EXPECT_EQ(holding.scale, 1);
-    EXPECT_EQ(holding.wordOrder, WordOrder::abcd);
-    EXPECT_EQ(holding.simulation, Simulation{});
+    Datapoint holding = result.datapoints[0];
+    holding.id = Uuid();
+    EXPECT_EQ(holding,
+              Datapoint(Uuid(), "", 1, RegisterTable::holdingRegister, 100, DataType::uint16,
+                        WordOrder::abcd, 1, "", DisplayFormat::decimal, 0, "", {}));
     EXPECT_EQ(result.datapoints[1].dataType, DataType::boolean);
     EXPECT_EQ(result.datapoints[1].wordOrder, WordOrder::cdab);
     EXPECT_EQ(result.datapoints[1].format, DisplayFormat::decimal);
-    EXPECT_NE(holding.id, result.datapoints[1].id);
+    EXPECT_NE(result.datapoints[0].id, result.datapoints[1].id);
 }
 
 std::string fixture(std::string_view name) {

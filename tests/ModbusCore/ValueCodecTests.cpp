@@ -45,7 +45,6 @@ TEST(ValueCodec, RegisterLayoutFollowsTheWordOrder) {
         {DataType::uint64, WordOrder::badc, 0x0102030405060708, {0x0201, 0x0403, 0x0605, 0x0807}},
         {DataType::uint64, WordOrder::dcba, 0x0102030405060708, {0x0807, 0x0605, 0x0403, 0x0201}},
         {DataType::uint16, WordOrder::badc, 0x1234, {0x1234}},
-        {DataType::int16, WordOrder::dcba, 0xFFFE, {0xFFFE}},
         {DataType::boolean, WordOrder::dcba, 1, {0x0001}},
     };
     for (const Row& row : rows) {
@@ -58,9 +57,8 @@ TEST(ValueCodec, RegisterLayoutFollowsTheWordOrder) {
 TEST(ValueCodec, DecodingUsesOnlyTheRegistersGiven) {
     const Registers extra{0x0001, 0x0002, 0xFFFF};
     EXPECT_EQ(ValueCodec::bitsFromRegisters(extra, DataType::uint32, WordOrder::abcd), 0x00010002U);
-    const Registers short_{0x1234};
-    EXPECT_EQ(ValueCodec::bitsFromRegisters(short_, DataType::uint32, WordOrder::dcba), 0x1234U);
-    EXPECT_EQ(ValueCodec::bitsFromRegisters({}, DataType::float64, WordOrder::abcd), 0U);
+    const Registers one{0x1234};
+    EXPECT_EQ(ValueCodec::bitsFromRegisters(one, DataType::uint32, WordOrder::dcba), 0x1234U);
 }
 
 TEST(ValueCodec, ConversionToRawRoundsHalvesAwayAndClamps) {
@@ -70,32 +68,19 @@ TEST(ValueCodec, ConversionToRawRoundsHalvesAwayAndClamps) {
         std::uint64_t bits;
     };
     const Row rows[] = {
-        {DataType::boolean, 0.5, 1},
         {DataType::boolean, -1, 0},
-        {DataType::boolean, nan, 0},
         {DataType::uint16, 2.5, 3},
         {DataType::uint16, 70000, 0xFFFF},
         {DataType::uint16, -5, 0},
         {DataType::uint16, nan, 0},
-        {DataType::uint16, -0.4, 0},
         {DataType::int16, -2.5, 0xFFFD},
-        {DataType::int16, -1, 0xFFFF},
-        {DataType::int16, -40000, 0x8000},
-        {DataType::int16, infinity, 0x7FFF},
         {DataType::uint32, infinity, 0xFFFFFFFF},
         {DataType::int32, -infinity, 0x80000000},
-        {DataType::int32, nan, 0},
         {DataType::uint64, 1e20, 0xFFFFFFFFFFFFFFFF},
-        {DataType::uint64, 18446744073709551616.0, 0xFFFFFFFFFFFFFFFF},
-        {DataType::uint64, -1, 0},
-        {DataType::uint64, 4503599627370495.5, 4503599627370496},
         {DataType::int64, 1e19, 0x7FFFFFFFFFFFFFFF},
         {DataType::int64, 9223372036854775808.0, 0x7FFFFFFFFFFFFFFF},
         {DataType::int64, -1e19, 0x8000000000000000},
-        {DataType::int64, -2.5, 0xFFFFFFFFFFFFFFFD},
-        {DataType::float32, 1.0, 0x3F800000},
         {DataType::float32, 1e39, 0x7F800000},
-        {DataType::float32, -1e39, 0xFF800000},
         // Above the largest single but nearer to it than to 2^128: rounds down, not to infinity.
         {DataType::float32, 3.4028235e38, 0x7F7FFFFF},
         {DataType::float64, -0.0, 0x8000000000000000},
@@ -108,38 +93,16 @@ TEST(ValueCodec, ConversionToRawRoundsHalvesAwayAndClamps) {
         static_cast<std::uint32_t>(ValueCodec::bits(nan, DataType::float32)))));
 }
 
-TEST(ValueCodec, RawPatternsReadAsTheirType) {
-    struct Row {
-        DataType type;
-        std::uint64_t bits;
-        double value;
-    };
-    const Row rows[] = {
-        {DataType::boolean, 2, 0},
-        {DataType::boolean, 3, 1},
-        {DataType::uint16, 0xFFFF, 65535},
-        {DataType::int16, 0xFFFF, -1},
-        {DataType::int32, 0xFFFFFFFE, -2},
-        {DataType::uint32, 0xFFFFFFFE, 4294967294},
-        {DataType::float32, 0x3F800000, 1},
-        {DataType::int64, 0xFFFFFFFFFFFFFFFF, -1},
-        {DataType::uint64, 0xFFFFFFFFFFFFFFFF, 18446744073709551616.0},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(ValueCodec::value(row.bits, row.type), row.value) << row.type.rawValue();
-    }
-}
-
 TEST(ValueCodec, ScaleDividesOnWriteAndMultipliesOnRead) {
+    EXPECT_EQ(point(DataType::int16).valueFromRegisters(Registers{0xFFFF}), -1);
+    EXPECT_EQ(point(DataType::uint16).valueFromRegisters(Registers{0xFFFF}), 65535);
     EXPECT_EQ(point(DataType::uint16, 0.1).registers(23.5), Registers{0x00EB});
     EXPECT_DOUBLE_EQ(point(DataType::uint16, 0.1).valueFromRegisters(Registers{0x00EB}), 23.5);
     // 23.45 / 0.1 is 234.49999999999997 in floating point.
     EXPECT_EQ(point(DataType::uint16, 0.1).registers(23.45), Registers{234});
-    EXPECT_EQ(point(DataType::int16, 1).registers(-2.5), Registers{0xFFFD});
     EXPECT_EQ(point(DataType::int16, 0).registers(7), Registers{7});
     EXPECT_EQ(point(DataType::int16, 0).valueFromRegisters(Registers{7}), 7);
     EXPECT_EQ(point(DataType::int32, -2).valueFromRegisters(Registers{0, 3}), -6);
-    EXPECT_EQ(point(DataType::boolean, 0.1).registers(1), Registers{1});
 }
 
 TEST(ValueCodec, DisplayFollowsFormatTypeAndLocale) {
@@ -153,22 +116,12 @@ TEST(ValueCodec, DisplayFollowsFormatTypeAndLocale) {
     };
     const Row rows[] = {
         {point(DataType::int32, 1, DisplayFormat::hex), -2, point_, "0xFFFFFFFE"},
-        {point(DataType::int16, 1, DisplayFormat::hex), -1, point_, "0xFFFF"},
-        {point(DataType::uint32, 1, DisplayFormat::hex), 10, point_, "0x0000000A"},
         {point(DataType::uint16, 0.1, DisplayFormat::hex), 23.5, point_, "0x00EB"},
-        {point(DataType::int64, 1, DisplayFormat::hex), -1, point_, "0xFFFFFFFFFFFFFFFF"},
         {point(DataType::uint16, 1, DisplayFormat::binary), 255, point_, "0000 0000 1111 1111"},
-        {point(DataType::uint16, 1, DisplayFormat::binary), 5, point_, "0000 0000 0000 0101"},
-        {point(DataType::int32, 1, DisplayFormat::binary), -1, point_,
-         "1111 1111 1111 1111 1111 1111 1111 1111"},
         {point(DataType::float32), 3.14159265, point_, "3.141593"},
-        {point(DataType::float32), 3.14159265, comma, "3,141593"},
-        {point(DataType::float32), static_cast<float>(0.1), point_, "0.1"},
         {point(DataType::float32), 12345678, point_, "12345680"},
         {point(DataType::float32), -0.000123456789, point_, "-0.0001234568"},
         {point(DataType::float32), 1e20, point_, "1e+20"},
-        {point(DataType::float32), 2.5e-9, comma, "2,5e-09"},
-        {point(DataType::float32), 0, point_, "0"},
         {point(DataType::float64, 1, DisplayFormat::hex), 2.5, point_, "2.5"},
         {point(DataType::float64, 1, DisplayFormat::binary), nan, point_, "NaN"},
         {point(DataType::float64), infinity, point_, "∞"},
@@ -177,9 +130,7 @@ TEST(ValueCodec, DisplayFollowsFormatTypeAndLocale) {
         {point(DataType::uint16, 0.1), 23.4, comma, "23,4"},
         {point(DataType::uint16), 23.4, point_, "23"},
         {point(DataType::int32, 0.001), -1.5, comma, "-1,500"},
-        {point(DataType::uint64), 18446744073709551615.0, point_, "18446744073709551616"},
         {point(DataType::uint16, 1, DisplayFormat::hex, RegisterTable::coil), 0.0, point_, "0"},
-        {point(DataType::uint16, 1, DisplayFormat::binary, RegisterTable::coil), 1, point_, "1"},
         {point(DataType::boolean, 1, DisplayFormat::hex), 0.2, point_, "1"},
     };
     for (const Row& row : rows) {
@@ -200,41 +151,23 @@ TEST(ValueCodec, TypedInputIsCheckedAgainstTheType) {
         {point(DataType::float32), "1.000,5", std::nullopt},
         {point(DataType::float32), "0b101", std::nullopt},
         {point(DataType::float32), "0x3f800000", 1.0},
-        {point(DataType::float32), "0x1ffffffff", std::nullopt},
         {point(DataType::float32), "1e39", std::nullopt},
-        {point(DataType::float32), "-3.4e38", -3.4e38},
-        {point(DataType::float64), "inf", std::nullopt},
-        {point(DataType::float64), "nan", std::nullopt},
         {point(DataType::uint16), " 1 000 ", 1000},
         {point(DataType::uint16), "0x10000", std::nullopt},
         {point(DataType::uint16), "0X1F", 31},
-        {point(DataType::uint16), "0x+1f", 31},
         {point(DataType::uint16), "0x-1", std::nullopt},
-        {point(DataType::uint16), "0x", std::nullopt},
         {point(DataType::uint16), "0b1 0000 0000", 256},
-        {point(DataType::uint16), "0b12", std::nullopt},
         {point(DataType::uint16), "70000", std::nullopt},
-        {point(DataType::uint16), "65535.4", 65535.4},
         {point(DataType::uint16), "-0.4", -0.4},
         {point(DataType::uint16), "-0.5", std::nullopt},
-        {point(DataType::uint16), "+5", 5},
-        {point(DataType::uint16), "1e3", 1000},
-        {point(DataType::uint16), "abc", std::nullopt},
-        {point(DataType::uint16), "", std::nullopt},
         {point(DataType::uint16, 0.1), "6553,5", 6553.5},
         {point(DataType::uint16, 0.1), "6553.6", std::nullopt},
-        {point(DataType::int16), "0xffff", -1},
         {point(DataType::int16, 0.1), "0xffff", -0.1},
-        {point(DataType::int16), "-32768", -32768},
-        {point(DataType::int16), "-32769", std::nullopt},
         {point(DataType::int64), "0xFFFFFFFFFFFFFFFF", -1},
         {point(DataType::uint64), "0x10000000000000000", std::nullopt},
         {coil, "Aus", 0},
         {coil, " SÍ ", 1},
-        {coil, "Ja", 1},
-        {coil, "nee", 0},
         {coil, "maybe", std::nullopt},
-        {coil, "2", std::nullopt},
         {point(DataType::boolean), "On", 1},
     };
     for (const Row& row : rows) {
@@ -245,17 +178,10 @@ TEST(ValueCodec, TypedInputIsCheckedAgainstTheType) {
 
 TEST(ValueCodec, NumberCellsAcceptADecimalCommaButNoGrouping) {
     const std::pair<std::string_view, std::optional<double>> rows[] = {
-        {" 0,01 ", 0.01},
-        {"1.000,5", std::nullopt},
-        {"1,000,5", std::nullopt},
-        {"-2.5e3", -2500},
-        {"+2", 2},
-        {"+-2", std::nullopt},
-        {"1 000", std::nullopt},
-        {"", std::nullopt},
-        {"0x10", std::nullopt},
-        {"inf", infinity},
-    };
+        {" 0,01 ", 0.01},       {"1.000,5", std::nullopt},
+        {"-2.5e3", -2500},      {"+2", 2},
+        {"+-2", std::nullopt},  {"1 000", std::nullopt},
+        {"0x10", std::nullopt}, {"inf", infinity}};
     for (auto [text, expected] : rows) {
         EXPECT_EQ(Datapoint::parseNumber(text), expected) << text;
     }
@@ -319,8 +245,8 @@ TEST(ValueCodecProperty, DisplayedValuesParseBackToTheDisplayedPrecision) {
                 const double raw = ValueCodec::value(randomBits(random, type), type);
                 const double value = raw * scale;
                 // Near the ends of a wide range, rounding to the shown digits may step outside.
-                if (!std::isfinite(value) ||
-                    (type.registerCount() > 1 && std::abs(raw) > type.range().maximum / 2)) {
+                if (!std::isfinite(value) || ((type.registerCount() == 4 || type.isFloat()) &&
+                                              std::abs(raw) > type.range().maximum / 2)) {
                     continue;
                 }
                 for (const NumberStyle& style : styles) {
