@@ -193,6 +193,7 @@ std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts)
          }},
     };
 }
+
 // The words the reader sees, without the ** and ` of emphasis and code.
 void appendPlain(std::string& text, std::string_view markedUp) {
     text += '\n';

@@ -1,11 +1,57 @@
-#include <cstdio>
-#include <cstring>
+#include "CliOptions.h"
+#include "ExitCode.h"
+#include "ReadCommand.h"
+#include "WriteCommand.h"
+
+#include <algorithm>
+#include <iostream>
+#include <string_view>
+#include <vector>
+
+using namespace kestrin;
+
+namespace {
+
+bool asksForHelp(std::string_view argument) {
+    return argument == "--help" || argument == "-h";
+}
+
+ExitCode usageError(const UsageError& error) {
+    if (!error.message.empty()) {
+        std::cerr << error.message << '\n';
+        return ExitCode::usageError;
+    }
+    if (!error.argument.empty()) {
+        std::cerr << "kestrin-cli: " << error.argument << "\n\n";
+    }
+    std::cerr << CliOptions::usage();
+    return ExitCode::usageError;
+}
+
+ExitCode run(const std::vector<std::string_view>& arguments) {
+    if (std::any_of(arguments.begin(), arguments.end(), asksForHelp)) {
+        std::cout << CliOptions::usage();
+        return ExitCode::success;
+    }
+    if (arguments.empty()) {
+        return usageError({});
+    }
+    const std::optional<CliOptions::Command> command = CliOptions::commandNamed(arguments.front());
+    if (!command) {
+        return usageError({{}, std::string(arguments.front())});
+    }
+    const auto options = CliOptions::parse(*command, std::span(arguments).subspan(1));
+    if (!options) {
+        return usageError(options.error());
+    }
+    return *command == CliOptions::Command::read
+               ? ReadCommand::run(options.value(), std::cout, std::cerr)
+               : WriteCommand::run(options.value(), std::cerr);
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 1 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
-        std::puts("Usage: kestrin-cli <command> [options]\n\nKestrin, a Modbus RTU master.");
-        return 0;
-    }
-    std::fputs("kestrin-cli: no command given (try --help)\n", stderr);
-    return 2;
+    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+    return status(run(arguments));
 }

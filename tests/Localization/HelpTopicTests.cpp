@@ -90,6 +90,7 @@ TEST(HelpTopic, TableKeysNameWhatTheUserSees) {
 
 std::vector<std::string> ids(const std::vector<HelpTopic>& topics) {
     std::vector<std::string> list;
+    list.reserve(topics.size());
     for (const HelpTopic& topic : topics) {
         list.push_back(topic.id);
     }

@@ -11,8 +11,6 @@
 namespace kestrin {
 namespace {
 
-using namespace std::literals;
-
 // Runs check once per language, with every text of this thread in that language.
 void forEachLanguage(const std::function<void(Language)>& check) {
     for (Language language : Language::allCases) {
@@ -390,7 +388,7 @@ TEST(L10n, DifferentThingsReadDifferentlyInEveryLanguage) {
                 EXPECT_TRUE(inserted) << name << " reads like " << first->second;
             }
         }
-        // The exception names differ; only the code in parentheses may tell them apart.
+        // Each exception has its own name, not only its own code in parentheses.
         std::set<std::string> exceptionNames;
         for (std::uint8_t code : {1, 2, 3, 4, 5, 6, 7, 8, 10, 11}) {
             const std::string name = L10n::Modbus::exceptionName(code);

@@ -89,6 +89,7 @@ TEST(Language, CurrentIsChosenOnceForAllThreads) {
     std::latch ready(threadCount);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(threadCount);
         for (int i = 0; i < threadCount; ++i) {
             threads.emplace_back([&, i] {
                 ready.arrive_and_wait();
@@ -99,6 +100,8 @@ TEST(Language, CurrentIsChosenOnceForAllThreads) {
     for (Language language : seen) {
         EXPECT_EQ(language, seen.front());
     }
+    EXPECT_EQ(seen.front(), Language::choose(Language::preferredLanguages(
+                                [](const char* name) { return std::getenv(name); })));
 
     // A later change of the environment waits for the next start of the program.
     const char* previous = std::getenv("LANGUAGE");
@@ -106,11 +109,7 @@ TEST(Language, CurrentIsChosenOnceForAllThreads) {
     const Language other = seen.front() == Language::de ? Language::fr : Language::de;
     ASSERT_EQ(setenv("LANGUAGE", std::string(other.rawValue()).c_str(), 1), 0);
     EXPECT_EQ(Language::current(), seen.front());
-    if (previous != nullptr) {
-        setenv("LANGUAGE", saved.c_str(), 1);
-    } else {
-        unsetenv("LANGUAGE");
-    }
+    EXPECT_EQ(previous != nullptr ? setenv("LANGUAGE", saved.c_str(), 1) : unsetenv("LANGUAGE"), 0);
 }
 
 } // namespace

@@ -2,22 +2,19 @@
 
 #include "Bytes.h"
 
-#include <cassert>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 namespace kestrin::test {
 
-// "01 03 0A" -> {0x01, 0x03, 0x0A}: test vectors read like the log shows frames.
+// "01 03 0A" -> {0x01, 0x03, 0x0A}: test vectors read the way the log shows frames.
 inline Bytes hexBytes(std::string_view text) {
-    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10; };
+    std::istringstream in{std::string(text)};
     Bytes bytes;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == ' ') {
-            continue;
-        }
-        assert(i + 1 < text.size());
-        bytes.push_back(static_cast<std::uint8_t>(digit(text[i]) * 16 + digit(text[i + 1])));
-        ++i;
+    unsigned value = 0;
+    while (in >> std::hex >> value) {
+        bytes.push_back(static_cast<std::uint8_t>(value));
     }
     return bytes;
 }

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kestrin {
+
+// One serial port as the port picker shows it, identified by its path.
+struct SerialPortInfo {
+    // The device node the link opens, such as /dev/ttyUSB0.
+    std::string path;
+    // The USB product name of the port's device, trimmed; absent when the device has none.
+    std::optional<std::string> productName;
+    // Absent for ports without a USB device (built-in or virtual ports).
+    std::optional<int> vendorID;
+    std::optional<int> productID;
+
+    // A name from the fixed tables of boards, USB-serial chips and brands.
+    struct KnownName {
+        std::string name;
+        bool isChip = false;
+        friend bool operator==(const KnownName&, const KnownName&) = default;
+    };
+
+    // A port with a vendor ID is a USB adapter; the model prefers those when it picks a port.
+    bool isUSB() const noexcept { return vendorID.has_value(); }
+
+    std::optional<KnownName> knownName() const;
+    // The known name (a chip as "USB serial (chip)"), else the product name, else the path
+    // without "/dev/".
+    std::string name() const;
+    // The path, and " — " with the name when the port has a known or product name.
+    std::string menuTitle() const;
+
+    // USB adapters first, then paths in file-browser order: case-insensitive, digit runs by
+    // value, so ttyUSB2 comes before ttyUSB10.
+    static bool listedBefore(const SerialPortInfo& a, const SerialPortInfo& b);
+
+    friend bool operator==(const SerialPortInfo&, const SerialPortInfo&) = default;
+};
+
+} // namespace kestrin
+
+template <>
+struct std::hash<kestrin::SerialPortInfo> {
+    std::size_t operator()(const kestrin::SerialPortInfo& port) const noexcept;
+};

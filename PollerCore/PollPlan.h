@@ -1,0 +1,22 @@
+#pragma once
+
+#include "ReadBlock.h"
+#include "Uuid.h"
+
+#include <vector>
+
+namespace kestrin {
+
+// What the engine needs to read one poll.
+struct PollPlan {
+    // The poll's id: the engine keys its schedule by it and reports it with every read.
+    Uuid id;
+    // Seconds between the starts of two readings of the poll.
+    double interval = 1.0;
+    // ReadPlanner::blocks of the poll's datapoints, in that order.
+    std::vector<ReadBlock> blocks;
+
+    friend bool operator==(const PollPlan&, const PollPlan&) = default;
+};
+
+} // namespace kestrin

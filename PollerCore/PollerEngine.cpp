@@ -1,0 +1,387 @@
+#include "PollerEngine.h"
+
+#include "Overloaded.h"
+#include "PDU.h"
+#include "RTUFrame.h"
+#include "SerialLink.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <pthread.h>
+#include <utility>
+
+namespace kestrin {
+
+namespace {
+
+using Clock = PollerEngine::Clock;
+using namespace std::chrono_literals;
+
+// Seconds as a clock duration: NaN and negative times are none, a year bounds the rest so that
+// due times cannot overflow.
+Clock::duration duration(double seconds) {
+    constexpr double longest = 365.0 * 86400.0;
+    const double clamped = seconds > 0.0 ? std::min(seconds, longest) : 0.0;
+    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(clamped));
+}
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+void deliver(const PollerEngine::EventHandler& onEvent, const PollerEngine::Post& post,
+             PollerEvent event) {
+    if (!onEvent) {
+        return;
+    }
+    if (post) {
+        post([onEvent, event = std::move(event)] { onEvent(event); });
+    } else {
+        onEvent(event);
+    }
+}
+
+// One request and its checked answer: the answer's PDU or the failure, with what went over the
+// line and how long it took.
+struct Exchange {
+    Result<Bytes, PollFailureError> answer = PollFailureError{PollFailure::timeout()};
+    Bytes request;
+    Bytes response;
+    double duration = 0;
+};
+
+} // namespace
+
+struct PollerEngine::State {
+    std::mutex mutex;
+    std::condition_variable condition;
+    bool running = false;
+    std::vector<PollPlan> plans;
+    std::unordered_map<Uuid, Clock::time_point> nextDue;
+    std::deque<Job::Write> writes;
+    // Set once, by the ending thread; stop waits for it.
+    bool finished = false;
+};
+
+// The engine thread's side: owns the link from start on and reads the state only under its lock.
+class PollerEngine::Worker {
+public:
+    Worker(std::shared_ptr<State> state, std::unique_ptr<SerialLink> link, std::string path,
+           double timeout, EventHandler onEvent, Post post)
+        : state_(std::move(state))
+        , link_(std::move(link))
+        , path_(std::move(path))
+        , timeout_(timeout)
+        , onEvent_(std::move(onEvent))
+        , post_(std::move(post)) {}
+
+    void run() {
+        pthread_setname_np(pthread_self(), "Kestrin");
+        for (std::optional<Job> job = nextJob(); job && perform(*job); job = nextJob()) {
+        }
+        link_->close();
+        const std::lock_guard lock(state_->mutex);
+        state_->finished = true;
+        state_->condition.notify_all();
+    }
+
+private:
+    // Writes first, in queue order; otherwise the due poll, sleeping until one is due. Nothing
+    // once running is false.
+    std::optional<Job> nextJob() {
+        std::unique_lock lock(state_->mutex);
+        while (state_->running) {
+            if (!state_->writes.empty()) {
+                Job job{std::move(state_->writes.front())};
+                state_->writes.pop_front();
+                return job;
+            }
+            const PollChoice choice = choosePoll(state_->plans, state_->nextDue, Clock::now());
+            if (const auto* due = std::get_if<ReadNow>(&choice)) {
+                const PollPlan& plan = state_->plans[due->plan];
+                state_->nextDue[plan.id] = due->nextDue;
+                return Job{Job::Poll{plan}};
+            }
+            const auto& sleep = std::get<SleepUntil>(choice);
+            if (sleep.time) {
+                state_->condition.wait_until(lock, *sleep.time);
+            } else {
+                state_->condition.wait(lock);
+            }
+        }
+        return std::nullopt;
+    }
+
+    // False when the port was lost.
+    bool perform(const Job& job) {
+        return std::visit(Overloaded{
+                              [&](const Job::Write& write) { return send(write); },
+                              [&](const Job::Poll& poll) { return read(poll.plan); },
+                          },
+                          job.value);
+    }
+
+    bool read(const PollPlan& plan) {
+        for (const ReadBlock& block : plan.blocks) {
+            if (!isRunning()) {
+                return true;
+            }
+            if (!read(plan.id, block)) {
+                return false;
+            }
+            // A write waits for one block at most, not for the whole poll.
+            if (std::optional<Job::Write> write = takeWrite(); write && !send(*write)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool isRunning() {
+        const std::lock_guard lock(state_->mutex);
+        return state_->running;
+    }
+
+    std::optional<Job::Write> takeWrite() {
+        const std::lock_guard lock(state_->mutex);
+        if (!state_->running || state_->writes.empty()) {
+            return std::nullopt;
+        }
+        Job::Write write = std::move(state_->writes.front());
+        state_->writes.pop_front();
+        return write;
+    }
+
+    bool read(const Uuid& poll, const ReadBlock& block) {
+        auto exchanged = exchange(PDU::read(block.table, block.address, block.count), block.unit);
+        if (!exchanged) {
+            return lose();
+        }
+        Exchange& done = exchanged.value();
+        Result<ReadData, PollFailureError> result = readData(done.answer, block);
+        emit({PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
+                                std::move(done.response), done.duration}});
+        return true;
+    }
+
+    static Result<ReadData, PollFailureError>
+    readData(const Result<Bytes, PollFailureError>& answer, const ReadBlock& block) {
+        if (!answer) {
+            return answer.error();
+        }
+        auto data = PDU::parseRead(answer.value(), block.table, block.count);
+        if (!data) {
+            return PollFailureError{data.error().pollFailure()};
+        }
+        return std::move(data).value();
+    }
+
+    bool send(const Job::Write& write) {
+        if (write.unit == RTUFrame::broadcastUnit) {
+            return broadcast(write);
+        }
+        auto exchanged = exchange(write.pdu, write.unit);
+        if (!exchanged) {
+            return lose();
+        }
+        Exchange& done = exchanged.value();
+        Result<void, PollFailureError> result;
+        if (!done.answer.ok()) {
+            result = done.answer.error();
+        } else if (auto checked = PDU::checkWrite(done.answer.value(), write.pdu); !checked) {
+            result = PollFailureError{checked.error().pollFailure()};
+        }
+        emit(
+            {PollerEvent::Wrote{write.token, write.unit, std::move(result), std::move(done.request),
+                                std::move(done.response), done.duration}});
+        return true;
+    }
+
+    // No device answers unit 0; the link pauses for the turnaround instead.
+    bool broadcast(const Job::Write& write) {
+        Bytes frame = RTUFrame::build(RTUFrame::broadcastUnit, write.pdu);
+        auto sent = link_->transact(frame, false, timeout_);
+        Result<void, PollFailureError> result;
+        if (!sent) {
+            if (!sent.error().is<SerialLinkError::Timeout>()) {
+                return lose();
+            }
+            // The adapter never took the frame: not a success.
+            result = PollFailureError{PollFailure::timeout()};
+        }
+        emit({PollerEvent::Wrote{
+            write.token, RTUFrame::broadcastUnit, std::move(result), std::move(frame), {}, 0.0}});
+        return true;
+    }
+
+    // Any link error but a time-out is the loss of the port and comes back as the error.
+    Result<Exchange, SerialLinkError> exchange(ByteView pdu, std::uint8_t unit) {
+        Exchange done;
+        done.request = RTUFrame::build(unit, pdu);
+        const Clock::time_point start = Clock::now();
+        auto answer = link_->transact(done.request, true, timeout_);
+        done.duration = secondsSince(start);
+        if (!answer) {
+            if (!answer.error().is<SerialLinkError::Timeout>()) {
+                return answer.error();
+            }
+            return done;
+        }
+        done.response = std::move(answer).value();
+        auto parsed = RTUFrame::parseResponse(done.response, unit, pdu.front());
+        if (parsed.ok()) {
+            done.answer = std::move(parsed).value();
+        } else {
+            done.answer = PollFailureError{parsed.error().pollFailure()};
+        }
+        return done;
+    }
+
+    // Reports the loss once, unless the user stopped reading meanwhile; always false.
+    bool lose() {
+        bool wasRunning = false;
+        {
+            const std::lock_guard lock(state_->mutex);
+            wasRunning = std::exchange(state_->running, false);
+        }
+        if (wasRunning) {
+            emit({PollerEvent::SerialLost{path_}});
+        }
+        return false;
+    }
+
+    void emit(PollerEvent event) { deliver(onEvent_, post_, std::move(event)); }
+
+    std::shared_ptr<State> state_;
+    std::unique_ptr<SerialLink> link_;
+    std::string path_;
+    double timeout_;
+    EventHandler onEvent_;
+    Post post_;
+};
+
+PollerEngine::PollChoice
+PollerEngine::choosePoll(const std::vector<PollPlan>& plans,
+                         const std::unordered_map<Uuid, Clock::time_point>& nextDue,
+                         Clock::time_point now) {
+    std::optional<std::size_t> earliest;
+    Clock::time_point earliestDue;
+    for (std::size_t i = 0; i < plans.size(); ++i) {
+        if (plans[i].blocks.empty()) {
+            continue;
+        }
+        const auto entry = nextDue.find(plans[i].id);
+        const Clock::time_point due = entry == nextDue.end() ? now : entry->second;
+        if (!earliest || due < earliestDue) {
+            earliest = i;
+            earliestDue = due;
+        }
+    }
+    if (!earliest) {
+        return SleepUntil{};
+    }
+    if (earliestDue > now) {
+        return SleepUntil{earliestDue};
+    }
+    const Clock::duration interval = duration(plans[*earliest].interval);
+    const Clock::time_point next = earliestDue + interval;
+    return ReadNow{*earliest, next > now ? next : now + interval};
+}
+
+PollerEngine::PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
+                           bool allowsTestDevice, EventHandler onEvent, Post post)
+    : path_(std::move(path))
+    , configuration_(configuration)
+    , timeout_(timeout)
+    , allowsTestDevice_(allowsTestDevice)
+    , onEvent_(std::move(onEvent))
+    , post_(std::move(post))
+    , state_(std::make_shared<State>()) {}
+
+PollerEngine::~PollerEngine() {
+    stop();
+    if (!thread_.joinable()) {
+        return;
+    }
+    // Destroyed from its own thread (a direct handler): joining would deadlock.
+    if (thread_.get_id() == std::this_thread::get_id()) {
+        thread_.detach();
+        return;
+    }
+    // After a loss the thread is only closing the link.
+    joinThread(Clock::now() + duration(timeout_) + 1s);
+    if (thread_.joinable()) {
+        thread_.detach();
+    }
+}
+
+Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
+    if (started_) {
+        return {};
+    }
+    auto link = std::make_unique<SerialLink>(path_, configuration_, allowsTestDevice_);
+    if (auto opened = link->open(); !opened) {
+        return opened.error();
+    }
+    started_ = true;
+    {
+        const std::lock_guard lock(state_->mutex);
+        state_->running = true;
+        state_->plans = std::move(plans);
+    }
+    // Posted before the thread exists, so that it precedes every event of the thread.
+    deliver(onEvent_, post_, {PollerEvent::Started{}});
+    auto worker =
+        std::make_unique<Worker>(state_, std::move(link), path_, timeout_, onEvent_, post_);
+    thread_ = std::thread([worker = std::move(worker)] { worker->run(); });
+    return {};
+}
+
+void PollerEngine::update(std::vector<PollPlan> plans) {
+    const std::lock_guard lock(state_->mutex);
+    state_->plans = std::move(plans);
+    std::erase_if(state_->nextDue, [&](const auto& entry) {
+        return std::none_of(state_->plans.begin(), state_->plans.end(),
+                            [&](const PollPlan& plan) { return plan.id == entry.first; });
+    });
+    state_->condition.notify_all();
+}
+
+void PollerEngine::write(Bytes pdu, std::uint8_t unit, Uuid token) {
+    // Outside the contract: every write request starts with its function code.
+    if (pdu.empty()) {
+        return;
+    }
+    const std::lock_guard lock(state_->mutex);
+    state_->writes.push_back({token, unit, std::move(pdu)});
+    state_->condition.notify_all();
+}
+
+void PollerEngine::stop() {
+    bool wasRunning = false;
+    {
+        const std::lock_guard lock(state_->mutex);
+        wasRunning = std::exchange(state_->running, false);
+        state_->condition.notify_all();
+    }
+    if (wasRunning) {
+        // Long enough for a transaction in progress to run into its time-out.
+        joinThread(Clock::now() + duration(timeout_) + 1s);
+    }
+}
+
+void PollerEngine::joinThread(Clock::time_point deadline) {
+    bool finished = false;
+    {
+        std::unique_lock lock(state_->mutex);
+        finished =
+            state_->condition.wait_until(lock, deadline, [this] { return state_->finished; });
+    }
+    if (finished && thread_.joinable()) {
+        thread_.join();
+    }
+}
+
+} // namespace kestrin

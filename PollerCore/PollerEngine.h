@@ -1,0 +1,132 @@
+#pragma once
+
+#include "Bytes.h"
+#include "PollPlan.h"
+#include "PollerEvent.h"
+#include "Result.h"
+#include "SerialConfiguration.h"
+#include "SerialLinkError.h"
+#include "Uuid.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <variant>
+#include <vector>
+
+namespace kestrin {
+
+// The part of Kestrin that talks on the line: one serial link, one background thread that reads
+// the due polls one request at a time, sends queued writes first and reports every outcome.
+//
+// Thread contract:
+// - The creator's thread (the main thread) calls start, update, write, stop and the destructor.
+// - start opens the link on the caller's thread; after that only the engine thread ("Kestrin")
+//   touches it, runs every transaction and closes it when it ends.
+// - One mutex with its condition variable guards running, plans, nextDue, writes and finished. The
+//   engine thread holds it only to take its next job or to look at running and the write queue,
+//   never during a transaction. With nothing due it sleeps on the condition until the next due
+//   time; update, write and stop wake it early.
+// - Events reach onEvent through post, in the order they were produced. The engine never waits for
+//   the receiver, so stop on the receiving thread cannot deadlock with delivery. Without post,
+//   onEvent runs on the thread that produced the event and must not destroy the engine.
+// - stop clears running and waits at most timeout + 1 s for the thread: a transaction under way
+//   completes and its event is still posted, queued writes are dropped. A thread that outlives
+//   stop keeps the shared state alive on its own and never touches the engine object.
+// - Loss of the port (any link error but a time-out) ends the thread with exactly one serialLost,
+//   unless stop came first; nothing is posted after it.
+class PollerEngine {
+public:
+    using Clock = std::chrono::steady_clock;
+    using EventHandler = std::function<void(const PollerEvent&)>;
+    // Runs a task on the receiving thread, asynchronously and first in, first out.
+    using Post = std::function<void(std::function<void()>)>;
+
+    // What the engine thread does next; writes come first.
+    struct Job {
+        struct Write {
+            Uuid token;
+            std::uint8_t unit = 0;
+            Bytes pdu;
+            friend bool operator==(const Write&, const Write&) = default;
+        };
+        struct Poll {
+            PollPlan plan;
+            friend bool operator==(const Poll&, const Poll&) = default;
+        };
+
+        using Case = std::variant<Write, Poll>;
+        Case value;
+
+        friend bool operator==(const Job&, const Job&) = default;
+    };
+
+    // The schedule's decision at a moment: read a poll now, or sleep.
+    struct ReadNow {
+        std::size_t plan = 0;      // index into the plans
+        Clock::time_point nextDue; // when that poll is due again
+        friend bool operator==(const ReadNow&, const ReadNow&) = default;
+    };
+    struct SleepUntil {
+        std::optional<Clock::time_point> time; // nothing: no plan has blocks, sleep until woken
+        friend bool operator==(const SleepUntil&, const SleepUntil&) = default;
+    };
+    using PollChoice = std::variant<ReadNow, SleepUntil>;
+
+    // The poll with the earliest due time (a poll without an entry is due now; ties go to plan
+    // order); plans without blocks are never chosen. A late poll is not made up for: its next due
+    // time restarts from now when due + interval has already passed.
+    static PollChoice choosePoll(const std::vector<PollPlan>& plans,
+                                 const std::unordered_map<Uuid, Clock::time_point>& nextDue,
+                                 Clock::time_point now);
+
+    // Does not touch the port. timeout is the response time-out of every request in seconds.
+    PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
+                 bool allowsTestDevice, EventHandler onEvent, Post post = {});
+    // Stops reading; the thread is joined when it ends in time, otherwise left to end alone.
+    ~PollerEngine();
+    PollerEngine(const PollerEngine&) = delete;
+    PollerEngine& operator=(const PollerEngine&) = delete;
+
+    // Opens the port and starts the thread, then posts started. An open failure is returned
+    // unchanged and nothing starts. Only the first call does anything.
+    Result<void, SerialLinkError> start(std::vector<PollPlan> plans);
+    // Kept polls keep their schedule, removed polls are forgotten, new polls are due at once.
+    void update(std::vector<PollPlan> plans);
+    // Queues a complete write request PDU for unit (0 broadcasts); an empty PDU is ignored.
+    void write(Bytes pdu, std::uint8_t unit, Uuid token);
+    // Ends reading; waits at most timeout + 1 s for the thread, and not at all when it was not
+    // running (never started, or the port was lost).
+    void stop();
+
+    const std::string& path() const noexcept { return path_; }
+    const SerialConfiguration& configuration() const noexcept { return configuration_; }
+    double timeout() const noexcept { return timeout_; }
+    bool allowsTestDevice() const noexcept { return allowsTestDevice_; }
+
+private:
+    struct State;
+    class Worker;
+
+    // Waits until the thread has said it is finished, at most until deadline; joins it if so.
+    void joinThread(Clock::time_point deadline);
+
+    std::string path_;
+    SerialConfiguration configuration_;
+    double timeout_;
+    bool allowsTestDevice_;
+    EventHandler onEvent_;
+    Post post_;
+    // Shared with the thread, which may outlive a stop that gave up waiting.
+    std::shared_ptr<State> state_;
+    bool started_ = false;
+    std::thread thread_;
+};
+
+} // namespace kestrin

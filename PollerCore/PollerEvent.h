@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Bytes.h"
+#include "PollFailureError.h"
+#include "ReadBlock.h"
+#include "ReadData.h"
+#include "Result.h"
+#include "Uuid.h"
+
+#include <cstdint>
+#include <string>
+#include <variant>
+
+namespace kestrin {
+
+// What the engine reports to its creator. request is the whole frame as sent; response is what
+// the link returned, possibly incomplete or defective, and empty after a time-out or a broadcast;
+// duration (seconds) runs from just before the transaction, silence included, to the answer's end.
+struct PollerEvent {
+    // One block was read or failed.
+    struct Read {
+        Uuid poll;
+        ReadBlock block;
+        Result<ReadData, PollFailureError> result = PollFailureError{};
+        Bytes request;
+        Bytes response;
+        double duration = 0;
+        friend bool operator==(const Read&, const Read&) = default;
+    };
+    // One write was sent; unit 0 is a broadcast, never answered, with duration 0.
+    struct Wrote {
+        Uuid token;
+        std::uint8_t unit = 0;
+        Result<void, PollFailureError> result;
+        Bytes request;
+        Bytes response;
+        double duration = 0;
+        friend bool operator==(const Wrote&, const Wrote&) = default;
+    };
+    // The link failed with anything but a time-out; the engine has stopped.
+    struct SerialLost {
+        std::string path;
+        friend bool operator==(const SerialLost&, const SerialLost&) = default;
+    };
+    // The port is open and the engine thread is running.
+    struct Started {
+        friend bool operator==(const Started&, const Started&) = default;
+    };
+
+    using Case = std::variant<Read, Wrote, SerialLost, Started>;
+    Case value;
+
+    template <typename T>
+    bool is() const noexcept {
+        return std::holds_alternative<T>(value);
+    }
+    // The case's payload, or null for another case.
+    template <typename T>
+    const T* as() const noexcept {
+        return std::get_if<T>(&value);
+    }
+
+    friend bool operator==(const PollerEvent&, const PollerEvent&) = default;
+};
+
+} // namespace kestrin

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Datapoint.h"
+#include "Result.h"
+#include "SerialConfiguration.h"
+#include "WriteMode.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kestrin {
+
+// A command line that cannot be run. message is a finished sentence for the user where the text
+// catalogue has one; argument is the offending option as typed ("--frame 9E1"), or the name of a
+// missing one.
+struct UsageError {
+    std::string message;
+    std::string argument;
+    friend bool operator==(const UsageError&, const UsageError&) = default;
+};
+
+// What the command line of one read or write asks for, checked and ready to use.
+struct CliOptions {
+    enum class Command { read, write };
+
+    Command command = Command::read;
+    std::string port;
+    // A pseudo-terminal or other non-serial device may stand in for an adapter.
+    bool testDevice = false;
+    SerialConfiguration serial;
+    int timeoutMs = 1000;
+    // Unit, table, address, type, order, scale, format and engineering unit of the value.
+    Datapoint datapoint;
+    // write only: the engineering value typed, already checked against the datapoint's type.
+    double value = 0;
+    WriteMode writeMode = WriteMode::single;
+
+    // The response time-out as the link takes it.
+    double timeoutSeconds() const noexcept { return timeoutMs / 1000.0; }
+
+    // "read" or "write".
+    static std::optional<Command> commandNamed(std::string_view word) noexcept;
+
+    // The options after the command word. An option takes its value as the next argument or
+    // after "=" (--unit=3); the last of a repeated option wins.
+    static Result<CliOptions, UsageError> parse(Command command,
+                                                std::span<const std::string_view> arguments);
+
+    // "8E1", "8n2", "7O1": data bits 7 or 8, parity N, E or O, stop bits 1 or 2; the baud rate
+    // is taken from base.
+    static std::optional<SerialConfiguration> frame(std::string_view text,
+                                                    SerialConfiguration base);
+
+    // The syntax of both commands: technical, the same in every language.
+    static std::string usage();
+};
+
+} // namespace kestrin

@@ -1,0 +1,38 @@
+#include "DeviceRequest.h"
+
+#include "L10n.h"
+#include "RTUFrame.h"
+#include "SerialLink.h"
+
+namespace kestrin::DeviceRequest {
+
+Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std::ostream& err) {
+    SerialLink link(options.port, options.serial, options.testDevice);
+    if (const auto opened = link.open(); !opened) {
+        err << L10n::Errors::describe(opened.error()) << '\n';
+        return ExitCode::portFailed;
+    }
+    const std::uint8_t unit = options.datapoint.unitID;
+    const Bytes frame = RTUFrame::build(unit, requestPDU);
+    const auto answer = link.transact(frame, true, options.timeoutSeconds());
+    if (!answer) {
+        // A missing answer is the device's failure; anything else means the port is unusable.
+        if (answer.error().is<SerialLinkError::Timeout>()) {
+            return fail(PollFailure::timeout(), options, err);
+        }
+        err << L10n::Errors::describe(answer.error()) << '\n';
+        return ExitCode::portFailed;
+    }
+    auto pdu = RTUFrame::parseResponse(answer.value(), unit, requestPDU[0]);
+    if (!pdu) {
+        return fail(pdu.error().pollFailure(), options, err);
+    }
+    return std::move(pdu).value();
+}
+
+ExitCode fail(PollFailure failure, const CliOptions& options, std::ostream& err) {
+    err << L10n::Log::failure(failure, options.timeoutMs) << '\n';
+    return ExitCode::requestFailed;
+}
+
+} // namespace kestrin::DeviceRequest

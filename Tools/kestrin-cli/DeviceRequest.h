@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Bytes.h"
+#include "CliOptions.h"
+#include "ExitCode.h"
+#include "PollFailure.h"
+#include "Result.h"
+
+#include <ostream>
+
+namespace kestrin::DeviceRequest {
+
+// Opens the port of options, sends one request PDU to the datapoint's unit and checks the answer
+// frame (CRC, unit, function). Returns the answer's PDU; otherwise the failure's text has gone to
+// err and the exit code is returned.
+Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std::ostream& err);
+
+// Writes the text of a failed request to err.
+ExitCode fail(PollFailure failure, const CliOptions& options, std::ostream& err);
+
+} // namespace kestrin::DeviceRequest

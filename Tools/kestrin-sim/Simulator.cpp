@@ -1,0 +1,214 @@
+#include "Simulator.h"
+
+#include "RTUFrame.h"
+#include "SerialTiming.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <poll.h>
+#include <unistd.h>
+
+namespace kestrin {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+// 100 ms for a blocked line to take an answer; a master that reads nothing loses it.
+constexpr int writeWaitMs = 100;
+
+timespec timespecFrom(std::chrono::steady_clock::duration duration) {
+    const auto nanoseconds = std::max<std::int64_t>(0, std::chrono::nanoseconds(duration).count());
+    return timespec{static_cast<time_t>(nanoseconds / 1'000'000'000),
+                    static_cast<long>(nanoseconds % 1'000'000'000)};
+}
+
+} // namespace
+
+double SimulatorTiming::answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept {
+    if (!wireTiming) {
+        return 0;
+    }
+    const auto characters = static_cast<int>(requestSize + answerSize);
+    return SerialTiming::transmissionTime(characters, baudRate, bitsPerCharacter) + turnaround;
+}
+
+double SimulatorTiming::silence() const noexcept {
+    return SerialTiming::interFrameDelay(baudRate, bitsPerCharacter);
+}
+
+Simulator::Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger,
+                     SimulatorTiming timing)
+    : fd_(fd)
+    , device_(device)
+    , faults_(std::move(faults))
+    , ledger_(ledger)
+    , timing_(timing) {}
+
+double Simulator::secondsSinceStart(Clock::time_point time) const {
+    return Seconds(time - started_).count();
+}
+
+int Simulator::run(const volatile std::sig_atomic_t& stop, const sigset_t& waitMask) {
+    while (stop == 0) {
+        if (!sendDueAnswers()) {
+            return 1;
+        }
+        pollfd line{fd_, POLLIN, 0};
+        const std::optional<Clock::time_point> wake = nextWake();
+        timespec timeout{};
+        if (wake) {
+            timeout = timespecFrom(*wake - Clock::now());
+        }
+        const int ready = ppoll(&line, 1, wake ? &timeout : nullptr, &waitMask);
+        const Clock::time_point now = Clock::now();
+        if (ready < 0) {
+            if (errno == EINTR) {
+                continue;
+            }
+            std::fprintf(stderr, "kestrin-sim: waiting for the line failed: %s\n",
+                         std::strerror(errno));
+            return 1;
+        }
+        if ((line.revents & POLLIN) != 0) {
+            if (!readAvailable(now)) {
+                return 1;
+            }
+            takeFrames(false);
+        } else if ((line.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0) {
+            std::fputs("kestrin-sim: the line was hung up\n", stderr);
+            return 1;
+        }
+        if (!splitter_.isEmpty() && now - lastByte_ >= Seconds(timing_.silence())) {
+            takeFrames(true);
+        }
+    }
+    return 0;
+}
+
+bool Simulator::readAvailable(Clock::time_point arrival) {
+    std::array<std::uint8_t, 512> buffer{};
+    for (;;) {
+        const ssize_t count = ::read(fd_, buffer.data(), buffer.size());
+        if (count > 0) {
+            if (splitter_.isEmpty()) {
+                bufferStart_ = arrival;
+            }
+            lastByte_ = arrival;
+            splitter_.append(ByteView(buffer.data(), static_cast<std::size_t>(count)));
+            continue;
+        }
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0 && errno == EAGAIN) {
+            return true;
+        }
+        std::fputs("kestrin-sim: the line was closed\n", stderr);
+        return false;
+    }
+}
+
+void Simulator::takeFrames(bool afterSilence) {
+    while (std::optional<FrameSplitter::Frame> frame = splitter_.next(afterSilence)) {
+        const Clock::time_point start = bufferStart_;
+        // Bytes left behind arrived after the frame: count them from the last read.
+        bufferStart_ = lastByte_;
+        handle(*frame, start);
+    }
+}
+
+void Simulator::handle(const FrameSplitter::Frame& frame, Clock::time_point start) {
+    using Kind = FrameSplitter::Frame::Kind;
+    LedgerEntry entry;
+    entry.seconds = secondsSinceStart(start);
+    entry.received = frame.bytes;
+    if (frame.kind != Kind::request) {
+        entry.frame = frame.kind == Kind::response ? "response" : "garbage";
+        entry.action = frame.kind == Kind::response ? "ignored" : "discarded";
+        ledger_.record(entry);
+        return;
+    }
+    entry.frame = "request";
+    const std::uint8_t unit = frame.bytes[0];
+    const std::optional<Bytes> answer = device_.respond(frame.bytes, entry.seconds);
+    if (!answer) {
+        entry.action = unit == RTUFrame::broadcastUnit ? "broadcast" : "silent";
+        ledger_.record(entry);
+        return;
+    }
+    const bool isException = (*answer)[1] & 0x80;
+    entry.action = isException ? "exception" : "answered";
+    if (isException) {
+        entry.exception = (*answer)[2];
+    }
+    double after = timing_.answerTime(frame.bytes.size(), answer->size());
+    Bytes sent = *answer;
+    if (const std::optional<Faults::Kind> fault = faults_.draw()) {
+        entry.fault = Faults::name(*fault);
+        sent = faults_.apply(*fault, std::move(sent));
+        if (*fault == Faults::Kind::delay) {
+            after += timing_.delay;
+        }
+    }
+    if (!sent.empty()) {
+        entry.delayMs = after * 1000;
+        schedule(start + std::chrono::duration_cast<Clock::duration>(Seconds(after)), sent);
+    }
+    entry.sent = std::move(sent);
+    ledger_.record(entry);
+}
+
+void Simulator::schedule(Clock::time_point due, Bytes bytes) {
+    const auto later = std::upper_bound(
+        pending_.begin(), pending_.end(), due,
+        [](Clock::time_point time, const PendingAnswer& answer) { return time < answer.due; });
+    pending_.insert(later, PendingAnswer{due, std::move(bytes)});
+}
+
+bool Simulator::sendDueAnswers() {
+    while (!pending_.empty() && pending_.front().due <= Clock::now()) {
+        const Bytes bytes = std::move(pending_.front().bytes);
+        pending_.erase(pending_.begin());
+        std::size_t written = 0;
+        while (written < bytes.size()) {
+            const ssize_t count = ::write(fd_, bytes.data() + written, bytes.size() - written);
+            if (count > 0) {
+                written += static_cast<std::size_t>(count);
+                continue;
+            }
+            if (count < 0 && errno == EINTR) {
+                continue;
+            }
+            if (count < 0 && errno == EAGAIN) {
+                pollfd line{fd_, POLLOUT, 0};
+                if (poll(&line, 1, writeWaitMs) > 0 && (line.revents & POLLOUT) != 0) {
+                    continue;
+                }
+                std::fputs("kestrin-sim: nobody reads the line; an answer was lost\n", stderr);
+                break;
+            }
+            std::fprintf(stderr, "kestrin-sim: sending failed: %s\n", std::strerror(errno));
+            return false;
+        }
+    }
+    return true;
+}
+
+std::optional<Simulator::Clock::time_point> Simulator::nextWake() const {
+    std::optional<Clock::time_point> wake;
+    if (!pending_.empty()) {
+        wake = pending_.front().due;
+    }
+    if (!splitter_.isEmpty()) {
+        const Clock::time_point silent =
+            lastByte_ + std::chrono::duration_cast<Clock::duration>(Seconds(timing_.silence()));
+        wake = wake ? std::min(*wake, silent) : silent;
+    }
+    return wake;
+}
+
+} // namespace kestrin

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "Faults.h"
+#include "FrameSplitter.h"
+#include "Ledger.h"
+#include "SlaveDevice.h"
+
+#include <chrono>
+#include <csignal>
+#include <cstddef>
+#include <vector>
+
+namespace kestrin {
+
+// How long the simulated line and device take.
+struct SimulatorTiming {
+    // Answer only when the request and the answer would have crossed a real line at baudRate,
+    // plus the turnaround; otherwise answer at once.
+    bool wireTiming = false;
+    int baudRate = 9600;
+    int bitsPerCharacter = 11;
+    double turnaround = 0.001; // seconds between the end of a request and the start of its answer
+    double delay = 1.5;        // seconds the delay fault holds an answer back
+
+    // Seconds from the first byte of a request to the moment the whole answer has arrived.
+    double answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept;
+    // The line silence that ends a frame of unknown length: 3.5 characters, 1.75 ms above 19200.
+    double silence() const noexcept;
+};
+
+// The event loop of kestrin-sim: cuts what arrives on the line into frames, lets the device
+// answer requests, applies faults, sends each answer when it is due and keeps the ledger. One
+// thread; it sleeps in ppoll until bytes arrive, an answer is due, the line falls silent or a
+// signal comes.
+class Simulator {
+public:
+    Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger, SimulatorTiming timing);
+
+    // Serves until stop is set. The signals that set it must be blocked by the caller; waitMask
+    // is the mask during the wait (the same without them), so no signal is missed. Returns 0
+    // after stop, 1 when the line fails.
+    int run(const volatile std::sig_atomic_t& stop, const sigset_t& waitMask);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct PendingAnswer {
+        Clock::time_point due;
+        Bytes bytes;
+    };
+
+    bool readAvailable(Clock::time_point arrival);
+    void takeFrames(bool afterSilence);
+    void handle(const FrameSplitter::Frame& frame, Clock::time_point start);
+    void schedule(Clock::time_point due, Bytes bytes);
+    bool sendDueAnswers();
+    std::optional<Clock::time_point> nextWake() const;
+    double secondsSinceStart(Clock::time_point time) const;
+
+    int fd_;
+    SlaveDevice& device_;
+    Faults faults_;
+    Ledger& ledger_;
+    SimulatorTiming timing_;
+    Clock::time_point started_ = Clock::now();
+    FrameSplitter splitter_;
+    // When the first byte still in the splitter arrived, and when the last one did.
+    Clock::time_point bufferStart_;
+    Clock::time_point lastByte_;
+    std::vector<PendingAnswer> pending_; // ordered by due time
+};
+
+} // namespace kestrin

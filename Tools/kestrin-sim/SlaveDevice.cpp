@@ -1,0 +1,255 @@
+#include "SlaveDevice.h"
+
+#include "ExceptionPDU.h"
+#include "FunctionCode.h"
+#include "PDU.h"
+#include "RTUFrame.h"
+#include "SimulatedValue.h"
+
+#include <algorithm>
+
+namespace kestrin {
+
+namespace {
+
+// Every request of FC01-06 is function, address and quantity or value: 5 bytes.
+constexpr std::size_t fixedRequestSize = 5;
+// FC15 and FC16 add a byte count (byte 5) before their data.
+constexpr std::size_t multipleWriteHeaderSize = 6;
+// Coil values of FC05 (Modbus Application Protocol V1.1b, section 6.5).
+constexpr std::uint16_t coilOn = 0xFF00;
+constexpr std::uint16_t coilOff = 0x0000;
+// The address space ends at 65535: a range past it has addresses no device can have.
+constexpr int addressCount = 0x10000;
+
+Bytes exceptionAnswer(std::uint8_t function, ModbusException exception) {
+    return ExceptionPDU::make(function, exception);
+}
+
+bool isWrite(std::uint8_t function) {
+    return function == FunctionCode::writeSingleCoil ||
+           function == FunctionCode::writeSingleRegister ||
+           function == FunctionCode::writeMultipleCoils ||
+           function == FunctionCode::writeMultipleRegisters;
+}
+
+} // namespace
+
+SlaveDevice::SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t seed)
+    : seed_(seed) {
+    for (const Datapoint& datapoint : datapoints) {
+        units_.insert(datapoint.unitID);
+        store(datapoint, datapoint.value);
+        if (datapoint.simulation.isActive()) {
+            animated_.push_back(datapoint);
+        }
+    }
+    animate(0);
+}
+
+void SlaveDevice::store(const Datapoint& datapoint, double value) {
+    const RegisterTable table = datapoint.table();
+    if (table.isBit()) {
+        const bool on = datapoint.simulation.isActive()
+                            ? SimulatedValue::isOn(datapoint.simulation, value)
+                            : value != 0;
+        image_[{datapoint.unitID, table, datapoint.address}] = on ? 1 : 0;
+        return;
+    }
+    const std::vector<std::uint16_t> registers = datapoint.registers(value);
+    for (std::size_t i = 0; i < registers.size(); ++i) {
+        const int address = datapoint.address + static_cast<int>(i);
+        // A datapoint that runs past 65535 only covers the addresses that exist.
+        if (address < addressCount) {
+            image_[{datapoint.unitID, table, static_cast<std::uint16_t>(address)}] = registers[i];
+        }
+    }
+}
+
+void SlaveDevice::animate(double seconds) {
+    for (std::size_t i = 0; i < animated_.size(); ++i) {
+        const Datapoint& datapoint = animated_[i];
+        // Each datapoint draws its own random sequence.
+        store(datapoint, SimulatedValue::at(datapoint.simulation, seconds, seed_ + i));
+    }
+}
+
+std::optional<std::uint16_t> SlaveDevice::cell(std::uint8_t unit, RegisterTable table,
+                                               std::uint16_t address) const {
+    const auto found = image_.find({unit, table, address});
+    if (found == image_.end()) {
+        return std::nullopt;
+    }
+    return found->second;
+}
+
+std::optional<Bytes> SlaveDevice::respond(ByteView frame, double seconds) {
+    if (!RTUFrame::hasValidCRC(frame)) {
+        return std::nullopt;
+    }
+    const std::uint8_t unit = frame[0];
+    const ByteView pdu = frame.subspan(1, frame.size() - 3);
+    if (unit == RTUFrame::broadcastUnit) {
+        // Every served unit takes a broadcast write; reads make no sense without an answer.
+        if (isWrite(pdu[0])) {
+            for (std::uint8_t served : units_) {
+                (void)answer(served, pdu);
+            }
+        }
+        return std::nullopt;
+    }
+    if (!serves(unit)) {
+        return std::nullopt;
+    }
+    animate(seconds);
+    return RTUFrame::build(unit, answer(unit, pdu));
+}
+
+Bytes SlaveDevice::answer(std::uint8_t unit, ByteView pdu) {
+    const std::uint8_t function = pdu.empty() ? 0 : pdu[0];
+    switch (function) {
+    case FunctionCode::readCoils:
+        return read(unit, RegisterTable::coil, pdu);
+    case FunctionCode::readDiscreteInputs:
+        return read(unit, RegisterTable::discreteInput, pdu);
+    case FunctionCode::readHoldingRegisters:
+        return read(unit, RegisterTable::holdingRegister, pdu);
+    case FunctionCode::readInputRegisters:
+        return read(unit, RegisterTable::inputRegister, pdu);
+    case FunctionCode::writeSingleCoil:
+        return writeCoil(unit, pdu);
+    case FunctionCode::writeSingleRegister:
+        return writeRegister(unit, pdu);
+    case FunctionCode::writeMultipleCoils:
+        return writeCoils(unit, pdu);
+    case FunctionCode::writeMultipleRegisters:
+        return writeRegisters(unit, pdu);
+    default:
+        return exceptionAnswer(function, ModbusException::illegalFunction);
+    }
+}
+
+bool SlaveDevice::covers(std::uint8_t unit, RegisterTable table, int first, int count) const {
+    if (first + count > addressCount) {
+        return false;
+    }
+    for (int address = first; address < first + count; ++address) {
+        if (!image_.contains({unit, table, static_cast<std::uint16_t>(address)})) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The checks run in the order of the standard's state diagrams: quantity (03), then address
+// (02), then the operation.
+Bytes SlaveDevice::read(std::uint8_t unit, RegisterTable table, ByteView pdu) const {
+    const std::uint8_t function = pdu[0];
+    if (pdu.size() != fixedRequestSize) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    const int address = uint16At(pdu, 1);
+    const int count = uint16At(pdu, 3);
+    if (count < 1 || count > table.maxReadCount()) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    if (!covers(unit, table, address, count)) {
+        return exceptionAnswer(function, ModbusException::illegalDataAddress);
+    }
+    Bytes answer{function};
+    if (table.isBit()) {
+        std::vector<bool> bits;
+        bits.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i) {
+            bits.push_back(image_.at({unit, table, static_cast<std::uint16_t>(address + i)}) != 0);
+        }
+        const Bytes packed = packBits(bits);
+        answer.push_back(static_cast<std::uint8_t>(packed.size()));
+        answer.insert(answer.end(), packed.begin(), packed.end());
+        return answer;
+    }
+    answer.push_back(static_cast<std::uint8_t>(2 * count));
+    for (int i = 0; i < count; ++i) {
+        appendUInt16(answer, image_.at({unit, table, static_cast<std::uint16_t>(address + i)}));
+    }
+    return answer;
+}
+
+Bytes SlaveDevice::writeCoil(std::uint8_t unit, ByteView pdu) {
+    const std::uint8_t function = pdu[0];
+    if (pdu.size() != fixedRequestSize) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    const std::uint16_t address = uint16At(pdu, 1);
+    const std::uint16_t value = uint16At(pdu, 3);
+    if (value != coilOn && value != coilOff) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    if (!covers(unit, RegisterTable::coil, address, 1)) {
+        return exceptionAnswer(function, ModbusException::illegalDataAddress);
+    }
+    image_[{unit, RegisterTable::coil, address}] = value == coilOn ? 1 : 0;
+    return Bytes(pdu.begin(), pdu.end());
+}
+
+Bytes SlaveDevice::writeRegister(std::uint8_t unit, ByteView pdu) {
+    const std::uint8_t function = pdu[0];
+    if (pdu.size() != fixedRequestSize) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    const std::uint16_t address = uint16At(pdu, 1);
+    if (!covers(unit, RegisterTable::holdingRegister, address, 1)) {
+        return exceptionAnswer(function, ModbusException::illegalDataAddress);
+    }
+    image_[{unit, RegisterTable::holdingRegister, address}] = uint16At(pdu, 3);
+    return Bytes(pdu.begin(), pdu.end());
+}
+
+Bytes SlaveDevice::writeCoils(std::uint8_t unit, ByteView pdu) {
+    const std::uint8_t function = pdu[0];
+    if (pdu.size() < multipleWriteHeaderSize) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    const int address = uint16At(pdu, 1);
+    const int count = uint16At(pdu, 3);
+    const std::size_t byteCount = pdu[5];
+    if (count < 1 || count > FunctionCode::maxWriteBits ||
+        byteCount != static_cast<std::size_t>(count + 7) / 8 ||
+        pdu.size() != multipleWriteHeaderSize + byteCount) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    if (!covers(unit, RegisterTable::coil, address, count)) {
+        return exceptionAnswer(function, ModbusException::illegalDataAddress);
+    }
+    const std::vector<bool> bits = unpackBits(pdu.subspan(multipleWriteHeaderSize), count);
+    for (int i = 0; i < count; ++i) {
+        image_[{unit, RegisterTable::coil, static_cast<std::uint16_t>(address + i)}] =
+            bits[static_cast<std::size_t>(i)] ? 1 : 0;
+    }
+    return Bytes(pdu.begin(), pdu.begin() + fixedRequestSize);
+}
+
+Bytes SlaveDevice::writeRegisters(std::uint8_t unit, ByteView pdu) {
+    const std::uint8_t function = pdu[0];
+    if (pdu.size() < multipleWriteHeaderSize) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    const int address = uint16At(pdu, 1);
+    const int count = uint16At(pdu, 3);
+    const std::size_t byteCount = pdu[5];
+    if (count < 1 || count > FunctionCode::maxWriteRegisters ||
+        byteCount != static_cast<std::size_t>(2 * count) ||
+        pdu.size() != multipleWriteHeaderSize + byteCount) {
+        return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    if (!covers(unit, RegisterTable::holdingRegister, address, count)) {
+        return exceptionAnswer(function, ModbusException::illegalDataAddress);
+    }
+    for (int i = 0; i < count; ++i) {
+        image_[{unit, RegisterTable::holdingRegister, static_cast<std::uint16_t>(address + i)}] =
+            uint16At(pdu, multipleWriteHeaderSize + 2 * static_cast<std::size_t>(i));
+    }
+    return Bytes(pdu.begin(), pdu.begin() + fixedRequestSize);
+}
+
+} // namespace kestrin

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Bytes.h"
+#include "Datapoint.h"
+#include "ModbusException.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <tuple>
+#include <vector>
+
+namespace kestrin {
+
+// The register image of a simulated slave and its answers to requests, as a real device gives
+// them: FC01-06, 15 and 16 on the addresses its datapoints cover, exception 01 for any other
+// function, 03 for a quantity or value out of bounds, 02 for a range with an address that no
+// datapoint covers, silence for units it does not serve, and broadcast writes applied without
+// an answer. Pure: no I/O and no clock of its own; the caller says how long it has been running.
+class SlaveDevice {
+public:
+    // Serves every unit that a datapoint names, with each datapoint's value as its first content
+    // (overlapping datapoints share registers: the later one's value wins).
+    explicit SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t seed = 0);
+
+    bool serves(std::uint8_t unit) const noexcept { return units_.contains(unit); }
+    const std::set<std::uint8_t>& units() const noexcept { return units_; }
+
+    // The answer frame to a request frame received `seconds` after start, or nothing where a
+    // device stays silent: a bad CRC, a unit it does not serve, a broadcast.
+    std::optional<Bytes> respond(ByteView frame, double seconds);
+
+    // The answer PDU of a served unit to a request PDU, against the image as it stands.
+    Bytes answer(std::uint8_t unit, ByteView pdu);
+
+    // Moves every animated datapoint to its value at `seconds` after start.
+    void animate(double seconds);
+
+    // One register (or bit, as 0 or 1) of the image; nothing where no datapoint is.
+    std::optional<std::uint16_t> cell(std::uint8_t unit, RegisterTable table,
+                                      std::uint16_t address) const;
+
+private:
+    using Key = std::tuple<std::uint8_t, RegisterTable::Case, std::uint16_t>;
+
+    void store(const Datapoint& datapoint, double value);
+    // Every address from first for count is covered by a datapoint of this unit and table.
+    bool covers(std::uint8_t unit, RegisterTable table, int first, int count) const;
+    Bytes read(std::uint8_t unit, RegisterTable table, ByteView pdu) const;
+    Bytes writeCoil(std::uint8_t unit, ByteView pdu);
+    Bytes writeRegister(std::uint8_t unit, ByteView pdu);
+    Bytes writeCoils(std::uint8_t unit, ByteView pdu);
+    Bytes writeRegisters(std::uint8_t unit, ByteView pdu);
+
+    std::map<Key, std::uint16_t> image_;
+    std::set<std::uint8_t> units_;
+    std::vector<Datapoint> animated_;
+    std::uint64_t seed_;
+};
+
+} // namespace kestrin

@@ -1,0 +1,380 @@
+// kestrin-sim: a Modbus RTU slave on a pseudo-terminal or a serial port, serving a datapoint
+// list, for end-to-end tests, benchmarks and the demo.
+
+#include "DatapointCSV.h"
+#include "ExampleList.h"
+#include "Faults.h"
+#include "L10n.h"
+#include "Ledger.h"
+#include "RTUFrame.h"
+#include "SerialConfiguration.h"
+#include "ServedLine.h"
+#include "Simulator.h"
+#include "SlaveDevice.h"
+#include "SymbolicLink.h"
+
+#include <charconv>
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <sys/prctl.h>
+#include <unistd.h>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+using namespace kestrin;
+
+namespace {
+
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+
+constexpr const char* usage =
+    "Usage: kestrin-sim [options]\n"
+    "A Modbus RTU slave. Without --port it creates a pseudo-terminal and prints the path\n"
+    "a master opens on the first line of its output.\n"
+    "\n"
+    "  --csv FILE              serve the datapoints of a CSV list\n"
+    "  --project FILE          serve every datapoint of a project file\n"
+    "                          (default: the example list, unit 1)\n"
+    "  --unit U[,U...]         serve the list under these unit IDs instead of its own\n"
+    "  --link PATH             also make PATH a symbolic link to the pseudo-terminal\n"
+    "  --port PATH             serve an existing serial device instead\n"
+    "  --baud B                baud rate (default 9600)\n"
+    "  --frame 8E1             data bits, parity N/E/O, stop bits (default 8E1)\n"
+    "  --wire-timing           answer only when request and answer would have crossed\n"
+    "                          the line at that speed, plus the turnaround\n"
+    "  --turnaround-ms MS      the device's reaction time with --wire-timing (default 1)\n"
+    "  --fault drop=P,crc=P,garbage=P,wrong-unit=P,delay=P\n"
+    "                          misbehave with these probabilities per answer\n"
+    "  --delay-ms MS           how late the delay fault answers (default 1500)\n"
+    "  --seed N                seed of faults and random values (default 1)\n"
+    "  --ledger FILE           one JSON line per frame received: what it was, what was done\n"
+    "\n"
+    "It stops on SIGINT or SIGTERM, and when the process that started it ends.\n";
+
+struct Options {
+    std::optional<std::string> csv;
+    std::optional<std::string> project;
+    std::vector<std::uint8_t> units;
+    std::optional<std::string> link;
+    std::optional<std::string> port;
+    SerialConfiguration serial;
+    bool wireTiming = false;
+    double turnaroundMs = 1;
+    std::string faults;
+    double delayMs = 1500;
+    std::uint64_t seed = 1;
+    std::optional<std::string> ledger;
+};
+
+template <typename Number>
+std::optional<Number> number(std::string_view text) {
+    Number value{};
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || stop != end) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+// "8E1", "8N2", "7O1".
+std::optional<SerialConfiguration> withFrame(SerialConfiguration serial, std::string_view text) {
+    if (text.size() != 3 || (text[0] != '7' && text[0] != '8') ||
+        (text[2] != '1' && text[2] != '2')) {
+        return std::nullopt;
+    }
+    switch (text[1] | 0x20) {
+    case 'n':
+        serial.parity = Parity::none;
+        break;
+    case 'e':
+        serial.parity = Parity::even;
+        break;
+    case 'o':
+        serial.parity = Parity::odd;
+        break;
+    default:
+        return std::nullopt;
+    }
+    serial.dataBits = text[0] - '0';
+    serial.stopBits = text[2] - '0';
+    return serial;
+}
+
+std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
+    std::vector<std::uint8_t> units;
+    while (!text.empty()) {
+        const std::size_t comma = text.find(',');
+        const std::optional<int> unit = number<int>(text.substr(0, comma));
+        if (!unit || *unit < RTUFrame::unitRange.first || *unit > RTUFrame::unitRange.last) {
+            return std::nullopt;
+        }
+        units.push_back(static_cast<std::uint8_t>(*unit));
+        text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
+    }
+    return units.empty() ? std::nullopt : std::optional(units);
+}
+
+// The options, or a message for a usage error (empty for --help).
+Result<Options, std::string> parseOptions(int argc, char** argv) {
+    Options options;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view option = argv[i];
+        if (option == "--help" || option == "-h") {
+            return std::string();
+        }
+        if (option == "--wire-timing") {
+            options.wireTiming = true;
+            continue;
+        }
+        if (i + 1 >= argc) {
+            return "missing value after " + std::string(option);
+        }
+        const std::string value = argv[++i];
+        const auto invalid = [&] {
+            return "invalid value '" + value + "' for " + std::string(option);
+        };
+        if (option == "--csv") {
+            options.csv = value;
+        } else if (option == "--project") {
+            options.project = value;
+        } else if (option == "--unit") {
+            const auto units = unitList(value);
+            if (!units) {
+                return invalid();
+            }
+            options.units = *units;
+        } else if (option == "--link") {
+            options.link = value;
+        } else if (option == "--port") {
+            options.port = value;
+        } else if (option == "--baud") {
+            const auto baud = number<int>(value);
+            if (!baud || *baud <= 0) {
+                return invalid();
+            }
+            options.serial.baudRate = *baud;
+        } else if (option == "--frame") {
+            const auto serial = withFrame(options.serial, value);
+            if (!serial) {
+                return invalid();
+            }
+            options.serial = *serial;
+        } else if (option == "--turnaround-ms" || option == "--delay-ms") {
+            const auto milliseconds = number<double>(value);
+            if (!milliseconds || !(*milliseconds >= 0)) {
+                return invalid();
+            }
+            (option == "--delay-ms" ? options.delayMs : options.turnaroundMs) = *milliseconds;
+        } else if (option == "--fault") {
+            options.faults = value;
+        } else if (option == "--seed") {
+            const auto seed = number<std::uint64_t>(value);
+            if (!seed) {
+                return invalid();
+            }
+            options.seed = *seed;
+        } else if (option == "--ledger") {
+            options.ledger = value;
+        } else {
+            return "unknown option " + std::string(option);
+        }
+    }
+    if (options.csv && options.project) {
+        return std::string("--csv and --project exclude each other");
+    }
+    if (options.port && options.link) {
+        return std::string("--link names a pseudo-terminal; it does not go with --port");
+    }
+    return options;
+}
+
+std::optional<std::string> fileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+// Every datapoint of every poll of a project document.
+Result<std::vector<Datapoint>, std::string> projectDatapoints(const std::string& text) {
+    const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
+    if (document.is_discarded() || !document.is_object()) {
+        return std::string("not a project document");
+    }
+    std::vector<Datapoint> datapoints;
+    const auto polls = document.find("polls");
+    if (polls == document.end() || !polls->is_array()) {
+        return datapoints;
+    }
+    for (const nlohmann::json& poll : *polls) {
+        const auto list = poll.is_object() ? poll.find("datapoints") : poll.end();
+        if (list == poll.end() || !list->is_array()) {
+            continue;
+        }
+        for (const nlohmann::json& object : *list) {
+            Result<Datapoint, std::string> datapoint = Datapoint::fromJSON(object);
+            if (!datapoint) {
+                return datapoint.error();
+            }
+            datapoints.push_back(std::move(datapoint).value());
+        }
+    }
+    return datapoints;
+}
+
+Result<std::vector<Datapoint>, std::string> loadDatapoints(const Options& options) {
+    if (!options.csv && !options.project) {
+        return ExampleList::datapoints();
+    }
+    const std::string& path = options.csv ? *options.csv : *options.project;
+    const std::optional<std::string> text = fileText(path);
+    if (!text) {
+        return "cannot read " + path;
+    }
+    if (options.project) {
+        return projectDatapoints(*text);
+    }
+    DatapointCSV::ImportResult imported = DatapointCSV::parse(*text);
+    for (const DatapointCSV::ImportIssue& issue : imported.issues) {
+        std::fprintf(stderr, "kestrin-sim: %s: %s\n", path.c_str(),
+                     L10n::Errors::describe(issue).c_str());
+    }
+    return std::move(imported.datapoints);
+}
+
+// The whole list once for every unit asked for.
+std::vector<Datapoint> underUnits(const std::vector<Datapoint>& datapoints,
+                                  const std::vector<std::uint8_t>& units) {
+    if (units.empty()) {
+        return datapoints;
+    }
+    std::vector<Datapoint> copies;
+    for (std::uint8_t unit : units) {
+        for (Datapoint datapoint : datapoints) {
+            datapoint.unitID = unit;
+            copies.push_back(std::move(datapoint));
+        }
+    }
+    return copies;
+}
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void requestStop(int) {
+    stopRequested = 1;
+}
+
+// Blocks the stop signals outside the wait and returns the mask to wait with.
+sigset_t installStopSignals() {
+    struct sigaction action {};
+    action.sa_handler = requestStop;
+    sigemptyset(&action.sa_mask);
+    sigset_t stopSignals;
+    sigemptyset(&stopSignals);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        sigaction(signal, &action, nullptr);
+        sigaddset(&stopSignals, signal);
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    sigset_t waitMask;
+    sigprocmask(SIG_BLOCK, &stopSignals, &waitMask);
+    sigdelset(&waitMask, SIGINT);
+    sigdelset(&waitMask, SIGTERM);
+    sigdelset(&waitMask, SIGHUP);
+    return waitMask;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // A test or script that dies must not leave a simulator behind.
+    const pid_t parent = getppid();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (getppid() != parent) {
+        return 0;
+    }
+    // Wire timing is emulated with sleeps; the default 50 µs timer slack would show at 115200.
+    prctl(PR_SET_TIMERSLACK, 1UL);
+
+    const Result<Options, std::string> parsed = parseOptions(argc, argv);
+    if (!parsed) {
+        if (parsed.error().empty()) {
+            std::fputs(usage, stdout);
+            return 0;
+        }
+        std::fprintf(stderr, "kestrin-sim: %s\n\n%s", parsed.error().c_str(), usage);
+        return exitUsage;
+    }
+    const Options& options = parsed.value();
+
+    Result<Faults, std::string> faults = Faults::parse(options.faults, options.seed);
+    if (!faults) {
+        std::fprintf(stderr, "kestrin-sim: %s\n\n%s", faults.error().c_str(), usage);
+        return exitUsage;
+    }
+    const Result<std::vector<Datapoint>, std::string> datapoints = loadDatapoints(options);
+    if (!datapoints) {
+        std::fprintf(stderr, "kestrin-sim: %s\n", datapoints.error().c_str());
+        return exitFailure;
+    }
+    if (datapoints.value().empty()) {
+        std::fputs("kestrin-sim: the list holds no datapoints\n", stderr);
+        return exitFailure;
+    }
+    SlaveDevice device(underUnits(datapoints.value(), options.units), options.seed);
+
+    Ledger ledger;
+    if (options.ledger && !ledger.open(*options.ledger)) {
+        std::fprintf(stderr, "kestrin-sim: cannot write %s\n", options.ledger->c_str());
+        return exitFailure;
+    }
+
+    const sigset_t waitMask = installStopSignals();
+    Result<ServedLine, std::string> line = options.port
+                                               ? ServedLine::port(*options.port, options.serial)
+                                               : ServedLine::pseudoTerminal();
+    if (!line) {
+        std::fprintf(stderr, "kestrin-sim: %s\n", line.error().c_str());
+        return exitFailure;
+    }
+    std::optional<SymbolicLink> link;
+    if (options.link) {
+        Result<SymbolicLink, std::string> created =
+            SymbolicLink::create(*options.link, line.value().path());
+        if (!created) {
+            std::fprintf(stderr, "kestrin-sim: %s\n", created.error().c_str());
+            return exitFailure;
+        }
+        link.emplace(std::move(created).value());
+    }
+
+    std::printf("%s\n", line.value().path().c_str());
+    std::fflush(stdout);
+    std::string units;
+    for (std::uint8_t unit : device.units()) {
+        units += (units.empty() ? "" : ",") + std::to_string(unit);
+    }
+    std::fprintf(stderr, "kestrin-sim: unit %s on %s, %s%s\n", units.c_str(),
+                 line.value().path().c_str(), options.serial.shortDescription().c_str(),
+                 options.wireTiming ? " with wire timing" : "");
+
+    SimulatorTiming timing;
+    timing.wireTiming = options.wireTiming;
+    timing.baudRate = options.serial.baudRate;
+    timing.bitsPerCharacter = options.serial.bitsPerCharacter();
+    timing.turnaround = options.turnaroundMs / 1000;
+    timing.delay = options.delayMs / 1000;
+    Simulator simulator(line.value().fd(), device, std::move(faults).value(), ledger, timing);
+    return simulator.run(stopRequested, waitMask);
+}

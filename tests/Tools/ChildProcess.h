@@ -1,0 +1,43 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace kestrin::testing {
+
+// Starting the command-line tools from tests. Children run with LC_ALL=C and LANGUAGE=en so
+// that their texts are the English ones whatever the machine's locale.
+
+struct ProcessResult {
+    int exitCode = -1; // -1 when the child did not exit normally
+    std::string out;
+    std::string err;
+};
+
+// Runs a program to its end and collects both output streams. A child still running after the
+// limit is killed and reported with exit code -1.
+ProcessResult run(const std::vector<std::string>& arguments,
+                  std::chrono::milliseconds limit = std::chrono::seconds(60));
+
+// A kestrin-sim serving a pseudo-terminal for the life of this object; the first line it prints
+// is the path of the terminal. The destructor stops it, however the test ended.
+class Simulator {
+public:
+    explicit Simulator(std::vector<std::string> arguments);
+    ~Simulator();
+    Simulator(const Simulator&) = delete;
+    Simulator& operator=(const Simulator&) = delete;
+
+    // Empty when the simulator did not announce a port in time.
+    const std::string& port() const noexcept { return port_; }
+
+private:
+    pid_t pid_ = -1;
+    // Kept open, never read after the first line, so a chatty simulator never meets a broken pipe.
+    int output_ = -1;
+    std::string port_;
+};
+
+} // namespace kestrin::testing
