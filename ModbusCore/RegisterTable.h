@@ -21,7 +21,7 @@ public:
     constexpr operator Case() const noexcept { return case_; }
 
     std::string_view rawValue() const noexcept;
-    // Exact, case-sensitive match of a raw value; the lenient forms of CSV text live elsewhere.
+    // Exact, case-sensitive match of a raw value, as persisted.
     static std::optional<RegisterTable> fromRawValue(std::string_view text) noexcept;
     std::string_view id() const noexcept { return rawValue(); }
     // The lenient reading of spreadsheet text: codes, names and Modicon digits ("HR", "Holding

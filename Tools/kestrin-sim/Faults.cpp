@@ -30,10 +30,12 @@ std::string_view Faults::name(Kind kind) noexcept {
 
 Result<Faults, std::string> Faults::parse(std::string_view spec, std::uint64_t seed) {
     Faults faults(seed);
-    while (!spec.empty()) {
+    // Every comma separates two items: "drop=0.1," has an empty, unknown second one.
+    for (bool more = !spec.empty(); more;) {
         const std::size_t comma = spec.find(',');
         const std::string_view item = spec.substr(0, comma);
-        spec = comma == std::string_view::npos ? std::string_view() : spec.substr(comma + 1);
+        more = comma != std::string_view::npos;
+        spec = more ? spec.substr(comma + 1) : std::string_view();
 
         const std::size_t equals = item.find('=');
         const std::string_view key = item.substr(0, equals);

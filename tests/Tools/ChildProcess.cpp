@@ -15,7 +15,7 @@
 
 extern char** environ;
 
-namespace kestrin::testing {
+namespace kestrin::ChildProcess {
 
 namespace {
 
@@ -152,7 +152,7 @@ ProcessResult run(const std::vector<std::string>& arguments, std::chrono::millis
     return result;
 }
 
-Simulator::Simulator(std::vector<std::string> arguments) {
+SimulatorProcess::SimulatorProcess(std::vector<std::string> arguments) {
     Pipe out = makePipe();
     pid_ = spawn(std::move(arguments), out.write, -1);
     ::close(out.write);
@@ -188,7 +188,7 @@ Simulator::Simulator(std::vector<std::string> arguments) {
     port_ = line.substr(0, line.find('\n'));
 }
 
-Simulator::~Simulator() {
+SimulatorProcess::~SimulatorProcess() {
     if (pid_ != -1) {
         stop(pid_);
     }
@@ -197,4 +197,4 @@ Simulator::~Simulator() {
     }
 }
 
-} // namespace kestrin::testing
+} // namespace kestrin::ChildProcess

@@ -5,7 +5,7 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace kestrin::testing {
+namespace kestrin::ChildProcess {
 
 // Starting the command-line tools from tests. Children run with LC_ALL=C and LANGUAGE=en so
 // that their texts are the English ones whatever the machine's locale.
@@ -23,12 +23,12 @@ ProcessResult run(const std::vector<std::string>& arguments,
 
 // A kestrin-sim serving a pseudo-terminal for the life of this object; the first line it prints
 // is the path of the terminal. The destructor stops it, however the test ended.
-class Simulator {
+class SimulatorProcess {
 public:
-    explicit Simulator(std::vector<std::string> arguments);
-    ~Simulator();
-    Simulator(const Simulator&) = delete;
-    Simulator& operator=(const Simulator&) = delete;
+    explicit SimulatorProcess(std::vector<std::string> arguments);
+    ~SimulatorProcess();
+    SimulatorProcess(const SimulatorProcess&) = delete;
+    SimulatorProcess& operator=(const SimulatorProcess&) = delete;
 
     // Empty when the simulator did not announce a port in time.
     const std::string& port() const noexcept { return port_; }
@@ -40,4 +40,4 @@ private:
     std::string port_;
 };
 
-} // namespace kestrin::testing
+} // namespace kestrin::ChildProcess

@@ -1,0 +1,382 @@
+#include "PDU.h"
+#include "PollerEngine.h"
+#include "RTUFrame.h"
+#include "SimulatorProcess.h"
+
+#include <algorithm>
+#include <array>
+#include <condition_variable>
+#include <ctime>
+#include <deque>
+#include <functional>
+#include <linux/capability.h>
+#include <mutex>
+#include <sys/syscall.h>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+constexpr RegisterTable holding = RegisterTable::holdingRegister;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Holding registers 0-499 of unit 1, each holding its own address.
+std::string registerList() {
+    std::string csv = "Name,Unit ID,Table,Address,Data type,Value\n";
+    for (int address = 0; address < 500; ++address) {
+        const std::string text = std::to_string(address);
+        csv += "r" + text + ",1,HR," + text + ",uint16," + text + "\n";
+    }
+    return csv;
+}
+
+// Runs posted tasks one after another on its own thread, as the application's main thread does.
+class TaskQueue {
+public:
+    TaskQueue()
+        : thread_([this] { run(); }) {}
+    ~TaskQueue() {
+        {
+            const std::lock_guard lock(mutex_);
+            ended_ = true;
+        }
+        condition_.notify_all();
+        thread_.join();
+    }
+    void post(std::function<void()> task) {
+        {
+            const std::lock_guard lock(mutex_);
+            tasks_.push_back(std::move(task));
+        }
+        condition_.notify_all();
+    }
+
+private:
+    void run() {
+        std::unique_lock lock(mutex_);
+        for (;;) {
+            condition_.wait(lock, [this] { return ended_ || !tasks_.empty(); });
+            if (tasks_.empty()) {
+                return;
+            }
+            auto task = std::move(tasks_.front());
+            tasks_.pop_front();
+            lock.unlock();
+            task();
+            lock.lock();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable condition_;
+    std::deque<std::function<void()>> tasks_;
+    bool ended_ = false;
+    std::thread thread_;
+};
+
+class EventLog {
+public:
+    void record(const PollerEvent& event) {
+        {
+            const std::lock_guard lock(mutex_);
+            events_.push_back(event);
+        }
+        condition_.notify_all();
+    }
+    // The events once there are at least count of them, or all there are after the time limit.
+    std::vector<PollerEvent> waitFor(std::size_t count, double seconds = 10) {
+        return waitUntil([&](const auto& events) { return events.size() >= count; }, seconds);
+    }
+    std::vector<PollerEvent>
+    waitUntil(const std::function<bool(const std::vector<PollerEvent>&)>& done, double seconds) {
+        std::unique_lock lock(mutex_);
+        condition_.wait_for(lock, std::chrono::duration<double>(seconds),
+                            [&] { return done(events_); });
+        return events_;
+    }
+    std::vector<PollerEvent> all() {
+        const std::lock_guard lock(mutex_);
+        return events_;
+    }
+
+private:
+    std::mutex mutex_;
+    std::condition_variable condition_;
+    std::vector<PollerEvent> events_;
+};
+
+std::vector<PollerEvent::Read> readsOf(const std::vector<PollerEvent>& events, const Uuid& poll) {
+    std::vector<PollerEvent::Read> reads;
+    for (const PollerEvent& event : events) {
+        if (const auto* read = event.as<PollerEvent::Read>(); read && read->poll == poll) {
+            reads.push_back(*read);
+        }
+    }
+    return reads;
+}
+
+std::size_t lineCount(const std::string& path) {
+    std::ifstream file(path);
+    return static_cast<std::size_t>(std::count(std::istreambuf_iterator<char>(file), {}, '\n'));
+}
+
+// Waits until the simulator has received count requests.
+bool waitForRequests(const std::string& ledger, std::size_t count) {
+    const auto start = Clock::now();
+    while (lineCount(ledger) < count) {
+        if (secondsSince(start) > 10) {
+            return false;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+PollPlan plan(double interval, std::vector<std::uint16_t> addresses) {
+    PollPlan result{Uuid::random(), interval, {}};
+    for (const std::uint16_t address : addresses) {
+        result.blocks.push_back({1, holding, address, 1});
+    }
+    return result;
+}
+
+// A simulator serving registerList, an engine on it at 9600 8E1 and the events it posted.
+class EngineTest : public testing::Test {
+protected:
+    void startSimulator(std::vector<std::string> options = {}, double timeout = 1.0) {
+        options.insert(options.end(),
+                       {"--csv", folder.file("list.csv", registerList()), "--ledger", ledger});
+        simulator = std::make_unique<SimulatorProcess>(options);
+        ASSERT_FALSE(simulator->path().empty());
+        engine = std::make_unique<PollerEngine>(
+            simulator->path(), SerialConfiguration{}, timeout, true,
+            [this](const PollerEvent& event) { events.record(event); },
+            [this](std::function<void()> task) { mainThread.post(std::move(task)); });
+    }
+    void TearDown() override { engine.reset(); }
+
+    TemporaryFolder folder;
+    std::string ledger = folder.file("ledger.jsonl");
+    std::unique_ptr<SimulatorProcess> simulator;
+    EventLog events;
+    TaskQueue mainThread;
+    std::unique_ptr<PollerEngine> engine;
+};
+
+TEST_F(EngineTest, TwoIntervalsKeepTheirOwnRhythmFromAStartInPlanOrder) {
+    startSimulator();
+    const PollPlan slow = plan(1.0, {0});
+    const PollPlan fast = plan(0.2, {1});
+    ASSERT_TRUE(engine->start({slow, fast}).ok());
+    std::this_thread::sleep_for(2500ms);
+    engine->stop();
+    const auto all = events.all();
+    ASSERT_GE(all.size(), 3U);
+    EXPECT_TRUE(all[0].is<PollerEvent::Started>());
+    EXPECT_EQ(all[1].as<PollerEvent::Read>()->poll, slow.id);
+    EXPECT_EQ(all[2].as<PollerEvent::Read>()->poll, fast.id);
+    EXPECT_EQ(readsOf(all, slow.id).size(), 3U);
+    EXPECT_GE(readsOf(all, fast.id).size(), 11U);
+    EXPECT_LE(readsOf(all, fast.id).size(), 14U);
+    EXPECT_EQ(readsOf(all, fast.id).back().result.value(), ReadData::registers({1}));
+}
+
+TEST_F(EngineTest, AnOverrunningPollIsReadAgainAtOnce) {
+    // Each block takes over 500 ms, so a reading of three blocks overruns its 1 s interval.
+    startSimulator({"--wire-timing", "--turnaround-ms", "500"});
+    const PollPlan overrunning = plan(1.0, {0, 1, 2});
+    const auto start = Clock::now();
+    ASSERT_TRUE(engine->start({overrunning}).ok());
+    // Three readings back to back take about 4.7 s; a second of rest after each would take 6.7.
+    const auto all = events.waitFor(1 + 9, 6.0);
+    EXPECT_EQ(readsOf(all, overrunning.id).size(), 9U) << secondsSince(start) << " s";
+}
+
+TEST_F(EngineTest, AWriteWaitsOnlyForTheBlockInProgress) {
+    startSimulator({"--wire-timing", "--turnaround-ms", "300"});
+    const PollPlan five = plan(60, {0, 10, 20, 30, 40});
+    ASSERT_TRUE(engine->start({five}).ok());
+    ASSERT_TRUE(waitForRequests(ledger, 1));
+    const Uuid token = Uuid::random();
+    engine->write(PDU::writeSingleRegister(100, 7), 1, token);
+    const auto all = events.waitFor(1 + 6);
+    ASSERT_EQ(all.size(), 7U);
+    EXPECT_EQ(all[1].as<PollerEvent::Read>()->block.address, 0);
+    const auto* wrote = all[2].as<PollerEvent::Wrote>();
+    ASSERT_NE(wrote, nullptr);
+    EXPECT_EQ(wrote->token, token);
+    EXPECT_TRUE(wrote->result.ok());
+    EXPECT_EQ(wrote->response, wrote->request) << "FC06 is answered with an echo";
+    for (std::size_t i = 3; i < 7; ++i) {
+        EXPECT_EQ(all[i].as<PollerEvent::Read>()->block.address, 10 * (i - 2));
+    }
+}
+
+TEST_F(EngineTest, QueuedWritesGoFirstInQueueOrder) {
+    startSimulator();
+    const std::array tokens{Uuid::random(), Uuid::random(), Uuid::random()};
+    for (std::uint16_t i = 0; i < tokens.size(); ++i) {
+        engine->write(PDU::writeSingleRegister(10, i + 1), 1, tokens[i]);
+    }
+    const PollPlan due = plan(60, {10});
+    ASSERT_TRUE(engine->start({due}).ok());
+    const auto all = events.waitFor(1 + 4);
+    ASSERT_EQ(all.size(), 5U);
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        EXPECT_EQ(all[1 + i].as<PollerEvent::Wrote>()->token, tokens[i]);
+    }
+    EXPECT_EQ(all[4].as<PollerEvent::Read>()->result.value(), ReadData::registers({3}));
+}
+
+TEST_F(EngineTest, ABroadcastIsAppliedWithoutWaitingForAnAnswer) {
+    startSimulator();
+    ASSERT_TRUE(engine->start({}).ok());
+    const Uuid token = Uuid::random();
+    const Bytes pdu = PDU::writeSingleRegister(5, 77);
+    engine->write(pdu, RTUFrame::broadcastUnit, token);
+    const auto all = events.waitFor(2);
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[1],
+              (PollerEvent{PollerEvent::Wrote{token, 0, {}, RTUFrame::build(0, pdu), {}, 0.0}}));
+    const PollPlan check = plan(60, {5});
+    engine->update({check});
+    EXPECT_EQ(readsOf(events.waitFor(3), check.id).at(0).result.value(), ReadData::registers({77}));
+}
+
+TEST_F(EngineTest, EmptyPlansSleepUntilAWriteOrUpdateWakesTheThread) {
+    startSimulator();
+    ASSERT_TRUE(engine->start({plan(0.01, {})}).ok());
+    timespec before{}, after{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &before);
+    std::this_thread::sleep_for(1s);
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &after);
+    const double busy =
+        double(after.tv_sec - before.tv_sec) + 1e-9 * double(after.tv_nsec - before.tv_nsec);
+    EXPECT_LT(busy, 0.05) << "the engine thread must sleep";
+    EXPECT_EQ(events.all().size(), 1U);
+    EXPECT_EQ(lineCount(ledger), 0U);
+
+    engine->write(PDU::writeSingleRegister(1, 1), 1, Uuid::random());
+    EXPECT_TRUE(events.waitFor(2, 2.0).at(1).is<PollerEvent::Wrote>());
+    const PollPlan added = plan(60, {0});
+    engine->update({added});
+    EXPECT_EQ(readsOf(events.waitFor(3, 2.0), added.id).size(), 1U);
+}
+
+TEST_F(EngineTest, ReplanningDropsAndAddsPollsAndKeepsTheRest) {
+    startSimulator();
+    const PollPlan kept = plan(60, {0});
+    const PollPlan dropped = plan(0.05, {1});
+    const PollPlan added = plan(60, {2});
+    ASSERT_TRUE(engine->start({kept, dropped}).ok());
+    events.waitUntil([&](const auto& all) { return readsOf(all, dropped.id).size() >= 3; }, 10);
+    engine->update({kept, added});
+    const std::size_t before = events.all().size();
+    events.waitUntil([&](const auto& all) { return !readsOf(all, added.id).empty(); }, 10);
+    std::this_thread::sleep_for(300ms);
+    const auto all = events.all();
+    const std::vector<PollerEvent> later(all.begin() + static_cast<std::ptrdiff_t>(before),
+                                         all.end());
+    EXPECT_LE(readsOf(later, dropped.id).size(), 1U) << "only the reading in progress";
+    EXPECT_EQ(readsOf(later, added.id).size(), 1U);
+    EXPECT_EQ(readsOf(all, kept.id).size(), 1U) << "a kept poll keeps its schedule";
+}
+
+TEST_F(EngineTest, FailedRequestsAreReportedWithTheBytesAndReadingGoesOn) {
+    struct Row {
+        std::string fault;
+        PollFailure failure;
+        std::size_t responseSize;
+    };
+    const Row rows[] = {
+        {"drop=1", PollFailure::timeout(), 0},
+        {"crc=1", PollFailure::crcMismatch(), 7},
+        {"wrong-unit=1", PollFailure::unexpectedUnit(2), 7},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.fault);
+        engine.reset();
+        startSimulator({"--fault", row.fault}, 0.3);
+        const PollPlan failing = plan(0.05, {4});
+        ASSERT_TRUE(engine->start({failing}).ok());
+        const auto twoReads = [&](const auto& all) { return readsOf(all, failing.id).size() >= 2; };
+        const auto reads = readsOf(events.waitUntil(twoReads, 10), failing.id);
+        engine->stop();
+        ASSERT_GE(reads.size(), 2U);
+        for (const PollerEvent::Read& read : reads) {
+            EXPECT_EQ(read.result,
+                      (Result<ReadData, PollFailureError>(PollFailureError{row.failure})));
+            EXPECT_EQ(read.request, RTUFrame::build(1, PDU::read(holding, 4, 1)));
+            EXPECT_EQ(read.response.size(), row.responseSize);
+        }
+        if (row.responseSize == 0) {
+            EXPECT_GE(reads[0].duration, 0.3);
+            EXPECT_LT(reads[0].duration, 1.0);
+        }
+    }
+}
+
+TEST_F(EngineTest, StopDuringATimeOutReturnsWhenTheTransactionEnds) {
+    startSimulator({"--fault", "drop=1"}, 2.0);
+    ASSERT_TRUE(engine->start({plan(0.05, {0})}).ok());
+    ASSERT_TRUE(waitForRequests(ledger, 1));
+    const auto stopping = Clock::now();
+    engine->stop();
+    EXPECT_LT(secondsSince(stopping), 3.5);
+    std::this_thread::sleep_for(300ms);
+    EXPECT_LE(events.all().size(), 2U) << "started and at most the last read";
+    EXPECT_EQ(lineCount(ledger), 1U);
+}
+
+// Root bypasses TIOCEXCL through CAP_SYS_ADMIN; capabilities are per thread, so a thread that
+// drops it sees the kernel's refusal as any user would.
+void dropAdministratorCapability() {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> data{};
+    ASSERT_EQ(syscall(SYS_capget, &header, data.data()), 0);
+    data[CAP_TO_INDEX(CAP_SYS_ADMIN)].effective &= ~CAP_TO_MASK(CAP_SYS_ADMIN);
+    ASSERT_EQ(syscall(SYS_capset, &header, data.data()), 0);
+}
+
+TEST_F(EngineTest, APortHeldByAnotherEngineIsBusyAndNothingIsPosted) {
+    startSimulator();
+    ASSERT_TRUE(engine->start({}).ok());
+    std::thread([this] {
+        dropAdministratorCapability();
+        EventLog secondEvents;
+        PollerEngine second(simulator->path(), {}, 1.0, true,
+                            [&](const PollerEvent& event) { secondEvents.record(event); });
+        EXPECT_EQ(second.start({plan(0.1, {0})}), (Result<void, SerialLinkError>(SerialLinkError{
+                                                      SerialLinkError::Busy{simulator->path()}})));
+        std::this_thread::sleep_for(200ms);
+        EXPECT_TRUE(secondEvents.all().empty());
+    }).join();
+}
+
+TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
+    startSimulator();
+    const PollPlan running = plan(0.02, {0});
+    ASSERT_TRUE(engine->start({running}).ok());
+    events.waitFor(1 + 3);
+    engine->write(PDU::writeSingleRegister(1, 1), 1, Uuid::random());
+    simulator->end(SIGKILL);
+    const auto lost = [](const PollerEvent& event) { return event.is<PollerEvent::SerialLost>(); };
+    events.waitUntil([&](const auto& all) { return std::any_of(all.begin(), all.end(), lost); }, 5);
+    std::this_thread::sleep_for(300ms);
+    const auto all = events.all();
+    ASSERT_EQ(std::count_if(all.begin(), all.end(), lost), 1);
+    EXPECT_EQ(all.back(), (PollerEvent{PollerEvent::SerialLost{simulator->path()}}));
+    const auto stopping = Clock::now();
+    engine->stop();
+    EXPECT_LT(secondsSince(stopping), 0.5);
+}
+
+} // namespace
+} // namespace kestrin
