@@ -1,5 +1,5 @@
 # A thin wrapper over the CMake presets; see README.md.
-.PHONY: all deps build run test test-debug test-asan test-tsan fuzz fuzz-smoke bench tidy format clean
+.PHONY: all deps build run test test-debug test-asan test-tsan fuzz fuzz-smoke bench texts tidy format clean
 
 JOBS ?= $(shell nproc)
 WERROR := -DKESTRIN_WERROR=ON
@@ -50,6 +50,13 @@ bench: deps
 	cmake --preset release >/dev/null
 	cmake --build --preset release -j $(JOBS)
 	scripts/run-bench build/release
+
+# Every translated text in five languages side by side, for review.
+texts: deps
+	cmake --preset debug $(WERROR) >/dev/null
+	cmake --build --preset debug -j $(JOBS) --target kestrin-texts
+	build/debug/tests/Localization/kestrin-texts > build/texts.md
+	@echo "Wrote build/texts.md"
 
 tidy:
 	cmake --preset debug $(WERROR) >/dev/null

@@ -79,7 +79,9 @@ public:
 
     void run() {
         pthread_setname_np(pthread_self(), "Kestrin");
-        for (std::optional<Job> job = nextJob(); job && perform(*job); job = nextJob()) {
+        std::optional<Job> job = nextJob();
+        while (job && perform(*job)) {
+            job = nextJob();
         }
         link_->close();
         const std::lock_guard lock(state_->mutex);

@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/prctl.h>
+#include <cstdlib>
 
 namespace kestrin {
 namespace {
@@ -83,6 +85,7 @@ bool readBlock(SerialLink& link, const Options& options) {
 }
 
 int run(const Options& options) {
+    if (getenv("H5B_SLACK")) prctl(PR_SET_TIMERSLACK, 1UL);
     SerialLink link(options.port, options.serial, true);
     if (!link.open()) {
         std::fprintf(stderr, "line_client: cannot open %s\n", options.port.c_str());
