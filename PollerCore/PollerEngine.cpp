@@ -195,9 +195,8 @@ private:
         } else if (auto checked = PDU::checkWrite(done.answer.value(), write.pdu); !checked) {
             result = PollFailureError{checked.error().pollFailure()};
         }
-        emit(
-            {PollerEvent::Wrote{write.token, write.unit, std::move(result), std::move(done.request),
-                                std::move(done.response), done.duration}});
+        emit({PollerEvent::Wrote{write.token, write.unit, result, std::move(done.request),
+                                 std::move(done.response), done.duration}});
         return true;
     }
 
@@ -214,7 +213,7 @@ private:
             result = PollFailureError{PollFailure::timeout()};
         }
         emit({PollerEvent::Wrote{
-            write.token, RTUFrame::broadcastUnit, std::move(result), std::move(frame), {}, 0.0}});
+            write.token, RTUFrame::broadcastUnit, result, std::move(frame), {}, 0.0}});
         return true;
     }
 

@@ -37,7 +37,6 @@ void PortScanner::start() {
     if (watching_) {
         return;
     }
-    // Pending deliveries use this scanner as their timer context, so they die with it.
     watching_ = registry_->subscribe([this] { devicesChanged(); });
     if (watching_) {
         emit portsChanged(currentPorts());
@@ -66,6 +65,7 @@ std::vector<SerialPortInfo> PortScanner::currentPorts() const {
 
 void PortScanner::devicesChanged() {
     emit portsChanged(currentPorts());
+    // The scanner is the timer's context, so a pending delivery dies with it.
     QTimer::singleShot(settleDelay_, this, [this] { emit portsChanged(currentPorts()); });
 }
 

@@ -13,7 +13,7 @@ namespace kestrin {
 
 // Watches the system's serial devices and delivers the complete, sorted port list whenever it
 // may have changed: once on start, then at once and again after a settling delay on every
-// arrival or departure, since a new adapter's USB names can appear a moment after its node.
+// arrival or departure, since a device's properties may settle a moment after it is reported.
 // Keeps no list of its own: every delivery is a fresh enumeration.
 // Thread contract: created, started and destroyed on the main thread, which also receives the
 // notifications and the delayed delivery.

@@ -7,15 +7,15 @@
 namespace kestrin {
 
 namespace {
-// Microseconds are finer than any Modbus timing.
-double rounded(double value, double step) {
-    return std::round(value / step) * step;
+// To this many parts of the unit; dividing last keeps the text short (0.591759, not 0.5917589999).
+double rounded(double value, double parts) {
+    return std::round(value * parts) / parts;
 }
 } // namespace
 
 std::string LedgerEntry::json() const {
     nlohmann::json object{
-        {"time", rounded(seconds, 1e-6)},  {"frame", frame},
+        {"time", rounded(seconds, 1e6)},   {"frame", frame},
         {"received", hexString(received)}, {"action", action},
         {"sent", hexString(sent)},
     };
@@ -30,7 +30,7 @@ std::string LedgerEntry::json() const {
         object["fault"] = *fault;
     }
     if (delayMs) {
-        object["delayMs"] = rounded(*delayMs, 1e-3);
+        object["delayMs"] = rounded(*delayMs, 1e3);
     }
     return object.dump();
 }

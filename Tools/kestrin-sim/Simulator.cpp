@@ -6,16 +6,22 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <poll.h>
 #include <unistd.h>
+#include <utility>
 
 namespace kestrin {
 
 namespace {
 
 using Seconds = std::chrono::duration<double>;
+
+// USB adapters hand a frame over in chunks a few milliseconds apart: like the master, take 20 ms
+// of quiet before treating an incomplete buffer as all there is.
+constexpr double minimumSilence = 0.02;
 
 // 100 ms for a blocked line to take an answer; a master that reads nothing loses it.
 constexpr int writeWaitMs = 100;
@@ -37,7 +43,7 @@ double SimulatorTiming::answerTime(std::size_t requestSize, std::size_t answerSi
 }
 
 double SimulatorTiming::silence() const noexcept {
-    return SerialTiming::interFrameDelay(baudRate, bitsPerCharacter);
+    return std::max(SerialTiming::interFrameDelay(baudRate, bitsPerCharacter), minimumSilence);
 }
 
 Simulator::Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger,
@@ -52,8 +58,8 @@ double Simulator::secondsSinceStart(Clock::time_point time) const {
     return Seconds(time - started_).count();
 }
 
-int Simulator::run(const volatile std::sig_atomic_t& stop, const sigset_t& waitMask) {
-    while (stop == 0) {
+int Simulator::run(const std::atomic<bool>& stop, const sigset_t& waitMask) {
+    while (!stop) {
         if (!sendDueAnswers()) {
             return 1;
         }

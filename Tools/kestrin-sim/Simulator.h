@@ -5,6 +5,7 @@
 #include "Ledger.h"
 #include "SlaveDevice.h"
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstddef>
@@ -24,7 +25,8 @@ struct SimulatorTiming {
 
     // Seconds from the first byte of a request to the moment the whole answer has arrived.
     double answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept;
-    // The line silence that ends a frame of unknown length: 3.5 characters, 1.75 ms above 19200.
+    // The quiet that ends an incomplete frame: 3.5 characters (1.75 ms above 19200 baud), but
+    // at least 20 ms.
     double silence() const noexcept;
 };
 
@@ -36,10 +38,10 @@ class Simulator {
 public:
     Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger, SimulatorTiming timing);
 
-    // Serves until stop is set. The signals that set it must be blocked by the caller; waitMask
-    // is the mask during the wait (the same without them), so no signal is missed. Returns 0
-    // after stop, 1 when the line fails.
-    int run(const volatile std::sig_atomic_t& stop, const sigset_t& waitMask);
+    // Serves until stop is set. A signal handler that sets it must have its signal blocked by
+    // the caller, and waitMask is the mask during the wait (the same without it), so that no
+    // signal is missed. Returns 0 after stop, 1 when the line fails.
+    int run(const std::atomic<bool>& stop, const sigset_t& waitMask);
 
 private:
     using Clock = std::chrono::steady_clock;

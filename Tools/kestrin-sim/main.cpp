@@ -13,6 +13,7 @@
 #include "SlaveDevice.h"
 #include "SymbolicLink.h"
 
+#include <atomic>
 #include <charconv>
 #include <csignal>
 #include <cstdio>
@@ -243,7 +244,11 @@ Result<std::vector<Datapoint>, std::string> loadDatapoints(const Options& option
         return "cannot read " + path;
     }
     if (options.project) {
-        return projectDatapoints(*text);
+        Result<std::vector<Datapoint>, std::string> datapoints = projectDatapoints(*text);
+        if (!datapoints) {
+            return path + ": " + datapoints.error();
+        }
+        return datapoints;
     }
     DatapointCSV::ImportResult imported = DatapointCSV::parse(*text);
     for (const DatapointCSV::ImportIssue& issue : imported.issues) {
@@ -269,10 +274,12 @@ std::vector<Datapoint> underUnits(const std::vector<Datapoint>& datapoints,
     return copies;
 }
 
-volatile std::sig_atomic_t stopRequested = 0;
+// Lock-free, so the handler may set it.
+static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<bool> stopRequested = false;
 
 void requestStop(int) {
-    stopRequested = 1;
+    stopRequested = true;
 }
 
 // Blocks the stop signals outside the wait and returns the mask to wait with.

@@ -126,8 +126,9 @@ TEST_F(PseudoTerminal, NextRequestWaitsOutTheInterFrameSilence) {
     Clock::time_point answered, secondArrived;
     device = std::thread([&] {
         EXPECT_EQ(receive(request.size()), request);
-        send(answer);
+        // Taken before sending: the link may read the answer before this thread runs again.
         answered = Clock::now();
+        send(answer);
         EXPECT_EQ(receive(request.size()), request);
         secondArrived = Clock::now();
         send(answer);

@@ -7,7 +7,6 @@
 #include <array>
 #include <condition_variable>
 #include <ctime>
-#include <deque>
 #include <functional>
 #include <linux/capability.h>
 #include <mutex>
@@ -36,50 +35,6 @@ std::string registerList() {
     }
     return csv;
 }
-
-// Runs posted tasks one after another on its own thread, as the application's main thread does.
-class TaskQueue {
-public:
-    TaskQueue()
-        : thread_([this] { run(); }) {}
-    ~TaskQueue() {
-        {
-            const std::lock_guard lock(mutex_);
-            ended_ = true;
-        }
-        condition_.notify_all();
-        thread_.join();
-    }
-    void post(std::function<void()> task) {
-        {
-            const std::lock_guard lock(mutex_);
-            tasks_.push_back(std::move(task));
-        }
-        condition_.notify_all();
-    }
-
-private:
-    void run() {
-        std::unique_lock lock(mutex_);
-        for (;;) {
-            condition_.wait(lock, [this] { return ended_ || !tasks_.empty(); });
-            if (tasks_.empty()) {
-                return;
-            }
-            auto task = std::move(tasks_.front());
-            tasks_.pop_front();
-            lock.unlock();
-            task();
-            lock.lock();
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable condition_;
-    std::deque<std::function<void()>> tasks_;
-    bool ended_ = false;
-    std::thread thread_;
-};
 
 class EventLog {
 public:
@@ -158,15 +113,14 @@ protected:
         engine = std::make_unique<PollerEngine>(
             simulator->path(), SerialConfiguration{}, timeout, true,
             [this](const PollerEvent& event) { events.record(event); },
-            [this](std::function<void()> task) { mainThread.post(std::move(task)); });
+            // Delivered at once on the engine's thread: the order is what the engine produced.
+            [](std::function<void()> task) { task(); });
     }
-    void TearDown() override { engine.reset(); }
 
     TemporaryFolder folder;
     std::string ledger = folder.file("ledger.jsonl");
     std::unique_ptr<SimulatorProcess> simulator;
     EventLog events;
-    TaskQueue mainThread;
     std::unique_ptr<PollerEngine> engine;
 };
 

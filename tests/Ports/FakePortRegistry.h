@@ -2,12 +2,10 @@
 
 #include "PortRegistry.h"
 
-#include <memory>
-
 namespace kestrin {
 
-// A registry whose devices and notifications the test controls through a shared state, since
-// the scanner owns the registry itself.
+// Devices and notifications under the test's control through a shared state, since the scanner
+// owns its registry.
 class FakePortRegistry final : public PortRegistry {
 public:
     struct Entry {
@@ -19,10 +17,8 @@ public:
         std::optional<std::vector<Entry>> entries = std::vector<Entry>{};
         bool channelFails = false;
         int subscriptions = 0;
-        std::function<void()> onChange;
-
-        // An arrival or departure as the main thread's event loop would report it.
-        void notify() const { onChange(); }
+        // An arrival or departure, as the event loop would report it.
+        std::function<void()> notify;
     };
 
     explicit FakePortRegistry(std::shared_ptr<State> state)
@@ -44,20 +40,17 @@ public:
             return false;
         }
         ++state_->subscriptions;
-        state_->onChange = std::move(onChange);
+        state_->notify = std::move(onChange);
         return true;
     }
 
 private:
-    class FakeDevice final : public Device {
-    public:
+    struct FakeDevice final : Device {
         explicit FakeDevice(Entry entry)
-            : entry_(std::move(entry)) {}
-        std::optional<std::string> path() const override { return entry_.path; }
-        USBIdentity usbIdentity() const override { return entry_.usb; }
-
-    private:
-        Entry entry_;
+            : entry(std::move(entry)) {}
+        std::optional<std::string> path() const override { return entry.path; }
+        USBIdentity usbIdentity() const override { return entry.usb; }
+        Entry entry;
     };
 
     std::shared_ptr<State> state_;
