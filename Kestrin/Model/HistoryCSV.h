@@ -1,0 +1,30 @@
+#pragma once
+
+#include "DatapointCSV.h"
+#include "History.h"
+#include "Poll.h"
+
+#include <span>
+#include <string>
+
+#include <QDateTime>
+#include <QString>
+
+namespace kestrin::HistoryCSV {
+
+// The recorded history as a CSV file for a spreadsheet in the user's locale: one row per sample
+// of every datapoint of every poll, oldest first.
+
+// "modbus-history-2026-11-16T160512.csv".
+QString fileName(const QDateTime& now);
+// Whole numbers below 1e15 without a decimal part, others as the shortest round-trip text;
+// "," for "." in the decimal-comma dialect.
+std::string valueText(double value, const DatapointCSV::Dialect& dialect);
+// "2026-11-16 16:05:12.345" in the local time zone, whatever the user's locale.
+std::string timeText(const QDateTime& time);
+// Header "Time", "Poll", "Name", "Value", "Unit", then the rows sorted by time; rows of equal
+// time keep poll, table and recording order. Datapoints in no poll are left out. CR LF endings.
+std::string text(std::span<const Poll> polls, const History& history,
+                 const DatapointCSV::Dialect& dialect);
+
+} // namespace kestrin::HistoryCSV

@@ -1,0 +1,146 @@
+#include "LogLine.h"
+
+#include "DatapointLabel.h"
+#include "L10n.h"
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include <QLocale>
+
+namespace kestrin::LogLine {
+namespace {
+
+using Kind = LogSegment::Kind;
+
+// The function code byte of a request frame; 00 for a frame too short to carry one.
+std::uint8_t functionOf(ByteView request) noexcept {
+    return request.size() >= 2 ? request[1] : 0;
+}
+
+Kind failureKind(PollFailure failure) noexcept {
+    return failure.kind == PollFailure::Kind::exception ? Kind::warning : Kind::error;
+}
+
+LogLineSegments systemLine(std::string_view text) {
+    return {{Kind::system, "--- " + std::string(text) + " ---"}};
+}
+
+std::string duration(double seconds) {
+    return "  (" + std::to_string(milliseconds(seconds)) + " ms)";
+}
+
+} // namespace
+
+LogSegment timestamp(const QDateTime& now) {
+    return {Kind::timestamp,
+            QLocale::c().toString(now.toLocalTime(), QStringLiteral("HH:mm:ss.zzz")).toStdString() +
+                "  "};
+}
+
+LogLineSegments stamped(LogLineSegments line, const QDateTime& now, const Options& options) {
+    if (options.showTimestamps) {
+        line.insert(line.begin(), timestamp(now));
+    }
+    return line;
+}
+
+LogLineSegments readingStarted(std::string_view path, std::string_view serial) {
+    return systemLine(L10n::Log::started(path, serial));
+}
+
+LogLineSegments readingStopped() {
+    return systemLine(L10n::Log::stopped());
+}
+
+LogLineSegments portReopened() {
+    return systemLine(L10n::Log::serialRestored());
+}
+
+LogLineSegments portLost(std::string_view path) {
+    return {{Kind::error, L10n::Log::serialLost(path)}};
+}
+
+std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView request,
+                                          ByteView response, double seconds,
+                                          const Options& options) {
+    if (options.onlyProblems) {
+        return std::nullopt;
+    }
+    const std::uint8_t function = functionOf(request);
+    LogLineSegments line{
+        {Kind::response, "← "},
+        {Kind::response, L10n::Log::unitFunction(block.unit, function)},
+        {Kind::meta, " " + L10n::Modbus::functionName(function) + " · "},
+    };
+    if (options.showRawFrames) {
+        line.push_back({Kind::request, hexString(request)});
+        line.push_back({Kind::meta, "  ←  "});
+        line.push_back({Kind::response, hexString(response)});
+    } else {
+        // Unit and function code in front and the CRC behind say nothing the line does not.
+        const ByteView data =
+            response.size() < 5 ? response : response.subspan(2, response.size() - 4);
+        line.push_back({Kind::response, hexString(data)});
+    }
+    line.push_back({Kind::meta, duration(seconds)});
+    return line;
+}
+
+LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailure failure,
+                            int timeoutMs) {
+    const RegisterTable table = block.table;
+    return {{failureKind(failure), "✕ " + L10n::Log::unitFunction(block.unit, functionOf(request)) +
+                                       " " +
+                                       L10n::Modbus::functionName(table.readFunction().code()) +
+                                       " " + L10n::Log::range(table, block.address, block.count) +
+                                       " · " + L10n::Log::failure(failure, timeoutMs)}};
+}
+
+std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_t function,
+                                         double value, const NumberStyle& style,
+                                         const Options& options) {
+    if (options.onlyProblems) {
+        return std::nullopt;
+    }
+    return LogLineSegments{{Kind::request, "→ " +
+                                               L10n::Log::unitFunction(datapoint.unitID, function) +
+                                               " " + L10n::Modbus::functionName(function) + " · " +
+                                               DatapointLabel::name(datapoint) + " = " +
+                                               datapoint.formatted(value, style)}};
+}
+
+LogLineSegments writeConfirmed(const Datapoint& datapoint, double value, const NumberStyle& style,
+                               double seconds) {
+    std::string text = "✎ " + L10n::Log::unit(datapoint.unitID) + " · " +
+                       DatapointLabel::name(datapoint) + " = " + datapoint.formatted(value, style);
+    if (!datapoint.engineeringUnit.empty()) {
+        text += " " + datapoint.engineeringUnit;
+    }
+    return {{Kind::response, text + duration(seconds)}};
+}
+
+LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int timeoutMs) {
+    const std::string name = datapoint == nullptr ? "?" : DatapointLabel::name(*datapoint);
+    return {{Kind::error,
+             "✕ " + L10n::Log::writeFailed(name) + " · " + L10n::Log::failure(failure, timeoutMs)}};
+}
+
+std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,
+                                           const Options& options) {
+    if (!options.showRawFrames || options.onlyProblems) {
+        return std::nullopt;
+    }
+    std::string text = "  → " + hexString(request);
+    if (!response.empty()) {
+        text += "  ← " + hexString(response);
+    }
+    return LogLineSegments{{Kind::meta, std::move(text)}};
+}
+
+long long milliseconds(double seconds) noexcept {
+    return std::llround(seconds * 1000);
+}
+
+} // namespace kestrin::LogLine

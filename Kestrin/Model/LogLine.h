@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Bytes.h"
+#include "Datapoint.h"
+#include "LogSegment.h"
+#include "NumberStyle.h"
+#include "PollFailure.h"
+#include "ReadBlock.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include <QDateTime>
+
+namespace kestrin::LogLine {
+
+// The lines of the communication log, composed from segments in the current language. Lines
+// that the options leave out come back as nothing; every other line is always written.
+
+struct Options {
+    bool showTimestamps = true;
+    bool showRawFrames = false;
+    bool onlyProblems = false;
+
+    friend bool operator==(const Options&, const Options&) = default;
+};
+
+// "HH:mm:ss.SSS" in local time and two spaces, whatever the user's locale.
+LogSegment timestamp(const QDateTime& now);
+// The line with the time segment in front when the options ask for it.
+LogLineSegments stamped(LogLineSegments line, const QDateTime& now, const Options& options);
+
+// "--- Reading started on /dev/ttyUSB0 @ 9600 8E1 ---".
+LogLineSegments readingStarted(std::string_view path, std::string_view serial);
+LogLineSegments readingStopped();
+LogLineSegments portReopened();
+LogLineSegments portLost(std::string_view path);
+
+// "← Unit 1 · FC 03 Read holding registers · 02 01 F4  (12 ms)": the answer's data, or both
+// whole frames with raw frames on. Nothing with only problems on.
+std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView request,
+                                          ByteView response, double seconds,
+                                          const Options& options);
+// "✕ Unit 1 · FC 03 Read holding registers HR 100–109 · no response within 1000 ms"; a warning
+// for an exception answer, an error otherwise.
+LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailure failure,
+                            int timeoutMs);
+
+// "→ Unit 1 · FC 06 Write single register · Setpoint = 21.5". Nothing with only problems on.
+std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_t function,
+                                         double value, const NumberStyle& style,
+                                         const Options& options);
+// "✎ Unit 1 · Setpoint = 21.5 °C  (15 ms)".
+LogLineSegments writeConfirmed(const Datapoint& datapoint, double value, const NumberStyle& style,
+                               double seconds);
+// "✕ Writing Setpoint failed · …"; a write whose record is gone (null) is named "?".
+LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int timeoutMs);
+// "  → request  ← response" (no answer part for an empty response); only with raw frames on
+// and only problems off.
+std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,
+                                           const Options& options);
+
+// A duration in seconds as whole milliseconds, rounded.
+long long milliseconds(double seconds) noexcept;
+
+} // namespace kestrin::LogLine

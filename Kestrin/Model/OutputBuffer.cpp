@@ -1,0 +1,101 @@
+#include "OutputBuffer.h"
+
+#include "TextFile.h"
+
+#include <utility>
+
+namespace kestrin {
+
+OutputBuffer::OutputBuffer(qsizetype maxCharacters, qsizetype trimTarget, QObject* parent)
+    : QObject(parent)
+    , maxCharacters_(maxCharacters)
+    , trimTarget_(trimTarget) {}
+
+void OutputBuffer::append(std::span<const LogSegment> line) {
+    const bool mirrored = isSignalConnected(QMetaMethod::fromSignal(&OutputBuffer::appended));
+    QList<StyledRun> added;
+    for (const LogSegment& segment : line) {
+        const QString text =
+            QString::fromUtf8(segment.text.data(), static_cast<qsizetype>(segment.text.size()));
+        text_ += text;
+        addRun(segment.kind, text.size());
+        if (mirrored) {
+            added.append({segment.kind, text});
+        }
+    }
+    text_ += QLatin1Char('\n');
+    addRun(LogSegment::Kind::text, 1);
+    if (mirrored) {
+        added.append({LogSegment::Kind::text, QStringLiteral("\n")});
+        emit appended(added);
+    }
+    trimIfNeeded();
+    if (autoscroll_) {
+        emit scrollToEndRequested();
+    }
+}
+
+void OutputBuffer::clear() {
+    text_.clear();
+    runs_.clear();
+    emit cleared();
+}
+
+QList<StyledRun> OutputBuffer::runs() const {
+    QList<StyledRun> result;
+    qsizetype position = 0;
+    for (const Run& run : runs_) {
+        result.append({run.kind, text_.sliced(position, run.length)});
+        position += run.length;
+    }
+    return result;
+}
+
+QString OutputBuffer::fileName(const QDateTime& now) {
+    return TextFile::stampedName("kestrin-log-", now, ".txt");
+}
+
+Result<void, std::string> OutputBuffer::save(const QString& path) const {
+    const QByteArray bytes = text_.toUtf8();
+    return TextFile::write(
+        path, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+}
+
+void OutputBuffer::addRun(LogSegment::Kind kind, qsizetype length) {
+    if (length == 0) {
+        return;
+    }
+    if (!runs_.empty() && runs_.back().kind == kind) {
+        runs_.back().length += length;
+        return;
+    }
+    runs_.push_back({kind, length});
+}
+
+void OutputBuffer::trimIfNeeded() {
+    if (text_.size() <= maxCharacters_) {
+        return;
+    }
+    qsizetype cut = text_.size() - trimTarget_;
+    const qsizetype lineBreak = text_.indexOf(QLatin1Char('\n'), cut);
+    if (lineBreak >= 0) {
+        cut = lineBreak + 1;
+    } else if (text_.at(cut).isLowSurrogate()) {
+        // Never split a character outside the BMP when one line is longer than the target.
+        cut += 1;
+    }
+    text_.remove(0, cut);
+    qsizetype remaining = cut;
+    while (remaining > 0) {
+        Run& first = runs_.front();
+        if (first.length > remaining) {
+            first.length -= remaining;
+            break;
+        }
+        remaining -= first.length;
+        runs_.pop_front();
+    }
+    emit trimmed(cut);
+}
+
+} // namespace kestrin

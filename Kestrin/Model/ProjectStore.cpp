@@ -1,0 +1,121 @@
+#include "ProjectStore.h"
+
+#include "L10n.h"
+
+#include <utility>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+namespace kestrin {
+
+namespace {
+
+Result<PollerProject, std::string> readProject(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return file.errorString().toStdString();
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        return file.errorString().toStdString();
+    }
+    auto project = PollerProject::decode(std::string_view(bytes.constData(), bytes.size()));
+    if (project && project.value().polls.empty()) {
+        return std::string("polls: a project needs at least one poll");
+    }
+    return project;
+}
+
+// The folder is created first, but a failure there is left for the write itself to report.
+Result<void, std::string> writeAtomically(const PollerProject& project, const QString& path) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        return file.errorString().toStdString();
+    }
+    const std::string bytes = project.encoded();
+    if (file.write(bytes.data(), static_cast<qint64>(bytes.size())) !=
+        static_cast<qint64>(bytes.size())) {
+        std::string reason = file.errorString().toStdString();
+        file.cancelWriting();
+        return reason;
+    }
+    if (!file.commit()) {
+        return file.errorString().toStdString();
+    }
+    return {};
+}
+
+} // namespace
+
+ProjectStore::ProjectStore(QString autosavePath)
+    : autosavePath_(std::move(autosavePath)) {}
+
+QString ProjectStore::defaultAutosavePath() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folder.isEmpty()) {
+        return {};
+    }
+    return folder + QStringLiteral("/Kestrin/project.json");
+}
+
+ProjectStore::Loaded ProjectStore::load() const {
+    if (autosavePath_.isEmpty() || !QFileInfo::exists(autosavePath_)) {
+        return {PollerProject::firstRun(), std::nullopt};
+    }
+    auto project = readProject(autosavePath_);
+    if (project) {
+        PollerProject loaded = std::move(project).value();
+        loaded.timeoutMs = PollerProject::allowedTimeout(loaded.timeoutMs);
+        return {std::move(loaded), std::nullopt};
+    }
+    return {PollerProject::firstRun(), keepBroken()};
+}
+
+std::optional<QString> ProjectStore::keepBroken() const {
+    // The date in the file name tells the user which start it was; the counter only matters
+    // when two starts fail within one second.
+    const QString stem =
+        autosavePath_ + QStringLiteral(".broken-") +
+        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd'T'HHmmss"));
+    QString target = stem;
+    for (int attempt = 2; QFileInfo::exists(target); ++attempt) {
+        target = stem + QLatin1Char('-') + QString::number(attempt);
+    }
+    if (!QFile::rename(autosavePath_, target)) {
+        return std::nullopt;
+    }
+    return target;
+}
+
+Result<void, std::string> ProjectStore::save(const PollerProject& project) const {
+    if (autosavePath_.isEmpty()) {
+        return std::string("no data folder");
+    }
+    return writeAtomically(project, autosavePath_);
+}
+
+Result<PollerProject, std::string> ProjectStore::open(const QString& path) {
+    auto project = readProject(path);
+    if (!project) {
+        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+    }
+    PollerProject opened = std::move(project).value();
+    opened.timeoutMs = PollerProject::allowedTimeout(opened.timeoutMs);
+    return opened;
+}
+
+Result<void, std::string> ProjectStore::saveAs(const PollerProject& project, const QString& path) {
+    auto written = writeAtomically(project, path);
+    if (!written) {
+        return L10n::Errors::saveFailed(written.error());
+    }
+    return {};
+}
+
+} // namespace kestrin
