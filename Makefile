@@ -34,7 +34,7 @@ test-asan:
 test-tsan: deps
 	cmake --preset tsan $(WERROR) >/dev/null
 	cmake --build --preset tsan -j $(JOBS) --target PollerCoreTests
-	ctest --preset tsan -j $(JOBS) -R '^(ReadPlanner|ReadBlock|ReadPlannerValue|PollSchedule|EngineTest)\\.'
+	ctest --preset tsan -j $(JOBS) -R '^(ReadPlanner|ReadBlock|ReadPlannerValue|PollSchedule|EngineTest)\.'
 
 # Replays every committed corpus and runs each fuzz target for a short, bounded time.
 fuzz-smoke:

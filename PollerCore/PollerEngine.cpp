@@ -10,6 +10,7 @@
 #include <deque>
 #include <mutex>
 #include <pthread.h>
+#include <sys/prctl.h>
 #include <utility>
 
 namespace kestrin {
@@ -79,6 +80,9 @@ public:
 
     void run() {
         pthread_setname_np(pthread_self(), "Kestrin");
+        // The default 50 µs timer slack lengthens every inter-frame silence; at 115200 baud that
+        // is about 1 % of the line's capacity.
+        prctl(PR_SET_TIMERSLACK, 1UL);
         std::optional<Job> job = nextJob();
         while (job && perform(*job)) {
             job = nextJob();

@@ -303,6 +303,7 @@ std::string CliOptions::usage() {
     return R"(Usage:
   kestrin-cli read  --port PATH --table T --address A [options]
   kestrin-cli write --port PATH --table T --address A --value V [options]
+  kestrin-cli ports
   kestrin-cli --help
 
 Options:

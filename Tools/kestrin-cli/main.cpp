@@ -1,5 +1,8 @@
 #include "CliOptions.h"
 #include "ExitCode.h"
+#if KESTRIN_HAS_PORTS
+#include "PortsCommand.h"
+#endif
 #include "ReadCommand.h"
 #include "WriteCommand.h"
 
@@ -36,6 +39,11 @@ ExitCode run(const std::vector<std::string_view>& arguments) {
     if (arguments.empty()) {
         return usageError({});
     }
+#if KESTRIN_HAS_PORTS
+    if (arguments.front() == "ports") {
+        return runPortsCommand(std::span(arguments).subspan(1), std::cout, std::cerr);
+    }
+#endif
     const std::optional<CliOptions::Command> command = CliOptions::commandNamed(arguments.front());
     if (!command) {
         return usageError({{}, std::string(arguments.front())});
