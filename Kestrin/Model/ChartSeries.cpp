@@ -11,8 +11,8 @@ std::optional<QDateTime> ChartSeries::periodStart(const QDateTime& now, int peri
     return now.addSecs(-periodSeconds);
 }
 
-std::vector<Sample> ChartSeries::points(const SampleRing& samples,
-                                        const std::optional<QDateTime>& start) {
+std::vector<Sample> ChartSeries::drawnSamples(const SampleRing& samples,
+                                              const std::optional<QDateTime>& start) {
     std::vector<Sample> inPeriod;
     if (!start) {
         inPeriod = samples.toVector();
@@ -54,7 +54,7 @@ std::vector<ChartSeries> ChartSeries::series(const Poll& poll, const History& hi
         if (samples == nullptr) {
             continue;
         }
-        std::vector<Sample> drawn = points(*samples, start);
+        std::vector<Sample> drawn = drawnSamples(*samples, start);
         if (drawn.empty()) {
             continue;
         }

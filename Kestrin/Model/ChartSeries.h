@@ -31,8 +31,8 @@ struct ChartSeries {
     // The first time a period shows: periodSeconds before now; nothing for 0 (everything).
     static std::optional<QDateTime> periodStart(const QDateTime& now, int periodSeconds);
     // The samples at or after start (all without one), thinned.
-    static std::vector<Sample> points(const SampleRing& samples,
-                                      const std::optional<QDateTime>& start);
+    static std::vector<Sample> drawnSamples(const SampleRing& samples,
+                                            const std::optional<QDateTime>& start);
     // Up to maxEvenlySpread samples as they are; more: those at index floor(n × i / 1500) for
     // i = 0…1499, then the last one.
     static std::vector<Sample> thinned(std::vector<Sample> samples);

@@ -2,14 +2,17 @@
 
 #include "TextFile.h"
 
+#include <algorithm>
 #include <utility>
+
+#include <QMetaMethod>
 
 namespace kestrin {
 
 OutputBuffer::OutputBuffer(qsizetype maxCharacters, qsizetype trimTarget, QObject* parent)
     : QObject(parent)
     , maxCharacters_(maxCharacters)
-    , trimTarget_(trimTarget) {}
+    , trimTarget_(std::min(trimTarget, maxCharacters)) {}
 
 void OutputBuffer::append(std::span<const LogSegment> line) {
     const bool mirrored = isSignalConnected(QMetaMethod::fromSignal(&OutputBuffer::appended));
@@ -77,7 +80,8 @@ void OutputBuffer::trimIfNeeded() {
         return;
     }
     qsizetype cut = text_.size() - trimTarget_;
-    const qsizetype lineBreak = text_.indexOf(QLatin1Char('\n'), cut);
+    // A line that begins exactly at the cut is kept whole: the break before it ends the cut.
+    const qsizetype lineBreak = text_.indexOf(QLatin1Char('\n'), cut - 1);
     if (lineBreak >= 0) {
         cut = lineBreak + 1;
     } else if (text_.at(cut).isLowSurrogate()) {

@@ -34,7 +34,8 @@ public:
     static constexpr qsizetype defaultMaxCharacters = 2'000'000;
     static constexpr qsizetype defaultTrimTarget = 1'500'000;
 
-    // Past maxCharacters the oldest lines go, keeping at least the newest trimTarget units.
+    // Past maxCharacters the oldest lines go: those that begin within the last trimTarget
+    // units stay.
     explicit OutputBuffer(qsizetype maxCharacters = defaultMaxCharacters,
                           qsizetype trimTarget = defaultTrimTarget, QObject* parent = nullptr);
 

@@ -130,7 +130,10 @@ std::optional<AddedDatapoint> addDatapoint(std::vector<Poll> polls, const Uuid& 
     if (base != datapoints.end()) {
         added.unitID = base->unitID;
         added.setTable(base->table());
-        added.dataType = base->table().isBit() ? DataType::boolean : base->dataType;
+        // A bit table keeps the bool that setTable gave it.
+        if (!base->table().isBit()) {
+            added.dataType = base->dataType;
+        }
         added.wordOrder = base->wordOrder;
         added.address = nextAddress(*base, added.count()).value_or(0);
         insertAt = std::next(base);

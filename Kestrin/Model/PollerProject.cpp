@@ -126,7 +126,7 @@ PollerProject PollerProject::firstRun() {
 PollerProject PollerProject::newProject(const PollerProject& current) {
     PollerProject project;
     project.serial = current.serial;
-    project.timeoutMs = allowedTimeout(current.timeoutMs);
+    project.timeoutMs = current.timeoutMs;
     project.writeMode = current.writeMode;
     project.maxGap = current.maxGap;
     Poll poll;

@@ -38,8 +38,9 @@ struct PollerProject {
     // Pretty-printed with two spaces, keys sorted at every level, UTF-8 without a final newline.
     std::string encoded() const;
 
-    // Absent keys take their defaults and "version" is never read; a value of the wrong type
-    // fails the whole document with a message that names the key path.
+    // Absent keys take their defaults, "version" is never read and a time-out the picker does
+    // not offer becomes the default; a value of the wrong type fails the whole document with a
+    // message that names the key path.
     static Result<PollerProject, std::string> fromJSON(const nlohmann::json& object);
     static Result<PollerProject, std::string> decode(std::string_view text);
 

@@ -39,8 +39,11 @@ Result<void, std::string> writeAtomically(const PollerProject& project, const QS
         return file.errorString().toStdString();
     }
     const std::string bytes = project.encoded();
+    // commit() ignores a failed final flush (a full disk) and would put a cut-off file in place,
+    // so the flush is checked here.
     if (file.write(bytes.data(), static_cast<qint64>(bytes.size())) !=
-        static_cast<qint64>(bytes.size())) {
+            static_cast<qint64>(bytes.size()) ||
+        !file.flush()) {
         std::string reason = file.errorString().toStdString();
         file.cancelWriting();
         return reason;
@@ -70,9 +73,7 @@ ProjectStore::Loaded ProjectStore::load() const {
     }
     auto project = readProject(autosavePath_);
     if (project) {
-        PollerProject loaded = std::move(project).value();
-        loaded.timeoutMs = PollerProject::allowedTimeout(loaded.timeoutMs);
-        return {std::move(loaded), std::nullopt};
+        return {std::move(project).value(), std::nullopt};
     }
     return {PollerProject::firstRun(), keepBroken()};
 }
@@ -105,9 +106,7 @@ Result<PollerProject, std::string> ProjectStore::open(const QString& path) {
     if (!project) {
         return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
     }
-    PollerProject opened = std::move(project).value();
-    opened.timeoutMs = PollerProject::allowedTimeout(opened.timeoutMs);
-    return opened;
+    return project;
 }
 
 Result<void, std::string> ProjectStore::saveAs(const PollerProject& project, const QString& path) {

@@ -8,25 +8,25 @@ SampleRing::SampleRing(std::size_t capacity)
     : capacity_(std::max<std::size_t>(capacity, 1)) {}
 
 void SampleRing::push(const Sample& sample) {
+    const Stored stored{sample.time.toMSecsSinceEpoch(), sample.value};
     if (storage_.size() < capacity_) {
         // Grow by doubling but never past the cap, so a full ring holds no unused room.
         if (storage_.size() == storage_.capacity()) {
             storage_.reserve(std::min(capacity_, std::max<std::size_t>(16, storage_.size() * 2)));
         }
-        storage_.push_back(sample);
+        storage_.push_back(stored);
         return;
     }
-    storage_[head_] = sample;
+    storage_[head_] = stored;
     head_ = head_ + 1 == capacity_ ? 0 : head_ + 1;
 }
 
 std::vector<Sample> SampleRing::toVector() const {
     std::vector<Sample> samples;
     samples.reserve(storage_.size());
-    samples.insert(samples.end(), storage_.begin() + static_cast<std::ptrdiff_t>(head_),
-                   storage_.end());
-    samples.insert(samples.end(), storage_.begin(),
-                   storage_.begin() + static_cast<std::ptrdiff_t>(head_));
+    for (std::size_t index = 0; index < storage_.size(); ++index) {
+        samples.push_back((*this)[index]);
+    }
     return samples;
 }
 

@@ -8,7 +8,8 @@
 namespace kestrin {
 
 // The newest samples of one datapoint, oldest first, in a fixed-capacity ring: once full, each
-// new sample overwrites the oldest in O(1) instead of shifting the whole list.
+// new sample overwrites the oldest in O(1) instead of shifting the whole list. Times are kept
+// as milliseconds since the epoch (16 bytes a sample, trivially copied) and handed out in UTC.
 class SampleRing {
 public:
     explicit SampleRing(std::size_t capacity);
@@ -19,21 +20,30 @@ public:
     bool empty() const noexcept { return storage_.empty(); }
     std::size_t capacity() const noexcept { return capacity_; }
     // Bytes held for samples, reserved room included.
-    std::size_t allocatedBytes() const noexcept { return storage_.capacity() * sizeof(Sample); }
+    std::size_t allocatedBytes() const noexcept { return storage_.capacity() * sizeof(Stored); }
 
     // Index 0 is the oldest sample kept.
-    const Sample& operator[](std::size_t index) const noexcept {
+    Sample operator[](std::size_t index) const {
         const std::size_t slot = head_ + index;
-        return storage_[slot < storage_.size() ? slot : slot - storage_.size()];
+        return unpacked(storage_[slot < storage_.size() ? slot : slot - storage_.size()]);
     }
-    const Sample& front() const noexcept { return (*this)[0]; }
-    const Sample& back() const noexcept { return (*this)[size() - 1]; }
+    Sample front() const { return (*this)[0]; }
+    Sample back() const { return (*this)[size() - 1]; }
 
     std::vector<Sample> toVector() const;
 
 private:
+    struct Stored {
+        qint64 msecsSinceEpoch;
+        double value;
+    };
+
+    static Sample unpacked(const Stored& stored) {
+        return {QDateTime::fromMSecsSinceEpoch(stored.msecsSinceEpoch, Qt::UTC), stored.value};
+    }
+
     std::size_t capacity_;
-    std::vector<Sample> storage_;
+    std::vector<Stored> storage_;
     // The slot of the oldest sample; moves only once the ring is full.
     std::size_t head_ = 0;
 };

@@ -8,83 +8,47 @@
 namespace kestrin {
 namespace {
 
-const QDateTime start = QDateTime::fromSecsSinceEpoch(1'700'000'000, Qt::UTC);
-
-std::vector<Sample> numbered(std::size_t count) {
-    std::vector<Sample> samples;
-    for (std::size_t index = 0; index < count; ++index) {
-        samples.push_back({start.addMSecs(static_cast<qint64>(index)), static_cast<double>(index)});
-    }
-    return samples;
-}
+const QDateTime now = QDateTime::fromSecsSinceEpoch(1'700'000'000, Qt::UTC);
 
 TEST(ChartSeries, ThinsLongSeriesTo1501PointsKeepingFirstAndLast) {
-    struct Row {
-        std::size_t count;
-        std::size_t drawn;
-        double secondValue; // the index taken for i = 1
-        double beforeLast;  // the index taken for i = 1499
-    };
-    const Row rows[] = {
-        {1500, 1500, 1, 1499},
-        {1501, 1501, 1, 1499},
-        {3000, 1501, 2, 2998},
-        {20'000, 1501, 13, 19'986},
-    };
-    for (const Row& row : rows) {
-        const std::vector<Sample> drawn = ChartSeries::thinned(numbered(row.count));
-        ASSERT_EQ(drawn.size(), row.drawn) << row.count;
-        EXPECT_EQ(drawn.front().value, 0) << row.count;
-        EXPECT_EQ(drawn[1].value, row.secondValue) << row.count;
-        EXPECT_EQ(drawn[1499].value, row.beforeLast) << row.count;
-        EXPECT_EQ(drawn.back().value, static_cast<double>(row.count - 1)) << row.count;
-    }
-    EXPECT_TRUE(ChartSeries::thinned({}).empty());
-}
-
-TEST(ChartSeries, PeriodShowsSamplesAtOrAfterItsStart) {
-    SampleRing ring(10);
-    const QDateTime now = start.addSecs(600);
-    for (const int age : {120, 60, 59, 0}) {
-        ring.push({now.addSecs(-age), static_cast<double>(age)});
-    }
-    const auto valuesFor = [&](int period) {
-        std::vector<double> values;
-        for (const Sample& sample :
-             ChartSeries::points(ring, ChartSeries::periodStart(now, period))) {
-            values.push_back(sample.value);
+    // count, then the values drawn at positions 1 and 1499 (floor(count × i / 1500)).
+    const std::vector<std::array<std::size_t, 3>> rows{
+        {1500, 1, 1499}, {1501, 1, 1499}, {3000, 2, 2998}, {20'000, 13, 19'986}};
+    for (const auto& [count, second, beforeLast] : rows) {
+        std::vector<Sample> samples;
+        for (std::size_t index = 0; index < count; ++index) {
+            samples.push_back({now, double(index)});
         }
-        return values;
-    };
-    EXPECT_EQ(valuesFor(0), (std::vector<double>{120, 60, 59, 0}));
-    EXPECT_EQ(valuesFor(60), (std::vector<double>{60, 59, 0}));
+        const std::vector<Sample> drawn = ChartSeries::thinned(samples);
+        ASSERT_EQ(drawn.size(), std::min<std::size_t>(count, 1501)) << count;
+        EXPECT_EQ(drawn[0].value, 0) << count;
+        EXPECT_EQ(drawn[1].value, double(second)) << count;
+        EXPECT_EQ(drawn[1499].value, double(beforeLast)) << count;
+        EXPECT_EQ(drawn.back().value, double(count - 1)) << count;
+    }
 }
 
-TEST(ChartSeries, OneLabelledSeriesPerPlottedDatapointWithSamplesInThePeriod) {
+TEST(ChartSeries, PlottedDatapointsWithSamplesInThePeriodInTableOrder) {
     L10n::withLanguageForTesting(Language::en, [] {
         Poll poll;
         poll.datapoints.resize(4);
         poll.datapoints[0].name = "Temperature";
         poll.datapoints[0].engineeringUnit = "°C";
-        poll.datapoints[1].address = 100; // unnamed, no unit
-        poll.datapoints[3].name = "Old";
-        for (const std::size_t plotted : {0, 1, 3}) {
-            poll.plotted.insert(poll.datapoints[plotted].id);
-        }
-
+        poll.datapoints[1].address = 100;
         History history;
-        const QDateTime now = start.addSecs(3600);
-        (void)history.record(poll.datapoints[0].id, {now, 1});
-        (void)history.record(poll.datapoints[1].id, {now.addSecs(-10), 2});
-        (void)history.record(poll.datapoints[2].id, {now, 3});              // not plotted
-        (void)history.record(poll.datapoints[3].id, {now.addSecs(-70), 4}); // before the period
-
-        const std::vector<ChartSeries> series = ChartSeries::series(poll, history, now, 60);
-        ASSERT_EQ(series.size(), 2u);
-        EXPECT_EQ(series[0].label, "Temperature (°C)");
-        EXPECT_EQ(series[0].datapointID, poll.datapoints[0].id);
-        EXPECT_EQ(series[1].label, "HR 100");
-        EXPECT_EQ(series[1].points, (std::vector<Sample>{{now.addSecs(-10), 2}}));
+        // Ages in seconds: exactly at the start of a 60-second period counts.
+        const int ages[] = {0, 60, 0, 61};
+        for (std::size_t index = 0; index < 4; ++index) {
+            (void)history.record(poll.datapoints[index].id, {now.addSecs(-ages[index]), 1});
+            if (index != 2) {
+                poll.plotted.insert(poll.datapoints[index].id);
+            }
+        }
+        const std::vector<ChartSeries> lastMinute = ChartSeries::series(poll, history, now, 60);
+        ASSERT_EQ(lastMinute.size(), 2u);
+        EXPECT_EQ(lastMinute[0].label, "Temperature (°C)");
+        EXPECT_EQ(lastMinute[1].label, "HR 100");
+        EXPECT_EQ(lastMinute[1].points, (std::vector<Sample>{{now.addSecs(-60), 1}}));
         EXPECT_EQ(ChartSeries::series(poll, history, now, 0).size(), 3u);
     });
 }

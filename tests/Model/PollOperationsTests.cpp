@@ -1,0 +1,215 @@
+#include "L10n.h"
+#include "PollOperations.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using namespace PollOperations;
+
+Datapoint point(RegisterTable table, int address, DataType type = DataType::uint16) {
+    Datapoint datapoint;
+    datapoint.setTable(table);
+    datapoint.address = static_cast<std::uint16_t>(address);
+    datapoint.dataType = table.isBit() ? datapoint.dataType : type;
+    datapoint.name = "P" + std::to_string(address);
+    return datapoint;
+}
+
+Poll poll(std::string name, std::vector<Datapoint> datapoints = {}) {
+    Poll result;
+    result.name = std::move(name);
+    result.datapoints = std::move(datapoints);
+    return result;
+}
+
+// The datapoint as it would be with another id and address.
+Datapoint moved(Datapoint datapoint, const Uuid& id, int address) {
+    datapoint.id = id;
+    datapoint.address = static_cast<std::uint16_t>(address);
+    return datapoint;
+}
+
+TEST(PollOperations, AddPollAppendsANumberedPollAndSelectsIt) {
+    const Selection added = addPoll({poll("Meter"), poll("Pump")});
+    ASSERT_EQ(added.polls.size(), 3u);
+    Poll expected = poll(L10n::Polls::newName(3));
+    expected.id = added.polls[2].id;
+    EXPECT_EQ(added.polls[2], expected);
+    EXPECT_EQ(added.selectedPollID, expected.id);
+}
+
+TEST(PollOperations, DuplicatePollCopiesWithNewIdsAndKeepsTheChartOnTheCopies) {
+    Poll meter = poll("Meter", {point(RegisterTable::holdingRegister, 0),
+                                point(RegisterTable::inputRegister, 4, DataType::float32)});
+    meter.intervalMs = 250;
+    meter.enabled = false;
+    meter.plotted = {meter.datapoints[1].id};
+    const Poll other = poll("Other");
+
+    const auto duplicated = duplicatePoll({meter, other}, meter.id);
+    ASSERT_TRUE(duplicated);
+    ASSERT_EQ(duplicated->polls.size(), 3u);
+    const Poll& copy = duplicated->polls[1];
+    EXPECT_EQ(duplicated->selectedPollID, copy.id);
+    Poll expected = meter;
+    expected.id = copy.id;
+    expected.name = L10n::Polls::copyName("Meter");
+    for (std::size_t index = 0; index < 2; ++index) {
+        EXPECT_NE(copy.datapoints.at(index).id, meter.datapoints[index].id);
+        expected.datapoints[index].id = copy.datapoints[index].id;
+    }
+    expected.plotted = {copy.datapoints[1].id};
+    EXPECT_NE(copy.id, meter.id);
+    EXPECT_EQ(copy, expected);
+    EXPECT_EQ(duplicated->polls[0], meter);
+    EXPECT_EQ(duplicated->polls[2], other);
+    EXPECT_FALSE(duplicatePoll({meter}, Uuid::random()));
+}
+
+TEST(PollOperations, RemovingTheSelectedPollSelectsTheOneBeforeIt) {
+    const std::vector<Poll> polls{poll("A"), poll("B"), poll("C")};
+    const struct {
+        std::size_t removed;
+        std::optional<std::size_t> selected, expected; // indexes into polls
+    } rows[] = {{0, 0, 1}, {1, 1, 0}, {2, 2, 1}, {0, 2, 2}, {1, std::nullopt, std::nullopt}};
+    const auto idAt = [&](std::optional<std::size_t> index) {
+        return index ? std::optional<Uuid>(polls[*index].id) : std::nullopt;
+    };
+    for (const auto& row : rows) {
+        const auto removed = removePoll(polls, polls[row.removed].id, idAt(row.selected));
+        ASSERT_TRUE(removed) << row.removed;
+        std::vector<Poll> left = polls;
+        left.erase(left.begin() + static_cast<std::ptrdiff_t>(row.removed));
+        EXPECT_EQ(removed->polls, left);
+        EXPECT_EQ(removed->selectedPollID, idAt(row.expected)) << row.removed;
+    }
+    EXPECT_FALSE(removePoll({polls[0]}, polls[0].id, polls[0].id));
+    EXPECT_FALSE(removePoll(polls, Uuid::random(), polls[0].id));
+}
+
+TEST(PollOperations, FieldSettersChangeOnlyTheNamedPoll) {
+    const Datapoint charted = point(RegisterTable::holdingRegister, 0);
+    const std::vector<Poll> polls{poll("A", {charted}), poll("B")};
+    const Uuid a = polls[0].id;
+    const Uuid b = polls[1].id;
+
+    EXPECT_EQ(renamePoll(polls, a, "")[0].name, "");
+    EXPECT_EQ(setInterval(polls, a, 12345)[0].intervalMs, 12345);
+    EXPECT_FALSE(setEnabled(polls, b, false)[1].enabled);
+    const auto plotted = setPlotted(polls, a, charted.id, true);
+    EXPECT_EQ(plotted[0].plotted, std::set<Uuid>{charted.id});
+    EXPECT_TRUE(setPlotted(plotted, a, charted.id, false)[0].plotted.empty());
+    EXPECT_EQ(renamePoll(polls, a, "X")[1], polls[1]);
+    EXPECT_EQ(setInterval(polls, b, 5)[0], polls[0]);
+
+    const Uuid unknown = Uuid::random();
+    EXPECT_EQ(renamePoll(polls, unknown, "X"), polls);
+    EXPECT_EQ(setEnabled(polls, unknown, false), polls);
+    EXPECT_EQ(setPlotted(polls, unknown, charted.id, true), polls);
+}
+
+TEST(PollOperations, AddDatapointContinuesAfterTheBaseOrStartsOverAtZero) {
+    const struct {
+        Datapoint base;
+        int address;
+    } rows[] = {
+        {point(RegisterTable::holdingRegister, 100, DataType::float32), 102},
+        {point(RegisterTable::coil, 5), 6},
+        {point(RegisterTable::discreteInput, 65534), 65535},
+        {point(RegisterTable::inputRegister, 65532, DataType::int32), 65534},
+        {point(RegisterTable::holdingRegister, 65533, DataType::float32), 0},
+        {point(RegisterTable::holdingRegister, 65532, DataType::float64), 0},
+        {point(RegisterTable::coil, 65535), 0},
+    };
+    for (const auto& row : rows) {
+        Datapoint base = row.base;
+        base.unitID = 17;
+        base.wordOrder = WordOrder::cdab;
+        base.scale = 0.1;
+        base.engineeringUnit = "kW";
+        const Poll target = poll("Meter", {point(RegisterTable::coil, 0), base});
+        const auto added = addDatapoint({target}, target.id, std::nullopt);
+        ASSERT_TRUE(added);
+        ASSERT_EQ(added->polls[0].datapoints.size(), 3u);
+        const Datapoint& fresh = added->polls[0].datapoints[2];
+        Datapoint expected(added->datapointID, L10n::Table::newName(base.table(), row.address), 17,
+                           base.table(), static_cast<std::uint16_t>(row.address), base.dataType,
+                           WordOrder::cdab, 1.0, "", DisplayFormat::decimal, 0, "", Simulation());
+        EXPECT_EQ(fresh, expected) << base.name;
+    }
+}
+
+TEST(PollOperations, AddDatapointAfterTheSelectionOrIntoAnEmptyPoll) {
+    const Datapoint first = point(RegisterTable::inputRegister, 10, DataType::uint32);
+    const Datapoint last = point(RegisterTable::coil, 0);
+    const Poll target = poll("Meter", {first, last});
+    const auto added = addDatapoint({target}, target.id, first.id);
+    ASSERT_TRUE(added);
+    const std::vector<Datapoint>& datapoints = added->polls[0].datapoints;
+    ASSERT_EQ(datapoints.size(), 3u);
+    EXPECT_EQ(datapoints[1].id, added->datapointID);
+    EXPECT_EQ(datapoints[1].address, 12);
+    EXPECT_EQ(datapoints[2], last);
+
+    const Poll empty = poll("Empty");
+    const auto started = addDatapoint({empty}, empty.id, Uuid::random());
+    ASSERT_TRUE(started);
+    Datapoint expected;
+    expected.id = started->datapointID;
+    expected.name = L10n::Table::newName(RegisterTable::holdingRegister, 0);
+    EXPECT_EQ(started->polls[0].datapoints, std::vector<Datapoint>{expected});
+    EXPECT_FALSE(addDatapoint({empty}, Uuid::random(), std::nullopt));
+}
+
+TEST(PollOperations, DuplicateDatapointsCopiesEachRightAfterItself) {
+    const Datapoint counter = point(RegisterTable::inputRegister, 10, DataType::uint32);
+    const Datapoint mode = point(RegisterTable::holdingRegister, 1);
+    const Datapoint nearEnd = point(RegisterTable::holdingRegister, 65533, DataType::int32);
+    const Datapoint lastCoil = point(RegisterTable::coil, 65535);
+    const Poll target = poll("Meter", {counter, mode, nearEnd, lastCoil});
+
+    const auto duplicated = duplicateDatapoints(
+        {target}, target.id, {counter.id, nearEnd.id, lastCoil.id, Uuid::random()});
+    const std::vector<Datapoint>& result = duplicated[0].datapoints;
+    ASSERT_EQ(result.size(), 7u);
+    EXPECT_EQ(result, (std::vector<Datapoint>{counter, moved(counter, result[1].id, 12), mode,
+                                              nearEnd, moved(nearEnd, result[4].id, 65533),
+                                              lastCoil, moved(lastCoil, result[6].id, 65535)}));
+    EXPECT_NE(result[1].id, counter.id);
+    EXPECT_EQ(duplicateDatapoints({target}, target.id, {Uuid::random()})[0], target);
+}
+
+TEST(PollOperations, DeleteDatapointsAlsoTakesThemOutOfTheChart) {
+    const Datapoint keep = point(RegisterTable::holdingRegister, 0);
+    const Datapoint drop = point(RegisterTable::holdingRegister, 1);
+    Poll target = poll("Meter", {keep, drop});
+    target.plotted = {keep.id, drop.id};
+    const auto deleted = deleteDatapoints({target}, target.id, {drop.id, Uuid::random()});
+    EXPECT_EQ(deleted[0].datapoints, std::vector<Datapoint>{keep});
+    EXPECT_EQ(deleted[0].plotted, std::set<Uuid>{keep.id});
+}
+
+TEST(PollOperations, ImportAddsAfterTheListOrReplacesListAndChart) {
+    const Datapoint existing = point(RegisterTable::holdingRegister, 0);
+    Poll target = poll("Meter", {existing});
+    target.plotted = {existing.id};
+    const Poll other = poll("Other");
+    const std::vector<Datapoint> imported{point(RegisterTable::coil, 3),
+                                          point(RegisterTable::inputRegister, 7)};
+
+    const auto added = importDatapoints({target, other}, target.id, imported, ImportChoice::add);
+    EXPECT_EQ(added[0].datapoints, (std::vector<Datapoint>{existing, imported[0], imported[1]}));
+    EXPECT_EQ(added[0].plotted, target.plotted);
+    EXPECT_EQ(added[1], other);
+    const auto replaced =
+        importDatapoints({target, other}, target.id, imported, ImportChoice::replace);
+    EXPECT_EQ(replaced[0].datapoints, imported);
+    EXPECT_TRUE(replaced[0].plotted.empty());
+}
+
+} // namespace
+} // namespace kestrin

@@ -1,0 +1,162 @@
+#include "L10n.h"
+#include "ProjectStore.h"
+
+#include <csignal>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void write(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+PollerProject editedProject() {
+    PollerProject project = PollerProject::firstRun();
+    project.timeoutMs = 200;
+    project.polls.push_back(PollerProject::newProject(project).polls.front());
+    return project;
+}
+
+bool isFirstRun(const PollerProject& project) {
+    return project.polls.size() == 1 && project.polls[0].datapoints.size() == 7 &&
+           project.polls[0].name == L10n::Example::pollName();
+}
+
+class ProjectStoreTest : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    QString autosavePath = folder.filePath(QStringLiteral("Kestrin/project.json"));
+    QString kestrinFolder = QFileInfo(autosavePath).absolutePath();
+    ProjectStore store{autosavePath};
+};
+
+TEST_F(ProjectStoreTest, SaveLoadSaveIsByteIdentical) {
+    const PollerProject project = editedProject();
+    ASSERT_TRUE(store.save(project).ok());
+    const QByteArray saved = contents(autosavePath);
+    EXPECT_EQ(saved.toStdString(), project.encoded());
+
+    const ProjectStore::Loaded loaded = store.load();
+    EXPECT_EQ(loaded.project, project);
+    EXPECT_FALSE(loaded.brokenCopy);
+    ASSERT_TRUE(store.save(loaded.project).ok());
+    EXPECT_EQ(contents(autosavePath), saved);
+}
+
+TEST_F(ProjectStoreTest, WithoutAnAutosaveTheFirstRunProjectIsUsedAndNothingWritten) {
+    const ProjectStore::Loaded loaded = store.load();
+    EXPECT_TRUE(isFirstRun(loaded.project));
+    EXPECT_FALSE(loaded.brokenCopy);
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+
+    const ProjectStore noDataFolder{QString()};
+    EXPECT_TRUE(isFirstRun(noDataFolder.load().project));
+    EXPECT_FALSE(noDataFolder.save(editedProject()).ok());
+}
+
+TEST_F(ProjectStoreTest, AnUnusableAutosaveIsKeptBesideItBeforeTheFirstRunProjectIsUsed) {
+    const QRegularExpression keptName(
+        QStringLiteral("^project\\.json\\.broken-\\d{4}-\\d\\d-\\d\\dT\\d{6}(-\\d+)?$"));
+    QStringList kept;
+    for (const QByteArray broken : {"{\"polls\": [", "{\"polls\": []}", "{\"polls\": 1}", ""}) {
+        write(autosavePath, broken);
+        const ProjectStore::Loaded loaded = store.load();
+        EXPECT_TRUE(isFirstRun(loaded.project)) << broken.constData();
+        ASSERT_TRUE(loaded.brokenCopy) << broken.constData();
+        EXPECT_EQ(contents(*loaded.brokenCopy), broken);
+        EXPECT_FALSE(QFileInfo::exists(autosavePath));
+        EXPECT_EQ(QFileInfo(*loaded.brokenCopy).absolutePath(), kestrinFolder);
+        kept.append(QFileInfo(*loaded.brokenCopy).fileName());
+        EXPECT_TRUE(keptName.match(kept.back()).hasMatch()) << kept.back().toStdString();
+    }
+    // Rescues within one second still keep every file.
+    EXPECT_EQ(QDir(kestrinFolder).entryList(QDir::Files).size(), 4);
+}
+
+TEST_F(ProjectStoreTest, OpenRefusesUnreadableUndecodableAndPollLessFiles) {
+    const PollerProject project = editedProject();
+    write(folder.filePath(QStringLiteral("good.json")),
+          QByteArray::fromStdString(project.encoded()));
+    write(folder.filePath(QStringLiteral("empty.json")), R"({"polls": []})");
+    write(folder.filePath(QStringLiteral("notes.txt")), "Temperature;HR;100");
+
+    const auto opened = ProjectStore::open(folder.filePath(QStringLiteral("good.json")));
+    ASSERT_TRUE(opened.ok()) << opened.error();
+    EXPECT_EQ(opened.value(), project);
+    for (const char* name : {"empty.json", "notes.txt", "missing.json"}) {
+        const auto refused = ProjectStore::open(folder.filePath(QString::fromUtf8(name)));
+        ASSERT_FALSE(refused.ok()) << name;
+        EXPECT_EQ(refused.error(), L10n::Errors::fileOpenFailed(name));
+    }
+}
+
+TEST_F(ProjectStoreTest, SaveAsCreatesFoldersOrFailsWithTheReason) {
+    const PollerProject project = editedProject();
+    const QString target = folder.filePath(QStringLiteral("projects/plant/kestrin.json"));
+    ASSERT_TRUE(ProjectStore::saveAs(project, target).ok());
+    EXPECT_EQ(contents(target).toStdString(), project.encoded());
+    EXPECT_FALSE(QFileInfo::exists(autosavePath));
+
+    L10n::withLanguageForTesting(Language::en, [&] {
+        const auto refused = ProjectStore::saveAs(project, target + QStringLiteral("/inside.json"));
+        ASSERT_FALSE(refused.ok());
+        EXPECT_TRUE(refused.error().starts_with("Saving failed: ")) << refused.error();
+        EXPECT_GT(refused.error().size(), std::string("Saving failed: ").size());
+    });
+    EXPECT_EQ(contents(target).toStdString(), project.encoded());
+}
+
+// A file-size limit cuts the write off half-way, which permissions cannot do for root.
+TEST_F(ProjectStoreTest, AWriteThatFailsHalfWayLeavesThePreviousFileWhole) {
+    ASSERT_TRUE(store.save(PollerProject::newProject(PollerProject{})).ok());
+    const QByteArray saved = contents(autosavePath);
+
+    rlimit original{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &original), 0);
+    rlimit limited = original;
+    limited.rlim_cur = static_cast<rlim_t>(saved.size());
+    const auto previousHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
+    const auto result = store.save(editedProject());
+    setrlimit(RLIMIT_FSIZE, &original);
+    std::signal(SIGXFSZ, previousHandler);
+
+    EXPECT_FALSE(result.ok());
+    EXPECT_EQ(contents(autosavePath), saved);
+    EXPECT_EQ(QDir(kestrinFolder).entryList(QDir::Files), QStringList{"project.json"});
+}
+
+TEST_F(ProjectStoreTest, AFailedSaveIntoAReadOnlyFolderLeavesThePreviousFileWhole) {
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root writes into read-only folders";
+    }
+    ASSERT_TRUE(store.save(editedProject()).ok());
+    const QByteArray saved = contents(autosavePath);
+    QFile::setPermissions(kestrinFolder, QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+    const auto result = store.save(PollerProject::firstRun());
+    QFile::setPermissions(kestrinFolder,
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    EXPECT_FALSE(result.ok());
+    EXPECT_EQ(contents(autosavePath), saved);
+}
+
+} // namespace
+} // namespace kestrin
