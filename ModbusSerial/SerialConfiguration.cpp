@@ -2,6 +2,7 @@
 
 #include "JSONValue.h"
 #include "SerialTiming.h"
+#include "Text.h"
 
 #include <limits>
 #include <optional>
@@ -30,6 +31,34 @@ std::string SerialConfiguration::frameDescription() const {
 
 std::string SerialConfiguration::shortDescription() const {
     return std::to_string(baudRate) + ' ' + frameDescription();
+}
+
+std::optional<SerialConfiguration> SerialConfiguration::withFrame(std::string_view text) const {
+    text = Text::trimmed(text);
+    if (text.size() != 3 || (text[0] != '7' && text[0] != '8') ||
+        (text[2] != '1' && text[2] != '2')) {
+        return std::nullopt;
+    }
+    SerialConfiguration result = *this;
+    switch (text[1]) {
+    case 'N':
+    case 'n':
+        result.parity = Parity::none;
+        break;
+    case 'E':
+    case 'e':
+        result.parity = Parity::even;
+        break;
+    case 'O':
+    case 'o':
+        result.parity = Parity::odd;
+        break;
+    default:
+        return std::nullopt;
+    }
+    result.dataBits = text[0] - '0';
+    result.stopBits = text[2] - '0';
+    return result;
 }
 
 nlohmann::json SerialConfiguration::json() const {

@@ -4,7 +4,9 @@
 #include "Result.h"
 
 #include <array>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -30,6 +32,9 @@ struct SerialConfiguration {
     std::string frameDescription() const;
     // "9600 8E1".
     std::string shortDescription() const;
+    // The inverse of frameDescription, case-insensitive and trimmed ("8n2"), keeping the baud
+    // rate; nothing for anything but 7 or 8 data bits, N/E/O and 1 or 2 stop bits.
+    std::optional<SerialConfiguration> withFrame(std::string_view text) const;
 
     // All four keys, the parity as its raw value.
     nlohmann::json json() const;

@@ -130,8 +130,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         result.serial.baudRate = *baud;
     }
     if (arguments.frame) {
-        const std::optional<SerialConfiguration> frame =
-            CliOptions::frame(*arguments.frame, result.serial);
+        const std::optional<SerialConfiguration> frame = result.serial.withFrame(*arguments.frame);
         if (!frame) {
             return UsageError{{}, typed("--frame", *arguments.frame)};
         }
@@ -265,38 +264,6 @@ Result<CliOptions, UsageError> CliOptions::parse(Command command,
         found.*(spec->field) = std::string(*value);
     }
     return check(command, found);
-}
-
-std::optional<SerialConfiguration> CliOptions::frame(std::string_view text,
-                                                     SerialConfiguration base) {
-    text = Text::trimmed(text);
-    if (text.size() != 3) {
-        return std::nullopt;
-    }
-    const char dataBits = text[0];
-    const char stopBits = text[2];
-    if ((dataBits != '7' && dataBits != '8') || (stopBits != '1' && stopBits != '2')) {
-        return std::nullopt;
-    }
-    switch (text[1]) {
-    case 'N':
-    case 'n':
-        base.parity = Parity::none;
-        break;
-    case 'E':
-    case 'e':
-        base.parity = Parity::even;
-        break;
-    case 'O':
-    case 'o':
-        base.parity = Parity::odd;
-        break;
-    default:
-        return std::nullopt;
-    }
-    base.dataBits = dataBits - '0';
-    base.stopBits = stopBits - '0';
-    return base;
 }
 
 std::string CliOptions::usage() {

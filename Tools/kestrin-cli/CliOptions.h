@@ -48,11 +48,6 @@ struct CliOptions {
     static Result<CliOptions, UsageError> parse(Command command,
                                                 std::span<const std::string_view> arguments);
 
-    // "8E1", "8n2", "7O1": data bits 7 or 8, parity N, E or O, stop bits 1 or 2; the baud rate
-    // is taken from base.
-    static std::optional<SerialConfiguration> frame(std::string_view text,
-                                                    SerialConfiguration base);
-
     // The syntax of both commands: technical, the same in every language.
     static std::string usage();
 };

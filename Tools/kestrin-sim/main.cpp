@@ -85,30 +85,6 @@ std::optional<Number> number(std::string_view text) {
     return value;
 }
 
-// "8E1", "8N2", "7O1".
-std::optional<SerialConfiguration> withFrame(SerialConfiguration serial, std::string_view text) {
-    if (text.size() != 3 || (text[0] != '7' && text[0] != '8') ||
-        (text[2] != '1' && text[2] != '2')) {
-        return std::nullopt;
-    }
-    switch (text[1] | 0x20) {
-    case 'n':
-        serial.parity = Parity::none;
-        break;
-    case 'e':
-        serial.parity = Parity::even;
-        break;
-    case 'o':
-        serial.parity = Parity::odd;
-        break;
-    default:
-        return std::nullopt;
-    }
-    serial.dataBits = text[0] - '0';
-    serial.stopBits = text[2] - '0';
-    return serial;
-}
-
 std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
     std::vector<std::uint8_t> units;
     while (!text.empty()) {
@@ -163,7 +139,7 @@ Result<Options, std::string> parseOptions(int argc, char** argv) {
             }
             options.serial.baudRate = *baud;
         } else if (option == "--frame") {
-            const auto serial = withFrame(options.serial, value);
+            const auto serial = options.serial.withFrame(value);
             if (!serial) {
                 return invalid();
             }
