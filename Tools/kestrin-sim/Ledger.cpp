@@ -1,6 +1,9 @@
 #include "Ledger.h"
 
+#include <cerrno>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
 #include <nlohmann/json.hpp>
 
@@ -36,8 +39,8 @@ std::string LedgerEntry::json() const {
 }
 
 Ledger::~Ledger() {
-    if (file_ != nullptr) {
-        std::fclose(file_);
+    if (file_ != nullptr && std::fclose(file_) != 0) {
+        std::fputs("kestrin-sim: the ledger could not be completed\n", stderr);
     }
 }
 
@@ -53,7 +56,11 @@ void Ledger::record(const LedgerEntry& entry) {
     const std::string line = entry.json();
     std::fputs(line.c_str(), file_);
     std::fputc('\n', file_);
-    std::fflush(file_);
+    // Flushed per line so a test can read it while the device runs; a full disk is said once.
+    if (std::fflush(file_) != 0 && !flushFailed_) {
+        flushFailed_ = true;
+        std::fprintf(stderr, "kestrin-sim: writing the ledger failed: %s\n", std::strerror(errno));
+    }
 }
 
 } // namespace kestrin

@@ -45,6 +45,7 @@ public:
 
 private:
     std::FILE* file_ = nullptr;
+    bool flushFailed_ = false;
 };
 
 } // namespace kestrin

@@ -50,7 +50,7 @@ Simulator::Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger,
                      SimulatorTiming timing)
     : fd_(fd)
     , device_(device)
-    , faults_(std::move(faults))
+    , faults_(faults)
     , ledger_(ledger)
     , timing_(timing) {}
 

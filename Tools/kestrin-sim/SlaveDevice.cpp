@@ -238,7 +238,7 @@ Bytes SlaveDevice::writeRegisters(std::uint8_t unit, ByteView pdu) {
     const int count = uint16At(pdu, 3);
     const std::size_t byteCount = pdu[5];
     if (count < 1 || count > FunctionCode::maxWriteRegisters ||
-        byteCount != static_cast<std::size_t>(2 * count) ||
+        byteCount != 2 * static_cast<std::size_t>(count) ||
         pdu.size() != multipleWriteHeaderSize + byteCount) {
         return exceptionAnswer(function, ModbusException::illegalDataValue);
     }

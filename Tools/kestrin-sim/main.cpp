@@ -342,8 +342,11 @@ int main(int argc, char** argv) {
         link.emplace(std::move(created).value());
     }
 
+    // The path is the one thing a master needs from us: without it there is no point serving.
     std::printf("%s\n", line.value().path().c_str());
-    std::fflush(stdout);
+    if (std::fflush(stdout) != 0) {
+        return exitFailure;
+    }
     std::string units;
     for (std::uint8_t unit : device.units()) {
         units += (units.empty() ? "" : ",") + std::to_string(unit);

@@ -1,3 +1,4 @@
+#include "AdministratorCapability.h"
 #include "ExactBaudRate.h"
 #include "RTUFrame.h"
 #include "SerialLink.h"
@@ -7,9 +8,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
-#include <linux/capability.h>
 #include <memory>
-#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -147,16 +146,6 @@ TEST_F(PseudoTerminal, ClosedMasterIsADisconnectNotATimeout) {
         master = -1;
     });
     EXPECT_EQ(link->transact(request, true, 2.0), SerialLinkError{SerialLinkError::Disconnected{}});
-}
-
-// Root bypasses TIOCEXCL through CAP_SYS_ADMIN; capabilities are per thread, so a thread that
-// drops it sees the kernel's refusal as any user would.
-void dropAdministratorCapability() {
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> data{};
-    ASSERT_EQ(syscall(SYS_capget, &header, data.data()), 0);
-    data[CAP_TO_INDEX(CAP_SYS_ADMIN)].effective &= ~CAP_TO_MASK(CAP_SYS_ADMIN);
-    ASSERT_EQ(syscall(SYS_capset, &header, data.data()), 0);
 }
 
 TEST_F(PseudoTerminal, SecondLinkOnTheSamePortIsBusy) {

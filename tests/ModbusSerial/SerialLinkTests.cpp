@@ -251,7 +251,6 @@ TEST(SerialLink, ReadStopsAtEveryDisconnectSignalAndRetriesTransientOnes) {
         {"poll interrupted", {{-1, EINTR}, ready}, {{0, 0, answer}}, answer},
         {"read would block", {ready, ready}, {{-1, EAGAIN}, {0, 0, answer}}, answer},
         {"read interrupted", {ready, ready}, {{-1, EINTR}, {0, 0, answer}}, answer},
-        {"silence", {}, {}, failure(SerialLinkError::Timeout{})},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

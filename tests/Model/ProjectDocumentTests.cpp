@@ -8,30 +8,25 @@
 namespace kestrin {
 namespace {
 
-Poll meterPoll() {
-    Poll meter;
-    meter.id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
-    meter.name = "Meter «Süd»";
-    meter.intervalMs = 250;
-    meter.enabled = false;
-    meter.plotted.insert(*Uuid::parse("aaaaaaaa-bbbb-4ccc-8ddd-eeeeeeeeeeee"));
-    return meter;
-}
-
+// Every field away from its default.
 PollerProject sampleProject() {
     PollerProject project;
     project.serial = SerialConfiguration{19200, 7, Parity::odd, 2};
     project.timeoutMs = 500;
     project.writeMode = WriteMode::multiple;
     project.maxGap = 8;
-    project.polls = {meterPoll(), PollerProject::firstRun().polls.front()};
+    Poll& meter = project.polls.emplace_back();
+    meter.id = *Uuid::parse("11111111-2222-4333-8444-555555555555");
+    meter.name = "Meter «Süd»";
+    meter.intervalMs = 250;
+    meter.enabled = false;
+    meter.plotted.insert(*Uuid::parse("aaaaaaaa-bbbb-4ccc-8ddd-eeeeeeeeeeee"));
     return project;
 }
 
-TEST(ProjectDocument, WritesEveryKeySortedAndIndented) {
-    PollerProject project = sampleProject();
-    project.polls = {meterPoll()};
-    EXPECT_EQ(project.encoded(), R"({
+TEST(ProjectDocument, WritesEveryKeySortedAndIndentedAndReadsItBackUnchanged) {
+    const PollerProject project = sampleProject();
+    const std::string document = R"({
   "maxGap": 8,
   "polls": [
     {
@@ -54,15 +49,11 @@ TEST(ProjectDocument, WritesEveryKeySortedAndIndented) {
   "timeoutMs": 500,
   "version": 1,
   "writeMode": "multiple"
-})");
-}
-
-TEST(ProjectDocument, EncodeDecodeEncodeIsByteIdentical) {
-    const PollerProject project = sampleProject();
-    const auto decoded = PollerProject::decode(project.encoded());
+})";
+    EXPECT_EQ(project.encoded(), document);
+    const auto decoded = PollerProject::decode(document);
     ASSERT_TRUE(decoded.ok()) << decoded.error();
     EXPECT_EQ(decoded.value(), project);
-    EXPECT_EQ(decoded.value().encoded(), project.encoded());
 }
 
 TEST(ProjectDocument, AbsentKeysTakeTheirDefaultsAndUnknownOnesAreIgnored) {

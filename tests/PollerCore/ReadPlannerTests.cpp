@@ -28,6 +28,15 @@ Datapoint point(int unit, RegisterTable table, int address, DataType type = Data
     return result;
 }
 
+// Datapoints and blocks of unit 1 in the holding registers, the most common case below.
+Datapoint hr(int address, DataType type = DataType::uint16) {
+    return point(1, holding, address, type);
+}
+
+ReadBlock block(int address, int count) {
+    return {1, holding, static_cast<std::uint16_t>(address), count};
+}
+
 std::vector<Datapoint> run(int unit, RegisterTable table, int first, int count) {
     std::vector<Datapoint> points;
     for (int address = first; address < first + count; ++address) {
@@ -50,74 +59,42 @@ TEST(ReadPlanner, BlocksFollowGapLimitAndGroupRules) {
         int maxGap;
         std::vector<ReadBlock> blocks;
     };
+    constexpr DataType float32 = DataType::float32;
     const Row rows[] = {
-        {"adjacent datapoints share one block",
-         {point(1, holding, 0), point(1, holding, 1), point(1, holding, 2, DataType::float32)},
-         0,
-         {{1, holding, 0, 4}}},
-        {"a hole with gap 0 splits",
-         {point(1, holding, 0), point(1, holding, 5)},
-         0,
-         {{1, holding, 0, 1}, {1, holding, 5, 1}}},
-        {"a hole of 4 is bridged by gap 4",
-         {point(1, holding, 0), point(1, holding, 5)},
-         4,
-         {{1, holding, 0, 6}}},
-        {"a hole of 4 is not bridged by gap 3",
-         {point(1, holding, 0), point(1, holding, 5)},
-         3,
-         {{1, holding, 0, 1}, {1, holding, 5, 1}}},
-        {"a negative gap is 0",
-         {point(1, holding, 0), point(1, holding, 1), point(1, holding, 3)},
-         -5,
-         {{1, holding, 0, 2}, {1, holding, 3, 1}}},
-        {"registers split at 125",
-         run(1, holding, 0, 200),
-         0,
-         {{1, holding, 0, 125}, {1, holding, 125, 75}}},
-        {"coils split at 2000",
+        {"adjacent datapoints share a block", {hr(0), hr(1), hr(2, float32)}, 0, {block(0, 4)}},
+        {"a hole with gap 0 splits", {hr(0), hr(5)}, 0, {block(0, 1), block(5, 1)}},
+        {"a hole of 4 is bridged by gap 4", {hr(0), hr(5)}, 4, {block(0, 6)}},
+        {"but not by gap 3", {hr(0), hr(5)}, 3, {block(0, 1), block(5, 1)}},
+        {"a negative gap is 0", {hr(0), hr(1), hr(3)}, -5, {block(0, 2), block(3, 1)}},
+        {"registers split at 125", run(1, holding, 0, 200), 0, {block(0, 125), block(125, 75)}},
+        {"bits split at 2000",
          run(1, coil, 0, 2500),
          0,
          {{1, coil, 0, 2000}, {1, coil, 2000, 500}}},
-        {"a float32 that would cross the limit starts the next block",
-         joined(run(1, holding, 0, 124), std::vector{point(1, holding, 124, DataType::float32)}),
+        {"a float32 across the limit starts a block",
+         joined(run(1, holding, 0, 124), std::vector{hr(124, float32)}),
          0,
-         {{1, holding, 0, 124}, {1, holding, 124, 2}}},
-        {"datapoints at the same address overlap",
-         {point(1, holding, 10), point(1, holding, 10, DataType::uint32)},
-         0,
-         {{1, holding, 10, 2}}},
+         {block(0, 124), block(124, 2)}},
+        {"one address, two datapoints", {hr(10), hr(10, DataType::uint32)}, 0, {block(10, 2)}},
         {"input order does not matter within a group",
          {point(1, input, 7), point(1, input, 3), point(1, input, 5, DataType::int32),
           point(1, input, 4)},
          0,
          {{1, input, 3, 5}}},
         {"groups come out by unit, then in table order",
-         {point(2, coil, 0), point(1, input, 0), point(1, holding, 0), point(1, discrete, 0),
-          point(1, coil, 0)},
+         {point(2, coil, 0), point(1, input, 0), hr(0), point(1, discrete, 0), point(1, coil, 0)},
          0,
-         {{1, coil, 0, 1},
-          {1, discrete, 0, 1},
-          {1, holding, 0, 1},
-          {1, input, 0, 1},
-          {2, coil, 0, 1}}},
-        {"the same address in another table or unit is another block",
-         {point(1, holding, 0), point(1, input, 1), point(2, holding, 1)},
+         {{1, coil, 0, 1}, {1, discrete, 0, 1}, block(0, 1), {1, input, 0, 1}, {2, coil, 0, 1}}},
+        {"another table or unit is another block",
+         {hr(0), point(1, input, 1), point(2, holding, 1)},
          10,
-         {{1, holding, 0, 1}, {1, input, 1, 1}, {2, holding, 1, 1}}},
-        {"the gap counts bits in a bit table",
-         {point(1, coil, 0), point(1, coil, 9)},
-         8,
-         {{1, coil, 0, 10}}},
+         {block(0, 1), {1, input, 1, 1}, {2, holding, 1, 1}}},
+        {"the gap counts bits", {point(1, coil, 0), point(1, coil, 9)}, 8, {{1, coil, 0, 10}}},
         {"unreadable datapoints are dropped",
-         {point(0, holding, 0), point(248, holding, 0), point(1, holding, 65533, DataType::uint64),
-          point(1, holding, 65535)},
+         {point(0, holding, 0), point(248, holding, 0), hr(65533, DataType::uint64), hr(65535)},
          0,
-         {{1, holding, 65535, 1}}},
-        {"a huge gap cannot pass the limit",
-         {point(1, holding, 0), point(1, holding, 200)},
-         2147483647,
-         {{1, holding, 0, 1}, {1, holding, 200, 1}}},
+         {block(65535, 1)}},
+        {"a huge gap keeps the limit", {hr(0), hr(200)}, 2147483647, {block(0, 1), block(200, 1)}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
@@ -133,11 +110,11 @@ TEST(ReadBlock, CoversOnlyWholeDatapointsOfItsUnitAndTable) {
         bool covered;
     };
     const Row rows[] = {
-        {"first address", point(1, holding, 10), true},
-        {"last address", point(1, holding, 13), true},
-        {"float32 ending on the last address", point(1, holding, 12, DataType::float32), true},
-        {"float32 running past the end", point(1, holding, 13, DataType::float32), false},
-        {"before the block", point(1, holding, 9), false},
+        {"first address", hr(10), true},
+        {"last address", hr(13), true},
+        {"float32 ending on the last address", hr(12, DataType::float32), true},
+        {"float32 running past the end", hr(13, DataType::float32), false},
+        {"before the block", hr(9), false},
         {"another table", point(1, input, 10), false},
         {"another unit", point(2, holding, 10), false},
     };
@@ -154,38 +131,34 @@ Datapoint styled(Datapoint datapoint, double scale, WordOrder order = WordOrder:
 }
 
 TEST(ReadPlannerValue, CutsOutTheDatapointOnlyWhenTheBlockHoldsAllOfIt) {
-    using Decoded = std::optional<ReadPlanner::DecodedValue>;
+    using Value = ReadPlanner::DecodedValue;
+    constexpr auto none = std::nullopt;
+    constexpr DataType float32 = DataType::float32;
+    constexpr DataType uint32 = DataType::uint32;
     const ReadBlock coils{1, coil, 5, 3};
     const ReadBlock registers{1, holding, 100, 4};
+    const ReadData bits = ReadData::bits({false, false, true});
+    const ReadData words = ReadData::registers({1, 215, 3, 4});
     struct Row {
         std::string name;
         Datapoint point;
         ReadBlock block;
         ReadData data;
-        Decoded decoded;
+        std::optional<Value> decoded;
     };
     const Row rows[] = {
-        {"a set bit", point(1, coil, 7), coils, ReadData::bits({false, false, true}),
-         ReadPlanner::DecodedValue{1.0, {1}}},
-        {"a clear bit", point(1, coil, 6), coils, ReadData::bits({false, false, true}),
-         ReadPlanner::DecodedValue{0.0, {0}}},
-        {"bits shorter than the block", point(1, coil, 7), coils, ReadData::bits({false, false}),
-         std::nullopt},
-        {"bit data whatever the type", point(1, holding, 100, DataType::float32), registers,
-         ReadData::bits({true, false, false, false}), ReadPlanner::DecodedValue{1.0, {1}}},
-        {"scale 0 leaves the raw value", styled(point(1, holding, 101), 0), registers,
-         ReadData::registers({1, 215, 3, 4}), ReadPlanner::DecodedValue{215.0, {215}}},
-        {"scale 0.1", styled(point(1, holding, 101), 0.1), registers,
-         ReadData::registers({1, 215, 3, 4}), ReadPlanner::DecodedValue{21.5, {215}}},
-        {"registers in the datapoint's word order",
-         styled(point(1, holding, 102, DataType::uint32), 1, WordOrder::cdab), registers,
-         ReadData::registers({0, 0, 2, 1}), ReadPlanner::DecodedValue{65538.0, {2, 1}}},
-        {"registers shorter than the block", point(1, holding, 102, DataType::uint32), registers,
-         ReadData::registers({1, 2, 3}), std::nullopt},
-        {"another table", point(1, input, 100), registers, ReadData::registers({1, 2, 3, 4}),
-         std::nullopt},
-        {"running past the block", point(1, holding, 103, DataType::float32), registers,
-         ReadData::registers({1, 2, 3, 4, 5}), std::nullopt},
+        {"a set bit", point(1, coil, 7), coils, bits, Value{1.0, {1}}},
+        {"a clear bit", point(1, coil, 6), coils, bits, Value{0.0, {0}}},
+        {"too few bits", point(1, coil, 7), coils, ReadData::bits({false, false}), none},
+        {"bit data whatever the type", hr(100, float32), registers,
+         ReadData::bits({true, false, false, false}), Value{1.0, {1}}},
+        {"scale 0 leaves the raw value", styled(hr(101), 0), registers, words, Value{215.0, {215}}},
+        {"scale 0.1", styled(hr(101), 0.1), registers, words, Value{21.5, {215}}},
+        {"registers in the datapoint's word order", styled(hr(102, uint32), 1, WordOrder::cdab),
+         registers, ReadData::registers({0, 0, 2, 1}), Value{65538.0, {2, 1}}},
+        {"too few registers", hr(102, uint32), registers, ReadData::registers({1, 2, 3}), none},
+        {"another table", point(1, input, 100), registers, words, none},
+        {"past the block", hr(103, float32), registers, ReadData::registers({1, 2, 3, 4, 5}), none},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

@@ -2,15 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <string_view>
+#include <sys/mman.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 extern char** environ;
@@ -44,19 +43,6 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
     return result;
 }
 
-struct Pipe {
-    int read = -1;
-    int write = -1;
-};
-
-Pipe makePipe() {
-    std::array<int, 2> ends{-1, -1};
-    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-        return {};
-    }
-    return {ends[0], ends[1]};
-}
-
 // Starts arguments[0] with stdout and stderr on the given descriptors (-1 inherits).
 pid_t spawn(std::vector<std::string> arguments, int out, int err) {
     posix_spawn_file_actions_t actions;
@@ -75,23 +61,26 @@ pid_t spawn(std::vector<std::string> arguments, int out, int err) {
     return failed == 0 ? pid : -1;
 }
 
-int exitCode(int waitStatus) {
-    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -1;
+// Waits for the child to end, without reaping it; false when it still runs after the limit.
+bool ended(pid_t pid, std::chrono::milliseconds limit) {
+    // Through syscall(): this glibc's <sys/pidfd.h> declares pidfd_open without C linkage.
+    const int process = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
+    if (process == -1) {
+        return true;
+    }
+    pollfd readable{process, POLLIN, 0};
+    const bool done = ::poll(&readable, 1, static_cast<int>(limit.count())) == 1;
+    ::close(process);
+    return done;
 }
 
-// Stops a child: politely first, by force when it does not go within a few seconds.
+// Stops a child and reaps it: politely first, by force when it does not go within a few seconds.
 void stop(pid_t pid) {
     ::kill(pid, SIGTERM);
-    const Clock::time_point deadline = Clock::now() + std::chrono::seconds(5);
-    int waitStatus = 0;
-    while (::waitpid(pid, &waitStatus, WNOHANG) == 0) {
-        if (Clock::now() > deadline) {
-            ::kill(pid, SIGKILL);
-            ::waitpid(pid, &waitStatus, 0);
-            return;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (!ended(pid, std::chrono::seconds(5))) {
+        ::kill(pid, SIGKILL);
     }
+    ::waitpid(pid, nullptr, 0);
 }
 
 int millisecondsUntil(Clock::time_point deadline) {
@@ -99,64 +88,47 @@ int millisecondsUntil(Clock::time_point deadline) {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
+// Everything written to an anonymous file, which is closed.
+std::string contents(int file) {
+    std::string text;
+    std::array<char, 4096> chunk{};
+    ssize_t count = 0;
+    while ((count = ::pread(file, chunk.data(), chunk.size(), static_cast<off_t>(text.size()))) >
+           0) {
+        text.append(chunk.data(), static_cast<std::size_t>(count));
+    }
+    ::close(file);
+    return text;
+}
+
 } // namespace
 
 ProcessResult run(const std::vector<std::string>& arguments, std::chrono::milliseconds limit) {
+    // Files rather than pipes: nothing has to drain them while the child runs.
+    const int out = ::memfd_create("out", MFD_CLOEXEC);
+    const int err = ::memfd_create("err", MFD_CLOEXEC);
     ProcessResult result;
-    Pipe out = makePipe();
-    Pipe err = makePipe();
-    const pid_t pid = spawn(arguments, out.write, err.write);
-    ::close(out.write);
-    ::close(err.write);
-    if (pid == -1) {
-        ::close(out.read);
-        ::close(err.read);
-        return result;
+    const pid_t pid = spawn(arguments, out, err);
+    if (pid != -1 && ended(pid, limit)) {
+        int waitStatus = 0;
+        ::waitpid(pid, &waitStatus, 0);
+        result.exitCode = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -1;
+    } else if (pid != -1) {
+        stop(pid);
     }
-    std::array<pollfd, 2> streams{pollfd{out.read, POLLIN, 0}, pollfd{err.read, POLLIN, 0}};
-    std::array<std::string*, 2> texts{&result.out, &result.err};
-    const Clock::time_point deadline = Clock::now() + limit;
-    int open = 2;
-    while (open > 0) {
-        const int ready = ::poll(streams.data(), streams.size(), millisecondsUntil(deadline));
-        if (ready == 0) {
-            stop(pid);
-            break;
-        }
-        if (ready < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            break;
-        }
-        for (std::size_t i = 0; i < streams.size(); ++i) {
-            if (streams[i].fd == -1 || streams[i].revents == 0) {
-                continue;
-            }
-            std::array<char, 4096> chunk{};
-            const ssize_t count = ::read(streams[i].fd, chunk.data(), chunk.size());
-            if (count > 0) {
-                texts[i]->append(chunk.data(), static_cast<std::size_t>(count));
-            } else if (count == 0 || errno != EINTR) {
-                streams[i].fd = -1;
-                --open;
-            }
-        }
-    }
-    ::close(out.read);
-    ::close(err.read);
-    int waitStatus = 0;
-    if (::waitpid(pid, &waitStatus, 0) == pid) {
-        result.exitCode = exitCode(waitStatus);
-    }
+    result.out = contents(out);
+    result.err = contents(err);
     return result;
 }
 
 SimulatorProcess::SimulatorProcess(std::vector<std::string> arguments) {
-    Pipe out = makePipe();
-    pid_ = spawn(std::move(arguments), out.write, -1);
-    ::close(out.write);
-    output_ = out.read;
+    std::array<int, 2> ends{-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
+        return;
+    }
+    pid_ = spawn(std::move(arguments), ends[1], -1);
+    ::close(ends[1]);
+    output_ = ends[0];
     if (pid_ == -1) {
         return;
     }
@@ -165,25 +137,13 @@ SimulatorProcess::SimulatorProcess(std::vector<std::string> arguments) {
     std::string line;
     pollfd readable{output_, POLLIN, 0};
     while (line.find('\n') == std::string::npos) {
-        const int ready = ::poll(&readable, 1, millisecondsUntil(deadline));
-        if (ready == 0) {
-            return;
-        }
-        if (ready < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return;
-        }
         // One byte at a time, so nothing after the first line is taken from the pipe.
         char byte = 0;
-        const ssize_t count = ::read(output_, &byte, 1);
-        if (count == 0 || (count < 0 && errno != EINTR)) {
+        if (::poll(&readable, 1, millisecondsUntil(deadline)) != 1 ||
+            ::read(output_, &byte, 1) != 1) {
             return;
         }
-        if (count == 1) {
-            line += byte;
-        }
+        line += byte;
     }
     port_ = line.substr(0, line.find('\n'));
 }

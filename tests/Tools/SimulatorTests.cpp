@@ -144,11 +144,5 @@ TEST(Simulator, DelayFaultHoldsTheAnswerBackAndLedgerSaysSo) {
     EXPECT_NE(ledger[0].find(R"("fault":"delay")"), std::string::npos) << ledger[0];
 }
 
-TEST(Simulator, DroppedAnswersNeverArrive) {
-    RunningSimulator simulator(SimulatorTiming{}, "drop=1");
-    simulator.send(readRequest);
-    EXPECT_TRUE(simulator.receive(1, std::chrono::milliseconds(300)).empty());
-}
-
 } // namespace
 } // namespace kestrin

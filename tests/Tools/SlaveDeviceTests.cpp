@@ -32,6 +32,13 @@ std::vector<Datapoint> sampleList() {
     };
 }
 
+// The sample list for unit 1 and holding register 10 of unit 2.
+std::vector<Datapoint> twoUnits() {
+    std::vector<Datapoint> list = sampleList();
+    list.push_back(datapoint(RegisterTable::holdingRegister, 10, 0x5678, DataType::uint16, 2));
+    return list;
+}
+
 std::string answerTo(SlaveDevice& device, const char* requestPDU) {
     return hexString(device.answer(1, hexBytes(requestPDU)));
 }
@@ -91,9 +98,7 @@ TEST(SlaveDevice, WritesAreReadBack) {
 }
 
 TEST(SlaveDevice, RespondsOnlyToValidFramesForItsUnits) {
-    std::vector<Datapoint> list = sampleList();
-    list.push_back(datapoint(RegisterTable::holdingRegister, 10, 0x5678, DataType::uint16, 2));
-    SlaveDevice device(list);
+    SlaveDevice device(twoUnits());
     ASSERT_EQ(device.units(), (std::set<std::uint8_t>{1, 2}));
 
     const Bytes unit1 = RTUFrame::build(1, hexBytes("03 00 0A 00 01"));
@@ -111,9 +116,7 @@ TEST(SlaveDevice, RespondsOnlyToValidFramesForItsUnits) {
 }
 
 TEST(SlaveDevice, BroadcastWritesReachEveryUnitWithoutAnswer) {
-    std::vector<Datapoint> list = sampleList();
-    list.push_back(datapoint(RegisterTable::holdingRegister, 10, 0x5678, DataType::uint16, 2));
-    SlaveDevice device(list);
+    SlaveDevice device(twoUnits());
 
     EXPECT_EQ(device.respond(RTUFrame::build(0, hexBytes("06 00 0A 00 63")), 0), std::nullopt);
     EXPECT_EQ(device.cell(1, RegisterTable::holdingRegister, 10), 0x63);
@@ -128,8 +131,9 @@ TEST(SimulatedValue, FollowsEachKindOverTime) {
         Kind kind;
         double seconds;
         double expected;
+        double period = 4;
     };
-    // Minimum 10, maximum 20, period 4 s.
+    // Minimum 10, maximum 20, period 4 s unless the row says otherwise.
     const Row rows[] = {
         {"counter starts at minimum", Kind::counter, 0.5, 10},
         {"counter steps each second", Kind::counter, 3.2, 13},
@@ -144,10 +148,12 @@ TEST(SimulatedValue, FollowsEachKindOverTime) {
         {"toggle first half", Kind::toggle, 1.9, 10},
         {"toggle second half", Kind::toggle, 2, 20},
         {"toggle next period", Kind::toggle, 4.1, 10},
+        {"no period holds the minimum", Kind::ramp, 7.5, 10, 0},
+        {"negative period holds the minimum", Kind::ramp, 7.5, 10, -1},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        const Simulation simulation{row.kind, 10, 20, 4};
+        const Simulation simulation{row.kind, 10, 20, row.period};
         EXPECT_NEAR(SimulatedValue::at(simulation, row.seconds, 0), row.expected, 1e-9);
     }
 }
@@ -164,11 +170,6 @@ TEST(SimulatedValue, RandomStaysInRangeAndHoldsForASecond) {
     }
     EXPECT_GT(values.size(), 45U);
     EXPECT_NE(SimulatedValue::at(simulation, 0, 42), SimulatedValue::at(simulation, 0, 43));
-}
-
-TEST(SimulatedValue, NonPositivePeriodHoldsTheStart) {
-    const Simulation simulation{Simulation::Kind::ramp, 0, 100, 0};
-    EXPECT_EQ(SimulatedValue::at(simulation, 7.5, 0), 0);
 }
 
 TEST(SlaveDevice, AnimatesSimulatedDatapointsAtTheRequestTime) {

@@ -68,13 +68,5 @@ TEST(WriteRequest, ReadOnlyTablesGiveNoRequest) {
     }
 }
 
-TEST(WriteMode, RawValuesRoundTrip) {
-    for (WriteMode mode : WriteMode::allCases) {
-        EXPECT_EQ(WriteMode::fromRawValue(mode.rawValue()), mode);
-    }
-    EXPECT_EQ(WriteMode(WriteMode::multiple).rawValue(), "multiple");
-    EXPECT_EQ(WriteMode::fromRawValue("Single"), std::nullopt);
-}
-
 } // namespace
 } // namespace kestrin
