@@ -44,12 +44,12 @@ std::optional<Options> parse(int argc, char** argv) {
             options.port = value;
             continue;
         }
-        if (name == "--frame" && value.size() == 3) {
-            options.serial.dataBits = value[0] - '0';
-            options.serial.parity = value[1] == 'N'   ? Parity::none
-                                    : value[1] == 'O' ? Parity::odd
-                                                      : Parity::even;
-            options.serial.stopBits = value[2] - '0';
+        if (name == "--frame") {
+            const std::optional<SerialConfiguration> serial = options.serial.withFrame(value);
+            if (!serial) {
+                return std::nullopt;
+            }
+            options.serial = *serial;
             continue;
         }
         if (!number) {
