@@ -1,0 +1,276 @@
+#pragma once
+
+#include "ChartSeries.h"
+#include "Datapoint.h"
+#include "DatapointImport.h"
+#include "History.h"
+#include "LogLine.h"
+#include "LogSegment.h"
+#include "OutputBuffer.h"
+#include "PointStatus.h"
+#include "Poll.h"
+#include "PollOperations.h"
+#include "PollerEvent.h"
+#include "PollerProject.h"
+#include "PollerState.h"
+#include "SerialConfiguration.h"
+#include "SerialPortInfo.h"
+#include "Uuid.h"
+#include "WriteMode.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+class QSettings;
+
+namespace kestrin {
+
+class PollerEngine;
+class PortScanner;
+
+// The one object behind the window: the project being edited, the ports, the reading state, the
+// counters, the latest status of every datapoint, the history and the communication log. It owns
+// the engine while reading and turns the engine's events into all of the above. Views draw it
+// and call its operations; each published field has its own change signal.
+//
+// Main thread only. The engine's events are queued to this object's thread, tagged with the
+// engine they came from, so a late event of a stopped engine never reaches a newer one's state.
+class PollerModel : public QObject {
+    Q_OBJECT
+
+public:
+    struct Delays {
+        std::chrono::milliseconds resume{700};
+        std::chrono::milliseconds autosave{1000};
+        std::chrono::milliseconds publication{250};
+    };
+
+    // Where the model keeps what outlives it. The desktop application uses application(); the
+    // command line and tests choose what they need.
+    struct Environment {
+        // Absent: nothing is loaded at creation and nothing is ever autosaved.
+        std::optional<QString> autosavePath;
+        // Null: preferences are neither read nor written (defaults apply).
+        std::unique_ptr<QSettings> preferences;
+        // Null: the system's ports.
+        std::unique_ptr<PortScanner> scanner;
+        // The project to start with when there is no autosave path; the first-run project if
+        // absent.
+        std::optional<PollerProject> project;
+        Delays delays;
+
+        static Environment application();
+    };
+
+    // The pending write record: the datapoint as it was when sent, and the value written.
+    struct PendingWrite {
+        Datapoint datapoint;
+        double value = 0;
+    };
+
+    struct ImportOffer {
+        std::vector<Datapoint> datapoints;
+        DatapointImport::Question question;
+    };
+
+    explicit PollerModel(Environment environment, QObject* parent = nullptr);
+    ~PollerModel() override;
+    PollerModel(const PollerModel&) = delete;
+    PollerModel& operator=(const PollerModel&) = delete;
+
+    // Published fields.
+    const std::vector<SerialPortInfo>& ports() const noexcept { return ports_; }
+    PollerState state() const noexcept { return state_; }
+    const PollerStatistics& statistics() const noexcept { return statistics_; }
+    bool outputIsEmpty() const noexcept { return outputIsEmpty_; }
+    const std::map<Uuid, PointStatus>& status() const noexcept { return status_; }
+    const PointStatus* status(const Uuid& datapointID) const;
+    std::int64_t historyVersion() const noexcept { return historyVersion_; }
+    bool showNoResponseHint() const noexcept { return showNoResponseHint_; }
+    const std::optional<std::string>& errorMessage() const noexcept { return errorMessage_; }
+    void setErrorMessage(std::optional<std::string> message);
+    const std::optional<std::string>& writeError() const noexcept { return writeError_; }
+    void setWriteError(std::optional<std::string> message);
+    const std::string& selectedPath() const noexcept { return selectedPath_; }
+    void setSelectedPath(std::string path);
+    const SerialConfiguration& serial() const noexcept { return serial_; }
+    void setSerial(const SerialConfiguration& serial);
+    int timeoutMs() const noexcept { return timeoutMs_; }
+    void setTimeoutMs(int timeoutMs);
+    WriteMode writeMode() const noexcept { return writeMode_; }
+    void setWriteMode(WriteMode mode);
+    int maxGap() const noexcept { return maxGap_; }
+    void setMaxGap(int gap);
+    const std::vector<Poll>& polls() const noexcept { return polls_; }
+    void setPolls(std::vector<Poll> polls);
+    const std::optional<Uuid>& selectedPollID() const noexcept { return selectedPollID_; }
+    void setSelectedPollID(std::optional<Uuid> pollID);
+    bool showTimestamps() const noexcept { return logOptions_.showTimestamps; }
+    void setShowTimestamps(bool on);
+    bool showRawFrames() const noexcept { return logOptions_.showRawFrames; }
+    void setShowRawFrames(bool on);
+    bool logOnlyProblems() const noexcept { return logOptions_.onlyProblems; }
+    void setLogOnlyProblems(bool on);
+    bool autoscroll() const noexcept { return autoscroll_; }
+    void setAutoscroll(bool on);
+
+    OutputBuffer& output() noexcept { return *output_; }
+    const History& history() const noexcept { return history_; }
+    const std::map<Uuid, PendingWrite>& pendingWrites() const noexcept { return pendingWrites_; }
+    bool isEngineHeld() const noexcept { return engine_ != nullptr; }
+
+    // Derived.
+    bool canStart() const;
+    const Poll* selectedPoll() const;
+    const Datapoint* datapoint(const Uuid& datapointID) const;
+
+    // A device the port scanner does not report (a pseudo-terminal, a simulator) that is listed
+    // with the ports and opened as a test device. Selects it.
+    void addTestDevice(const std::string& path, const std::string& name);
+
+    // Reading.
+    void start();
+    void stop();
+    void toggle();
+    void dismissNoResponseHint();
+    void handleEvent(const PollerEvent& event);
+    void portsChanged(const std::vector<SerialPortInfo>& ports);
+
+    // Project.
+    PollerProject currentProject() const;
+    void applyProject(const PollerProject& project);
+    void scheduleAutosave();
+    void autosave();
+    void newProject();
+    void openProject(const QString& path);
+    void saveProjectAs(const QString& path);
+    // Stops reading and writes the autosave at once, as the application ends.
+    void shutdown();
+
+    // Polls.
+    void addPoll();
+    void duplicatePoll(const Uuid& pollID);
+    void removePoll(const Uuid& pollID);
+    void renamePoll(const Uuid& pollID, std::string name);
+    void setInterval(const Uuid& pollID, std::int64_t intervalMs);
+    void setEnabled(const Uuid& pollID, bool enabled);
+    void setPlotted(const Uuid& pollID, const Uuid& datapointID, bool plotted);
+
+    // Datapoints of the selected poll.
+    std::optional<Uuid> addDatapoint(std::optional<Uuid> selectedDatapointID = std::nullopt);
+    void duplicateDatapoints(const std::set<Uuid>& datapointIDs);
+    void deleteDatapoints(const std::set<Uuid>& datapointIDs);
+    // Replaces the datapoint with the same id in the selected poll (an edit in the table).
+    void updateDatapoint(const Datapoint& datapoint);
+    // Reads and parses a datapoint list; nothing (and errorMessage set) when there is nothing to
+    // offer. The caller asks Add/Replace/Cancel with the offer's question.
+    std::optional<ImportOffer> readDatapointFile(const QString& path);
+    void importDatapoints(std::vector<Datapoint> datapoints, PollOperations::ImportChoice choice);
+    QString proposedDatapointFileName() const;
+    void exportDatapoints(const QString& path);
+
+    // Writing.
+    void write(const Datapoint& datapoint, double value);
+
+    // History.
+    void recordSample(const Uuid& datapointID, const Sample& sample);
+    void clearHistory();
+    void exportHistory(const QString& path);
+    std::vector<ChartSeries> chartSeries(const QDateTime& now, int periodSeconds) const;
+
+    // Log.
+    void appendLog(LogLineSegments line);
+    void clearLog();
+    void saveLog(const QString& path);
+
+signals:
+    void portListChanged();
+    void stateChanged();
+    void statisticsChanged();
+    void outputIsEmptyChanged();
+    // The datapoints whose status changed; all of them after a reset.
+    void statusChanged(const std::vector<kestrin::Uuid>& datapointIDs);
+    void historyVersionChanged();
+    void showNoResponseHintChanged();
+    void errorMessageChanged();
+    void writeErrorChanged();
+    void selectedPathChanged();
+    void serialChanged();
+    void timeoutMsChanged();
+    void writeModeChanged();
+    void maxGapChanged();
+    void pollsChanged();
+    void selectedPollIDChanged();
+    void logOptionsChanged();
+
+private:
+    class EventRelay;
+
+    void loadPreferences();
+    void storePreference(const char* key, const QVariant& value);
+    void applyProjectFields(const PollerProject& project);
+    void setState(PollerState state);
+    void setStatistics(const PollerStatistics& statistics);
+    void setShowNoResponseHint(bool on);
+    void countFailure(PollFailure failure);
+    std::unique_ptr<PollerEngine> makeEngine();
+    std::vector<PollPlan> buildPlans() const;
+    bool startEngine();
+    void resumeAfterLoss();
+    void deliver(std::uint64_t generation, const PollerEvent& event);
+    void handleRead(const PollerEvent::Read& read);
+    void handleWrote(const PollerEvent::Wrote& wrote);
+    void pollsDidChange(const std::vector<Poll>& before);
+    void replacePolls(std::vector<Poll> polls);
+    void publishHistory();
+    bool isTestDevice(const std::string& path) const;
+    void publishPorts();
+
+    Environment environment_;
+
+    std::vector<SerialPortInfo> ports_;
+    PollerState state_ = PollerState::stopped;
+    PollerStatistics statistics_;
+    bool outputIsEmpty_ = true;
+    std::map<Uuid, PointStatus> status_;
+    std::int64_t historyVersion_ = 0;
+    bool showNoResponseHint_ = false;
+    std::optional<std::string> errorMessage_;
+    std::optional<std::string> writeError_;
+    std::string selectedPath_;
+    SerialConfiguration serial_;
+    int timeoutMs_ = PollerProject::defaultTimeoutMs;
+    WriteMode writeMode_ = WriteMode::single;
+    int maxGap_ = 0;
+    std::vector<Poll> polls_;
+    std::optional<Uuid> selectedPollID_;
+    LogLine::Options logOptions_;
+    bool autoscroll_ = true;
+
+    OutputBuffer* output_;
+    History history_;
+    std::shared_ptr<EventRelay> relay_;
+    std::unique_ptr<PollerEngine> engine_;
+    std::uint64_t engineGeneration_ = 0;
+    std::unique_ptr<PortScanner> scanner_;
+    std::vector<SerialPortInfo> scannedPorts_;
+    std::vector<SerialPortInfo> testDevices_;
+    std::optional<std::set<std::string>> knownPaths_;
+    std::map<Uuid, PendingWrite> pendingWrites_;
+    int consecutiveFailures_ = 0;
+    bool noResponseHintDismissed_ = false;
+    QTimer autosaveTimer_;
+    QTimer publicationTimer_;
+};
+
+} // namespace kestrin
