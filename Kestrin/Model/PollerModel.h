@@ -10,6 +10,7 @@
 #include "PointStatus.h"
 #include "Poll.h"
 #include "PollOperations.h"
+#include "PollPlan.h"
 #include "PollerEvent.h"
 #include "PollerProject.h"
 #include "PollerState.h"

@@ -1,0 +1,375 @@
+#include "PollerModel.h"
+
+#include "PollerEngine.h"
+#include "PortScanner.h"
+#include "ProjectStore.h"
+
+#include <algorithm>
+#include <mutex>
+#include <utility>
+
+#include <QMetaObject>
+#include <QPointer>
+#include <QSettings>
+
+namespace kestrin {
+
+namespace {
+
+constexpr auto portKey = "port";
+constexpr auto timestampsKey = "timestamps";
+constexpr auto rawFramesKey = "rawFrames";
+constexpr auto onlyProblemsKey = "onlyProblems";
+constexpr auto autoscrollKey = "autoscroll";
+
+// A stored value that is not a boolean counts as absent.
+bool booleanPreference(const QSettings& settings, const char* key, bool fallback) {
+    const QVariant value = settings.value(QLatin1String(key));
+    if (value.typeId() == QMetaType::Bool) {
+        return value.toBool();
+    }
+    // INI files hand booleans back as text.
+    if (value.typeId() == QMetaType::QString) {
+        const QString text = value.toString();
+        if (text == QLatin1String("true")) {
+            return true;
+        }
+        if (text == QLatin1String("false")) {
+            return false;
+        }
+    }
+    return fallback;
+}
+
+} // namespace
+
+// The engine thread posts through this; the model cuts it off in its destructor, so a thread
+// that outlives the model never touches a destroyed object.
+class PollerModel::EventRelay {
+public:
+    explicit EventRelay(PollerModel* model)
+        : model_(model) {}
+
+    void post(std::function<void()> task) {
+        const std::lock_guard lock(mutex_);
+        if (model_ != nullptr) {
+            QMetaObject::invokeMethod(model_, std::move(task), Qt::QueuedConnection);
+        }
+    }
+
+    void detach() {
+        const std::lock_guard lock(mutex_);
+        model_ = nullptr;
+    }
+
+private:
+    std::mutex mutex_;
+    PollerModel* model_;
+};
+
+std::unique_ptr<PollerEngine> PollerModel::makeEngine() {
+    const std::uint64_t generation = ++engineGeneration_;
+    std::weak_ptr<EventRelay> relay = relay_;
+    auto onEvent = [this, generation](const PollerEvent& event) { deliver(generation, event); };
+    auto post = [relay](std::function<void()> task) {
+        if (const auto alive = relay.lock()) {
+            alive->post(std::move(task));
+        }
+    };
+    return std::make_unique<PollerEngine>(
+        selectedPath_, serial_, static_cast<double>(timeoutMs_) / 1000.0,
+        isTestDevice(selectedPath_), std::move(onEvent), std::move(post));
+}
+
+PollerModel::Environment PollerModel::Environment::application() {
+    Environment environment;
+    const QString path = ProjectStore::defaultAutosavePath();
+    if (!path.isEmpty()) {
+        environment.autosavePath = path;
+    }
+    environment.preferences =
+        std::make_unique<QSettings>(QStringLiteral("Kestrin"), QStringLiteral("Kestrin"));
+    return environment;
+}
+
+PollerModel::PollerModel(Environment environment, QObject* parent)
+    : QObject(parent)
+    , environment_(std::move(environment))
+    , output_(new OutputBuffer(OutputBuffer::defaultMaxCharacters, OutputBuffer::defaultTrimTarget,
+                               this))
+    , relay_(std::make_shared<EventRelay>(this)) {
+    loadPreferences();
+
+    PollerProject project = environment_.project.value_or(PollerProject::firstRun());
+    if (environment_.autosavePath) {
+        project = ProjectStore(*environment_.autosavePath).load().project;
+    }
+    applyProjectFields(project);
+    output_->setAutoscroll(autoscroll_);
+
+    autosaveTimer_.setSingleShot(true);
+    autosaveTimer_.setInterval(environment_.delays.autosave);
+    connect(&autosaveTimer_, &QTimer::timeout, this, &PollerModel::autosave);
+    publicationTimer_.setSingleShot(true);
+    publicationTimer_.setInterval(environment_.delays.publication);
+    connect(&publicationTimer_, &QTimer::timeout, this, &PollerModel::publishHistory);
+
+    scanner_ =
+        environment_.scanner ? std::move(environment_.scanner) : std::make_unique<PortScanner>();
+    connect(scanner_.get(), &PortScanner::portsChanged, this,
+            [this](const std::vector<SerialPortInfo>& list) { portsChanged(list); });
+    scanner_->start();
+}
+
+PollerModel::~PollerModel() {
+    relay_->detach();
+    if (engine_) {
+        engine_->stop();
+        engine_.reset();
+    }
+}
+
+void PollerModel::loadPreferences() {
+    const QSettings* settings = environment_.preferences.get();
+    if (settings == nullptr) {
+        return;
+    }
+    selectedPath_ = settings->value(QLatin1String(portKey)).toString().toStdString();
+    logOptions_.showTimestamps = booleanPreference(*settings, timestampsKey, true);
+    logOptions_.showRawFrames = booleanPreference(*settings, rawFramesKey, false);
+    logOptions_.onlyProblems = booleanPreference(*settings, onlyProblemsKey, false);
+    autoscroll_ = booleanPreference(*settings, autoscrollKey, true);
+}
+
+void PollerModel::storePreference(const char* key, const QVariant& value) {
+    if (environment_.preferences) {
+        environment_.preferences->setValue(QLatin1String(key), value);
+    }
+}
+
+void PollerModel::applyProjectFields(const PollerProject& project) {
+    serial_ = project.serial;
+    timeoutMs_ = PollerProject::allowedTimeout(project.timeoutMs);
+    writeMode_ = project.writeMode;
+    maxGap_ = project.maxGap;
+    polls_ = project.polls;
+    selectedPollID_ = polls_.empty() ? std::nullopt : std::optional<Uuid>(polls_.front().id);
+}
+
+const PointStatus* PollerModel::status(const Uuid& datapointID) const {
+    const auto found = status_.find(datapointID);
+    return found == status_.end() ? nullptr : &found->second;
+}
+
+void PollerModel::setErrorMessage(std::optional<std::string> message) {
+    if (message == errorMessage_) {
+        return;
+    }
+    errorMessage_ = std::move(message);
+    emit errorMessageChanged();
+}
+
+void PollerModel::setWriteError(std::optional<std::string> message) {
+    if (message == writeError_) {
+        return;
+    }
+    writeError_ = std::move(message);
+    emit writeErrorChanged();
+}
+
+void PollerModel::setSelectedPath(std::string path) {
+    if (path == selectedPath_) {
+        return;
+    }
+    selectedPath_ = std::move(path);
+    storePreference(portKey, QString::fromStdString(selectedPath_));
+    emit selectedPathChanged();
+}
+
+void PollerModel::setSerial(const SerialConfiguration& serial) {
+    if (serial == serial_) {
+        return;
+    }
+    serial_ = serial;
+    scheduleAutosave();
+    emit serialChanged();
+}
+
+void PollerModel::setTimeoutMs(int timeoutMs) {
+    if (timeoutMs == timeoutMs_) {
+        return;
+    }
+    timeoutMs_ = timeoutMs;
+    scheduleAutosave();
+    emit timeoutMsChanged();
+}
+
+void PollerModel::setWriteMode(WriteMode mode) {
+    if (mode == writeMode_) {
+        return;
+    }
+    writeMode_ = mode;
+    scheduleAutosave();
+    emit writeModeChanged();
+}
+
+void PollerModel::setMaxGap(int gap) {
+    if (gap == maxGap_) {
+        return;
+    }
+    maxGap_ = gap;
+    scheduleAutosave();
+    if (engine_) {
+        engine_->update(buildPlans());
+    }
+    emit maxGapChanged();
+}
+
+void PollerModel::setPolls(std::vector<Poll> polls) {
+    if (polls == polls_) {
+        return;
+    }
+    replacePolls(std::move(polls));
+}
+
+void PollerModel::setSelectedPollID(std::optional<Uuid> pollID) {
+    if (pollID == selectedPollID_) {
+        return;
+    }
+    selectedPollID_ = pollID;
+    emit selectedPollIDChanged();
+}
+
+void PollerModel::setShowTimestamps(bool on) {
+    storePreference(timestampsKey, on);
+    if (on != logOptions_.showTimestamps) {
+        logOptions_.showTimestamps = on;
+        emit logOptionsChanged();
+    }
+}
+
+void PollerModel::setShowRawFrames(bool on) {
+    storePreference(rawFramesKey, on);
+    if (on != logOptions_.showRawFrames) {
+        logOptions_.showRawFrames = on;
+        emit logOptionsChanged();
+    }
+}
+
+void PollerModel::setLogOnlyProblems(bool on) {
+    storePreference(onlyProblemsKey, on);
+    if (on != logOptions_.onlyProblems) {
+        logOptions_.onlyProblems = on;
+        emit logOptionsChanged();
+    }
+}
+
+void PollerModel::setAutoscroll(bool on) {
+    storePreference(autoscrollKey, on);
+    output_->setAutoscroll(on);
+    if (on != autoscroll_) {
+        autoscroll_ = on;
+        emit logOptionsChanged();
+    }
+}
+
+bool PollerModel::canStart() const {
+    if (selectedPath_.empty()) {
+        return false;
+    }
+    return std::any_of(polls_.begin(), polls_.end(),
+                       [](const Poll& poll) { return poll.enabled && !poll.datapoints.empty(); });
+}
+
+const Poll* PollerModel::selectedPoll() const {
+    if (!selectedPollID_) {
+        return nullptr;
+    }
+    const auto found = std::find_if(polls_.begin(), polls_.end(),
+                                    [&](const Poll& poll) { return poll.id == *selectedPollID_; });
+    return found == polls_.end() ? nullptr : &*found;
+}
+
+const Datapoint* PollerModel::datapoint(const Uuid& datapointID) const {
+    for (const Poll& poll : polls_) {
+        for (const Datapoint& point : poll.datapoints) {
+            if (point.id == datapointID) {
+                return &point;
+            }
+        }
+    }
+    return nullptr;
+}
+
+bool PollerModel::isTestDevice(const std::string& path) const {
+    return std::any_of(testDevices_.begin(), testDevices_.end(),
+                       [&](const SerialPortInfo& port) { return port.path == path; });
+}
+
+void PollerModel::addTestDevice(const std::string& path, const std::string& name) {
+    if (!isTestDevice(path)) {
+        SerialPortInfo device;
+        device.path = path;
+        device.productName = name;
+        testDevices_.push_back(std::move(device));
+        publishPorts();
+    }
+    setSelectedPath(path);
+}
+
+void PollerModel::publishPorts() {
+    std::vector<SerialPortInfo> listed = testDevices_;
+    for (const SerialPortInfo& port : scannedPorts_) {
+        if (!isTestDevice(port.path)) {
+            listed.push_back(port);
+        }
+    }
+    if (listed != ports_) {
+        ports_ = std::move(listed);
+        emit portListChanged();
+    }
+}
+
+void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
+    scannedPorts_ = list;
+    publishPorts();
+
+    const std::optional<std::set<std::string>> previous = std::move(knownPaths_);
+    std::set<std::string> paths;
+    for (const SerialPortInfo& port : ports_) {
+        paths.insert(port.path);
+    }
+    knownPaths_ = paths;
+
+    if (state_ == PollerState::serialLost && paths.contains(selectedPath_)) {
+        QTimer::singleShot(environment_.delays.resume, this, &PollerModel::resumeAfterLoss);
+    }
+    if (state_ != PollerState::stopped) {
+        return;
+    }
+
+    const auto selected = std::find_if(ports_.begin(), ports_.end(), [&](const SerialPortInfo& p) {
+        return p.path == selectedPath_;
+    });
+    if (previous) {
+        for (const SerialPortInfo& port : ports_) {
+            if (!port.isUSB() || previous->contains(port.path)) {
+                continue;
+            }
+            // Someone who just plugged in an adapter wants to use it, unless they already have one.
+            if (selected == ports_.end() || !selected->isUSB()) {
+                setSelectedPath(port.path);
+            }
+            return;
+        }
+    }
+    if (!ports_.empty() && selected == ports_.end()) {
+        const auto adapter = std::find_if(ports_.begin(), ports_.end(),
+                                          [](const SerialPortInfo& p) { return p.isUSB(); });
+        if (adapter != ports_.end()) {
+            setSelectedPath(adapter->path);
+        }
+    }
+}
+
+} // namespace kestrin

@@ -1,0 +1,283 @@
+#include "DatapointLabel.h"
+#include "L10n.h"
+#include "NumberStyle.h"
+#include "PollerEngine.h"
+#include "PollerModel.h"
+#include "ReadPlanner.h"
+#include "WriteRequest.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QDateTime>
+
+// Reading: the engine's life, its events, and writes.
+namespace kestrin {
+
+std::vector<PollPlan> PollerModel::buildPlans() const {
+    std::vector<PollPlan> plans;
+    for (const Poll& poll : polls_) {
+        if (!poll.enabled) {
+            continue;
+        }
+        plans.push_back({poll.id, static_cast<double>(poll.intervalMs) / 1000.0,
+                         ReadPlanner::blocks(poll.datapoints, maxGap_)});
+    }
+    return plans;
+}
+
+bool PollerModel::startEngine() {
+    auto engine = makeEngine();
+    if (auto started = engine->start(buildPlans()); !started) {
+        if (state_ == PollerState::stopped) {
+            setErrorMessage(L10n::Errors::describe(started.error()));
+        }
+        return false;
+    }
+    engine_ = std::move(engine);
+    return true;
+}
+
+void PollerModel::start() {
+    if (state_ != PollerState::stopped || engine_) {
+        return;
+    }
+    if (selectedPath_.empty()) {
+        setErrorMessage(L10n::Errors::selectPortFirst());
+        return;
+    }
+    if (!startEngine()) {
+        return;
+    }
+    setStatistics({});
+    consecutiveFailures_ = 0;
+    setShowNoResponseHint(false);
+    noResponseHintDismissed_ = false;
+}
+
+void PollerModel::stop() {
+    if (state_ == PollerState::stopped && !engine_) {
+        return;
+    }
+    if (engine_) {
+        engine_->stop();
+        engine_.reset();
+    }
+    setState(PollerState::stopped);
+    setShowNoResponseHint(false);
+    pendingWrites_.clear();
+    appendLog(LogLine::readingStopped());
+}
+
+void PollerModel::toggle() {
+    if (state_ == PollerState::stopped && !engine_) {
+        start();
+    } else {
+        stop();
+    }
+}
+
+void PollerModel::dismissNoResponseHint() {
+    noResponseHintDismissed_ = true;
+    setShowNoResponseHint(false);
+}
+
+void PollerModel::resumeAfterLoss() {
+    if (state_ != PollerState::serialLost || engine_) {
+        return;
+    }
+    if (startEngine()) {
+        appendLog(LogLine::portReopened());
+    }
+}
+
+void PollerModel::setState(PollerState state) {
+    if (state != state_) {
+        state_ = state;
+        emit stateChanged();
+    }
+}
+
+void PollerModel::setStatistics(const PollerStatistics& statistics) {
+    if (statistics != statistics_) {
+        statistics_ = statistics;
+        emit statisticsChanged();
+    }
+}
+
+void PollerModel::setShowNoResponseHint(bool on) {
+    if (on != showNoResponseHint_) {
+        showNoResponseHint_ = on;
+        emit showNoResponseHintChanged();
+    }
+}
+
+void PollerModel::deliver(std::uint64_t generation, const PollerEvent& event) {
+    // A stopped engine's last transaction may still arrive after a new one started.
+    if (generation == engineGeneration_) {
+        handleEvent(event);
+    }
+}
+
+void PollerModel::handleEvent(const PollerEvent& event) {
+    if (!engine_) {
+        return;
+    }
+    if (event.is<PollerEvent::Started>()) {
+        setState(PollerState::running);
+        appendLog(LogLine::readingStarted(selectedPath_, serial_.shortDescription()));
+    } else if (const auto* lost = event.as<PollerEvent::SerialLost>()) {
+        // The engine has ended on its own; it only needs letting go.
+        engine_.reset();
+        setState(PollerState::serialLost);
+        appendLog(LogLine::portLost(lost->path));
+    } else if (const auto* read = event.as<PollerEvent::Read>()) {
+        handleRead(*read);
+    } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {
+        handleWrote(*wrote);
+    }
+}
+
+void PollerModel::countFailure(PollFailure failure) {
+    PollerStatistics counted = statistics_;
+    switch (failure.kind) {
+    case PollFailure::Kind::exception:
+        ++counted.exceptions;
+        ++counted.responses;
+        break;
+    case PollFailure::Kind::timeout:
+        ++counted.timeouts;
+        break;
+    case PollFailure::Kind::crcMismatch:
+    case PollFailure::Kind::malformed:
+    case PollFailure::Kind::unexpectedUnit:
+    case PollFailure::Kind::unexpectedFunction:
+        ++counted.errors;
+        break;
+    }
+    setStatistics(counted);
+    if (failure.kind == PollFailure::Kind::timeout ||
+        failure.kind == PollFailure::Kind::crcMismatch) {
+        ++consecutiveFailures_;
+        if (consecutiveFailures_ >= 3 && !noResponseHintDismissed_) {
+            setShowNoResponseHint(true);
+        }
+    }
+}
+
+void PollerModel::handleRead(const PollerEvent::Read& read) {
+    PollerStatistics counted = statistics_;
+    ++counted.requests;
+    setStatistics(counted);
+
+    const auto poll = std::find_if(polls_.begin(), polls_.end(), [&](const Poll& candidate) {
+        return candidate.id == read.poll;
+    });
+    if (poll == polls_.end()) {
+        return;
+    }
+    const QDateTime now = QDateTime::currentDateTime();
+    std::vector<Uuid> changed;
+
+    if (!read.result) {
+        const PollFailure failure = read.result.error().failure;
+        countFailure(failure);
+        for (const Datapoint& point : poll->datapoints) {
+            if (!read.block.covers(point)) {
+                continue;
+            }
+            PointStatus& entry = status_[point.id];
+            entry.failure = failure;
+            entry.updated = now;
+            changed.push_back(point.id);
+        }
+        if (!changed.empty()) {
+            emit statusChanged(changed);
+        }
+        appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_));
+        return;
+    }
+
+    counted = statistics_;
+    ++counted.responses;
+    setStatistics(counted);
+    consecutiveFailures_ = 0;
+    for (const Datapoint& point : poll->datapoints) {
+        if (!read.block.covers(point)) {
+            continue;
+        }
+        auto decoded = ReadPlanner::value(point, read.block, read.result.value());
+        if (!decoded) {
+            continue;
+        }
+        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, now,
+                             read.duration};
+        changed.push_back(point.id);
+        recordSample(point.id, {now, decoded->value});
+    }
+    if (!changed.empty()) {
+        emit statusChanged(changed);
+    }
+    if (auto line = LogLine::readAnswer(read.block, read.request, read.response, read.duration,
+                                        logOptions_)) {
+        appendLog(std::move(*line));
+    }
+}
+
+void PollerModel::write(const Datapoint& target, double value) {
+    if (state_ == PollerState::stopped || !engine_) {
+        setWriteError(L10n::Notice::startFirst());
+        return;
+    }
+    const std::optional<Bytes> pdu = WriteRequest::pdu(target, value, writeMode_);
+    if (!pdu) {
+        return;
+    }
+    const Uuid job = Uuid::random();
+    pendingWrites_[job] = {target, value};
+    engine_->write(*pdu, target.unitID, job);
+    if (auto line =
+            LogLine::writeSent(target, pdu->front(), value, NumberStyle::current(), logOptions_)) {
+        appendLog(std::move(*line));
+    }
+}
+
+void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
+    PollerStatistics counted = statistics_;
+    ++counted.requests;
+    setStatistics(counted);
+
+    std::optional<PendingWrite> record;
+    if (const auto found = pendingWrites_.find(wrote.token); found != pendingWrites_.end()) {
+        record = std::move(found->second);
+        pendingWrites_.erase(found);
+    }
+    const Datapoint* current = record ? datapoint(record->datapoint.id) : nullptr;
+
+    if (wrote.result) {
+        counted = statistics_;
+        ++counted.responses;
+        setStatistics(counted);
+        consecutiveFailures_ = 0;
+        if (record && current != nullptr) {
+            PointStatus& entry = status_[current->id];
+            entry.value = record->value;
+            entry.failure.reset();
+            entry.updated = QDateTime::currentDateTime();
+            emit statusChanged({current->id});
+            appendLog(LogLine::writeConfirmed(*current, record->value, NumberStyle::current(),
+                                              wrote.duration));
+        }
+    } else {
+        const PollFailure failure = wrote.result.error().failure;
+        countFailure(failure);
+        appendLog(LogLine::writeFailed(current, failure, timeoutMs_));
+        const std::string name = current != nullptr ? DatapointLabel::name(*current) : "?";
+        setWriteError(L10n::Notice::writeFailed(name, L10n::Log::failure(failure, timeoutMs_)));
+    }
+    if (auto line = LogLine::writeFrames(wrote.request, wrote.response, logOptions_)) {
+        appendLog(std::move(*line));
+    }
+}
+
+} // namespace kestrin
