@@ -344,7 +344,8 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
     if (state_ == PollerState::serialLost && paths.contains(selectedPath_)) {
         QTimer::singleShot(environment_.delays.resume, this, &PollerModel::resumeAfterLoss);
     }
-    if (state_ != PollerState::stopped) {
+    // An engine that is opening the port counts as reading: its started line names the path.
+    if (state_ != PollerState::stopped || engine_) {
         return;
     }
 

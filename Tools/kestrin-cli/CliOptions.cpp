@@ -266,10 +266,16 @@ Result<CliOptions, UsageError> CliOptions::parse(Command command,
     return check(command, found);
 }
 
+std::optional<int> CliOptions::wholeNumber(std::string_view text, std::int64_t minimum,
+                                           std::int64_t maximum) {
+    return integerIn(text, minimum, maximum);
+}
+
 std::string CliOptions::usage() {
     return R"(Usage:
   kestrin-cli read  --port PATH --table T --address A [options]
   kestrin-cli write --port PATH --table T --address A --value V [options]
+  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]
   kestrin-cli ports
   kestrin-cli --help
 
@@ -292,7 +298,21 @@ Options:
   --value V          write: the engineering value (42, 1,5, 0x1F, 0b101, on, off)
   --write-mode M     write: single (FC05/06, default) or multiple (FC15/16)
 
+Poll options (--baud, --frame, --timeout-ms and --gap override the project's):
+  --project FILE     read the enabled polls of a project file
+  --csv FILE         read the datapoints of a CSV list as one poll, every second
+  --cycles N         stop after every enabled poll has been read N times
+  --seconds S        stop after S seconds (default: run until interrupted)
+  --gap N            read along holes of up to N unused addresses
+  --history FILE     write the values read as CSV when done
+  --log FILE         write the communication log as text when done
+  --raw-frames       log whole request and response frames
+  --only-problems    log failures only, no answers
+  --no-timestamps    log lines without their time (--timestamps: with, default)
+
 Exit status: 0 done, 1 the request failed, 2 usage error, 3 the port cannot be used.
+A poll exits 0 when it ran, whatever the device answered; 1 when the history or the log
+cannot be written.
 )";
 }
 

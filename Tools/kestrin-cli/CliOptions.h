@@ -5,6 +5,7 @@
 #include "SerialConfiguration.h"
 #include "WriteMode.h"
 
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -48,7 +49,12 @@ struct CliOptions {
     static Result<CliOptions, UsageError> parse(Command command,
                                                 std::span<const std::string_view> arguments);
 
-    // The syntax of both commands: technical, the same in every language.
+    // A decimal integer from minimum to maximum with an optional sign, nothing else around it but
+    // white space; the rule of every whole-number option of every command.
+    static std::optional<int> wholeNumber(std::string_view text, std::int64_t minimum,
+                                          std::int64_t maximum);
+
+    // The syntax of every command: technical, the same in every language.
     static std::string usage();
 };
 

@@ -1,5 +1,9 @@
 #include "CliOptions.h"
 #include "ExitCode.h"
+#if KESTRIN_HAS_POLL
+#include "PollCommand.h"
+#include "PollOptions.h"
+#endif
 #if KESTRIN_HAS_PORTS
 #include "PortsCommand.h"
 #endif
@@ -42,6 +46,15 @@ ExitCode run(const std::vector<std::string_view>& arguments) {
 #if KESTRIN_HAS_PORTS
     if (arguments.front() == "ports") {
         return runPortsCommand(std::span(arguments).subspan(1), std::cout, std::cerr);
+    }
+#endif
+#if KESTRIN_HAS_POLL
+    if (arguments.front() == "poll") {
+        const auto options = PollOptions::parse(std::span(arguments).subspan(1));
+        if (!options) {
+            return usageError(options.error());
+        }
+        return PollCommand::run(options.value(), std::cout, std::cerr);
     }
 #endif
     const std::optional<CliOptions::Command> command = CliOptions::commandNamed(arguments.front());

@@ -1,0 +1,188 @@
+#include "PollCommand.h"
+
+#include "CycleCounter.h"
+#include "DatapointCSV.h"
+#include "DatapointImport.h"
+#include "L10n.h"
+#include "PollerModel.h"
+#include "PortScanner.h"
+#include "ProjectStore.h"
+#include "StopSignals.h"
+
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTimer>
+
+namespace kestrin::PollCommand {
+
+namespace {
+
+// One poll, named after the file, of the datapoints the list holds; skipped lines are reported
+// and left out, as the import in the window does.
+Result<PollerProject, std::string> csvProject(const QString& path, std::ostream& err) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+    }
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+    }
+    const std::string text = DatapointImport::decodedText(
+        std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    DatapointCSV::ImportResult parsed = DatapointCSV::parse(text);
+    if (auto question = DatapointImport::question(parsed); !question) {
+        return question.error();
+    }
+    for (const DatapointCSV::ImportIssue& issue : parsed.issues) {
+        err << "kestrin-cli: " << path.toStdString() << ": " << L10n::Errors::describe(issue)
+            << '\n';
+    }
+    Poll poll;
+    poll.name = QFileInfo(path).completeBaseName().toStdString();
+    poll.datapoints = std::move(parsed.datapoints);
+    PollerProject project;
+    project.polls = {std::move(poll)};
+    return project;
+}
+
+Result<PollerProject, std::string> project(const PollOptions& options, std::ostream& err) {
+    if (options.projectPath) {
+        return ProjectStore::open(QString::fromStdString(*options.projectPath));
+    }
+    return csvProject(QString::fromStdString(options.csvPath.value_or("")), err);
+}
+
+void applyOptions(const PollOptions& options, PollerModel& model) {
+    if (options.maxGap) {
+        model.setMaxGap(*options.maxGap);
+    }
+    model.setSerial(options.serial(model.serial()));
+    if (options.timeoutMs) {
+        model.setTimeoutMs(*options.timeoutMs);
+    }
+    model.setShowTimestamps(options.timestamps);
+    model.setShowRawFrames(options.rawFrames);
+    model.setLogOnlyProblems(options.onlyProblems);
+    if (options.testDevice) {
+        model.addTestDevice(options.port, options.port);
+    } else {
+        model.setSelectedPath(options.port);
+    }
+}
+
+void print(const QList<StyledRun>& runs, std::ostream& out) {
+    QString line;
+    for (const StyledRun& run : runs) {
+        line += run.text;
+    }
+    const QByteArray text = line.toUtf8();
+    out.write(text.constData(), text.size());
+    out.flush();
+}
+
+// Stops the event loop once every enabled poll has been read cycles times.
+void stopAfterCycles(PollerModel& model, CycleCounter& counter, int cycles) {
+    QObject::connect(&model, &PollerModel::statusChanged, &model,
+                     [&model, &counter, cycles](const std::vector<Uuid>& datapointIDs) {
+                         for (const Uuid& id : datapointIDs) {
+                             const PointStatus* status = model.status(id);
+                             if (status != nullptr && status->updated) {
+                                 counter.attemptEnded(id, status->updated->toMSecsSinceEpoch());
+                             }
+                         }
+                         // The loop ends after this event, so its answer line is still logged.
+                         if (counter.completedCycles() >= cycles) {
+                             QCoreApplication::quit();
+                         }
+                     });
+}
+
+// A save in the model reports its failure in errorMessage: printed on err, then cleared so that
+// the next save starts afresh. True when there was one.
+bool tookSaveError(PollerModel& model, std::ostream& err) {
+    const std::optional<std::string> message = model.errorMessage();
+    if (!message) {
+        return false;
+    }
+    err << *message << '\n';
+    model.setErrorMessage(std::nullopt);
+    return true;
+}
+
+} // namespace
+
+ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
+    Result<PollerProject, std::string> loaded = project(options, err);
+    if (!loaded) {
+        err << loaded.error() << '\n';
+        return ExitCode::usageError;
+    }
+
+    // Before the application and the engine start threads, which inherit the blocked signals.
+    StopSignals stopSignals;
+    int argc = 1;
+    std::string programName = "kestrin-cli";
+    std::array<char*, 2> argv{programName.data(), nullptr};
+    QCoreApplication application(argc, argv.data());
+
+    // No autosave and no preferences: the command line leaves no trace in the user's settings.
+    PollerModel::Environment environment;
+    environment.project = std::move(loaded).value();
+    PollerModel model(std::move(environment));
+    applyOptions(options, model);
+
+    CycleCounter counter(model.polls(), model.maxGap());
+    if (!counter.hasBlocks()) {
+        err << "kestrin-cli poll: no enabled poll has a datapoint to read\n";
+        return ExitCode::usageError;
+    }
+    QObject::connect(&model.output(), &OutputBuffer::appended, &model,
+                     [&out](const QList<StyledRun>& runs) { print(runs, out); });
+    if (options.cycles) {
+        stopAfterCycles(model, counter, *options.cycles);
+    }
+    stopSignals.watch(application, [] { QCoreApplication::quit(); });
+
+    model.start();
+    if (!model.isEngineHeld()) {
+        err << model.errorMessage().value_or(L10n::Errors::notOpen()) << '\n';
+        return ExitCode::portFailed;
+    }
+    QTimer deadline;
+    if (options.seconds) {
+        deadline.setSingleShot(true);
+        QObject::connect(&deadline, &QTimer::timeout, &application, &QCoreApplication::quit);
+        deadline.start(std::chrono::milliseconds(std::llround(*options.seconds * 1000)));
+    }
+    QCoreApplication::exec();
+
+    model.stop();
+    const PollerStatistics& statistics = model.statistics();
+    out << L10n::Footer::statistics(statistics.requests, statistics.responses, statistics.timeouts,
+                                    statistics.exceptions, statistics.errors)
+        << '\n'
+        << std::flush;
+
+    bool saveFailed = false;
+    if (options.historyPath) {
+        model.exportHistory(QString::fromStdString(*options.historyPath));
+        saveFailed = tookSaveError(model, err) || saveFailed;
+    }
+    if (options.logPath) {
+        model.saveLog(QString::fromStdString(*options.logPath));
+        saveFailed = tookSaveError(model, err) || saveFailed;
+    }
+    return saveFailed ? ExitCode::requestFailed : ExitCode::success;
+}
+
+} // namespace kestrin::PollCommand

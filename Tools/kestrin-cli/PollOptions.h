@@ -1,0 +1,45 @@
+#pragma once
+
+#include "CliOptions.h"
+#include "Result.h"
+#include "SerialConfiguration.h"
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kestrin {
+
+// What the command line of `kestrin-cli poll` asks for, checked and ready to use. The line
+// settings are overrides: absent ones keep the project's.
+struct PollOptions {
+    std::string port;
+    // A pseudo-terminal or other non-serial device may stand in for an adapter.
+    bool testDevice = false;
+    // Exactly one of the two is present.
+    std::optional<std::string> projectPath;
+    std::optional<std::string> csvPath;
+    // At most one of the two; without either, reading goes on until interrupted.
+    std::optional<int> cycles;
+    std::optional<double> seconds;
+    std::optional<std::string> historyPath;
+    std::optional<std::string> logPath;
+    std::optional<int> maxGap;
+    std::optional<int> baudRate;
+    // Already checked: SerialConfiguration::withFrame accepts it.
+    std::optional<std::string> frame;
+    std::optional<int> timeoutMs;
+    bool rawFrames = false;
+    bool onlyProblems = false;
+    bool timestamps = true;
+
+    // The project's frame settings with the baud rate and frame of the command line.
+    SerialConfiguration serial(const SerialConfiguration& project) const;
+
+    // The options after the command name, read as those of the other commands: a value follows
+    // its option or an "=", and the last of a repeated option wins.
+    static Result<PollOptions, UsageError> parse(std::span<const std::string_view> arguments);
+};
+
+} // namespace kestrin

@@ -1,0 +1,240 @@
+#include "ChildProcess.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+// kestrin-cli poll against kestrin-sim on a pseudo-terminal: the log as it is written, the cycle
+// count, the files written at the end, and the ways the command ends.
+
+namespace kestrin {
+namespace {
+
+using ChildProcess::ProcessResult;
+using ChildProcess::SimulatorProcess;
+
+const std::string cliPath = KESTRIN_CLI_PATH;
+const std::string fixtures = KESTRIN_TOOLS_FIXTURES;
+// HR 0–1 (0x1234, 0xFB2E) and IR 0 (0x00EA): one poll of two read requests.
+const std::string boiler = fixtures + "/boiler.csv";
+// At 19200 8N1: poll "Fast" with HR 0 and HR 2 (0x00D7), and the disabled poll "Idle".
+const std::string twoPolls = fixtures + "/two-polls.json";
+
+std::vector<std::string> words(const std::string& line) {
+    std::istringstream stream(line);
+    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
+}
+
+// Serves every-type.csv, which holds the registers of both fixtures.
+SimulatorProcess simulator(const std::string& faults = "") {
+    std::vector<std::string> arguments{KESTRIN_SIM_PATH, "--csv", fixtures + "/every-type.csv"};
+    for (std::string& word : words(faults)) {
+        arguments.push_back(std::move(word));
+    }
+    return SimulatorProcess(std::move(arguments));
+}
+
+std::vector<std::string> pollCommand(const std::string& port, const std::string& options) {
+    std::vector<std::string> arguments{cliPath, "poll",           "--port",
+                                       port,    "--test-device",  "--timeout-ms",
+                                       "3000",  "--no-timestamps"};
+    for (std::string& word : words(options)) {
+        arguments.push_back(std::move(word));
+    }
+    return arguments;
+}
+
+// The output's lines without the durations, which vary from run to run.
+std::vector<std::string> lines(const std::string& text) {
+    static const std::regex duration("  \\(\\d+ ms\\)$");
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        result.push_back(std::regex_replace(line, duration, ""));
+    }
+    return result;
+}
+
+std::string fileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::string temporaryPath(const std::string& name) {
+    return ::testing::TempDir() + "kestrin-poll-" + std::to_string(::getpid()) + "-" + name;
+}
+
+TEST(CliPoll, LogsStartTheLinesOfTheCyclesAskedForStopAndTheStatistics) {
+    const std::string holding = "← Unit 1 · FC 03 Read holding registers · 04 12 34 FB 2E";
+    const std::string input = "← Unit 1 · FC 04 Read input registers · 02 00 EA";
+    const std::string allAnswered = " · No response 0 · Exceptions 0 · Invalid 0";
+    const struct {
+        const char* faults;
+        const char* options;
+        std::vector<std::string> between;
+        std::string statistics;
+    } rows[] = {
+        {"",
+         "--cycles 2",
+         {holding, input, holding, input},
+         "Requests 4 · Responses 4" + allAnswered},
+        {"", "--cycles 1 --only-problems", {}, "Requests 2 · Responses 2" + allAnswered},
+        {"",
+         "--cycles 1 --raw-frames",
+         {"← Unit 1 · FC 03 Read holding registers · 01 03 00 00 00 02 C4 0B  ←  01 03 04 12 34 "
+          "FB 2E 7D A9",
+          "← Unit 1 · FC 04 Read input registers · 01 04 00 00 00 01 31 CA  ←  01 04 02 00 EA 38 "
+          "BF"},
+         "Requests 2 · Responses 2" + allAnswered},
+        // Failures are logged whatever the options say, with the time-out in effect.
+        {"--fault drop=1",
+         "--cycles 1 --only-problems --timeout-ms 300",
+         {"✕ Unit 1 · FC 03 Read holding registers HR 0–1 · no response within 300 ms",
+          "✕ Unit 1 · FC 04 Read input registers IR 0 · no response within 300 ms"},
+         "Requests 2 · Responses 0 · No response 2 · Exceptions 0 · Invalid 0"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.faults) + " " + row.options);
+        const SimulatorProcess sim = simulator(row.faults);
+        ASSERT_FALSE(sim.port().empty());
+        const ProcessResult result = ChildProcess::run(
+            pollCommand(sim.port(), "--csv " + boiler + " --baud 9600 --frame 8E1 " + row.options));
+        EXPECT_EQ(result.exitCode, 0);
+        EXPECT_EQ(result.err, "");
+        std::vector<std::string> expected{"--- Reading started on " + sim.port() +
+                                          " @ 9600 8E1 ---"};
+        expected.insert(expected.end(), row.between.begin(), row.between.end());
+        expected.insert(expected.end(), {"--- Reading stopped ---", row.statistics});
+        EXPECT_EQ(lines(result.out), expected);
+    }
+}
+
+TEST(CliPoll, WritesTheHistoryInTimeThenTableOrderWithCrLfAndTheLogAsPrinted) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const std::string history = temporaryPath("history.csv");
+    const std::string log = temporaryPath("log.txt");
+    const ProcessResult result = ChildProcess::run(pollCommand(
+        sim.port(), "--csv " + boiler + " --cycles 2 --history " + history + " --log " + log));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+
+    EXPECT_EQ(fileText(log), result.out.substr(0, result.out.rfind("Requests ")));
+
+    const std::string text = fileText(history);
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 7) << text;
+    EXPECT_EQ(std::regex_replace(text, std::regex("\r\n"), "").find_first_of("\r\n"),
+              std::string::npos)
+        << "every line ends with CR LF";
+    EXPECT_TRUE(text.starts_with("Time,Poll,Name,Value,Unit\r\n")) << text;
+    // Each request has one time: its datapoints follow in table order, oldest request first.
+    const std::regex row("(\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}),boiler,([^,]+),");
+    std::vector<std::string> times;
+    std::string names;
+    for (auto match = std::sregex_iterator(text.begin(), text.end(), row);
+         match != std::sregex_iterator(); ++match) {
+        times.push_back((*match)[1]);
+        names += (*match)[2].str() + ";";
+    }
+    EXPECT_TRUE(std::is_sorted(times.begin(), times.end()));
+    ASSERT_EQ(times.size(), 6U);
+    EXPECT_EQ(times[0], times[1]);
+    EXPECT_EQ(names, "Word;Signed word;Temperature;Word;Signed word;Temperature;");
+    EXPECT_EQ(std::remove(history.c_str()), 0);
+    EXPECT_EQ(std::remove(log.c_str()), 0);
+}
+
+TEST(CliPoll, ReadsOnlyTheEnabledPollsOfAProjectWithItsSettingsOrTheOverrides) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const std::string apart = "← Unit 1 · FC 03 Read holding registers · 02 12 34";
+    const std::string scaled = "← Unit 1 · FC 03 Read holding registers · 02 00 D7";
+    const std::string bridged = "← Unit 1 · FC 03 Read holding registers · 06 12 34 FB 2E 00 D7";
+    const struct {
+        const char* options;
+        const char* serial;
+        std::vector<std::string> answers;
+    } rows[] = {
+        {"--frame 8E1", "19200 8E1", {apart, scaled, apart, scaled}},
+        {"--gap 1 --baud 9600", "9600 8N1", {bridged, bridged}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        const ProcessResult result = ChildProcess::run(
+            pollCommand(sim.port(), "--project " + twoPolls + " --cycles 2 " + row.options));
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        std::vector<std::string> expected{"--- Reading started on " + sim.port() + " @ " +
+                                          row.serial + " ---"};
+        expected.insert(expected.end(), row.answers.begin(), row.answers.end());
+        const std::vector<std::string> logged = lines(result.out);
+        ASSERT_GE(logged.size(), 2U);
+        EXPECT_EQ(std::vector(logged.begin(), logged.end() - 2), expected);
+    }
+}
+
+TEST(CliPoll, EndsCleanlyOnSigintAndSigterm) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    for (const std::string signal : {"INT", "TERM"}) {
+        SCOPED_TRACE(signal);
+        // A file of its own, so that no earlier answer sends the signal before the poll runs.
+        const std::string out = temporaryPath(signal + ".txt");
+        // The shell signals the poll as soon as the first answer is printed.
+        const char* const script = "out=$1 signal=$2; shift 2; \"$@\" > \"$out\" & "
+                                   "until grep -qF '← ' \"$out\" 2>/dev/null || ! kill -0 $!; "
+                                   "do sleep 0.05; done; kill -\"$signal\" $!; wait $!";
+        std::vector<std::string> arguments{"/bin/sh", "-c", script, "sh", out, signal};
+        for (std::string& word : pollCommand(sim.port(), "--csv " + boiler)) {
+            arguments.push_back(std::move(word));
+        }
+        EXPECT_EQ(ChildProcess::run(arguments).exitCode, 0);
+        const std::vector<std::string> logged = lines(fileText(out));
+        ASSERT_GE(logged.size(), 4U);
+        EXPECT_EQ(logged[logged.size() - 2], "--- Reading stopped ---");
+        EXPECT_TRUE(logged.back().starts_with("Requests ")) << logged.back();
+        EXPECT_EQ(std::remove(out.c_str()), 0);
+    }
+}
+
+TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const std::string empty = temporaryPath("empty.csv");
+    std::ofstream(empty) << "Name,Table,Address\r\n";
+    const std::string missing = "--port /dev/ttyKestrinMissing";
+    const std::string list = " --csv " + boiler;
+    const struct {
+        std::string options;
+        int exitCode;
+        std::string message;
+    } rows[] = {
+        {missing + " --cycles 1", 2, "Usage:"},
+        {missing + list + " --project " + twoPolls, 2, "Usage:"},
+        {missing + list + " --cycles 2 --seconds 1", 2, "Usage:"},
+        {missing + list + " --cycles 0", 2, "invalid number '0'\n"},
+        {missing + " --csv " + empty, 2, "No datapoints found in this file."},
+        {missing + list, 3, "Cannot open /dev/ttyKestrinMissing: No such file or directory.\n"},
+        // Without --test-device a pseudo-terminal is no serial port.
+        {"--port " + sim.port() + list, 3, "'" + sim.port() + "' is not a valid serial port.\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        std::vector<std::string> arguments = words("poll " + row.options);
+        arguments.insert(arguments.begin(), cliPath);
+        const ProcessResult result = ChildProcess::run(arguments);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(result.out, "");
+        EXPECT_NE(result.err.find(row.message), std::string::npos) << result.err;
+    }
+    EXPECT_EQ(std::remove(empty.c_str()), 0);
+}
+
+} // namespace
+} // namespace kestrin
