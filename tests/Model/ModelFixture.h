@@ -1,0 +1,223 @@
+#pragma once
+
+#include "../PollerCore/SimulatorProcess.h"
+#include "FakePortRegistry.h"
+#include "PDU.h"
+#include "PollerModel.h"
+#include "PortScanner.h"
+#include "RTUFrame.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace kestrin::ModelTesting {
+
+using namespace std::chrono_literals;
+
+// Short enough that a test waits for them in milliseconds, long enough to be told apart.
+inline PollerModel::Delays fastDelays() {
+    return {.resume = 50ms, .autosave = 100ms, .publication = 30ms};
+}
+
+inline Datapoint datapoint(std::string name, RegisterTable table, std::uint16_t address,
+                           DataType type = DataType::uint16, double value = 0) {
+    Datapoint point;
+    point.name = std::move(name);
+    point.setTable(table);
+    point.address = address;
+    if (!table.isBit()) {
+        point.dataType = type;
+    }
+    point.value = value;
+    return point;
+}
+
+inline Datapoint holding(std::string name, std::uint16_t address, double value = 0,
+                         DataType type = DataType::uint16) {
+    return datapoint(std::move(name), RegisterTable::holdingRegister, address, type, value);
+}
+
+inline Poll poll(std::string name, std::vector<Datapoint> datapoints, std::int64_t intervalMs = 100,
+                 bool enabled = true) {
+    Poll made;
+    made.name = std::move(name);
+    made.datapoints = std::move(datapoints);
+    made.intervalMs = intervalMs;
+    made.enabled = enabled;
+    return made;
+}
+
+inline PollerProject project(std::vector<Poll> polls, int timeoutMs = 200) {
+    PollerProject made;
+    made.timeoutMs = timeoutMs;
+    made.polls = std::move(polls);
+    return made;
+}
+
+// A project whose engine never reads: one enabled poll without datapoints keeps the engine
+// running, the datapoints sit in a switched-off poll, so every event a test wants comes from
+// the test itself.
+inline PollerProject quietProject(std::vector<Datapoint> datapoints) {
+    return project({poll("Idle", {}), poll("Points", std::move(datapoints), 100, false)});
+}
+
+// The events the engine posts, for the tests that play the engine's part.
+inline PollerEvent answer(const Uuid& pollID, const ReadBlock& block,
+                          const std::vector<std::uint16_t>& registers, double seconds = 0.0124) {
+    Bytes pdu{0x03, static_cast<std::uint8_t>(registers.size() * 2)};
+    for (const std::uint16_t value : registers) {
+        pdu.insert(pdu.end(), {static_cast<std::uint8_t>(value >> 8),
+                               static_cast<std::uint8_t>(value & 0xFF)});
+    }
+    return {PollerEvent::Read{
+        pollID, block, ReadData::registers(registers),
+        RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count)),
+        RTUFrame::build(block.unit, pdu), seconds}};
+}
+
+inline PollerEvent failedRead(const Uuid& pollID, const ReadBlock& block, PollFailure failure) {
+    return {PollerEvent::Read{
+        pollID,
+        block,
+        PollFailureError{failure},
+        RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count)),
+        {},
+        0.2}};
+}
+
+inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) {
+    PollerEvent::Wrote event{token, 1, {}, {}, {}, 0.01};
+    if (failure) {
+        event.result = PollFailureError{*failure};
+    }
+    return {event};
+}
+
+// A frame the simulator received, from its ledger.
+struct Received {
+    int function = -1;
+    std::string bytes; // hexadecimal, as the ledger writes it
+};
+
+class ModelFixture : public ::testing::Test {
+protected:
+    QTemporaryDir folder;
+    std::shared_ptr<FakePortRegistry::State> registry = std::make_shared<FakePortRegistry::State>();
+    std::unique_ptr<PollerModel> model;
+
+    QString file(const QString& name) const { return folder.filePath(name); }
+    QString autosavePath() const { return file("Kestrin/project.json"); }
+    QString preferencesPath() const { return file("preferences.ini"); }
+    std::string ledgerPath() const { return file("ledger.jsonl").toStdString(); }
+    // Another view of the model's preferences file; the same process sees changes at once.
+    std::unique_ptr<QSettings> preferences() const {
+        return std::make_unique<QSettings>(preferencesPath(), QSettings::IniFormat);
+    }
+
+    // The model over the fake registry, starting from the project, or from the autosave file
+    // when there is none.
+    PollerModel& create(std::optional<PollerProject> start = std::nullopt) {
+        PollerModel::Environment environment;
+        if (start) {
+            environment.project = std::move(start);
+        } else {
+            environment.autosavePath = autosavePath();
+        }
+        environment.preferences = preferences();
+        environment.scanner =
+            std::make_unique<PortScanner>(std::make_unique<FakePortRegistry>(registry), 0ms);
+        environment.delays = fastDelays();
+        model = std::make_unique<PollerModel>(std::move(environment));
+        return *model;
+    }
+
+    // Starts reading on the path and waits for the engine to report that it runs.
+    void startReading(const std::string& path) {
+        model->addTestDevice(path, "sim");
+        model->start();
+        ASSERT_TRUE(model->isEngineHeld()) << model->errorMessage().value_or("");
+        ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    }
+
+    // A simulator serving every datapoint of the project, keeping a ledger.
+    std::unique_ptr<SimulatorProcess> serve(const PollerProject& served,
+                                            std::vector<std::string> options = {}) {
+        const std::string path = file("served.json").toStdString();
+        std::ofstream(path) << served.encoded();
+        options.insert(options.begin(), {"--project", path, "--ledger", ledgerPath()});
+        auto simulator = std::make_unique<SimulatorProcess>(options);
+        EXPECT_FALSE(simulator->path().empty());
+        return simulator;
+    }
+
+    // Requests the simulator received, in order.
+    std::vector<Received> received() const {
+        std::vector<Received> frames;
+        std::ifstream ledger(ledgerPath());
+        for (std::string line; std::getline(ledger, line);) {
+            const nlohmann::json entry = nlohmann::json::parse(line, nullptr, false);
+            if (entry.is_object() && entry.value("frame", "") == "request") {
+                frames.push_back({entry.value("function", -1), entry.value("received", "")});
+            }
+        }
+        return frames;
+    }
+
+    static bool waitUntil(const std::function<bool()>& condition,
+                          std::chrono::milliseconds limit = 5s) {
+        return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
+    }
+
+    std::vector<std::string> logLines() const {
+        std::vector<std::string> lines;
+        const QStringList split = model->output().text().split('\n', Qt::SkipEmptyParts);
+        for (const QString& line : split) {
+            lines.push_back(line.toStdString());
+        }
+        return lines;
+    }
+    long countLines(const std::string& part) const {
+        const std::vector<std::string> lines = logLines();
+        return std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
+            return line.find(part) != std::string::npos;
+        });
+    }
+};
+
+// Reading with an engine that reads nothing, so the events the test hands to the model are all
+// it sees. Level and Flow are HR 100 and 101 of unit 1.
+class QuietReading : public ModelFixture {
+protected:
+    SimulatorProcess device{std::vector<std::string>{}};
+    Datapoint level = holding("Level", 100);
+    Datapoint flow = holding("Flow", 101);
+    ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};
+    Uuid points;
+
+    void SetUp() override {
+        create(quietProject({level, flow}));
+        points = model->polls()[1].id;
+        startReading(device.path());
+    }
+
+    void send(const PollerEvent& event) { model->handleEvent(event); }
+    void answerBoth(std::uint16_t levelValue, std::uint16_t flowValue) {
+        send(answer(points, both, {levelValue, flowValue}));
+    }
+    void fail(PollFailure failure) { send(failedRead(points, both, failure)); }
+};
+
+} // namespace kestrin::ModelTesting

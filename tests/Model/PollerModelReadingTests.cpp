@@ -1,0 +1,89 @@
+#include "ModelFixture.h"
+
+#include <csignal>
+#include <filesystem>
+
+namespace kestrin::ModelTesting {
+namespace {
+
+class PollerModelReading : public ModelFixture {
+protected:
+    Datapoint level = holding("Level", 100, 500);
+    Datapoint flow = holding("Flow", 101, 42);
+    Datapoint far = holding("Far", 200, 777);
+    // The simulator serves all three; the model starts with the first two.
+    PollerProject served = project({poll("Boiler", {level, flow, far})});
+    PollerProject reading = project({poll("Boiler", {level, flow})});
+
+    bool hasValue(const Datapoint& point, double value) const {
+        const PointStatus* status = model->status(point.id);
+        return status != nullptr && status->value == value;
+    }
+};
+
+TEST_F(PollerModelReading, ValuesCountersHistoryAndLogComeFromTheDevice) {
+    const auto simulator = serve(served);
+    create(reading);
+    startReading(simulator->path());
+    ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500) && hasValue(flow, 42); }));
+    EXPECT_EQ(model->status(flow.id)->raw, std::vector<std::uint16_t>{42});
+    EXPECT_GT(model->status(flow.id)->duration, 0);
+    EXPECT_NE(model->history().samples(level.id), nullptr);
+    const PollerStatistics counted = model->statistics();
+    EXPECT_GE(counted.responses, 1);
+    EXPECT_GE(counted.requests, counted.responses);
+    EXPECT_EQ(counted.timeouts + counted.errors + counted.exceptions, 0);
+    EXPECT_GE(countLines("← Unit 1 · FC 03 Read holding registers · 04 01 F4 00 2A  ("), 1);
+}
+
+TEST_F(PollerModelReading, ChangesWhileReadingTakeEffectWithoutARestart) {
+    const auto simulator = serve(served);
+    create(reading);
+    startReading(simulator->path());
+    ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500); }));
+
+    std::vector<Poll> polls = model->polls();
+    polls[0].datapoints.push_back(far);
+    model->setPolls(polls);
+    ASSERT_TRUE(waitUntil([&] { return hasValue(far, 777); }));
+
+    // A gap of 100 addresses reads HR 100-200 as one block of 101 registers.
+    model->setMaxGap(100);
+    ASSERT_TRUE(waitUntil([&] {
+        const std::vector<Received> frames = received();
+        return !frames.empty() && frames.back().bytes.starts_with("01 03 00 64 00 65");
+    }));
+    EXPECT_EQ(countLines("Reading started"), 1);
+    EXPECT_EQ(model->state(), PollerState::running);
+}
+
+TEST_F(PollerModelReading, LostPortResumesWhenItReturns) {
+    const std::string link = file("ttyKestrinSim").toStdString();
+    const std::vector<SerialPortInfo> listed{{link, "sim", std::nullopt, std::nullopt}};
+    auto simulator = serve(served, {"--link", link});
+    create(reading);
+    startReading(link);
+    ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500); }));
+
+    simulator->end(SIGKILL);
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::serialLost; }));
+    EXPECT_EQ(countLines("Serial port " + link + " is gone; waiting for it to return"), 1);
+    const std::int64_t responses = model->statistics().responses;
+
+    // The port is listed again before the device is back: the restart fails without a word.
+    std::filesystem::remove(link);
+    model->portsChanged(listed);
+    QTest::qWait(150);
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+    EXPECT_FALSE(model->errorMessage());
+
+    simulator = serve(served, {"--link", link});
+    model->portsChanged(listed);
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    EXPECT_EQ(countLines("--- Serial port open again ---"), 1);
+    EXPECT_EQ(countLines("--- Reading started on " + link), 2);
+    ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > responses; }));
+}
+
+} // namespace
+} // namespace kestrin::ModelTesting
