@@ -18,6 +18,7 @@ constexpr Texts dutch{
         .startHelp = "Uitlezen starten (Ctrl+R)",
         .stopHelp = "Uitlezen stoppen (Ctrl+R)",
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
+        .demoDevice = "Demo-apparaat (gesimuleerd)",
     },
     .settings =
         {
@@ -83,6 +84,8 @@ constexpr Texts dutch{
             .exportCSV = "Datapunten exporteren (CSV)…",
             .saveLog = "Log opslaan…",
             .clearLog = "Log wissen",
+            .file = "Bestand",
+            .help = "Help",
         },
     .table = {
         .name = "Naam",
@@ -253,6 +256,10 @@ constexpr Texts dutch{
             [](std::string_view reason) { return concat("Verzenden mislukt: ", reason, "."); },
         .timeout = "Geen antwoord van het apparaat.",
         .deviceDisconnected = "De adapter is losgekoppeld.",
+        .demoFailed =
+            [](std::string_view reason) {
+                return concat("Het demo-apparaat kon niet worden gestart: ", reason);
+            },
     },
     .help =
         {
@@ -324,6 +331,10 @@ constexpr Texts dutch{
             .exportHistory = "Historie exporteren (CSV)…",
             .exportHistoryHelp =
                 "Elke gelezen waarde met tijdstip opslaan, voor Excel of LibreOffice Calc",
+            .findPlaceholder = "Zoeken in het log",
+            .findNext = "Volgende treffer",
+            .findPrevious = "Vorige treffer",
+            .findDone = "Gereed",
         },
     .chart =
         {

@@ -17,6 +17,7 @@ constexpr Texts english{
         .startHelp = "Start reading (Ctrl+R)",
         .stopHelp = "Stop reading (Ctrl+R)",
         .lockedWhileRunning = "Stop reading to change this",
+        .demoDevice = "Demo device (simulated)",
     },
     .settings =
         {
@@ -80,6 +81,8 @@ constexpr Texts english{
             .exportCSV = "Export Datapoints (CSV)…",
             .saveLog = "Save Log…",
             .clearLog = "Clear Log",
+            .file = "File",
+            .help = "Help",
         },
     .table = {
         .name = "Name",
@@ -243,6 +246,10 @@ constexpr Texts english{
             [](std::string_view reason) { return concat("Sending failed: ", reason, "."); },
         .timeout = "No response from the device.",
         .deviceDisconnected = "The adapter was disconnected.",
+        .demoFailed =
+            [](std::string_view reason) {
+                return concat("The demo device could not be started: ", reason);
+            },
     },
     .help =
         {
@@ -314,6 +321,10 @@ constexpr Texts english{
             .exportHistory = "Export History (CSV)…",
             .exportHistoryHelp =
                 "Save every value read, with its time, for Excel or LibreOffice Calc",
+            .findPlaceholder = "Find in the log",
+            .findNext = "Next match",
+            .findPrevious = "Previous match",
+            .findDone = "Done",
         },
     .chart =
         {

@@ -18,6 +18,7 @@ constexpr Texts french{
         .startHelp = "Démarrer la lecture (Ctrl+R)",
         .stopHelp = "Arrêter la lecture (Ctrl+R)",
         .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
+        .demoDevice = "Appareil de démonstration (simulé)",
     },
     .settings =
         {
@@ -82,6 +83,8 @@ constexpr Texts french{
             .exportCSV = "Exporter les points de données (CSV)…",
             .saveLog = "Enregistrer le journal…",
             .clearLog = "Effacer le journal",
+            .file = "Fichier",
+            .help = "Aide",
         },
     .table = {
         .name = "Nom",
@@ -261,6 +264,10 @@ constexpr Texts french{
             [](std::string_view reason) { return concat("Échec de l'envoi : ", reason, "."); },
         .timeout = "Pas de réponse de l'appareil.",
         .deviceDisconnected = "L'adaptateur a été déconnecté.",
+        .demoFailed =
+            [](std::string_view reason) {
+                return concat("Impossible de démarrer l'appareil de démonstration : ", reason);
+            },
     },
     .help =
         {
@@ -336,6 +343,10 @@ constexpr Texts french{
             .exportHistory = "Exporter l'historique (CSV)…",
             .exportHistoryHelp = "Enregistrer chaque valeur lue, avec son heure, pour Excel ou "
                                  "LibreOffice Calc",
+            .findPlaceholder = "Rechercher dans le journal",
+            .findNext = "Résultat suivant",
+            .findPrevious = "Résultat précédent",
+            .findDone = "Terminé",
         },
     .chart =
         {

@@ -18,6 +18,7 @@ constexpr Texts german{
         .startHelp = "Lesen starten (Ctrl+R)",
         .stopHelp = "Lesen stoppen (Ctrl+R)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
+        .demoDevice = "Demogerät (simuliert)",
     },
     .settings =
         {
@@ -82,6 +83,8 @@ constexpr Texts german{
             .exportCSV = "Datenpunkte exportieren (CSV)…",
             .saveLog = "Log speichern…",
             .clearLog = "Log leeren",
+            .file = "Datei",
+            .help = "Hilfe",
         },
     .table = {
         .name = "Name",
@@ -262,6 +265,10 @@ constexpr Texts german{
             [](std::string_view reason) { return concat("Senden fehlgeschlagen: ", reason, "."); },
         .timeout = "Keine Antwort vom Gerät.",
         .deviceDisconnected = "Der Adapter wurde getrennt.",
+        .demoFailed =
+            [](std::string_view reason) {
+                return concat("Das Demogerät konnte nicht gestartet werden: ", reason);
+            },
     },
     .help =
         {
@@ -336,6 +343,10 @@ constexpr Texts german{
             .exportHistoryHelp =
                 "Jeden gelesenen Wert mit seinem Zeitpunkt für Excel oder LibreOffice Calc "
                 "speichern",
+            .findPlaceholder = "Im Protokoll suchen",
+            .findNext = "Nächster Treffer",
+            .findPrevious = "Vorheriger Treffer",
+            .findDone = "Fertig",
         },
     .chart =
         {

@@ -82,6 +82,9 @@ std::string stopHelp() {
 std::string lockedWhileRunning() {
     return str(now().header.lockedWhileRunning);
 }
+std::string demoDevice() {
+    return str(now().header.demoDevice);
+}
 } // namespace Header
 
 namespace Settings {
@@ -214,6 +217,12 @@ std::string saveLog() {
 }
 std::string clearLog() {
     return str(now().menu.clearLog);
+}
+std::string file() {
+    return str(now().menu.file);
+}
+std::string help() {
+    return str(now().menu.help);
 }
 std::string poller() {
     return "Poller";
@@ -524,6 +533,9 @@ std::string timeout() {
 std::string deviceDisconnected() {
     return str(now().errors.deviceDisconnected);
 }
+std::string demoFailed(std::string_view reason) {
+    return now().errors.demoFailed(reason);
+}
 
 std::string systemMessage(int code) {
     // strerrordesc_np is glibc's untranslated table; strerror would follow LC_MESSAGES.
@@ -737,6 +749,18 @@ std::string exportHistory() {
 }
 std::string exportHistoryHelp() {
     return str(now().pane.exportHistoryHelp);
+}
+std::string findPlaceholder() {
+    return str(now().pane.findPlaceholder);
+}
+std::string findNext() {
+    return str(now().pane.findNext);
+}
+std::string findPrevious() {
+    return str(now().pane.findPrevious);
+}
+std::string findDone() {
+    return str(now().pane.findDone);
 }
 } // namespace Pane
 

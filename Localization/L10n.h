@@ -44,6 +44,8 @@ std::string frameSettingsHelp();
 std::string startHelp();
 std::string stopHelp();
 std::string lockedWhileRunning();
+// The name of the simulated device that the application starts for a demonstration.
+std::string demoDevice();
 } // namespace Header
 
 namespace Settings {
@@ -97,6 +99,9 @@ std::string importCSV();
 std::string exportCSV();
 std::string saveLog();
 std::string clearLog();
+// Titles of the File and Help menus.
+std::string file();
+std::string help();
 // The title of the program's own menu, the same in every language.
 std::string poller();
 } // namespace Menu
@@ -190,6 +195,7 @@ std::string notOpen();
 std::string writeFailed(std::string_view reason);
 std::string timeout();
 std::string deviceDisconnected();
+std::string demoFailed(std::string_view reason);
 
 // The C library's own text for an errno value, never translated, so that it reads the same
 // whatever locale the process runs in: "Permission denied", "Unknown error 4242".
@@ -265,6 +271,10 @@ std::string clearHistory();
 std::string clearHistoryHelp();
 std::string exportHistory();
 std::string exportHistoryHelp();
+std::string findPlaceholder();
+std::string findNext();
+std::string findPrevious();
+std::string findDone();
 } // namespace Pane
 
 namespace Chart {

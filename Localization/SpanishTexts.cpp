@@ -18,6 +18,7 @@ constexpr Texts spanish{
         .startHelp = "Iniciar la lectura (Ctrl+R)",
         .stopHelp = "Detener la lectura (Ctrl+R)",
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
+        .demoDevice = "Dispositivo de demostración (simulado)",
     },
     .settings =
         {
@@ -81,6 +82,8 @@ constexpr Texts spanish{
             .exportCSV = "Exportar puntos de datos (CSV)…",
             .saveLog = "Guardar registro…",
             .clearLog = "Borrar registro",
+            .file = "Archivo",
+            .help = "Ayuda",
         },
     .table = {
         .name = "Nombre",
@@ -254,6 +257,10 @@ constexpr Texts spanish{
             [](std::string_view reason) { return concat("No se pudo enviar: ", reason, "."); },
         .timeout = "El dispositivo no responde.",
         .deviceDisconnected = "Se ha desconectado el adaptador.",
+        .demoFailed =
+            [](std::string_view reason) {
+                return concat("No se pudo iniciar el dispositivo de demostración: ", reason);
+            },
     },
     .help =
         {
@@ -327,6 +334,10 @@ constexpr Texts spanish{
             .exportHistory = "Exportar historial (CSV)…",
             .exportHistoryHelp =
                 "Guardar cada valor leído, con su hora, para Excel o LibreOffice Calc",
+            .findPlaceholder = "Buscar en el registro",
+            .findNext = "Siguiente coincidencia",
+            .findPrevious = "Coincidencia anterior",
+            .findDone = "Listo",
         },
     .chart =
         {

@@ -81,6 +81,7 @@ struct Texts {
         Literal startHelp;
         Literal stopHelp;
         Literal lockedWhileRunning;
+        Literal demoDevice; // the name of the simulated device of --demo
     } header;
 
     struct SettingsTexts {
@@ -131,6 +132,8 @@ struct Texts {
         Literal exportCSV;
         Literal saveLog;
         Literal clearLog;
+        Literal file;
+        Literal help;
     } menu;
 
     struct TableTexts {
@@ -251,6 +254,7 @@ struct Texts {
         OfText writeFailed; // (system message)
         Literal timeout;
         Literal deviceDisconnected;
+        OfText demoFailed; // (reason)
     } errors;
 
     struct HelpTexts {
@@ -314,6 +318,10 @@ struct Texts {
         Literal clearHistoryHelp;
         Literal exportHistory;
         Literal exportHistoryHelp;
+        Literal findPlaceholder;
+        Literal findNext;
+        Literal findPrevious;
+        Literal findDone;
     } pane;
 
     struct ChartTexts {

@@ -1,0 +1,249 @@
+#include "BottomPane.h"
+
+#include "ChartView.h"
+#include "HistoryCSV.h"
+#include "Icons.h"
+#include "L10n.h"
+#include "LogOptionsView.h"
+#include "LogPalette.h"
+#include "OutputArea.h"
+#include "OutputBuffer.h"
+#include "PollerModel.h"
+
+#include <QButtonGroup>
+#include <QDateTime>
+#include <QDir>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QStandardPaths>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace kestrin {
+
+namespace {
+
+constexpr const char* pagePreference = "bottomPane";
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+const char* rawValue(BottomPane::Page page) {
+    return page == BottomPane::Page::chart ? "chart" : "log";
+}
+
+BottomPane::Page storedPage() {
+    const QString raw = QSettings("Kestrin", "Kestrin").value(pagePreference).toString();
+    return raw == QLatin1String("chart") ? BottomPane::Page::chart : BottomPane::Page::log;
+}
+
+// One line that gives up its end rather than widening the bar.
+class ElidedLabel : public QLabel {
+public:
+    using QLabel::QLabel;
+
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        const QRect area = contentsRect();
+        painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
+    }
+};
+
+QToolButton* segment(const std::string& title, const char* name, QWidget* parent) {
+    auto* button = new QToolButton(parent);
+    button->setObjectName(name);
+    button->setText(text(title));
+    button->setCheckable(true);
+    button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    return button;
+}
+
+QPushButton* barButton(const std::string& title, const std::string& tooltip, const char* name,
+                       QWidget* parent) {
+    auto* button = new QPushButton(text(title), parent);
+    button->setObjectName(name);
+    button->setToolTip(text(tooltip));
+    return button;
+}
+
+QString proposedPath(const QString& fileName) {
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (folder.isEmpty()) {
+        folder = QDir::homePath();
+    }
+    return QDir(folder).filePath(fileName);
+}
+
+} // namespace
+
+BottomPane::BottomPane(PollerModel& model, QWidget* parent)
+    : QWidget(parent)
+    , model_(model) {
+    setObjectName("bottomPane");
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(makeBar());
+
+    pages_ = new QStackedWidget(this);
+    output_ = new OutputArea(model_, pages_);
+    chart_ = new ChartView(model_, pages_);
+    pages_->addWidget(output_);
+    pages_->addWidget(chart_);
+    layout->addWidget(pages_, 1);
+
+    connect(&model_, &PollerModel::statisticsChanged, this, &BottomPane::refreshStatistics);
+    refreshStatistics();
+
+    page_ = storedPage();
+    setPage(page_);
+}
+
+QWidget* BottomPane::makeBar() {
+    auto* bar = new QWidget(this);
+    bar->setObjectName("bottomBar");
+    bar->setAutoFillBackground(true);
+    bar->setBackgroundRole(QPalette::Window);
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(8, 4, 8, 4);
+    row->setSpacing(8);
+
+    auto* picker = new QWidget(bar);
+    picker->setAccessibleName(text(L10n::Pane::title()));
+    auto* segments = new QHBoxLayout(picker);
+    segments->setContentsMargins(0, 0, 0, 0);
+    segments->setSpacing(0);
+    logButton_ = segment(L10n::Pane::log(), "logPageButton", picker);
+    chartButton_ = segment(L10n::Pane::chart(), "chartPageButton", picker);
+    segments->addWidget(logButton_);
+    segments->addWidget(chartButton_);
+    auto* group = new QButtonGroup(bar);
+    group->setExclusive(true);
+    group->addButton(logButton_);
+    group->addButton(chartButton_);
+    connect(logButton_, &QAbstractButton::clicked, this, [this] { setPage(Page::log); });
+    connect(chartButton_, &QAbstractButton::clicked, this, [this] { setPage(Page::chart); });
+    row->addWidget(picker);
+
+    tools_ = new QStackedWidget(bar);
+    tools_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+
+    auto* logTools = new QWidget(tools_);
+    auto* logRow = new QHBoxLayout(logTools);
+    logRow->setContentsMargins(0, 0, 0, 0);
+    logRow->setSpacing(8);
+    statistics_ = new ElidedLabel(logTools);
+    statistics_->setObjectName("statisticsLabel");
+    statistics_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    QPalette muted = statistics_->palette();
+    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
+    statistics_->setPalette(muted);
+    logRow->addWidget(statistics_, 1);
+
+    auto* options = new QToolButton(logTools);
+    options->setObjectName("logOptionsButton");
+    options->setIcon(Icons::symbol(Symbol::sliders));
+    options->setAutoRaise(true);
+    options->setAccessibleName(text(L10n::Footer::options()));
+    options->setToolTip(text(L10n::Footer::optionsHelp()));
+    connect(options, &QToolButton::clicked, this, &BottomPane::toggleLogOptions);
+    optionsButton_ = options;
+    logRow->addWidget(options);
+
+    auto* save =
+        barButton(L10n::Footer::save(), L10n::Footer::saveHelp(), "saveLogButton", logTools);
+    connect(save, &QPushButton::clicked, this, &BottomPane::saveLog);
+    logRow->addWidget(save);
+    auto* clear =
+        barButton(L10n::Footer::clear(), L10n::Footer::clearHelp(), "clearLogButton", logTools);
+    connect(clear, &QPushButton::clicked, this, &BottomPane::clearLog);
+    logRow->addWidget(clear);
+    tools_->addWidget(logTools);
+
+    auto* chartTools = new QWidget(tools_);
+    auto* chartRow = new QHBoxLayout(chartTools);
+    chartRow->setContentsMargins(0, 0, 0, 0);
+    chartRow->setSpacing(8);
+    chartRow->addStretch(1);
+    auto* clearHistory = barButton(L10n::Pane::clearHistory(), L10n::Pane::clearHistoryHelp(),
+                                   "clearHistoryButton", chartTools);
+    connect(clearHistory, &QPushButton::clicked, &model_, &PollerModel::clearHistory);
+    chartRow->addWidget(clearHistory);
+    auto* export_ = barButton(L10n::Pane::exportHistory(), L10n::Pane::exportHistoryHelp(),
+                              "exportHistoryButton", chartTools);
+    connect(export_, &QPushButton::clicked, this, &BottomPane::exportHistory);
+    chartRow->addWidget(export_);
+    tools_->addWidget(chartTools);
+
+    row->addWidget(tools_, 1);
+    return bar;
+}
+
+void BottomPane::setPage(Page page) {
+    const bool changed = page != page_;
+    page_ = page;
+    const bool chart = page == Page::chart;
+    (chart ? chartButton_ : logButton_)->setChecked(true);
+    tools_->setCurrentIndex(chart ? 1 : 0);
+    pages_->setCurrentIndex(chart ? 1 : 0);
+    if (changed) {
+        QSettings("Kestrin", "Kestrin").setValue(pagePreference, rawValue(page));
+    }
+}
+
+void BottomPane::refreshStatistics() {
+    const PollerStatistics& counts = model_.statistics();
+    statistics_->setText(text(L10n::Footer::statistics(
+        counts.requests, counts.responses, counts.timeouts, counts.exceptions, counts.errors)));
+}
+
+void BottomPane::toggleLogOptions() {
+    if (options_ != nullptr && options_->isVisible()) {
+        options_->hide();
+        return;
+    }
+    if (options_ == nullptr) {
+        options_ = new LogOptionsView(model_, this);
+    }
+    options_->showBelow(optionsButton_);
+}
+
+void BottomPane::saveLog() {
+    const QString path = QFileDialog::getSaveFileName(
+        this, text(L10n::Menu::saveLog()),
+        proposedPath(OutputBuffer::fileName(QDateTime::currentDateTime())), "*.txt");
+    if (!path.isEmpty()) {
+        model_.saveLog(path);
+    }
+}
+
+void BottomPane::clearLog() {
+    model_.clearLog();
+}
+
+void BottomPane::exportHistory() {
+    const QString path = QFileDialog::getSaveFileName(
+        this, text(L10n::Pane::exportHistory()),
+        proposedPath(HistoryCSV::fileName(QDateTime::currentDateTime())), "*.csv");
+    if (!path.isEmpty()) {
+        model_.exportHistory(path);
+    }
+}
+
+void BottomPane::showFindBar() {
+    setPage(Page::log);
+    output_->showFindBar();
+}
+
+} // namespace kestrin

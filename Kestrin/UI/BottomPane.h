@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QWidget>
+
+class QAbstractButton;
+class QLabel;
+class QStackedWidget;
+
+namespace kestrin {
+
+class ChartView;
+class LogOptionsView;
+class OutputArea;
+class PollerModel;
+
+// The lower part of the main window: a bar with the switch between the log and the chart and
+// the tools of the chosen view, and below it the log (with its notices) or the chart. The
+// choice is a view preference that survives restarts.
+class BottomPane : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class Page { log, chart };
+
+    BottomPane(PollerModel& model, QWidget* parent = nullptr);
+
+    Page page() const { return page_; }
+    void setPage(Page page);
+
+    OutputArea* outputArea() const { return output_; }
+    ChartView* chartView() const { return chart_; }
+
+public slots:
+    void saveLog();
+    void clearLog();
+    void exportHistory();
+    void showFindBar();
+    void toggleLogOptions();
+
+private:
+    QWidget* makeBar();
+    void refreshStatistics();
+
+    PollerModel& model_;
+    Page page_ = Page::log;
+    QAbstractButton* logButton_ = nullptr;
+    QAbstractButton* chartButton_ = nullptr;
+    QStackedWidget* tools_ = nullptr;
+    QLabel* statistics_ = nullptr;
+    QAbstractButton* optionsButton_ = nullptr;
+    LogOptionsView* options_ = nullptr;
+    QStackedWidget* pages_ = nullptr;
+    OutputArea* output_ = nullptr;
+    ChartView* chart_ = nullptr;
+};
+
+} // namespace kestrin

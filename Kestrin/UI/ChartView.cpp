@@ -1,0 +1,230 @@
+#include "ChartView.h"
+
+#include "ChartSeries.h"
+#include "Icons.h"
+#include "L10n.h"
+#include "LogPalette.h"
+#include "PollerModel.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <QChart>
+#include <QChartView>
+#include <QComboBox>
+#include <QDateTimeAxis>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLegend>
+#include <QLineSeries>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <QValueAxis>
+
+namespace kestrin {
+
+namespace {
+
+constexpr const char* periodPreference = "chartWindow";
+constexpr int emptyMessageWidth = 420;
+constexpr int emptySymbolSide = 44;
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+int storedPeriod() {
+    bool ok = false;
+    const int stored = QSettings("Kestrin", "Kestrin").value(periodPreference).toInt(&ok);
+    const auto& offered = ChartSeries::periods;
+    if (ok && std::find(offered.begin(), offered.end(), stored) != offered.end()) {
+        return stored;
+    }
+    return ChartView::defaultPeriodSeconds;
+}
+
+QWidget* makeEmptyView(QWidget* parent) {
+    auto* view = new QWidget(parent);
+    view->setObjectName("chartEmpty");
+    auto* column = new QVBoxLayout(view);
+    column->setSpacing(10);
+    column->addStretch(1);
+    const QColor secondary = LogPalette::secondaryLabel(parent->palette());
+
+    auto* symbol = new QLabel(view);
+    symbol->setPixmap(
+        Icons::tinted(Symbol::chart, secondary).pixmap(emptySymbolSide, emptySymbolSide));
+    column->addWidget(symbol, 0, Qt::AlignHCenter);
+
+    auto* title = new QLabel(text(L10n::Chart::emptyTitle()), view);
+    title->setObjectName("chartEmptyTitle");
+    QFont headline = title->font();
+    headline.setWeight(QFont::DemiBold);
+    title->setFont(headline);
+    column->addWidget(title, 0, Qt::AlignHCenter);
+
+    auto* message = new QLabel(text(L10n::Chart::emptyText()), view);
+    message->setWordWrap(true);
+    message->setAlignment(Qt::AlignCenter);
+    message->setFixedWidth(emptyMessageWidth);
+    QPalette muted = message->palette();
+    muted.setColor(QPalette::WindowText, secondary);
+    message->setPalette(muted);
+    column->addWidget(message, 0, Qt::AlignHCenter);
+    column->addStretch(1);
+    return view;
+}
+
+// The range of a set of values, widened so that a flat line sits in the middle.
+std::pair<double, double> paddedRange(double low, double high) {
+    if (low == high) {
+        const double margin = low == 0 ? 1.0 : std::abs(low) * 0.05;
+        return {low - margin, high + margin};
+    }
+    const double margin = (high - low) * 0.05;
+    return {low - margin, high + margin};
+}
+
+} // namespace
+
+ChartView::ChartView(PollerModel& model, QWidget* parent)
+    : QWidget(parent)
+    , model_(model)
+    , periodSeconds_(storedPeriod())
+    , period_(new QComboBox(this))
+    , pages_(new QStackedWidget(this))
+    , chart_(new QChart())
+    , chartView_(new QChartView(chart_, pages_))
+    , timeAxis_(new QDateTimeAxis(chart_))
+    , valueAxis_(new QValueAxis(chart_)) {
+    setObjectName("chartView");
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+
+    period_->setObjectName("chartPeriod");
+    period_->setAccessibleName(text(L10n::Chart::window()));
+    period_->setToolTip(text(L10n::Chart::windowHelp()));
+    for (const int seconds : ChartSeries::periods) {
+        period_->addItem(text(L10n::Chart::windowLabel(seconds)), seconds);
+    }
+    period_->setCurrentIndex(period_->findData(periodSeconds_));
+    connect(period_, &QComboBox::activated, this,
+            [this](int index) { setPeriodSeconds(period_->itemData(index).toInt()); });
+
+    chartView_->setObjectName("chart");
+    chartView_->setRenderHint(QPainter::Antialiasing);
+    chart_->legend()->setAlignment(Qt::AlignTop);
+    chart_->setMargins(QMargins(4, 4, 4, 4));
+    applyTheme();
+    timeAxis_->setTitleText(text(L10n::Chart::time()));
+    timeAxis_->setFormat("HH:mm:ss");
+    timeAxis_->setTickCount(6);
+    chart_->addAxis(timeAxis_, Qt::AlignBottom);
+    valueAxis_->setTitleText(text(L10n::Table::value()));
+    chart_->addAxis(valueAxis_, Qt::AlignLeft);
+
+    pages_->addWidget(chartView_);
+    pages_->addWidget(makeEmptyView(pages_));
+    column->addWidget(pages_, 1);
+    period_->raise();
+
+    connect(&model_, &PollerModel::historyVersionChanged, this, &ChartView::refresh);
+    connect(&model_, &PollerModel::pollsChanged, this, &ChartView::refresh);
+    connect(&model_, &PollerModel::selectedPollIDChanged, this, &ChartView::refresh);
+}
+
+void ChartView::setPeriodSeconds(int seconds) {
+    if (seconds == periodSeconds_) {
+        return;
+    }
+    periodSeconds_ = seconds;
+    period_->setCurrentIndex(period_->findData(seconds));
+    QSettings("Kestrin", "Kestrin").setValue(periodPreference, seconds);
+    refresh();
+}
+
+void ChartView::refresh() {
+    stale_ = true;
+    if (isVisible()) {
+        redraw();
+    }
+}
+
+void ChartView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    // In the top trailing corner, beside the legend.
+    const QSize size = period_->sizeHint();
+    period_->setGeometry(width() - size.width() - 8, 6, size.width(), size.height());
+}
+
+void ChartView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (stale_) {
+        redraw();
+    }
+}
+
+void ChartView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        applyTheme();
+        stale_ = true;
+        if (isVisible()) {
+            redraw();
+        }
+    }
+}
+
+void ChartView::applyTheme() {
+    chart_->setTheme(LogPalette::isDark(palette()) ? QChart::ChartThemeDark
+                                                   : QChart::ChartThemeLight);
+    chart_->setBackgroundBrush(palette().color(QPalette::Base));
+    chartView_->setBackgroundBrush(palette().color(QPalette::Base));
+}
+
+void ChartView::redraw() {
+    stale_ = false;
+    const std::vector<ChartSeries> lines =
+        model_.chartSeries(QDateTime::currentDateTimeUtc(), periodSeconds_);
+    chart_->removeAllSeries();
+    if (lines.empty()) {
+        pages_->setCurrentIndex(1);
+        return;
+    }
+    qint64 first = std::numeric_limits<qint64>::max();
+    qint64 last = std::numeric_limits<qint64>::min();
+    double low = std::numeric_limits<double>::infinity();
+    double high = -std::numeric_limits<double>::infinity();
+    for (const ChartSeries& line : lines) {
+        QList<QPointF> points;
+        points.reserve(static_cast<qsizetype>(line.points.size()));
+        for (const Sample& sample : line.points) {
+            const qint64 time = sample.time.toMSecsSinceEpoch();
+            points.append(QPointF(static_cast<double>(time), sample.value));
+            first = std::min(first, time);
+            last = std::max(last, time);
+            low = std::min(low, sample.value);
+            high = std::max(high, sample.value);
+        }
+        auto* series = new QLineSeries(chart_);
+        series->setName(text(line.label));
+        series->replace(points);
+        chart_->addSeries(series);
+        series->attachAxis(timeAxis_);
+        series->attachAxis(valueAxis_);
+    }
+    if (first == last) {
+        first -= 1000;
+        last += 1000;
+    }
+    timeAxis_->setRange(QDateTime::fromMSecsSinceEpoch(first),
+                        QDateTime::fromMSecsSinceEpoch(last));
+    const auto [bottom, top] = paddedRange(low, high);
+    valueAxis_->setRange(bottom, top);
+    pages_->setCurrentIndex(0);
+}
+
+} // namespace kestrin

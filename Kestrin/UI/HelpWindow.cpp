@@ -1,0 +1,238 @@
+#include "HelpWindow.h"
+
+#include "HelpPage.h"
+#include "HelpScreenshot.h"
+#include "Icons.h"
+#include "L10n.h"
+#include "LogPalette.h"
+
+#include <QEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPointer>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+namespace kestrin {
+
+namespace {
+
+constexpr int columnWidth = 680;
+constexpr int pagePadding = 24;
+
+QPointer<HelpWindow>& singleWindow() {
+    static QPointer<HelpWindow> window;
+    return window;
+}
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+// The topics' symbol names drawn with the symbols the window has.
+Symbol symbolFor(const std::string& name) {
+    struct Entry {
+        const char* name;
+        Symbol symbol;
+    };
+    static constexpr Entry table[] = {
+        {"play.circle", Symbol::play},        {"square.stack", Symbol::book},
+        {"tablecells", Symbol::tableCells},   {"pencil", Symbol::pencil},
+        {"chart.xyaxis.line", Symbol::chart}, {"doc.text", Symbol::log},
+        {"text.alignleft", Symbol::log},      {"wrench.and.screwdriver", Symbol::sliders},
+        {"keyboard", Symbol::info},
+    };
+    for (const Entry& entry : table) {
+        if (name == entry.name) {
+            return entry.symbol;
+        }
+    }
+    return Symbol::questionMark;
+}
+
+std::optional<QString> screenshotPath(std::string_view name) {
+    const std::optional<std::string> file =
+        HelpScreenshot::resource(name, L10n::language(), [](const std::string& candidate) {
+            return QFile::exists(QString::fromLatin1(HelpWindow::screenshotFolder) +
+                                 QString::fromStdString(candidate));
+        });
+    if (!file) {
+        return std::nullopt;
+    }
+    return QString::fromLatin1(HelpWindow::screenshotFolder) + QString::fromStdString(*file);
+}
+
+} // namespace
+
+HelpWindow::HelpWindow(QWidget* parent)
+    : QWidget(parent, Qt::Window)
+    , topics_(HelpTopic::all())
+    , search_(new QLineEdit(this))
+    , list_(new QListWidget(this))
+    , noResults_(new QLabel(this))
+    , page_(new QTextBrowser(this)) {
+    setObjectName("helpWindow");
+    setWindowTitle(text(L10n::Help::windowTitle()));
+    setMinimumSize(720, 460);
+    resize(900, 640);
+    if (!topics_.empty()) {
+        selection_ = topics_.front().id;
+    }
+    matches_ = topics_;
+
+    auto* sidebar = new QWidget(this);
+    auto* column = new QVBoxLayout(sidebar);
+    column->setContentsMargins(8, 8, 0, 8);
+    search_->setObjectName("helpSearch");
+    search_->setPlaceholderText(text(L10n::Help::searchPrompt()));
+    search_->setClearButtonEnabled(true);
+    search_->addAction(Icons::symbol(Symbol::magnifyingGlass), QLineEdit::LeadingPosition);
+    column->addWidget(search_);
+    list_->setObjectName("helpTopics");
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setIconSize(QSize(16, 16));
+    column->addWidget(list_, 1);
+    noResults_->setObjectName("helpNoResults");
+    noResults_->setText(text(L10n::Help::noResults()));
+    noResults_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    QPalette muted = noResults_->palette();
+    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
+    noResults_->setPalette(muted);
+    noResults_->hide();
+    column->addWidget(noResults_, 1);
+    sidebar->setMinimumWidth(190);
+
+    page_->setObjectName("helpPage");
+    page_->setFrameShape(QFrame::NoFrame);
+    page_->setOpenLinks(false);
+    page_->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    page_->document()->setDocumentMargin(pagePadding);
+    page_->viewport()->installEventFilter(this);
+
+    auto* split = new QSplitter(this);
+    split->addWidget(sidebar);
+    split->addWidget(page_);
+    split->setStretchFactor(1, 1);
+    split->setSizes({210, 690});
+    split->setChildrenCollapsible(false);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(split);
+
+    connect(search_, &QLineEdit::textChanged, this, &HelpWindow::searchChanged);
+    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0 && row < static_cast<int>(matches_.size())) {
+            selection_ = matches_[static_cast<std::size_t>(row)].id;
+            showPage();
+        }
+    });
+    fillList();
+    showPage();
+}
+
+void HelpWindow::showSingle(QWidget* parent) {
+    QPointer<HelpWindow>& window = singleWindow();
+    if (window.isNull()) {
+        window = new HelpWindow(parent);
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+HelpWindow* HelpWindow::single() {
+    return singleWindow().data();
+}
+
+void HelpWindow::setSearchText(const QString& text) {
+    search_->setText(text);
+}
+
+void HelpWindow::select(const std::string& topicID) {
+    for (std::size_t row = 0; row < matches_.size(); ++row) {
+        if (matches_[row].id == topicID) {
+            list_->setCurrentRow(static_cast<int>(row));
+            return;
+        }
+    }
+}
+
+void HelpWindow::searchChanged(const QString& text) {
+    std::vector<HelpTopic> found = HelpTopic::matching(topics_, text.toStdString());
+    const bool none = found.empty();
+    list_->setVisible(!none);
+    noResults_->setVisible(none);
+    // With nothing found the page of the last selection stays.
+    if (none) {
+        return;
+    }
+    matches_ = std::move(found);
+    const bool selectionFound =
+        selection_ && std::any_of(matches_.begin(), matches_.end(),
+                                  [this](const HelpTopic& t) { return t.id == *selection_; });
+    if (!selectionFound) {
+        selection_ = matches_.front().id;
+    }
+    fillList();
+    showPage();
+}
+
+void HelpWindow::fillList() {
+    const QSignalBlocker quiet(list_);
+    list_->clear();
+    for (const HelpTopic& topic : matches_) {
+        auto* item =
+            new QListWidgetItem(Icons::symbol(symbolFor(topic.symbol)), text(topic.title), list_);
+        item->setData(Qt::UserRole, text(topic.id));
+    }
+    for (std::size_t row = 0; row < matches_.size(); ++row) {
+        if (selection_ && matches_[row].id == *selection_) {
+            list_->setCurrentRow(static_cast<int>(row));
+        }
+    }
+}
+
+const HelpTopic& HelpWindow::shownTopic() const {
+    for (const HelpTopic& topic : topics_) {
+        if (selection_ && topic.id == *selection_) {
+            return topic;
+        }
+    }
+    return topics_.front();
+}
+
+void HelpWindow::showPage() {
+    if (topics_.empty()) {
+        return;
+    }
+    QTextDocument* document = page_->document();
+    const QColor yellow = LogPalette::isDark(palette()) ? QColor(0xFFD60A) : QColor(0xE0A800);
+    document->addResource(QTextDocument::ImageResource, QUrl(HelpPage::tipSymbolSource),
+                          Icons::tinted(Symbol::info, yellow).pixmap(32, 32).toImage());
+    const int pictureWidth = columnWidth - 2 * pagePadding;
+    page_->setHtml(HelpPage::html(shownTopic(), screenshotPath, pictureWidth, palette()));
+    fitColumn();
+}
+
+void HelpWindow::fitColumn() {
+    page_->setLineWrapColumnOrWidth(std::min(columnWidth, page_->viewport()->width()));
+}
+
+bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == page_->viewport() && event->type() == QEvent::Resize) {
+        fitColumn();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void HelpWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) {
+        showPage();
+    }
+}
+
+} // namespace kestrin

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QPixmap>
+#include <QPlainTextEdit>
+
+namespace kestrin {
+
+class OutputBuffer;
+struct StyledRun;
+
+// The communication log as a read-only text view that mirrors the model's buffer: appended lines
+// are inserted as styled runs at the end and trimmed text is cut from the start, so the text is
+// never rebuilt while the log grows. A faint logo sits behind the text.
+class LogView : public QPlainTextEdit {
+    Q_OBJECT
+
+public:
+    explicit LogView(OutputBuffer& buffer, QWidget* parent = nullptr);
+
+    void scrollToEnd();
+
+signals:
+    // The user pressed the find shortcut inside the log.
+    void findRequested();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void appendRuns(const QList<StyledRun>& runs);
+    void removeFromStart(qsizetype count);
+    // Text already shown takes the colours of the current palette.
+    void restyle();
+    const QPixmap& backdrop(const QSize& size);
+
+    OutputBuffer& buffer_;
+    QPixmap backdrop_;
+    QSize backdropSize_;
+    QRgb backdropColor_ = 0;
+};
+
+} // namespace kestrin

@@ -1,0 +1,59 @@
+#include "OutputArea.h"
+
+#include "EmptyLogView.h"
+#include "LogFindBar.h"
+#include "LogView.h"
+#include "NoticeOverlays.h"
+#include "PollerModel.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+
+namespace kestrin {
+
+OutputArea::OutputArea(PollerModel& model, QWidget* parent)
+    : QWidget(parent)
+    , model_(model)
+    , log_(new LogView(model.output(), this))
+    , empty_(new EmptyLogView(model, this))
+    , notices_(new NoticeOverlays(model, this)) {
+    findBar_ = new LogFindBar(*log_, this);
+    setObjectName("outputArea");
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(findBar_);
+    layout->addWidget(log_, 1);
+
+    // The viewport is laid out after the view's own resize, so its events carry the final size.
+    log_->viewport()->installEventFilter(this);
+    connect(log_, &LogView::findRequested, this, &OutputArea::showFindBar);
+    connect(notices_, &NoticeOverlays::contentChanged, this, &OutputArea::placeOverlays);
+    connect(&model_, &PollerModel::outputIsEmptyChanged, this, &OutputArea::placeOverlays);
+    placeOverlays();
+}
+
+void OutputArea::showFindBar() {
+    findBar_->open();
+}
+
+bool OutputArea::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == log_->viewport() &&
+        (event->type() == QEvent::Resize || event->type() == QEvent::Move)) {
+        placeOverlays();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void OutputArea::placeOverlays() {
+    // Over the text, clear of the scroll bar.
+    const QRect text(log_->geometry().topLeft() + log_->viewport()->geometry().topLeft(),
+                     log_->viewport()->size());
+    empty_->setVisible(model_.outputIsEmpty());
+    empty_->setGeometry(text);
+    notices_->setGeometry(text.x(), text.y(), text.width(), notices_->heightFor(text.width()));
+    empty_->raise();
+    notices_->raise();
+}
+
+} // namespace kestrin

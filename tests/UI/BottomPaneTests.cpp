@@ -1,0 +1,195 @@
+#include "BottomPane.h"
+#include "EmptyLogView.h"
+#include "L10n.h"
+#include "NoticeBanner.h"
+#include "OutputArea.h"
+#include "PaneTestModel.h"
+
+#include <fcntl.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QTest>
+#include <QToolButton>
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+QString text(const std::string& utf8) {
+    return QString::fromStdString(utf8);
+}
+
+Poll pollWith(std::vector<Datapoint> datapoints) {
+    Poll poll;
+    poll.name = "Meter";
+    poll.datapoints = std::move(datapoints);
+    return poll;
+}
+
+// A pseudo-terminal nobody answers on: enough for the model to hold an engine.
+class SilentTerminal {
+public:
+    SilentTerminal() {
+        master_ = posix_openpt(O_RDWR | O_NOCTTY);
+        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0) {
+            path_ = ptsname(master_);
+        }
+    }
+    ~SilentTerminal() {
+        if (master_ >= 0) {
+            ::close(master_);
+        }
+    }
+    SilentTerminal(const SilentTerminal&) = delete;
+    SilentTerminal& operator=(const SilentTerminal&) = delete;
+
+    const std::string& path() const { return path_; }
+
+private:
+    int master_ = -1;
+    std::string path_;
+};
+
+PollerEvent timeoutOf(const Poll& poll) {
+    return PollerEvent{
+        PollerEvent::Read{poll.id, ReadBlock{}, PollFailureError{PollFailure::timeout()},
+                          Bytes{0x01, 0x03, 0x00, 0x00, 0x00, 0x01, 0x84, 0x0A}, Bytes{}, 1.0}};
+}
+
+TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
+    const struct {
+        const char* name;
+        bool adapterPresent;
+        bool withDatapoints;
+        std::string title;
+        bool offersStart;
+    } rows[] = {
+        {"no adapter", false, true, L10n::Notice::emptyNoDevice(), false},
+        {"adapter, empty poll", true, false, L10n::Notice::emptyTitle(), false},
+        {"adapter and datapoints", true, true, L10n::Notice::emptyTitle(), true},
+    };
+    for (const auto& row : rows) {
+        std::vector<FakePortRegistry::Entry> ports;
+        if (row.adapterPresent) {
+            ports.push_back(PaneTest::usbAdapter("/dev/ttyUSB0"));
+        }
+        std::vector<Datapoint> datapoints;
+        if (row.withDatapoints) {
+            datapoints.push_back(PaneTest::holdingRegister("Power", 0));
+        }
+        auto model = PaneTest::model(std::move(ports), pollWith(std::move(datapoints)));
+        QCoreApplication::processEvents();
+        BottomPane pane(*model);
+        pane.resize(800, 300);
+        pane.show();
+        auto* title = pane.findChild<QLabel*>("emptyLogTitle");
+        auto* start = pane.findChild<QPushButton*>("startReadingButton");
+        ASSERT_NE(title, nullptr);
+        ASSERT_NE(start, nullptr);
+        EXPECT_EQ(title->text(), text(row.title)) << row.name;
+        EXPECT_EQ(start->isVisible(), row.offersStart) << row.name;
+    }
+}
+
+TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
+    auto model = PaneTest::model({}, pollWith({}));
+    BottomPane pane(*model);
+    pane.resize(800, 300);
+    pane.show();
+    auto* welcome = pane.findChild<EmptyLogView*>();
+    ASSERT_NE(welcome, nullptr);
+    EXPECT_TRUE(welcome->isVisible());
+
+    model->appendLog({{LogSegment::Kind::system, "--- line ---"}});
+    EXPECT_FALSE(welcome->isVisible());
+
+    QTest::mouseClick(pane.findChild<QPushButton*>("clearLogButton"), Qt::LeftButton);
+    EXPECT_TRUE(welcome->isVisible());
+    EXPECT_EQ(pane.findChild<QLabel*>("statisticsLabel")->text(),
+              text(L10n::Footer::statistics(0, 0, 0, 0, 0)));
+}
+
+TEST(BottomPane, NoticesFollowTheReadingState) {
+    SilentTerminal terminal;
+    ASSERT_FALSE(terminal.path().empty());
+    const Poll poll = pollWith({});
+    auto model = PaneTest::model({}, poll);
+    model->addTestDevice(terminal.path(), "Test terminal");
+    BottomPane pane(*model);
+    pane.resize(900, 300);
+    pane.show();
+    auto* lost = pane.findChild<NoticeBanner*>("serialLostNotice");
+    auto* silent = pane.findChild<NoticeBanner*>("noResponseNotice");
+    ASSERT_NE(lost, nullptr);
+    ASSERT_NE(silent, nullptr);
+
+    model->start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->state() == PollerState::running; }, 5000));
+    EXPECT_FALSE(lost->isVisible());
+    EXPECT_FALSE(silent->isVisible());
+
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        model->handleEvent(timeoutOf(poll));
+    }
+    EXPECT_TRUE(silent->isVisible());
+    EXPECT_TRUE(silent->isDismissable());
+    QTest::mouseClick(silent->findChild<QToolButton*>("noticeDismiss"), Qt::LeftButton);
+    EXPECT_FALSE(silent->isVisible());
+    model->handleEvent(timeoutOf(poll));
+    EXPECT_FALSE(silent->isVisible());
+
+    model->handleEvent(PollerEvent{PollerEvent::SerialLost{terminal.path()}});
+    EXPECT_TRUE(lost->isVisible());
+    EXPECT_FALSE(lost->isDismissable());
+    EXPECT_EQ(lost->text(), text(L10n::Notice::serialLost()));
+
+    model->stop();
+    EXPECT_FALSE(lost->isVisible());
+}
+
+TEST(BottomPane, ChosenViewSurvivesANewPane) {
+    auto model = PaneTest::model({}, pollWith({}));
+    {
+        BottomPane pane(*model);
+        EXPECT_EQ(pane.page(), BottomPane::Page::log);
+        QTest::mouseClick(pane.findChild<QToolButton*>("chartPageButton"), Qt::LeftButton);
+        EXPECT_EQ(pane.page(), BottomPane::Page::chart);
+    }
+    EXPECT_EQ(QSettings("Kestrin", "Kestrin").value("bottomPane").toString(), "chart");
+    BottomPane again(*model);
+    EXPECT_EQ(again.page(), BottomPane::Page::chart);
+    again.showFindBar();
+    EXPECT_EQ(again.page(), BottomPane::Page::log);
+}
+
+TEST(BottomPane, LogOptionsChangeTheModel) {
+    auto model = PaneTest::model({}, pollWith({}));
+    BottomPane pane(*model);
+    pane.show();
+    pane.toggleLogOptions();
+    const struct {
+        const char* toggle;
+        bool (PollerModel::*option)() const;
+    } rows[] = {
+        {"autoscrollToggle", &PollerModel::autoscroll},
+        {"timestampsToggle", &PollerModel::showTimestamps},
+        {"rawFramesToggle", &PollerModel::showRawFrames},
+        {"onlyProblemsToggle", &PollerModel::logOnlyProblems},
+    };
+    for (const auto& row : rows) {
+        auto* toggle = pane.findChild<QCheckBox*>(row.toggle);
+        ASSERT_NE(toggle, nullptr) << row.toggle;
+        const bool before = (model.get()->*row.option)();
+        EXPECT_EQ(toggle->isChecked(), before) << row.toggle;
+        toggle->click();
+        EXPECT_EQ((model.get()->*row.option)(), !before) << row.toggle;
+    }
+}
+
+} // namespace
+} // namespace kestrin

@@ -1,0 +1,159 @@
+#include "HelpPage.h"
+#include "HelpWindow.h"
+#include "L10n.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+struct HelpWindowParts {
+    explicit HelpWindowParts(HelpWindow& window)
+        : search(window.findChild<QLineEdit*>("helpSearch"))
+        , list(window.findChild<QListWidget*>("helpTopics"))
+        , noResults(window.findChild<QLabel*>("helpNoResults"))
+        , page(window.findChild<QTextBrowser*>("helpPage")) {}
+
+    QString pageTitle() const { return page->document()->firstBlock().text(); }
+    QStringList listed() const {
+        QStringList titles;
+        for (int row = 0; row < list->count(); ++row) {
+            titles << list->item(row)->text();
+        }
+        return titles;
+    }
+
+    QLineEdit* search;
+    QListWidget* list;
+    QLabel* noResults;
+    QTextBrowser* page;
+};
+
+QString titleOf(const std::string& id) {
+    for (const HelpTopic& topic : HelpTopic::all()) {
+        if (topic.id == id) {
+            return QString::fromStdString(topic.title);
+        }
+    }
+    return {};
+}
+
+TEST(HelpWindow, OpensOnGettingStarted) {
+    HelpWindow window;
+    HelpWindowParts parts(window);
+    EXPECT_EQ(window.selection(), "start");
+    EXPECT_EQ(parts.pageTitle(), titleOf("start"));
+    EXPECT_EQ(parts.list->count(), 9);
+    EXPECT_EQ(parts.list->currentRow(), 0);
+}
+
+TEST(HelpWindow, SearchMovesTheSelectionToTheOnlyMatchAndClearingKeepsIt) {
+    const std::string onlyInShortcuts = "Open this help";
+    const std::vector<HelpTopic> found = HelpTopic::search(onlyInShortcuts);
+    ASSERT_EQ(found.size(), 1U);
+    ASSERT_EQ(found.front().id, "shortcuts");
+
+    HelpWindow window;
+    HelpWindowParts parts(window);
+    QTest::keyClicks(parts.search, QString::fromStdString(onlyInShortcuts));
+    EXPECT_EQ(window.selection(), "shortcuts");
+    EXPECT_EQ(parts.listed(), QStringList{titleOf("shortcuts")});
+    EXPECT_EQ(parts.pageTitle(), titleOf("shortcuts"));
+
+    parts.search->clear();
+    EXPECT_EQ(window.selection(), "shortcuts");
+    EXPECT_EQ(parts.list->count(), 9);
+    EXPECT_EQ(parts.list->currentItem()->text(), titleOf("shortcuts"));
+}
+
+TEST(HelpWindow, ASelectedTopicAmongTheMatchesStaysSelected) {
+    HelpWindow window;
+    HelpWindowParts parts(window);
+    window.select("troubleshooting");
+    parts.search->setText("cdab");
+    EXPECT_EQ(window.selection(), "troubleshooting");
+    EXPECT_EQ(parts.listed(),
+              (QStringList{titleOf("datapoints"), titleOf("csv"), titleOf("troubleshooting")}));
+    EXPECT_EQ(parts.list->currentItem()->text(), titleOf("troubleshooting"));
+}
+
+TEST(HelpWindow, NoMatchShowsTheNoticeAndKeepsThePage) {
+    HelpWindow window;
+    window.show();
+    HelpWindowParts parts(window);
+    window.select("writing");
+    parts.search->setText("zzqx no such words");
+    EXPECT_TRUE(parts.noResults->isVisible());
+    EXPECT_FALSE(parts.list->isVisible());
+    EXPECT_EQ(parts.noResults->text(), QString::fromStdString(L10n::Help::noResults()));
+    EXPECT_EQ(window.selection(), "writing");
+    EXPECT_EQ(parts.pageTitle(), titleOf("writing"));
+
+    parts.search->setText("");
+    EXPECT_TRUE(parts.list->isVisible());
+    EXPECT_FALSE(parts.noResults->isVisible());
+}
+
+TEST(HelpWindow, OpeningTwiceBringsBackTheSameWindowWithItsSearch) {
+    QWidget owner;
+    HelpWindow::showSingle(&owner);
+    HelpWindow* first = HelpWindow::single();
+    ASSERT_NE(first, nullptr);
+    HelpWindowParts(*first).search->setText("cdab");
+    first->close();
+    HelpWindow::showSingle(&owner);
+    EXPECT_EQ(HelpWindow::single(), first);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_EQ(HelpWindowParts(*first).search->text(), "cdab");
+}
+
+TEST(HelpPage, InlineMarkup) {
+    const struct {
+        const char* text;
+        const char* html;
+    } rows[] = {
+        {"Click **Start** now", "Click <b>Start</b> now"},
+        {"address `0`", "address <code>0</code>"},
+        {"**File ▸ Save** (`8E1`)", "<b>File ▸ Save</b> (<code>8E1</code>)"},
+        {"**bold with `code`**", "<b>bold with <code>code</code></b>"},
+        {"a **dangling mark", "a **dangling mark"},
+        {"value × scale * 2", "value × scale * 2"},
+        {"`<b>` & more", "<code>&lt;b&gt;</code> &amp; more"},
+        {"one ` tick", "one ` tick"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(HelpPage::inlineHtml(row.text), QString::fromUtf8(row.html)) << row.text;
+    }
+}
+
+TEST(HelpPage, ScreenshotShowsTheImageOnlyWhenOneIsFound) {
+    HelpTopic topic{"chart",
+                    "Chart",
+                    "chart.xyaxis.line",
+                    {HelpBlock{HelpBlock::Screenshot{"chart", "The temperature"}}}};
+    const QString without = HelpPage::html(
+        topic, [](std::string_view) { return std::nullopt; }, 600, QPalette());
+    EXPECT_FALSE(without.contains("<img"));
+    EXPECT_TRUE(without.contains("The temperature"));
+
+    std::string askedFor;
+    const QString with = HelpPage::html(
+        topic,
+        [&](std::string_view name) -> std::optional<QString> {
+            askedFor = name;
+            return QStringLiteral(":/kestrin/help/chart-en.png");
+        },
+        600, QPalette());
+    EXPECT_EQ(askedFor, "chart");
+    EXPECT_TRUE(with.contains("src=\":/kestrin/help/chart-en.png\""));
+    EXPECT_TRUE(with.contains("alt=\"The temperature\""));
+}
+
+} // namespace
+} // namespace kestrin

@@ -1,0 +1,149 @@
+#include "LogFindBar.h"
+#include "LogPalette.h"
+#include "LogView.h"
+#include "OutputBuffer.h"
+
+#include <QLineEdit>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using Kind = LogSegment::Kind;
+
+void appendLine(OutputBuffer& buffer, std::vector<LogSegment> line) {
+    buffer.append(line);
+}
+
+// The format of the character at a position of the view's text.
+QTextCharFormat formatAt(const LogView& view, int position) {
+    QTextCursor cursor(view.document());
+    cursor.setPosition(position + 1);
+    return cursor.charFormat();
+}
+
+QPalette darkPalette() {
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, QColor(235, 235, 235));
+    dark.setColor(QPalette::Window, QColor(40, 40, 40));
+    dark.setColor(QPalette::WindowText, QColor(235, 235, 235));
+    return dark;
+}
+
+TEST(LogView, MirrorsAppendsAndTrimsCharacterForCharacter) {
+    // Small limits so that trimming happens many times.
+    OutputBuffer buffer(300, 200);
+    LogView view(buffer);
+    for (int line = 0; line < 60; ++line) {
+        appendLine(buffer, {{Kind::response, "← Unit 1 · FC 03 "},
+                            {Kind::meta, "line " + std::to_string(line) + " · "},
+                            {Kind::error, std::string(static_cast<std::size_t>(line % 7), 'x')}});
+        ASSERT_EQ(view.toPlainText(), buffer.text()) << "after line " << line;
+    }
+    EXPECT_LE(buffer.length(), 300);
+    EXPECT_TRUE(view.toPlainText().startsWith(QStringLiteral("← Unit 1")));
+}
+
+TEST(LogView, ShowsLinesWrittenBeforeItWasCreated) {
+    OutputBuffer buffer;
+    appendLine(buffer, {{Kind::system, "--- Reading started ---"}});
+    appendLine(buffer, {{Kind::request, "→ write"}});
+    LogView view(buffer);
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+    EXPECT_EQ(LogPalette::kind(formatAt(view, 0)), Kind::system);
+}
+
+TEST(LogView, ClearingTheBufferEmptiesTheView) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    appendLine(buffer, {{Kind::text, "something"}});
+    buffer.clear();
+    EXPECT_TRUE(view.toPlainText().isEmpty());
+    appendLine(buffer, {{Kind::text, "again"}});
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+}
+
+TEST(LogView, ColoursEachRunByItsRole) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    const QPalette colours = view.palette();
+    appendLine(buffer, {{Kind::timestamp, "12:00:00.000  "},
+                        {Kind::request, "REQ"},
+                        {Kind::warning, "WARN"},
+                        {Kind::error, "ERR"},
+                        {Kind::system, "SYS"}});
+    const QString shown = view.toPlainText();
+    const struct {
+        const char* marker;
+        QColor expected;
+    } rows[] = {
+        {"12:00", LogPalette::secondaryLabel(colours)},
+        {"REQ", LogPalette::blue(colours)},
+        {"WARN", LogPalette::orange(colours)},
+        {"ERR", LogPalette::red(colours)},
+        {"SYS", LogPalette::teal(colours)},
+    };
+    for (const auto& row : rows) {
+        const int at = static_cast<int>(shown.indexOf(QLatin1String(row.marker)));
+        ASSERT_GE(at, 0) << row.marker;
+        EXPECT_EQ(formatAt(view, at).foreground().color(), row.expected) << row.marker;
+    }
+    const QTextCharFormat system = formatAt(view, static_cast<int>(shown.indexOf("SYS")));
+    EXPECT_EQ(system.font().pointSize(), 11);
+    EXPECT_EQ(system.font().weight(), QFont::Medium);
+    EXPECT_EQ(formatAt(view, static_cast<int>(shown.indexOf("REQ"))).font().pointSize(), 12);
+}
+
+TEST(LogView, TextAlreadyShownTakesTheColoursOfANewPalette) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    appendLine(buffer, {{Kind::error, "lost"}, {Kind::text, " plain"}});
+    ASSERT_NE(LogPalette::red(view.palette()), LogPalette::red(darkPalette()));
+    view.setPalette(darkPalette());
+    EXPECT_EQ(formatAt(view, 0).foreground().color(), LogPalette::red(darkPalette()));
+    EXPECT_EQ(formatAt(view, 6).foreground().color(), darkPalette().color(QPalette::Text));
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+}
+
+TEST(LogFindBar, NextMatchWrapsAroundAndAMissingTextIsReported) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    appendLine(buffer, {{Kind::text, "alpha one"}});
+    appendLine(buffer, {{Kind::text, "beta"}});
+    appendLine(buffer, {{Kind::text, "alpha two"}});
+    LogFindBar bar(view);
+    bar.open();
+    auto* field = bar.findChild<QLineEdit*>("logFindField");
+    ASSERT_NE(field, nullptr);
+
+    field->setText("alpha");
+    std::vector<int> lines;
+    for (int step = 0; step < 3; ++step) {
+        ASSERT_TRUE(bar.findNext());
+        lines.push_back(view.textCursor().blockNumber());
+    }
+    EXPECT_EQ(lines, (std::vector<int>{0, 2, 0}));
+    ASSERT_TRUE(bar.findPrevious());
+    EXPECT_EQ(view.textCursor().blockNumber(), 2);
+
+    field->setText("gamma");
+    EXPECT_FALSE(bar.findNext());
+}
+
+TEST(LogPalette, RolesStayDistinctFromTheBackgroundInLightAndDark) {
+    for (const QPalette& colours : {QPalette(), darkPalette()}) {
+        const QColor background = colours.color(QPalette::Base);
+        for (const Kind kind : Kind::allCases) {
+            const QColor shown = LogPalette::color(kind, colours);
+            EXPECT_GT(std::abs(shown.lightness() - background.lightness()), 60)
+                << "role " << static_cast<int>(Kind::Case(kind)) << " dark "
+                << LogPalette::isDark(colours);
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrin
