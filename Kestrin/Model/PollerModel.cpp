@@ -314,7 +314,11 @@ void PollerModel::addTestDevice(const std::string& path, const std::string& name
         testDevices_.push_back(std::move(device));
         publishPorts();
     }
-    setSelectedPath(path);
+    // Not stored: a pseudo-terminal's name means nothing at the next start.
+    if (path != selectedPath_) {
+        selectedPath_ = path;
+        emit selectedPathChanged();
+    }
 }
 
 void PollerModel::publishPorts() {

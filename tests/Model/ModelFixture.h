@@ -7,14 +7,8 @@
 #include "PortScanner.h"
 #include "RTUFrame.h"
 
-#include <algorithm>
-#include <chrono>
 #include <fstream>
 #include <functional>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include <QFile>
 #include <QSettings>
@@ -27,20 +21,13 @@ namespace kestrin::ModelTesting {
 
 using namespace std::chrono_literals;
 
-// Short enough that a test waits for them in milliseconds, long enough to be told apart.
-inline PollerModel::Delays fastDelays() {
-    return {.resume = 50ms, .autosave = 100ms, .publication = 30ms};
-}
-
 inline Datapoint datapoint(std::string name, RegisterTable table, std::uint16_t address,
                            DataType type = DataType::uint16, double value = 0) {
     Datapoint point;
     point.name = std::move(name);
     point.setTable(table);
     point.address = address;
-    if (!table.isBit()) {
-        point.dataType = type;
-    }
+    point.dataType = table.isBit() ? point.dataType : type;
     point.value = value;
     return point;
 }
@@ -50,31 +37,32 @@ inline Datapoint holding(std::string name, std::uint16_t address, double value =
     return datapoint(std::move(name), RegisterTable::holdingRegister, address, type, value);
 }
 
-inline Poll poll(std::string name, std::vector<Datapoint> datapoints, std::int64_t intervalMs = 100,
-                 bool enabled = true) {
+inline Poll poll(std::string name, std::vector<Datapoint> datapoints, bool enabled = true) {
     Poll made;
     made.name = std::move(name);
-    made.datapoints = std::move(datapoints);
-    made.intervalMs = intervalMs;
+    made.intervalMs = 100;
     made.enabled = enabled;
+    made.datapoints = std::move(datapoints);
     return made;
 }
 
-inline PollerProject project(std::vector<Poll> polls, int timeoutMs = 200) {
+inline PollerProject project(std::vector<Poll> polls) {
     PollerProject made;
-    made.timeoutMs = timeoutMs;
+    made.timeoutMs = 200;
     made.polls = std::move(polls);
     return made;
 }
 
-// A project whose engine never reads: one enabled poll without datapoints keeps the engine
-// running, the datapoints sit in a switched-off poll, so every event a test wants comes from
-// the test itself.
-inline PollerProject quietProject(std::vector<Datapoint> datapoints) {
-    return project({poll("Idle", {}), poll("Points", std::move(datapoints), 100, false)});
+inline Bytes readRequest(const ReadBlock& block) {
+    return RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count));
 }
 
-// The events the engine posts, for the tests that play the engine's part.
+// The engine keeps running on the empty poll but never reads the switched-off one, so every
+// event about these datapoints comes from the test.
+inline PollerProject quietProject(std::vector<Datapoint> datapoints) {
+    return project({poll("Idle", {}), poll("Points", std::move(datapoints), false)});
+}
+
 inline PollerEvent answer(const Uuid& pollID, const ReadBlock& block,
                           const std::vector<std::uint16_t>& registers, double seconds = 0.0124) {
     Bytes pdu{0x03, static_cast<std::uint8_t>(registers.size() * 2)};
@@ -82,20 +70,13 @@ inline PollerEvent answer(const Uuid& pollID, const ReadBlock& block,
         pdu.insert(pdu.end(), {static_cast<std::uint8_t>(value >> 8),
                                static_cast<std::uint8_t>(value & 0xFF)});
     }
-    return {PollerEvent::Read{
-        pollID, block, ReadData::registers(registers),
-        RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count)),
-        RTUFrame::build(block.unit, pdu), seconds}};
+    return {PollerEvent::Read{pollID, block, ReadData::registers(registers), readRequest(block),
+                              RTUFrame::build(block.unit, pdu), seconds}};
 }
 
 inline PollerEvent failedRead(const Uuid& pollID, const ReadBlock& block, PollFailure failure) {
-    return {PollerEvent::Read{
-        pollID,
-        block,
-        PollFailureError{failure},
-        RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count)),
-        {},
-        0.2}};
+    return {
+        PollerEvent::Read{pollID, block, PollFailureError{failure}, readRequest(block), {}, 0.2}};
 }
 
 inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) {
@@ -106,12 +87,6 @@ inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) 
     return {event};
 }
 
-// A frame the simulator received, from its ledger.
-struct Received {
-    int function = -1;
-    std::string bytes; // hexadecimal, as the ledger writes it
-};
-
 class ModelFixture : public ::testing::Test {
 protected:
     QTemporaryDir folder;
@@ -120,15 +95,13 @@ protected:
 
     QString file(const QString& name) const { return folder.filePath(name); }
     QString autosavePath() const { return file("Kestrin/project.json"); }
-    QString preferencesPath() const { return file("preferences.ini"); }
     std::string ledgerPath() const { return file("ledger.jsonl").toStdString(); }
-    // Another view of the model's preferences file; the same process sees changes at once.
+    // The same process sees the model's changes to this file at once.
     std::unique_ptr<QSettings> preferences() const {
-        return std::make_unique<QSettings>(preferencesPath(), QSettings::IniFormat);
+        return std::make_unique<QSettings>(file("preferences.ini"), QSettings::IniFormat);
     }
 
-    // The model over the fake registry, starting from the project, or from the autosave file
-    // when there is none.
+    // Without a project the model loads the autosave file.
     PollerModel& create(std::optional<PollerProject> start = std::nullopt) {
         PollerModel::Environment environment;
         if (start) {
@@ -139,12 +112,11 @@ protected:
         environment.preferences = preferences();
         environment.scanner =
             std::make_unique<PortScanner>(std::make_unique<FakePortRegistry>(registry), 0ms);
-        environment.delays = fastDelays();
+        environment.delays = {.resume = 50ms, .autosave = 100ms, .publication = 30ms};
         model = std::make_unique<PollerModel>(std::move(environment));
         return *model;
     }
 
-    // Starts reading on the path and waits for the engine to report that it runs.
     void startReading(const std::string& path) {
         model->addTestDevice(path, "sim");
         model->start();
@@ -152,7 +124,13 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
     }
 
-    // A simulator serving every datapoint of the project, keeping a ledger.
+    void plug(const std::vector<FakePortRegistry::Entry>& entries) {
+        registry->entries = entries;
+        registry->notify();
+        QTest::qWait(20);
+    }
+
+    // A simulator serving every datapoint of the project, keeping a ledger of what it receives.
     std::unique_ptr<SimulatorProcess> serve(const PollerProject& served,
                                             std::vector<std::string> options = {}) {
         const std::string path = file("served.json").toStdString();
@@ -163,14 +141,14 @@ protected:
         return simulator;
     }
 
-    // Requests the simulator received, in order.
-    std::vector<Received> received() const {
-        std::vector<Received> frames;
+    // The requests the simulator received, in order, in hexadecimal.
+    std::vector<std::string> received() const {
+        std::vector<std::string> frames;
         std::ifstream ledger(ledgerPath());
         for (std::string line; std::getline(ledger, line);) {
             const nlohmann::json entry = nlohmann::json::parse(line, nullptr, false);
             if (entry.is_object() && entry.value("frame", "") == "request") {
-                frames.push_back({entry.value("function", -1), entry.value("received", "")});
+                frames.push_back(entry.value("received", ""));
             }
         }
         return frames;
@@ -183,22 +161,17 @@ protected:
 
     std::vector<std::string> logLines() const {
         std::vector<std::string> lines;
-        const QStringList split = model->output().text().split('\n', Qt::SkipEmptyParts);
-        for (const QString& line : split) {
+        for (const QString& line : model->output().text().split('\n', Qt::SkipEmptyParts)) {
             lines.push_back(line.toStdString());
         }
         return lines;
     }
-    long countLines(const std::string& part) const {
-        const std::vector<std::string> lines = logLines();
-        return std::count_if(lines.begin(), lines.end(), [&](const std::string& line) {
-            return line.find(part) != std::string::npos;
-        });
+    long countInLog(const std::string& part) const {
+        return model->output().text().count(QString::fromStdString(part));
     }
 };
 
-// Reading with an engine that reads nothing, so the events the test hands to the model are all
-// it sees. Level and Flow are HR 100 and 101 of unit 1.
+// Reading with an engine that reads nothing: Level and Flow are HR 100 and 101 of unit 1.
 class QuietReading : public ModelFixture {
 protected:
     SimulatorProcess device{std::vector<std::string>{}};

@@ -11,7 +11,6 @@ protected:
     Datapoint level = holding("Level", 100, 500);
     Datapoint flow = holding("Flow", 101, 42);
     Datapoint far = holding("Far", 200, 777);
-    // The simulator serves all three; the model starts with the first two.
     PollerProject served = project({poll("Boiler", {level, flow, far})});
     PollerProject reading = project({poll("Boiler", {level, flow})});
 
@@ -27,34 +26,30 @@ TEST_F(PollerModelReading, ValuesCountersHistoryAndLogComeFromTheDevice) {
     startReading(simulator->path());
     ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500) && hasValue(flow, 42); }));
     EXPECT_EQ(model->status(flow.id)->raw, std::vector<std::uint16_t>{42});
-    EXPECT_GT(model->status(flow.id)->duration, 0);
     EXPECT_NE(model->history().samples(level.id), nullptr);
     const PollerStatistics counted = model->statistics();
     EXPECT_GE(counted.responses, 1);
-    EXPECT_GE(counted.requests, counted.responses);
     EXPECT_EQ(counted.timeouts + counted.errors + counted.exceptions, 0);
-    EXPECT_GE(countLines("← Unit 1 · FC 03 Read holding registers · 04 01 F4 00 2A  ("), 1);
+    EXPECT_GE(countInLog("← Unit 1 · FC 03 Read holding registers · 04 01 F4 00 2A  ("), 1);
 }
 
 TEST_F(PollerModelReading, ChangesWhileReadingTakeEffectWithoutARestart) {
     const auto simulator = serve(served);
     create(reading);
     startReading(simulator->path());
-    ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500); }));
 
     std::vector<Poll> polls = model->polls();
     polls[0].datapoints.push_back(far);
     model->setPolls(polls);
     ASSERT_TRUE(waitUntil([&] { return hasValue(far, 777); }));
 
-    // A gap of 100 addresses reads HR 100-200 as one block of 101 registers.
+    // Bridging the gap reads HR 100-200 as one block of 101 registers.
     model->setMaxGap(100);
     ASSERT_TRUE(waitUntil([&] {
-        const std::vector<Received> frames = received();
-        return !frames.empty() && frames.back().bytes.starts_with("01 03 00 64 00 65");
+        const std::vector<std::string> frames = received();
+        return !frames.empty() && frames.back().starts_with("01 03 00 64 00 65");
     }));
-    EXPECT_EQ(countLines("Reading started"), 1);
-    EXPECT_EQ(model->state(), PollerState::running);
+    EXPECT_EQ(countInLog("Reading started"), 1);
 }
 
 TEST_F(PollerModelReading, LostPortResumesWhenItReturns) {
@@ -67,10 +62,9 @@ TEST_F(PollerModelReading, LostPortResumesWhenItReturns) {
 
     simulator->end(SIGKILL);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::serialLost; }));
-    EXPECT_EQ(countLines("Serial port " + link + " is gone; waiting for it to return"), 1);
     const std::int64_t responses = model->statistics().responses;
 
-    // The port is listed again before the device is back: the restart fails without a word.
+    // Listed again before the device is back: the failed restart says nothing.
     std::filesystem::remove(link);
     model->portsChanged(listed);
     QTest::qWait(150);
@@ -80,8 +74,8 @@ TEST_F(PollerModelReading, LostPortResumesWhenItReturns) {
     simulator = serve(served, {"--link", link});
     model->portsChanged(listed);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    EXPECT_EQ(countLines("--- Serial port open again ---"), 1);
-    EXPECT_EQ(countLines("--- Reading started on " + link), 2);
+    EXPECT_EQ(countInLog("--- Serial port open again ---"), 1);
+    EXPECT_EQ(countInLog("--- Reading started on " + link), 2);
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > responses; }));
 }
 

@@ -1,56 +1,48 @@
 #include "ModelFixture.h"
 
+#include <map>
+#include <tuple>
+
 namespace kestrin::ModelTesting {
 namespace {
 
-const std::string stoppedLine = "--- Reading stopped ---";
 const PollFailure timeout = PollFailure::timeout();
 const PollFailure crc = PollFailure::crcMismatch();
 
-class PollerModelStart : public ModelFixture {};
+using PollerModelStart = ModelFixture;
 
-TEST_F(PollerModelStart, NeedsAPortThatOpens) {
+TEST_F(PollerModelStart, NeedsAPortThatOpensRunsOnStartedIgnoresASecondStartAndStopsOnce) {
     create(quietProject({holding("Level", 100)}));
     model->start();
     EXPECT_EQ(model->errorMessage(), "Select a serial port first.");
-    EXPECT_TRUE(model->outputIsEmpty());
-
     const std::string missing = file("ttyGone").toStdString();
     model->addTestDevice(missing, "gone");
     model->start();
-    ASSERT_TRUE(model->errorMessage());
-    EXPECT_NE(model->errorMessage()->find(missing), std::string::npos) << *model->errorMessage();
-    EXPECT_EQ(model->state(), PollerState::stopped);
+    EXPECT_NE(model->errorMessage().value_or("").find(missing), std::string::npos);
     EXPECT_FALSE(model->isEngineHeld());
-}
 
-TEST_F(PollerModelStart, RunsOnStartedIgnoresASecondStartAndStopsOnce) {
     SimulatorProcess device{std::vector<std::string>{}};
-    create(quietProject({holding("Level", 100)}));
     model->addTestDevice(device.path(), "quiet");
     model->start();
     EXPECT_TRUE(model->isEngineHeld());
     EXPECT_EQ(model->state(), PollerState::stopped);
-    EXPECT_EQ(countLines("Reading started"), 0);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    EXPECT_EQ(countLines("--- Reading started on " + device.path() + " @ 9600 8E1 ---"), 1);
+    EXPECT_EQ(countInLog("--- Reading started on " + device.path() + " @ 9600 8E1 ---"), 1);
 
     model->handleEvent(failedRead(model->polls()[1].id, {}, timeout));
     model->start();
     QTest::qWait(50);
     EXPECT_EQ(model->statistics().timeouts, 1);
-    EXPECT_EQ(countLines("Reading started"), 1);
+    EXPECT_EQ(countInLog("Reading started"), 1);
 
+    model->stop();
     model->stop();
     EXPECT_EQ(model->state(), PollerState::stopped);
     EXPECT_FALSE(model->isEngineHeld());
-    const QString text = model->output().text();
-    model->stop();
-    EXPECT_EQ(model->output().text(), text);
-    EXPECT_EQ(countLines(stoppedLine), 1);
+    EXPECT_EQ(countInLog("--- Reading stopped ---"), 1);
 }
 
-class PollerModelRunning : public QuietReading {};
+using PollerModelRunning = QuietReading;
 
 TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
     answerBoth(1, 2);
@@ -58,97 +50,65 @@ TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
     const PollerStatistics statistics = model->statistics();
     const auto status = model->status();
     const QString text = model->output().text();
-    const std::vector<PollerEvent> late{
-        answer(points, both, {7, 8}), failedRead(points, both, timeout),
-        wrote(Uuid::random(), std::nullopt), PollerEvent{PollerEvent::Started{}},
-        PollerEvent{PollerEvent::SerialLost{device.path()}}};
-    for (const PollerEvent& event : late) {
-        send(event);
-        EXPECT_EQ(model->statistics(), statistics);
-        EXPECT_EQ(model->status(), status);
-        EXPECT_EQ(model->output().text(), text);
-        EXPECT_EQ(model->state(), PollerState::stopped);
+    for (const PollerEvent& late :
+         {answer(points, both, {7, 8}), failedRead(points, both, timeout),
+          wrote(Uuid::random(), std::nullopt), PollerEvent{PollerEvent::Started{}},
+          PollerEvent{PollerEvent::SerialLost{device.path()}}}) {
+        send(late);
     }
+    EXPECT_EQ(model->statistics(), statistics);
+    EXPECT_EQ(model->status(), status);
+    EXPECT_EQ(model->output().text(), text);
+    EXPECT_EQ(model->state(), PollerState::stopped);
 }
 
 TEST_F(PollerModelRunning, LostPortDropsTheEngineRefusesStartAndWritesThenStops) {
     send({PollerEvent::SerialLost{device.path()}});
     EXPECT_EQ(model->state(), PollerState::serialLost);
     EXPECT_FALSE(model->isEngineHeld());
-    EXPECT_EQ(countLines("Serial port " + device.path() + " is gone; waiting for it to return"), 1);
+    EXPECT_EQ(countInLog("Serial port " + device.path() + " is gone; waiting for it to return"), 1);
 
     model->start();
-    EXPECT_EQ(model->state(), PollerState::serialLost);
     EXPECT_FALSE(model->isEngineHeld());
     model->write(level, 5);
     EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
-    EXPECT_TRUE(model->pendingWrites().empty());
-
     model->stop();
     EXPECT_EQ(model->state(), PollerState::stopped);
-    EXPECT_EQ(countLines(stoppedLine), 1);
+    EXPECT_EQ(countInLog("--- Reading stopped ---"), 1);
 }
 
-TEST_F(PollerModelRunning, ReadOfARemovedPollCountsOneRequestOnly) {
-    const QString text = model->output().text();
-    send(answer(Uuid::random(), both, {1, 2}));
-    send(failedRead(Uuid::random(), both, timeout));
-    EXPECT_EQ(model->statistics(), (PollerStatistics{.requests = 2}));
-    EXPECT_TRUE(model->status().empty());
-    EXPECT_EQ(model->output().text(), text);
-}
-
-TEST_F(PollerModelRunning, EachFailureGrowsItsCounter) {
-    const std::vector<std::pair<PollFailure, PollerStatistics>> rows{
-        {PollFailure::exception(2), {.requests = 1, .responses = 1, .exceptions = 1}},
-        {timeout, {.requests = 1, .timeouts = 1}},
-        {crc, {.requests = 1, .errors = 1}},
-        {PollFailure::malformed(), {.requests = 1, .errors = 1}},
-        {PollFailure::unexpectedUnit(9), {.requests = 1, .errors = 1}},
-        {PollFailure::unexpectedFunction(0x04), {.requests = 1, .errors = 1}},
-    };
-    for (const auto& [failure, expected] : rows) {
-        model->clearLog();
+TEST_F(PollerModelRunning, ReadsAndWritesCountEachFailureInItsCounter) {
+    for (const PollFailure failure :
+         {PollFailure::exception(2), timeout, crc, PollFailure::malformed(),
+          PollFailure::unexpectedUnit(9), PollFailure::unexpectedFunction(0x04)}) {
         fail(failure);
-        EXPECT_EQ(model->statistics(), expected) << static_cast<int>(failure.kind);
-        model->clearLog();
-        send(wrote(Uuid::random(), failure));
-        EXPECT_EQ(model->statistics(), expected) << static_cast<int>(failure.kind);
+        send(wrote({}, failure));
     }
+    EXPECT_EQ(model->statistics(),
+              (PollerStatistics{
+                  .requests = 12, .responses = 2, .timeouts = 2, .exceptions = 2, .errors = 8}));
 }
 
 TEST_F(PollerModelRunning, NoResponseHintNeedsThreeTimeoutsOrCRCErrorsInARow) {
-    const PollerEvent ok = answer(points, both, {1, 2});
-    const auto read = [&](PollFailure failure) { return failedRead(points, both, failure); };
-    const PollerEvent exception = read(PollFailure::exception(2));
-    const struct {
-        const char* sequence;
-        std::vector<PollerEvent> events;
-        bool hint;
-    } rows[] = {
-        {"two timeouts", {read(timeout), read(timeout)}, false},
-        {"three timeouts", {read(timeout), read(timeout), read(timeout)}, true},
-        {"CRC errors count too", {read(crc), read(timeout), read(crc)}, true},
-        {"an exception does not reset",
-         {read(timeout), read(timeout), exception, read(timeout)},
-         true},
-        {"a malformed answer neither counts nor resets",
-         {read(timeout), read(PollFailure::malformed()), read(timeout),
-          read(PollFailure::malformed())},
-         false},
-        {"a success resets", {read(timeout), read(timeout), ok, read(timeout)}, false},
-        {"a written value resets",
-         {read(timeout), read(timeout), wrote(Uuid::random(), std::nullopt), read(timeout)},
-         false},
-        {"failed writes count", {wrote(Uuid::random(), timeout), read(timeout), read(crc)}, true},
-    };
-    for (const auto& row : rows) {
+    // Reads: T timeout, C CRC error, X exception, M malformed, O answer; writes: W done, w timeout.
+    const std::map<char, PollerEvent> events{
+        {'T', failedRead(points, both, timeout)},
+        {'C', failedRead(points, both, crc)},
+        {'X', failedRead(points, both, PollFailure::exception(2))},
+        {'M', failedRead(points, both, PollFailure::malformed())},
+        {'O', answer(points, both, {1, 2})},
+        {'W', wrote({}, std::nullopt)},
+        {'w', wrote({}, timeout)}};
+    const std::vector<std::pair<std::string, bool>> rows{
+        {"TT", false},   {"CTC", true},   {"TTXT", true}, {"TMTM", false},
+        {"TTOT", false}, {"TTWT", false}, {"wTC", true}};
+    for (const auto& [sequence, hint] : rows) {
         model->stop();
         startReading(device.path());
-        for (const PollerEvent& event : row.events) {
-            send(event);
+        for (const char event : sequence) {
+            send(events.at(event));
         }
-        EXPECT_EQ(model->showNoResponseHint(), row.hint) << row.sequence;
+        EXPECT_EQ(model->showNoResponseHint(), hint) << sequence;
     }
 }
 
@@ -174,49 +134,34 @@ TEST_F(PollerModelRunning, DismissedHintStaysHiddenUntilTheNextStart) {
 
 TEST_F(PollerModelRunning, FailedReadKeepsTheLastValueAndRecordsNoSample) {
     send(answer(points, {1, RegisterTable::holdingRegister, 100, 1}, {500}, 0.02));
-    const PointStatus good = *model->status(level.id);
-    EXPECT_EQ(good, (PointStatus{500.0, {500}, std::nullopt, good.updated, 0.02}));
-    ASSERT_TRUE(good.updated);
+    const QDateTime read = model->status(level.id)->updated.value();
     QTest::qWait(5);
 
     fail(timeout);
-    const PointStatus failed = *model->status(level.id);
-    EXPECT_EQ(failed.value, 500.0);
-    EXPECT_EQ(failed.raw, std::vector<std::uint16_t>{500});
-    EXPECT_EQ(failed.failure, timeout);
-    EXPECT_EQ(failed.duration, 0.02);
-    EXPECT_GT(*failed.updated, *good.updated);
+    const PointStatus& failed = *model->status(level.id);
+    EXPECT_EQ(failed, (PointStatus{500.0, {500}, timeout, failed.updated, 0.02}));
+    EXPECT_GT(failed.updated.value(), read);
     EXPECT_EQ(model->history().samples(level.id)->size(), 1U);
     EXPECT_EQ(*model->status(flow.id), (PointStatus{{}, {}, timeout, failed.updated, 0}));
 }
 
 TEST_F(PollerModelRunning, ChangingHowADatapointIsReadForgetsItsReadingsOthersKeepThem) {
-    const struct {
-        const char* change;
-        std::function<void(Datapoint&)> edit;
-        bool forgets;
-    } rows[] = {
-        {"unit", [](Datapoint& p) { p.unitID = 2; }, true},
-        {"table", [](Datapoint& p) { p.setTable(RegisterTable::inputRegister); }, true},
+    const std::vector<std::tuple<const char*, std::function<void(Datapoint&)>, bool>> rows{
         {"address", [](Datapoint& p) { p.address = 300; }, true},
-        {"data type", [](Datapoint& p) { p.dataType = DataType::int16; }, true},
         {"word order", [](Datapoint& p) { p.wordOrder = WordOrder::cdab; }, true},
         {"scale", [](Datapoint& p) { p.scale = 0.1; }, true},
         {"name", [](Datapoint& p) { p.name = "Renamed"; }, false},
-        {"unit text", [](Datapoint& p) { p.engineeringUnit = "bar"; }, false},
         {"format", [](Datapoint& p) { p.format = DisplayFormat::hex; }, false},
-        {"notes", [](Datapoint& p) { p.notes = "checked"; }, false},
-        {"simulation", [](Datapoint& p) { p.simulation.kind = Simulation::Kind::ramp; }, false},
     };
     const std::vector<Poll> original = model->polls();
-    for (const auto& row : rows) {
+    for (const auto& [change, edit, forgets] : rows) {
         answerBoth(10, 20);
-        std::vector<Poll> polls = model->polls();
-        row.edit(polls[1].datapoints[0]);
+        std::vector<Poll> polls = original;
+        edit(polls[1].datapoints[0]);
         model->setPolls(polls);
-        EXPECT_EQ(model->status(level.id) == nullptr, row.forgets) << row.change;
-        EXPECT_EQ(model->history().samples(level.id) == nullptr, row.forgets) << row.change;
-        EXPECT_NE(model->status(flow.id), nullptr) << row.change;
+        EXPECT_EQ(model->status(level.id) == nullptr, forgets) << change;
+        EXPECT_EQ(model->history().samples(level.id) == nullptr, forgets) << change;
+        EXPECT_NE(model->status(flow.id), nullptr) << change;
         model->setPolls(original);
     }
 }

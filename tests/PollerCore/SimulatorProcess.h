@@ -34,6 +34,7 @@ public:
         std::vector<std::string> arguments{KESTRIN_SIM};
         arguments.insert(arguments.end(), options.begin(), options.end());
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments) {
             argv.push_back(argument.data());
         }

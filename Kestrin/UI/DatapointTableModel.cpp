@@ -1,0 +1,524 @@
+#include "DatapointTableModel.h"
+
+#include "Datapoint.h"
+#include "L10n.h"
+#include "NumberStyle.h"
+#include "PollerModel.h"
+#include "RTUFrame.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <map>
+
+#include <QDateTime>
+#include <QFont>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QLocale>
+
+namespace kestrin {
+
+namespace {
+
+QString qt(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+// Shortest text that reads back as the same double, with the user's decimal separator.
+std::string shortest(double number, const NumberStyle& style) {
+    std::array<char, 32> buffer{};
+    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
+    std::string text(buffer.data(), written.ptr);
+    if (const std::size_t point = text.find('.'); point != std::string::npos) {
+        text.replace(point, 1, style.decimalSeparator);
+    }
+    return text;
+}
+
+// The time of day in the user's long time format, without the time zone it usually carries.
+QString timeOfDay(const QDateTime& time) {
+    const QLocale locale = QLocale::system();
+    QString format = locale.timeFormat(QLocale::LongFormat);
+    format.remove(QLatin1Char('t'));
+    return locale.toString(time.toLocalTime().time(), format.trimmed());
+}
+
+QFont monospaced() {
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+}
+
+// The status text is a size smaller than the table's body text.
+QFont callout() {
+    QFont font = QGuiApplication::font();
+    font.setPointSizeF(font.pointSizeF() * 12.0 / 13.0);
+    return font;
+}
+
+} // namespace
+
+DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
+                                                                bool polling) {
+    if (status == nullptr) {
+        return {Symbol::circleDashed, Tone::secondary, polling ? L10n::Table::waiting() : "—"};
+    }
+    if (!status->failure) {
+        const int ms = static_cast<int>(std::lround(status->duration * 1000));
+        return {Symbol::checkmark, Tone::green, L10n::Table::ok(ms)};
+    }
+    const bool exception = status->failure->kind == PollFailure::Kind::exception;
+    return {Symbol::warning, exception ? Tone::orange : Tone::red,
+            L10n::Log::shortFailure(*status->failure)};
+}
+
+DatapointTableModel::Tone DatapointTableModel::valueTone(const PointStatus* status) {
+    if (status == nullptr || !status->value) {
+        return Tone::tertiary;
+    }
+    return status->failure ? Tone::secondary : Tone::primary;
+}
+
+std::string DatapointTableModel::rawRegistersHelp(const PointStatus* status) {
+    if (status == nullptr || status->raw.empty()) {
+        return {};
+    }
+    std::string registers;
+    for (const std::uint16_t word : status->raw) {
+        std::array<char, 8> hex{};
+        std::snprintf(hex.data(), hex.size(), "%04X", static_cast<unsigned>(word));
+        registers += registers.empty() ? "" : " ";
+        registers += hex.data();
+    }
+    return L10n::Table::rawHelp(registers);
+}
+
+std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>& datapoints) {
+    std::vector<bool> marks(datapoints.size(), false);
+    // Grouped by unit and table and sorted by first address, each datapoint need only be compared
+    // with the ones that start within its own range.
+    std::map<std::pair<int, int>, std::vector<std::size_t>> groups;
+    for (std::size_t i = 0; i < datapoints.size(); ++i) {
+        const Datapoint& point = datapoints[i];
+        groups[{point.unitID, static_cast<int>(point.table())}].push_back(i);
+        marks[i] = !point.lastAddress().has_value();
+    }
+    for (auto& [key, members] : groups) {
+        std::stable_sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
+            return datapoints[a].address < datapoints[b].address;
+        });
+        for (std::size_t i = 0; i < members.size(); ++i) {
+            const int last = datapoints[members[i]].addressRange().last;
+            for (std::size_t j = i + 1;
+                 j < members.size() && datapoints[members[j]].addressRange().first <= last; ++j) {
+                marks[members[i]] = true;
+                marks[members[j]] = true;
+            }
+        }
+    }
+    return marks;
+}
+
+DatapointTableModel::DatapointTableModel(PollerModel& model, QObject* parent)
+    : QAbstractTableModel(parent)
+    , model_(model) {
+    rows_ = currentRowIDs();
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        rowOf_[rows_[i]] = static_cast<int>(i);
+    }
+    refreshOverlaps();
+    connect(&model_, &PollerModel::pollsChanged, this, &DatapointTableModel::pollsChanged);
+    connect(&model_, &PollerModel::selectedPollIDChanged, this, &DatapointTableModel::pollsChanged);
+    connect(&model_, &PollerModel::statusChanged, this, &DatapointTableModel::statusChanged);
+    connect(&model_, &PollerModel::stateChanged, this, &DatapointTableModel::stateChanged);
+}
+
+std::vector<Uuid> DatapointTableModel::currentRowIDs() const {
+    std::vector<Uuid> ids;
+    if (const Poll* poll = model_.selectedPoll()) {
+        ids.reserve(poll->datapoints.size());
+        for (const Datapoint& point : poll->datapoints) {
+            ids.push_back(point.id);
+        }
+    }
+    return ids;
+}
+
+void DatapointTableModel::refreshOverlaps() {
+    const Poll* poll = model_.selectedPoll();
+    overlaps_ = poll != nullptr ? overlapMarks(poll->datapoints) : std::vector<bool>();
+}
+
+void DatapointTableModel::pollsChanged() {
+    std::vector<Uuid> ids = currentRowIDs();
+    if (ids != rows_) {
+        beginResetModel();
+        rows_ = std::move(ids);
+        rowOf_.clear();
+        for (std::size_t i = 0; i < rows_.size(); ++i) {
+            rowOf_[rows_[i]] = static_cast<int>(i);
+        }
+        refreshOverlaps();
+        endResetModel();
+        return;
+    }
+    refreshOverlaps();
+    if (!rows_.empty()) {
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount_ - 1));
+    }
+}
+
+void DatapointTableModel::statusChanged(const std::vector<Uuid>& datapointIDs) {
+    for (const Uuid& id : datapointIDs) {
+        if (const auto found = rowOf_.find(id); found != rowOf_.end()) {
+            emit dataChanged(index(found->second, value), index(found->second, status));
+        }
+    }
+}
+
+void DatapointTableModel::stateChanged() {
+    if (!rows_.empty()) {
+        emit dataChanged(index(0, status), index(rowCount() - 1, status));
+    }
+}
+
+int DatapointTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int DatapointTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : columnCount_;
+}
+
+const Datapoint* DatapointTableModel::datapoint(int row) const {
+    if (row < 0 || row >= rowCount()) {
+        return nullptr;
+    }
+    const Poll* poll = model_.selectedPoll();
+    if (poll == nullptr || static_cast<std::size_t>(row) >= poll->datapoints.size()) {
+        return nullptr;
+    }
+    const Datapoint& point = poll->datapoints[static_cast<std::size_t>(row)];
+    return point.id == rows_[static_cast<std::size_t>(row)] ? &point : nullptr;
+}
+
+std::optional<int> DatapointTableModel::row(const Uuid& datapointID) const {
+    const auto found = rowOf_.find(datapointID);
+    return found != rowOf_.end() ? std::optional(found->second) : std::nullopt;
+}
+
+QVariant DatapointTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+    switch (static_cast<Column>(section)) {
+    case name:
+        return qt(L10n::Table::name());
+    case unitID:
+        return qt(L10n::Table::unitID());
+    case table:
+        return qt(L10n::Table::table());
+    case address:
+        return qt(L10n::Table::address());
+    case dataType:
+        return qt(L10n::Table::dataType());
+    case wordOrder:
+        return qt(L10n::Table::wordOrder());
+    case scale:
+        return qt(L10n::Table::scale());
+    case value:
+        return qt(L10n::Table::value());
+    case unit:
+        return qt(L10n::Table::unit());
+    case status:
+        return qt(L10n::Table::status());
+    case chart:
+        return qt(L10n::Pane::chart());
+    case format:
+        return qt(L10n::Table::format());
+    case description:
+        return qt(L10n::Table::description());
+    case columnCount_:
+        break;
+    }
+    return {};
+}
+
+bool DatapointTableModel::isInactive(const Datapoint& point, int column) const {
+    switch (column) {
+    case dataType:
+    case scale:
+        return point.table().isBit();
+    case wordOrder:
+        return !point.dataType.usesWordOrder();
+    case format:
+        return point.table().isBit() || point.dataType.isFloat();
+    default:
+        return false;
+    }
+}
+
+QVariant DatapointTableModel::display(const Datapoint& point, int column) const {
+    const PointStatus* pointStatus = model_.status(point.id);
+    switch (static_cast<Column>(column)) {
+    case name:
+        return qt(point.name);
+    case unitID:
+        return QString::number(point.unitID);
+    case table:
+        return qt(L10n::Table::tableName(point.table()));
+    case address:
+        return QString::number(point.address);
+    case dataType:
+        return qt(L10n::Table::dataTypeName(point.dataType));
+    case wordOrder:
+        return QString::fromUtf8(point.wordOrder.label().data(),
+                                 static_cast<int>(point.wordOrder.label().size()));
+    case scale:
+        return qt(shortest(point.scale, NumberStyle::current()));
+    case value:
+        if (pointStatus != nullptr && pointStatus->value) {
+            return qt(point.formatted(*pointStatus->value, NumberStyle::current()));
+        }
+        return QStringLiteral("—");
+    case unit:
+        return qt(point.engineeringUnit);
+    case status:
+        return qt(statusLook(pointStatus, model_.state() == PollerState::running).text);
+    case format:
+        return qt(L10n::Table::formatName(point.format));
+    case description:
+        return qt(point.notes);
+    case chart:
+    case columnCount_:
+        break;
+    }
+    return {};
+}
+
+QVariant DatapointTableModel::edit(const Datapoint& point, int column) const {
+    switch (static_cast<Column>(column)) {
+    case unitID:
+        return static_cast<int>(point.unitID);
+    case table:
+        return static_cast<int>(point.table());
+    case address:
+        return static_cast<int>(point.address);
+    case dataType:
+        return static_cast<int>(point.dataType);
+    case wordOrder:
+        return static_cast<int>(point.wordOrder);
+    case format:
+        return static_cast<int>(point.format);
+    default:
+        return display(point, column);
+    }
+}
+
+QVariant DatapointTableModel::toolTip(const Datapoint& point, int column) const {
+    switch (column) {
+    case unitID:
+        return qt(L10n::Table::unitIDHelp());
+    case address:
+        return qt(L10n::Table::addressHelp(point.modiconAddress()));
+    case wordOrder:
+        return qt(L10n::Table::wordOrderHelp());
+    case scale:
+        return qt(L10n::Table::scaleHelp());
+    case chart:
+        return qt(L10n::Table::plotHelp());
+    case value: {
+        const std::string help = rawRegistersHelp(model_.status(point.id));
+        return help.empty() ? QVariant() : qt(help);
+    }
+    case status: {
+        const PointStatus* pointStatus = model_.status(point.id);
+        if (pointStatus == nullptr || !pointStatus->updated) {
+            return {};
+        }
+        return qt(L10n::Table::updatedHelp(timeOfDay(*pointStatus->updated).toStdString()));
+    }
+    default:
+        return {};
+    }
+}
+
+QVariant DatapointTableModel::data(const QModelIndex& index, int role) const {
+    const Datapoint* point = index.isValid() ? datapoint(index.row()) : nullptr;
+    if (point == nullptr) {
+        return {};
+    }
+    const int column = index.column();
+    const PointStatus* pointStatus = model_.status(point->id);
+    switch (role) {
+    case Qt::DisplayRole:
+        return display(*point, column);
+    case Qt::EditRole:
+        return edit(*point, column);
+    case Qt::ToolTipRole:
+        return toolTip(*point, column);
+    case Qt::CheckStateRole:
+        if (column != chart) {
+            return {};
+        }
+        if (const Poll* poll = model_.selectedPoll(); poll != nullptr) {
+            return poll->plotted.contains(point->id) ? Qt::Checked : Qt::Unchecked;
+        }
+        return {};
+    case Qt::FontRole:
+        if (column == unitID || column == value) {
+            return monospaced();
+        }
+        return column == status ? QVariant(callout()) : QVariant();
+    case Qt::TextAlignmentRole:
+        return column == unitID || column == address || column == scale
+                   ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                   : QVariant();
+    case ToneRole:
+        if (column == value) {
+            return static_cast<int>(valueTone(pointStatus));
+        }
+        if (column == status) {
+            return static_cast<int>(
+                statusLook(pointStatus, model_.state() == PollerState::running).tone);
+        }
+        return {};
+    case SymbolRole:
+        if (column == status) {
+            return static_cast<int>(
+                statusLook(pointStatus, model_.state() == PollerState::running).symbol);
+        }
+        if (column == address && data(index, OverlapRole).toBool()) {
+            return static_cast<int>(Symbol::warning);
+        }
+        return {};
+    case InactiveRole:
+        return isInactive(*point, column);
+    case OverlapRole:
+        return column == address && static_cast<std::size_t>(index.row()) < overlaps_.size() &&
+               overlaps_[static_cast<std::size_t>(index.row())];
+    case WritableRole:
+        return column == value && point->table().isWritable();
+    case DatapointRole:
+        return qt(point->id.text());
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags DatapointTableModel::flags(const QModelIndex& index) const {
+    const Datapoint* point = index.isValid() ? datapoint(index.row()) : nullptr;
+    if (point == nullptr) {
+        return Qt::NoItemFlags;
+    }
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    const int column = index.column();
+    if (column == chart) {
+        return flags | Qt::ItemIsUserCheckable;
+    }
+    if (column != value && column != status && !isInactive(*point, column)) {
+        flags |= Qt::ItemIsEditable;
+    }
+    return flags;
+}
+
+bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& input) const {
+    bool ok = false;
+    const int number = input.toInt(&ok);
+    switch (static_cast<Column>(column)) {
+    case name:
+        point.name = input.toString().toStdString();
+        return true;
+    case unit:
+        point.engineeringUnit = input.toString().toStdString();
+        return true;
+    case description:
+        point.notes = input.toString().toStdString();
+        return true;
+    case unitID: {
+        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        if (!parsed || *parsed != std::floor(*parsed) || *parsed < RTUFrame::unitRange.first ||
+            *parsed > RTUFrame::unitRange.last) {
+            return false;
+        }
+        point.unitID = static_cast<std::uint8_t>(*parsed);
+        return true;
+    }
+    case address: {
+        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        if (!parsed || *parsed != std::floor(*parsed) || *parsed < 0 || *parsed > 65535) {
+            return false;
+        }
+        point.address = static_cast<std::uint16_t>(*parsed);
+        return true;
+    }
+    case scale: {
+        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        if (!parsed || !std::isfinite(*parsed)) {
+            return false;
+        }
+        point.scale = *parsed;
+        return true;
+    }
+    case table:
+        if (!ok || number < 0 || number >= static_cast<int>(RegisterTable::allCases.size())) {
+            return false;
+        }
+        point.setTable(RegisterTable::allCases[static_cast<std::size_t>(number)]);
+        return true;
+    case dataType:
+        if (!ok || number < 0 || number >= static_cast<int>(DataType::allCases.size()) ||
+            !DataType(DataType::allCases[static_cast<std::size_t>(number)])
+                 .isAllowed(point.table())) {
+            return false;
+        }
+        point.dataType = DataType::allCases[static_cast<std::size_t>(number)];
+        return true;
+    case wordOrder:
+        if (!ok || number < 0 || number >= static_cast<int>(WordOrder::allCases.size())) {
+            return false;
+        }
+        point.wordOrder = WordOrder::allCases[static_cast<std::size_t>(number)];
+        return true;
+    case format:
+        if (!ok || number < 0 || number >= static_cast<int>(DisplayFormat::allCases.size())) {
+            return false;
+        }
+        point.format = DisplayFormat::allCases[static_cast<std::size_t>(number)];
+        return true;
+    case value:
+    case status:
+    case chart:
+    case columnCount_:
+        break;
+    }
+    return false;
+}
+
+bool DatapointTableModel::setData(const QModelIndex& index, const QVariant& input, int role) {
+    const Datapoint* point = index.isValid() ? datapoint(index.row()) : nullptr;
+    const Poll* poll = model_.selectedPoll();
+    if (point == nullptr || poll == nullptr) {
+        return false;
+    }
+    if (index.column() == chart && role == Qt::CheckStateRole) {
+        const bool plotted = input.toInt() == Qt::Checked;
+        model_.setPlotted(poll->id, point->id, plotted);
+        emit dataChanged(index, index, {Qt::CheckStateRole});
+        return true;
+    }
+    if (role != Qt::EditRole || isInactive(*point, index.column())) {
+        return false;
+    }
+    Datapoint changed = *point;
+    if (!apply(changed, index.column(), input)) {
+        return false;
+    }
+    if (!(changed == *point)) {
+        model_.updateDatapoint(changed);
+    }
+    return true;
+}
+
+} // namespace kestrin

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Result.h"
+
+#include <memory>
+#include <string>
+
+#include <QString>
+
+class QProcess;
+
+namespace kestrin {
+
+// A kestrin-sim serving the example list on a pseudo-terminal, for trying the program without
+// hardware. The simulator ends with this object, and on its own when this process ends.
+class DemoDevice {
+public:
+    ~DemoDevice();
+    DemoDevice(const DemoDevice&) = delete;
+    DemoDevice& operator=(const DemoDevice&) = delete;
+
+    // The simulator beside this program, else the build tree's, else the one on PATH; empty when
+    // there is none.
+    static QString findSimulator(const QString& programFolder);
+
+    // Starts the simulator and waits for the path it announces on its first line.
+    static Result<std::unique_ptr<DemoDevice>, std::string> start(const QString& simulator);
+
+    const std::string& path() const { return path_; }
+
+private:
+    DemoDevice(std::unique_ptr<QProcess> process, std::string path);
+
+    std::unique_ptr<QProcess> process_;
+    std::string path_;
+};
+
+} // namespace kestrin

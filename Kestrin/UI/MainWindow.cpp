@@ -1,0 +1,214 @@
+#include "MainWindow.h"
+
+#include "BottomPane.h"
+#include "DatapointPanel.h"
+#include "HelpWindow.h"
+#include "Icons.h"
+#include "L10n.h"
+#include "PollTabBar.h"
+#include "PollerModel.h"
+#include "StatusDot.h"
+#include "TopBar.h"
+
+#include <QFileDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+namespace kestrin {
+
+namespace {
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+constexpr int tableMinimumHeight = 200;
+constexpr int tableIdealHeight = 380;
+constexpr int paneMinimumHeight = 140;
+constexpr int paneIdealHeight = 240;
+
+QAction* command(QMenu* menu, const std::string& text, const QKeySequence& shortcut = {}) {
+    QAction* action = menu->addAction(qs(text));
+    action->setShortcut(shortcut);
+    return action;
+}
+
+QAction* toggle(QMenu* menu, const std::string& text) {
+    QAction* action = menu->addAction(qs(text));
+    action->setCheckable(true);
+    return action;
+}
+
+} // namespace
+
+MainWindow::MainWindow(PollerModel& model, QWidget* parent)
+    : QMainWindow(parent)
+    , model_(model)
+    , topBar_(new TopBar(model))
+    , tabs_(new PollTabBar(model))
+    , table_(new DatapointPanel(model))
+    , bottom_(new BottomPane(model))
+    , splitter_(new QSplitter(Qt::Vertical)) {
+    setObjectName(QStringLiteral("mainWindow"));
+    setWindowIcon(Icons::application());
+    resize(1180, 760);
+    setMinimumSize(900, 560);
+
+    auto* tableArea = new QWidget;
+    tableArea->setObjectName(QStringLiteral("tableArea"));
+    tableArea->setMinimumHeight(tableMinimumHeight);
+    auto* tableLayout = new QVBoxLayout(tableArea);
+    tableLayout->setContentsMargins(0, 0, 0, 0);
+    tableLayout->setSpacing(0);
+    tableLayout->addWidget(tabs_);
+    tableLayout->addWidget(table_, 1);
+    bottom_->setMinimumHeight(paneMinimumHeight);
+    splitter_->setObjectName(QStringLiteral("mainSplitter"));
+    splitter_->addWidget(tableArea);
+    splitter_->addWidget(bottom_);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->setStretchFactor(0, tableIdealHeight);
+    splitter_->setStretchFactor(1, paneIdealHeight);
+    splitter_->setSizes({tableIdealHeight, paneIdealHeight});
+
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(topBar_);
+    layout->addWidget(splitter_, 1);
+    setCentralWidget(content);
+
+    buildMenus();
+    connect(&model_, &PollerModel::stateChanged, this, &MainWindow::refreshState);
+    connect(&model_, &PollerModel::selectedPathChanged, this, &MainWindow::refreshState);
+    connect(&model_, &PollerModel::portListChanged, this, &MainWindow::refreshState);
+    connect(&model_, &PollerModel::pollsChanged, this, &MainWindow::refreshState);
+    connect(&model_, &PollerModel::logOptionsChanged, this, &MainWindow::refreshLogOptions);
+    connect(&model_, &PollerModel::errorMessageChanged, this, &MainWindow::showError);
+    refreshState();
+    refreshLogOptions();
+    showError();
+}
+
+void MainWindow::buildMenus() {
+    QMenu* file = menuBar()->addMenu(qs(L10n::Menu::file()));
+    file->setObjectName(QStringLiteral("fileMenu"));
+    connect(command(file, L10n::Menu::newProject(), QKeySequence(Qt::CTRL | Qt::Key_N)),
+            &QAction::triggered, &model_, &PollerModel::newProject);
+    connect(command(file, L10n::Menu::openProject(), QKeySequence(Qt::CTRL | Qt::Key_O)),
+            &QAction::triggered, this, &MainWindow::openProject);
+    connect(
+        command(file, L10n::Menu::saveProject(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_S)),
+        &QAction::triggered, this, &MainWindow::saveProjectAs);
+    connect(command(file, L10n::Menu::saveLog(), QKeySequence(Qt::CTRL | Qt::Key_S)),
+            &QAction::triggered, bottom_, &BottomPane::saveLog);
+    file->addSeparator();
+    connect(command(file, L10n::Menu::importCSV(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_I)),
+            &QAction::triggered, table_, &DatapointPanel::importCSV);
+    connect(command(file, L10n::Menu::exportCSV(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_E)),
+            &QAction::triggered, table_, &DatapointPanel::exportCSV);
+
+    QMenu* poller = menuBar()->addMenu(qs(L10n::Menu::poller()));
+    poller->setObjectName(QStringLiteral("pollerMenu"));
+    startStop_ = command(poller, L10n::Header::start(), QKeySequence(Qt::CTRL | Qt::Key_R));
+    startStop_->setObjectName(QStringLiteral("startStopAction"));
+    connect(startStop_, &QAction::triggered, &model_, &PollerModel::toggle);
+    poller->addSeparator();
+    connect(command(poller, L10n::Polls::add(), QKeySequence(Qt::CTRL | Qt::Key_T)),
+            &QAction::triggered, &model_, &PollerModel::addPoll);
+    connect(command(poller, L10n::Table::add(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_D)),
+            &QAction::triggered, table_, &DatapointPanel::addDatapoint);
+    poller->addSeparator();
+    connect(command(poller, L10n::Pane::exportHistory()), &QAction::triggered, bottom_,
+            &BottomPane::exportHistory);
+    connect(command(poller, L10n::Menu::clearLog(), QKeySequence(Qt::CTRL | Qt::Key_K)),
+            &QAction::triggered, bottom_, &BottomPane::clearLog);
+    autoscroll_ = toggle(poller, L10n::Footer::autoscroll());
+    timestamps_ = toggle(poller, L10n::Footer::timestamps());
+    rawFrames_ = toggle(poller, L10n::Footer::rawFrames());
+    onlyProblems_ = toggle(poller, L10n::Footer::onlyProblems());
+    connect(autoscroll_, &QAction::toggled, &model_, &PollerModel::setAutoscroll);
+    connect(timestamps_, &QAction::toggled, &model_, &PollerModel::setShowTimestamps);
+    connect(rawFrames_, &QAction::toggled, &model_, &PollerModel::setShowRawFrames);
+    connect(onlyProblems_, &QAction::toggled, &model_, &PollerModel::setLogOnlyProblems);
+
+    QMenu* help = menuBar()->addMenu(qs(L10n::Menu::help()));
+    help->setObjectName(QStringLiteral("helpMenu"));
+    QAction* showHelp = command(help, L10n::Help::windowTitle(), QKeySequence(Qt::Key_F1));
+    showHelp->setIcon(Icons::symbol(Symbol::book));
+    connect(showHelp, &QAction::triggered, this, &MainWindow::showHelp);
+}
+
+void MainWindow::refreshState() {
+    const bool stopped = model_.state() == PollerState::stopped;
+    setWindowTitle(qs(L10n::appName()) + QStringLiteral(" — ") + StatusDot::text(model_.state()));
+    startStop_->setText(qs(stopped ? L10n::Header::start() : L10n::Header::stop()));
+    startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
+    startStop_->setEnabled(!stopped || model_.canStart());
+}
+
+void MainWindow::refreshLogOptions() {
+    const auto set = [](QAction* action, bool on) {
+        const QSignalBlocker blocker(action);
+        action->setChecked(on);
+    };
+    set(autoscroll_, model_.autoscroll());
+    set(timestamps_, model_.showTimestamps());
+    set(rawFrames_, model_.showRawFrames());
+    set(onlyProblems_, model_.logOnlyProblems());
+}
+
+void MainWindow::showError() {
+    const auto& message = model_.errorMessage();
+    if (!message) {
+        if (alert_ != nullptr) {
+            alert_->close();
+        }
+        return;
+    }
+    if (alert_ != nullptr && alert_->isVisible()) {
+        alert_->setText(qs(*message));
+        return;
+    }
+    alert_ = new QMessageBox(QMessageBox::Warning, qs(L10n::Errors::alertTitle()), qs(*message),
+                             QMessageBox::NoButton, this);
+    alert_->setObjectName(QStringLiteral("errorAlert"));
+    alert_->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton* ok = alert_->addButton(qs(L10n::Errors::ok()), QMessageBox::AcceptRole);
+    ok->setObjectName(QStringLiteral("errorAlertOK"));
+    alert_->setDefaultButton(ok);
+    // Closing the alert, however it is closed, clears the message it shows.
+    connect(alert_, &QMessageBox::finished, this, [this] {
+        if (model_.errorMessage()) {
+            model_.setErrorMessage(std::nullopt);
+        }
+    });
+    alert_->open();
+}
+
+void MainWindow::openProject() {
+    const QString path = QFileDialog::getOpenFileName(this, qs(L10n::Menu::openProject()), {},
+                                                      QStringLiteral("JSON (*.json)"));
+    if (!path.isEmpty()) {
+        model_.openProject(path);
+    }
+}
+
+void MainWindow::saveProjectAs() {
+    const QString path = QFileDialog::getSaveFileName(this, qs(L10n::Menu::saveProject()),
+                                                      QStringLiteral("kestrin.json"),
+                                                      QStringLiteral("JSON (*.json)"));
+    if (!path.isEmpty()) {
+        model_.saveProjectAs(path);
+    }
+}
+
+void MainWindow::showHelp() {
+    HelpWindow::showSingle(this);
+}
+
+} // namespace kestrin

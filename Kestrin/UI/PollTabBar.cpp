@@ -1,0 +1,246 @@
+#include "PollTabBar.h"
+
+#include "Icons.h"
+#include "L10n.h"
+#include "PollTab.h"
+#include "PollerModel.h"
+
+#include <algorithm>
+#include <array>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QToolButton>
+
+namespace kestrin {
+
+namespace {
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+constexpr std::array intervals{100, 250, 500, 1000, 2000, 5000, 10000, 30000, 60000};
+
+QString title(const Poll& poll) {
+    return poll.name.empty() ? qs(L10n::Polls::unnamed()) : qs(poll.name);
+}
+
+} // namespace
+
+PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
+    : QWidget(parent)
+    , model_(model)
+    , tabRow_(new QHBoxLayout)
+    , add_(new QToolButton(this))
+    , name_(new QLineEdit(this))
+    , interval_(new QComboBox(this))
+    , active_(new QCheckBox(qs(L10n::Polls::active()), this)) {
+    setObjectName(QStringLiteral("pollTabBar"));
+    setAutoFillBackground(true);
+
+    auto* strip = new QWidget;
+    strip->setLayout(tabRow_);
+    tabRow_->setContentsMargins(0, 0, 0, 0);
+    tabRow_->setSpacing(6);
+    tabRow_->addStretch(1);
+    auto* scroller = new QScrollArea(this);
+    scroller->setObjectName(QStringLiteral("pollTabScroller"));
+    scroller->setWidget(strip);
+    scroller->setWidgetResizable(true);
+    scroller->setFrameShape(QFrame::NoFrame);
+    // No scroll bar under the row: the wheel scrolls it and the selected tab is kept in view.
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    scroller->setFixedHeight(PollTab(Uuid::random()).sizeHint().height() + 4);
+    scroller_ = scroller;
+    scroller->viewport()->setAutoFillBackground(false);
+    strip->setAutoFillBackground(false);
+
+    add_->setObjectName(QStringLiteral("addPollButton"));
+    add_->setIcon(Icons::symbol(Symbol::plus));
+    add_->setAutoRaise(true);
+    add_->setFixedSize(20, 20);
+    add_->setIconSize(QSize(14, 14));
+    add_->setAccessibleName(qs(L10n::Polls::add()));
+    add_->setToolTip(qs(L10n::Polls::addHelp()));
+
+    auto* divider = new QFrame(this);
+    divider->setFrameShape(QFrame::VLine);
+    divider->setFrameShadow(QFrame::Sunken);
+
+    name_->setObjectName(QStringLiteral("pollNameField"));
+    name_->setFixedWidth(140);
+    name_->setPlaceholderText(qs(L10n::Polls::namePlaceholder()));
+    name_->setAccessibleName(qs(L10n::Table::name()));
+    interval_->setObjectName(QStringLiteral("pollIntervalPicker"));
+    interval_->setFixedWidth(120);
+    interval_->setToolTip(qs(L10n::Polls::intervalHelp()));
+    interval_->setAccessibleName(qs(L10n::Polls::interval()));
+    for (const int ms : intervals) {
+        interval_->addItem(qs(L10n::Polls::intervalLabel(ms)), ms);
+    }
+    active_->setObjectName(QStringLiteral("pollActiveToggle"));
+    active_->setToolTip(qs(L10n::Polls::activeHelp()));
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 4, 10, 4);
+    row->setSpacing(8);
+    row->addWidget(scroller, 1);
+    row->addWidget(add_);
+    row->addWidget(divider);
+    row->addWidget(new QLabel(qs(L10n::Table::name()), this));
+    row->addWidget(name_);
+    row->addWidget(new QLabel(qs(L10n::Polls::interval()), this));
+    row->addWidget(interval_);
+    row->addWidget(active_);
+
+    connect(add_, &QToolButton::clicked, &model_, &PollerModel::addPoll);
+    connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (const auto& id = model_.selectedPollID()) {
+            model_.renamePoll(*id, text.toStdString());
+        }
+    });
+    connect(interval_, &QComboBox::activated, this, [this](int index) {
+        if (const auto& id = model_.selectedPollID()) {
+            model_.setInterval(*id, interval_->itemData(index).toInt());
+        }
+    });
+    connect(active_, &QCheckBox::toggled, this, [this](bool on) {
+        if (const auto& id = model_.selectedPollID()) {
+            model_.setEnabled(*id, on);
+        }
+    });
+
+    connect(&model_, &PollerModel::pollsChanged, this, &PollTabBar::rebuildTabs);
+    connect(&model_, &PollerModel::selectedPollIDChanged, this, &PollTabBar::rebuildTabs);
+    connect(&model_, &PollerModel::stateChanged, this, &PollTabBar::refreshTabs);
+    connect(&model_, &PollerModel::statusChanged, this, &PollTabBar::refreshTabs);
+    rebuildTabs();
+}
+
+PollTab* PollTabBar::tab(const Uuid& pollID) const {
+    const auto found = std::find_if(tabs_.begin(), tabs_.end(),
+                                    [&](const PollTab* tab) { return tab->pollID() == pollID; });
+    return found == tabs_.end() ? nullptr : *found;
+}
+
+void PollTabBar::rebuildTabs() {
+    const auto& polls = model_.polls();
+    const bool same =
+        std::equal(polls.begin(), polls.end(), tabs_.begin(), tabs_.end(),
+                   [](const Poll& poll, const PollTab* tab) { return poll.id == tab->pollID(); });
+    if (!same) {
+        for (PollTab* tab : tabs_) {
+            tab->deleteLater();
+        }
+        tabs_.clear();
+        for (const Poll& poll : polls) {
+            auto* tab = new PollTab(poll.id);
+            tab->setToolTip(qs(L10n::Polls::tabHelp()));
+            const Uuid id = poll.id;
+            connect(tab, &PollTab::clicked, this, [this, id] { model_.setSelectedPollID(id); });
+            connect(tab, &PollTab::customContextMenuRequested, this, [this, tab](QPoint at) {
+                QMenu* menu = contextMenu(tab->pollID());
+                menu->popup(tab->mapToGlobal(at));
+            });
+            // Before the trailing stretch.
+            tabRow_->insertWidget(tabRow_->count() - 1, tab);
+            tabs_.push_back(tab);
+        }
+    }
+    refreshTabs();
+    refreshEditor();
+    if (PollTab* selected = model_.selectedPollID() ? tab(*model_.selectedPollID()) : nullptr) {
+        scroller_->ensureWidgetVisible(selected, 20, 0);
+    }
+}
+
+void PollTabBar::refreshTabs() {
+    const auto& polls = model_.polls();
+    const auto& selected = model_.selectedPollID();
+    for (std::size_t i = 0; i < tabs_.size() && i < polls.size(); ++i) {
+        const Poll& poll = polls[i];
+        tabs_[i]->setPoll(title(poll), poll.enabled, selected == poll.id, tabDot(model_, poll));
+    }
+}
+
+void PollTabBar::refreshEditor() {
+    const Poll* poll = model_.selectedPoll();
+    name_->setEnabled(poll != nullptr);
+    interval_->setEnabled(poll != nullptr);
+    active_->setEnabled(poll != nullptr);
+    if (poll == nullptr) {
+        return;
+    }
+    // Only when it differs, so the cursor stays where the user is typing.
+    if (name_->text() != qs(poll->name)) {
+        name_->setText(qs(poll->name));
+    }
+    const QSignalBlocker intervalBlocker(interval_);
+    int index = interval_->findData(QVariant::fromValue(int(poll->intervalMs)));
+    if (index < 0) {
+        // A project may carry an interval the list does not offer; it is kept as it stands.
+        interval_->addItem(qs(L10n::Polls::intervalLabel(int(poll->intervalMs))),
+                           int(poll->intervalMs));
+        index = interval_->count() - 1;
+    }
+    interval_->setCurrentIndex(index);
+    const QSignalBlocker activeBlocker(active_);
+    active_->setChecked(poll->enabled);
+}
+
+QMenu* PollTabBar::contextMenu(const Uuid& pollID) {
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("pollTabMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* duplicate = menu->addAction(qs(L10n::Polls::duplicate()));
+    duplicate->setObjectName(QStringLiteral("duplicatePollAction"));
+    connect(duplicate, &QAction::triggered, this, [this, pollID] { model_.duplicatePoll(pollID); });
+    QAction* remove = menu->addAction(qs(L10n::Polls::remove()));
+    remove->setObjectName(QStringLiteral("removePollAction"));
+    remove->setEnabled(model_.polls().size() >= 2);
+    connect(remove, &QAction::triggered, this, [this, pollID] { askToRemove(pollID); });
+    return menu;
+}
+
+void PollTabBar::askToRemove(const Uuid& pollID) {
+    if (model_.polls().size() < 2) {
+        return;
+    }
+    if (confirmation_ != nullptr) {
+        confirmation_->close();
+    }
+    confirmDelete_ = pollID;
+    auto* box = new QMessageBox(QMessageBox::Warning, qs(L10n::Polls::removeTitle()),
+                                qs(L10n::Polls::removeTitle()), QMessageBox::NoButton, this);
+    box->setObjectName(QStringLiteral("removePollConfirmation"));
+    box->setInformativeText(qs(L10n::Polls::removeMessage()));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton* remove = box->addButton(qs(L10n::Polls::remove()), QMessageBox::DestructiveRole);
+    remove->setObjectName(QStringLiteral("confirmRemovePollButton"));
+    QPushButton* cancel = box->addButton(qs(L10n::Import::cancel()), QMessageBox::RejectRole);
+    cancel->setObjectName(QStringLiteral("cancelRemovePollButton"));
+    box->setDefaultButton(cancel);
+    connect(box, &QMessageBox::finished, this, [this, box, remove] {
+        const std::optional<Uuid> pollID = std::exchange(confirmDelete_, std::nullopt);
+        if (box->clickedButton() == remove && pollID) {
+            model_.removePoll(*pollID);
+        }
+    });
+    confirmation_ = box;
+    box->open();
+}
+
+} // namespace kestrin

@@ -1,0 +1,186 @@
+#include "SerialSettingsPopover.h"
+
+#include "L10n.h"
+#include "LogPalette.h"
+#include "Parity.h"
+#include "PollerModel.h"
+#include "WriteMode.h"
+
+#include <array>
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace kestrin {
+
+namespace {
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+constexpr std::array timeouts{100, 200, 500, 1000, 2000, 5000};
+constexpr std::array gaps{0, 4, 8, 16, 32};
+
+QComboBox* picker(const char* name, QWidget* parent) {
+    auto* combo = new QComboBox(parent);
+    combo->setObjectName(QString::fromLatin1(name));
+    return combo;
+}
+
+// Selects the entry carrying value; a value the list does not offer is shown as it stands.
+void select(QComboBox* combo, int value, const QString& textIfMissing) {
+    const QSignalBlocker blocker(combo);
+    int index = combo->findData(value);
+    if (index < 0) {
+        combo->addItem(textIfMissing, value);
+        index = combo->count() - 1;
+    }
+    combo->setCurrentIndex(index);
+}
+
+QLabel* sectionTitle(const std::string& text, QWidget* parent) {
+    auto* label = new QLabel(qs(text), parent);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+} // namespace
+
+SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent)
+    : Popover(parent)
+    , model_(model)
+    , dataBits_(picker("dataBitsPicker", this))
+    , parity_(picker("parityPicker", this))
+    , stopBits_(picker("stopBitsPicker", this))
+    , modbusDefault_(new QPushButton(qs(L10n::Settings::modbusDefault()), this))
+    , timeout_(picker("timeoutPicker", this))
+    , gap_(picker("gapPicker", this))
+    , writeMode_(picker("writeModePicker", this)) {
+    setObjectName(QStringLiteral("serialSettings"));
+    setFixedWidth(400);
+    modbusDefault_->setObjectName(QStringLiteral("modbusDefaultButton"));
+
+    for (const int bits : {8, 7}) {
+        dataBits_->addItem(QString::number(bits), bits);
+    }
+    parity_->addItem(qs(L10n::Settings::parityNone()), int(Parity::none));
+    parity_->addItem(qs(L10n::Settings::parityEven()), int(Parity::even));
+    parity_->addItem(qs(L10n::Settings::parityOdd()), int(Parity::odd));
+    for (const int bits : {1, 2}) {
+        stopBits_->addItem(QString::number(bits), bits);
+    }
+    for (const int ms : timeouts) {
+        timeout_->addItem(qs(L10n::Settings::timeoutLabel(ms)), ms);
+    }
+    for (const int gap : gaps) {
+        gap_->addItem(qs(L10n::Settings::gapLabel(gap)), gap);
+    }
+    writeMode_->addItem(qs(L10n::Settings::writeSingle()), int(WriteMode::single));
+    writeMode_->addItem(qs(L10n::Settings::writeMultiple()), int(WriteMode::multiple));
+
+    const QPalette palette = this->palette();
+    const auto footer = [&](const std::string& text) {
+        auto* label = new QLabel(qs(text), this);
+        label->setWordWrap(true);
+        QFont font = label->font();
+        font.setPointSizeF(font.pointSizeF() * 0.85);
+        label->setFont(font);
+        QPalette faded = label->palette();
+        faded.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette));
+        label->setPalette(faded);
+        return label;
+    };
+
+    auto* frame = new QFormLayout;
+    frame->addRow(qs(L10n::Settings::dataBits()), dataBits_);
+    frame->addRow(qs(L10n::Settings::parity()), parity_);
+    frame->addRow(qs(L10n::Settings::stopBits()), stopBits_);
+    frame->addRow(QString(), modbusDefault_);
+    auto* requests = new QFormLayout;
+    requests->addRow(qs(L10n::Settings::responseTimeout()), timeout_);
+    requests->addRow(qs(L10n::Settings::combine()), gap_);
+    requests->addRow(qs(L10n::Settings::writeMode()), writeMode_);
+    timeout_->setToolTip(qs(L10n::Settings::timeoutHelp()));
+    gap_->setToolTip(qs(L10n::Settings::combineHelp()));
+    writeMode_->setToolTip(qs(L10n::Settings::writeModeHelp()));
+
+    contentLayout()->addWidget(sectionTitle(L10n::Settings::frame(), this));
+    contentLayout()->addLayout(frame);
+    contentLayout()->addWidget(footer(L10n::Settings::standardNote()));
+    contentLayout()->addSpacing(6);
+    contentLayout()->addWidget(sectionTitle(L10n::Settings::requests(), this));
+    contentLayout()->addLayout(requests);
+
+    const auto changeSerial = [this](auto change) {
+        SerialConfiguration serial = model_.serial();
+        change(serial);
+        model_.setSerial(serial);
+    };
+    connect(dataBits_, &QComboBox::activated, this, [this, changeSerial](int index) {
+        changeSerial(
+            [&](SerialConfiguration& s) { s.dataBits = dataBits_->itemData(index).toInt(); });
+    });
+    connect(parity_, &QComboBox::activated, this, [this, changeSerial](int index) {
+        changeSerial([&](SerialConfiguration& s) {
+            s.parity = Parity::allCases.at(parity_->itemData(index).toUInt());
+        });
+    });
+    connect(stopBits_, &QComboBox::activated, this, [this, changeSerial](int index) {
+        changeSerial(
+            [&](SerialConfiguration& s) { s.stopBits = stopBits_->itemData(index).toInt(); });
+    });
+    // Three separate changes, as if the user had picked each value.
+    connect(modbusDefault_, &QPushButton::clicked, this, [changeSerial] {
+        changeSerial([](SerialConfiguration& s) { s.dataBits = 8; });
+        changeSerial([](SerialConfiguration& s) { s.parity = Parity::even; });
+        changeSerial([](SerialConfiguration& s) { s.stopBits = 1; });
+    });
+    connect(timeout_, &QComboBox::activated, this,
+            [this](int index) { model_.setTimeoutMs(timeout_->itemData(index).toInt()); });
+    connect(gap_, &QComboBox::activated, this,
+            [this](int index) { model_.setMaxGap(gap_->itemData(index).toInt()); });
+    connect(writeMode_, &QComboBox::activated, this, [this](int index) {
+        model_.setWriteMode(WriteMode::allCases.at(writeMode_->itemData(index).toUInt()));
+    });
+
+    connect(&model_, &PollerModel::serialChanged, this, &SerialSettingsPopover::refresh);
+    connect(&model_, &PollerModel::timeoutMsChanged, this, &SerialSettingsPopover::refresh);
+    connect(&model_, &PollerModel::maxGapChanged, this, &SerialSettingsPopover::refresh);
+    connect(&model_, &PollerModel::writeModeChanged, this, &SerialSettingsPopover::refresh);
+    connect(&model_, &PollerModel::stateChanged, this, &SerialSettingsPopover::refresh);
+    refresh();
+}
+
+void SerialSettingsPopover::refresh() {
+    const SerialConfiguration& serial = model_.serial();
+    select(dataBits_, serial.dataBits, QString::number(serial.dataBits));
+    select(parity_, int(serial.parity), QString(QChar::fromLatin1(serial.parity.letter())));
+    select(stopBits_, serial.stopBits, QString::number(serial.stopBits));
+    select(timeout_, model_.timeoutMs(), qs(L10n::Settings::timeoutLabel(model_.timeoutMs())));
+    select(gap_, model_.maxGap(), qs(L10n::Settings::gapLabel(model_.maxGap())));
+    select(writeMode_, int(model_.writeMode()), QString());
+
+    const bool locked = model_.state() != PollerState::stopped;
+    const QString lockedTip = qs(L10n::Header::lockedWhileRunning());
+    for (QWidget* control : std::initializer_list<QWidget*>{
+             dataBits_, parity_, stopBits_, modbusDefault_, timeout_, gap_, writeMode_}) {
+        control->setEnabled(!locked);
+    }
+    setToolTip(locked ? lockedTip : QString());
+    timeout_->setToolTip(locked ? lockedTip : qs(L10n::Settings::timeoutHelp()));
+    gap_->setToolTip(locked ? lockedTip : qs(L10n::Settings::combineHelp()));
+    writeMode_->setToolTip(locked ? lockedTip : qs(L10n::Settings::writeModeHelp()));
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{dataBits_, parity_, stopBits_, modbusDefault_}) {
+        control->setToolTip(locked ? lockedTip : QString());
+    }
+}
+
+} // namespace kestrin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Popover.h"
+
+class QComboBox;
+class QPushButton;
+
+namespace kestrin {
+
+class PollerModel;
+
+// The frame and request settings: data bits, parity, stop bits, the Modbus default, the
+// response time-out, read combining and the write method. Locked while reading.
+class SerialSettingsPopover : public Popover {
+    Q_OBJECT
+
+public:
+    explicit SerialSettingsPopover(PollerModel& model, QWidget* parent = nullptr);
+
+private:
+    void refresh();
+
+    PollerModel& model_;
+    QComboBox* dataBits_;
+    QComboBox* parity_;
+    QComboBox* stopBits_;
+    QPushButton* modbusDefault_;
+    QComboBox* timeout_;
+    QComboBox* gap_;
+    QComboBox* writeMode_;
+};
+
+} // namespace kestrin

@@ -1,0 +1,167 @@
+#include "TopBar.h"
+
+#include "Icons.h"
+#include "L10n.h"
+#include "LogPalette.h"
+#include "PollerModel.h"
+#include "SerialSettingsPopover.h"
+#include "StatusDot.h"
+
+#include <algorithm>
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QToolButton>
+
+namespace kestrin {
+
+namespace {
+
+QString qs(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+} // namespace
+
+TopBar::TopBar(PollerModel& model, QWidget* parent)
+    : QWidget(parent)
+    , model_(model)
+    , port_(new QComboBox(this))
+    , baud_(new QComboBox(this))
+    , frame_(new QToolButton(this))
+    , dot_(new StatusDot(this))
+    , startStop_(new QPushButton(this)) {
+    setObjectName(QStringLiteral("topBar"));
+    port_->setObjectName(QStringLiteral("portPicker"));
+    port_->setAccessibleName(qs(L10n::Header::port()));
+    port_->setMinimumWidth(150);
+    port_->setMaximumWidth(380);
+    port_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    baud_->setObjectName(QStringLiteral("baudPicker"));
+    baud_->setAccessibleName(qs(L10n::Header::baudRate()));
+    baud_->setFixedWidth(124);
+    for (const int rate : SerialConfiguration::standardBaudRates) {
+        baud_->addItem(qs(L10n::Header::baudLabel(rate)), rate);
+    }
+    frame_->setObjectName(QStringLiteral("frameSettingsButton"));
+    frame_->setIcon(Icons::symbol(Symbol::sliders));
+    frame_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    startStop_->setObjectName(QStringLiteral("startStopButton"));
+    startStop_->setMinimumWidth(80);
+    startStop_->setAutoFillBackground(true);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(10, 8, 10, 8);
+    row->setSpacing(8);
+    row->addWidget(port_, 1);
+    row->addWidget(baud_);
+    row->addWidget(frame_);
+    row->addStretch(1);
+    row->addWidget(dot_);
+    row->addWidget(startStop_);
+
+    connect(port_, &QComboBox::activated, this, [this](int index) {
+        const QVariant path = port_->itemData(index);
+        if (path.isValid()) {
+            model_.setSelectedPath(path.toString().toStdString());
+        }
+    });
+    connect(baud_, &QComboBox::activated, this, [this](int index) {
+        SerialConfiguration serial = model_.serial();
+        serial.baudRate = baud_->itemData(index).toInt();
+        model_.setSerial(serial);
+    });
+    connect(frame_, &QToolButton::clicked, this, &TopBar::showSerialSettings);
+    connect(startStop_, &QPushButton::clicked, &model_, &PollerModel::toggle);
+
+    connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshPorts);
+    connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshPorts);
+    connect(&model_, &PollerModel::serialChanged, this, &TopBar::refreshBaud);
+    // canStart follows the port, the polls and their datapoints.
+    connect(&model_, &PollerModel::stateChanged, this, &TopBar::refreshState);
+    connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshState);
+    connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshState);
+    connect(&model_, &PollerModel::pollsChanged, this, &TopBar::refreshState);
+    refreshPorts();
+    refreshBaud();
+    refreshState();
+}
+
+SerialSettingsPopover* TopBar::serialSettings() {
+    if (settings_ == nullptr) {
+        settings_ = new SerialSettingsPopover(model_, this);
+    }
+    return settings_;
+}
+
+void TopBar::showSerialSettings() {
+    SerialSettingsPopover* popover = serialSettings();
+    if (popover->isVisible()) {
+        popover->hide();
+    } else {
+        popover->showBelow(frame_);
+    }
+}
+
+void TopBar::refreshPorts() {
+    const QSignalBlocker blocker(port_);
+    port_->clear();
+    const auto& ports = model_.ports();
+    const std::string& selected = model_.selectedPath();
+    for (const SerialPortInfo& port : ports) {
+        port_->addItem(qs(port.name()), qs(port.path));
+        port_->setItemData(port_->count() - 1, qs(port.path), Qt::ToolTipRole);
+    }
+    const bool present = std::any_of(ports.begin(), ports.end(),
+                                     [&](const SerialPortInfo& p) { return p.path == selected; });
+    if (!selected.empty() && !present) {
+        port_->addItem(qs(L10n::Header::portNotConnected(selected)), qs(selected));
+    }
+    if (port_->count() == 0) {
+        port_->addItem(qs(L10n::Header::noPortsFound()));
+    } else if (selected.empty()) {
+        port_->insertItem(0, qs(L10n::Header::choosePort()));
+    }
+    const int index = selected.empty() ? 0 : port_->findData(qs(selected));
+    port_->setCurrentIndex(std::max(index, 0));
+}
+
+void TopBar::refreshBaud() {
+    const QSignalBlocker blocker(baud_);
+    const int rate = model_.serial().baudRate;
+    int index = baud_->findData(rate);
+    if (index < 0) {
+        baud_->addItem(qs(L10n::Header::baudLabel(rate)), rate);
+        index = baud_->count() - 1;
+    }
+    baud_->setCurrentIndex(index);
+    frame_->setText(qs(model_.serial().frameDescription()));
+}
+
+void TopBar::refreshState() {
+    const PollerState state = model_.state();
+    const bool stopped = state == PollerState::stopped;
+    dot_->setState(state);
+
+    startStop_->setText(qs(stopped ? L10n::Header::start() : L10n::Header::stop()));
+    startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
+    startStop_->setToolTip(qs(stopped ? L10n::Header::startHelp() : L10n::Header::stopHelp()));
+    startStop_->setEnabled(!stopped || model_.canStart());
+    // Prominent: the accent colour while stopped, orange while reading.
+    QPalette tint = palette();
+    const QColor fill = stopped ? QColor(0, 129, 132) : LogPalette::orange(palette());
+    tint.setColor(QPalette::Button, fill);
+    tint.setColor(QPalette::ButtonText, Qt::white);
+    startStop_->setPalette(tint);
+
+    const QString lockedTip = qs(L10n::Header::lockedWhileRunning());
+    port_->setEnabled(stopped);
+    baud_->setEnabled(stopped);
+    port_->setToolTip(stopped ? QString() : lockedTip);
+    baud_->setToolTip(stopped ? QString() : lockedTip);
+    frame_->setToolTip(stopped ? qs(L10n::Header::frameSettingsHelp()) : lockedTip);
+}
+
+} // namespace kestrin

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QWidget>
+
+class QComboBox;
+class QPushButton;
+class QToolButton;
+
+namespace kestrin {
+
+class PollerModel;
+class SerialSettingsPopover;
+class StatusDot;
+
+// The row above the table: serial port, baud rate, frame settings, reading state and the
+// start/stop button. Port, baud rate and frame are locked while reading.
+class TopBar : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit TopBar(PollerModel& model, QWidget* parent = nullptr);
+
+    // The frame settings popover, created on first use.
+    SerialSettingsPopover* serialSettings();
+
+public slots:
+    void showSerialSettings();
+
+private:
+    void refreshPorts();
+    void refreshBaud();
+    void refreshState();
+
+    PollerModel& model_;
+    QComboBox* port_;
+    QComboBox* baud_;
+    QToolButton* frame_;
+    StatusDot* dot_;
+    QPushButton* startStop_;
+    SerialSettingsPopover* settings_ = nullptr;
+};
+
+} // namespace kestrin

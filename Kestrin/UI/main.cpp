@@ -1,0 +1,110 @@
+// kestrin: the desktop Modbus RTU master.
+
+#include "AppOptions.h"
+#include "DemoDevice.h"
+#include "Icons.h"
+#include "L10n.h"
+#include "MainWindow.h"
+#include "PollerModel.h"
+#include "PortScanner.h"
+#include "Screenshot.h"
+
+#include <cstring>
+#include <iostream>
+#include <memory>
+
+#include <QApplication>
+#include <QSettings>
+#include <QTimer>
+
+using namespace kestrin;
+
+namespace {
+
+constexpr int exitUsage = 2;
+constexpr int exitFailure = 1;
+// Long enough for the demo device to answer a few polls before the picture is taken.
+constexpr int screenshotDelayMs = 3000;
+
+bool wantsScreenshot(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--screenshot") == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void startDemo(PollerModel& model, std::unique_ptr<DemoDevice>& demo) {
+    const QString simulator = DemoDevice::findSimulator(QCoreApplication::applicationDirPath());
+    if (simulator.isEmpty()) {
+        model.setErrorMessage(L10n::Errors::demoFailed("kestrin-sim"));
+        return;
+    }
+    auto started = DemoDevice::start(simulator);
+    if (!started) {
+        model.setErrorMessage(L10n::Errors::demoFailed(started.error()));
+        return;
+    }
+    demo = std::move(started).value();
+    model.addTestDevice(demo->path(), L10n::Header::demoDevice());
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // Screenshots need no display.
+    if (wantsScreenshot(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Kestrin"));
+    QApplication::setOrganizationName(QStringLiteral("Kestrin"));
+    QApplication::setDesktopFileName(QStringLiteral("kestrin"));
+    QApplication::setWindowIcon(Icons::application());
+
+    // Qt has taken its own options out of argv by now.
+    const auto options = AppOptions::parse(std::vector<std::string>(argv + 1, argv + argc));
+    if (!options) {
+        std::cerr << "kestrin: " << options.error() << "\n" << AppOptions::usage;
+        return exitUsage;
+    }
+    if (options.value().help) {
+        std::cout << AppOptions::usage;
+        return 0;
+    }
+
+    PollerModel model(PollerModel::Environment::application());
+    std::unique_ptr<DemoDevice> demo;
+    if (options.value().port) {
+        model.addTestDevice(*options.value().port, *options.value().port);
+    }
+    if (options.value().demo) {
+        startDemo(model, demo);
+    }
+    // Stop reading and save at once, before the window and the demo device go.
+    QObject::connect(&application, &QCoreApplication::aboutToQuit, &model,
+                     [&model] { model.shutdown(); });
+
+    MainWindow window(model);
+    window.show();
+
+    if (const auto& name = options.value().screenshot) {
+        const QString file = QString::fromStdString(*options.value().outFile);
+        int result = 0;
+        if (demo && model.canStart()) {
+            model.start();
+        }
+        QTimer::singleShot(demo ? screenshotDelayMs : 200, &window, [&] {
+            const auto rendered = Screenshot::render(window, *name, file);
+            if (!rendered) {
+                std::cerr << "kestrin: " << rendered.error() << "\n";
+                result = exitFailure;
+            }
+            QApplication::quit();
+        });
+        QApplication::exec();
+        return result;
+    }
+    return QApplication::exec();
+}

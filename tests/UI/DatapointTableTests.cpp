@@ -1,0 +1,349 @@
+#include "DatapointDelegate.h"
+#include "DatapointPanel.h"
+#include "DatapointTableModel.h"
+#include "LogPalette.h"
+#include "TableFixture.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QToolButton>
+
+namespace kestrin::TableTesting {
+namespace {
+
+using Model = DatapointTableModel;
+using Tone = Model::Tone;
+
+PointStatus succeeded(std::vector<std::uint16_t> raw, double seconds = 0.01) {
+    return {raw.back(), std::move(raw), std::nullopt, QDateTime::currentDateTime(), seconds};
+}
+
+PointStatus failed(PollFailure failure, std::optional<std::uint16_t> last = std::nullopt) {
+    PointStatus status = last ? succeeded({*last}) : PointStatus{};
+    status.failure = failure;
+    return status;
+}
+
+TEST(StatusLook, EachOutcomeHasItsSymbolColourAndText) {
+    const struct {
+        std::optional<PointStatus> status;
+        bool polling;
+        Model::StatusLook look;
+    } rows[] = {
+        {std::nullopt, true, {Symbol::circleDashed, Tone::secondary, "Waiting…"}},
+        {std::nullopt, false, {Symbol::circleDashed, Tone::secondary, "—"}},
+        {succeeded({1}, 0.0234), true, {Symbol::checkmark, Tone::green, "OK · 23 ms"}},
+        {failed(PollFailure::exception(2)), true, {Symbol::warning, Tone::orange, "Exception 02"}},
+        {failed(PollFailure::timeout(), 215), true, {Symbol::warning, Tone::red, "No response"}},
+        {failed(PollFailure::crcMismatch()), false, {Symbol::warning, Tone::red, "CRC error"}},
+        {failed(PollFailure::unexpectedUnit(7)),
+         true,
+         {Symbol::warning, Tone::red, "Invalid response"}},
+    };
+    inEnglish([&] {
+        for (const auto& row : rows) {
+            const PointStatus* status = row.status ? &*row.status : nullptr;
+            EXPECT_EQ(Model::statusLook(status, row.polling), row.look) << row.look.text;
+        }
+    });
+}
+
+TEST(ValueCell, MutedAfterAFailureFaintWithoutValue) {
+    const struct {
+        std::optional<PointStatus> status;
+        Tone tone;
+        std::string rawHelp;
+    } rows[] = {
+        {std::nullopt, Tone::tertiary, ""},
+        {failed(PollFailure::timeout()), Tone::tertiary, ""},
+        {succeeded({0x0000, 0x00D7}), Tone::primary, "Raw registers: 0000 00D7"},
+        {failed(PollFailure::timeout(), 0xBEEF), Tone::secondary, "Raw registers: BEEF"},
+    };
+    inEnglish([&] {
+        for (const auto& row : rows) {
+            const PointStatus* status = row.status ? &*row.status : nullptr;
+            EXPECT_EQ(Model::valueTone(status), row.tone) << row.rawHelp;
+            EXPECT_EQ(Model::rawRegistersHelp(status), row.rawHelp);
+        }
+    });
+}
+
+TEST(OverlapMarks, SameUnitAndTableWithIntersectingAddressesOrPastTheEnd) {
+    const auto hr = [](std::uint16_t address, DataType type = DataType::uint16, int unit = 1) {
+        Datapoint point = datapoint("", RegisterTable::holdingRegister, address, type);
+        point.unitID = static_cast<std::uint8_t>(unit);
+        return point;
+    };
+    const Datapoint ir11 = datapoint("", RegisterTable::inputRegister, 11);
+    const struct {
+        const char* layout;
+        std::vector<Datapoint> points;
+        std::vector<bool> marks;
+    } rows[] = {
+        {"second register of an int32", {hr(10, DataType::int32), hr(11)}, {true, true}},
+        {"just after the int32", {hr(10, DataType::int32), hr(12)}, {false, false}},
+        {"another unit", {hr(10, DataType::int32), hr(11, DataType::uint16, 2)}, {false, false}},
+        {"another table", {hr(10, DataType::int32), ir11}, {false, false}},
+        {"same address, apart in the list", {hr(3), hr(4), hr(3)}, {true, false, true}},
+        {"a long one over two later ones",
+         {hr(0, DataType::float64), hr(1), hr(3)},
+         {true, true, true}},
+        {"past 65535",
+         {hr(65533, DataType::float64), hr(65532, DataType::float64, 2)},
+         {true, false}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Model::overlapMarks(row.points), row.marks) << row.layout;
+    }
+}
+
+// Opens the protected styling so a test sees the colours a cell is drawn with.
+class DelegateProbe : public DatapointDelegate {
+public:
+    QColor textColour(const QModelIndex& index, const QPalette& palette) const {
+        QStyleOptionViewItem option;
+        option.palette = palette;
+        initStyleOption(&option, index);
+        EXPECT_FALSE(option.icon.isNull());
+        return option.palette.color(QPalette::Text);
+    }
+};
+
+// Reading on a terminal that never answers, with the datapoints in a switched-off poll that the
+// table shows: every status comes from events the test hands to the model.
+class QuietTable : public TableFixture {
+protected:
+    QuietTerminal terminal;
+    Datapoint level = datapoint("Level", RegisterTable::holdingRegister, 100);
+    Datapoint flow = datapoint("Flow", RegisterTable::holdingRegister, 101);
+    Uuid points;
+
+    void SetUp() override {
+        PollerProject quiet = project({level, flow});
+        quiet.polls.front().enabled = false;
+        quiet.polls.insert(quiet.polls.begin(), Poll{});
+        create(quiet);
+        points = model->polls()[1].id;
+        model->setSelectedPollID(points);
+        startReading(terminal.path());
+    }
+
+    void read(Result<ReadData, PollFailureError> result) {
+        const ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};
+        model->handleEvent({PollerEvent::Read{points, both, std::move(result), {}, {}, 0.0234}});
+    }
+    void fail(PollFailure failure) { read(PollFailureError{failure}); }
+};
+
+TEST_F(QuietTable, StatusesArriveRowByRowWithoutAReset) {
+    Model table(*model);
+    QSignalSpy resets(&table, &QAbstractItemModel::modelReset);
+    QSignalSpy changes(&table, &QAbstractItemModel::dataChanged);
+    const auto text = [&](int row, int column) {
+        return table.index(row, column).data().toString();
+    };
+    inEnglish([&] {
+        EXPECT_EQ(text(0, Model::status), "Waiting…");
+        read(ReadData::registers({215, 7}));
+        EXPECT_EQ(text(0, Model::status), "OK · 23 ms");
+        EXPECT_EQ(text(1, Model::value), "7");
+        fail(PollFailure::exception(2));
+        EXPECT_EQ(text(0, Model::status), "Exception 02");
+        EXPECT_EQ(text(0, Model::value), "215");
+        const QModelIndex status = table.index(0, Model::status);
+        EXPECT_TRUE(status.data(Qt::ToolTipRole).toString().startsWith("Last read at "));
+    });
+    EXPECT_EQ(resets.count(), 0);
+    EXPECT_GE(changes.count(), 2);
+}
+
+TEST_F(QuietTable, StatusColoursFollowThePaletteInLightAndDark) {
+    Model table(*model);
+    const DelegateProbe delegate;
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, QColor(230, 230, 230));
+    const QModelIndex status = table.index(0, Model::status);
+    for (const QPalette& palette : {QPalette(Qt::white), dark}) {
+        read(ReadData::registers({1, 2}));
+        EXPECT_EQ(delegate.textColour(status, palette), LogPalette::green(palette));
+        fail(PollFailure::timeout());
+        EXPECT_EQ(delegate.textColour(status, palette), LogPalette::red(palette));
+        fail(PollFailure::exception(3));
+        EXPECT_EQ(delegate.textColour(status, palette), LogPalette::orange(palette));
+    }
+}
+
+TEST_F(QuietTable, EditsKeepTheRowsAndTheSelection) {
+    DatapointPanel panel(*model);
+    QSignalSpy resets(panel.tableModel(), &QAbstractItemModel::modelReset);
+    panel.select({flow.id});
+    panel.tableModel()->setData(panel.tableModel()->index(0, Model::name), "Tank", Qt::EditRole);
+    EXPECT_EQ(model->polls()[1].datapoints[0].name, "Tank");
+    EXPECT_EQ(resets.count(), 0);
+    EXPECT_EQ(panel.selectedIDs(), std::set<Uuid>{flow.id});
+
+    // Removing another row changes the rows; the selected one stays selected.
+    model->deleteDatapoints({level.id});
+    EXPECT_EQ(resets.count(), 1);
+    EXPECT_EQ(panel.selectedIDs(), std::set<Uuid>{flow.id});
+}
+
+class DatapointTable : public TableFixture {
+protected:
+    std::unique_ptr<DatapointPanel> panel;
+
+    // The panel on screen, so that clicks and keys reach the table.
+    DatapointPanel& shown() {
+        panel = std::make_unique<DatapointPanel>(*model);
+        panel->resize(1300, 400);
+        panel->show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(panel.get()));
+        return *panel;
+    }
+    QModelIndex cell(int row, int column) const { return panel->tableModel()->index(row, column); }
+};
+
+TEST_F(DatapointTable, CellsThatDoNotApplyCannotBeEdited) {
+    create(project({datapoint("Pump", RegisterTable::coil, 0),
+                    datapoint("Word", RegisterTable::holdingRegister, 0),
+                    datapoint("Power", RegisterTable::inputRegister, 2, DataType::float32)}));
+    const Model table(*model);
+    const struct {
+        int row;
+        int column;
+        bool editable;
+    } cells[] = {
+        {0, Model::dataType, false},  {0, Model::scale, false}, {0, Model::format, false},
+        {0, Model::wordOrder, false}, {0, Model::table, true},  {1, Model::dataType, true},
+        {1, Model::wordOrder, false}, {1, Model::format, true}, {2, Model::wordOrder, true},
+        {2, Model::format, false},    {2, Model::scale, true},
+    };
+    for (const auto& cell : cells) {
+        const QModelIndex index = table.index(cell.row, cell.column);
+        EXPECT_EQ((table.flags(index) & Qt::ItemIsEditable) != 0, cell.editable)
+            << "row " << cell.row << " column " << cell.column;
+        EXPECT_EQ(index.data(Model::InactiveRole).toBool(), !cell.editable);
+    }
+    const std::vector<bool> pencils{true, true, false};
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(table.index(row, Model::value).data(Model::WritableRole).toBool(), pencils[row]);
+    }
+}
+
+TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFit) {
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    Model table(*model);
+    const struct {
+        int column;
+        const char* typed;
+        bool accepted;
+    } rows[] = {
+        {Model::unitID, "247", true},     {Model::unitID, "0", false},
+        {Model::unitID, "1.5", false},    {Model::address, "65535", true},
+        {Model::address, "65536", false}, {Model::address, "-1", false},
+        {Model::scale, "0,1", true},      {Model::scale, "inf", false},
+    };
+    for (const auto& row : rows) {
+        const Datapoint before = poll().datapoints[0];
+        EXPECT_EQ(table.setData(table.index(0, row.column), row.typed, Qt::EditRole), row.accepted)
+            << row.typed;
+        EXPECT_EQ(poll().datapoints[0] == before, !row.accepted) << row.typed;
+    }
+    EXPECT_EQ(poll().datapoints[0].scale, 0.1);
+}
+
+TEST_F(DatapointTable, TypingInACellChangesTheModel) {
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    shown().tableView()->edit(cell(0, Model::name));
+    auto* field = panel->tableView()->findChild<QLineEdit*>("fieldEditor");
+    ASSERT_NE(field, nullptr);
+    field->selectAll();
+    QTest::keyClicks(field, "Boiler");
+    QTest::keyClick(field, Qt::Key_Return);
+    // The view commits a Return on its next turn of the event loop.
+    EXPECT_TRUE(waitUntil([&] { return poll().datapoints[0].name == "Boiler"; }));
+}
+
+TEST_F(DatapointTable, ChoosingATableInThePickerAdjustsTheType) {
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10, DataType::int32)}));
+    shown().tableView()->edit(cell(0, Model::table));
+    auto* picker = panel->tableView()->findChild<QComboBox*>("pickerEditor");
+    ASSERT_NE(picker, nullptr);
+    ASSERT_EQ(picker->count(), 4);
+    const int coil = picker->findData(static_cast<int>(RegisterTable::coil));
+    picker->setCurrentIndex(coil);
+    emit picker->activated(coil);
+    EXPECT_EQ(poll().datapoints[0].table(), RegisterTable::coil);
+    EXPECT_EQ(poll().datapoints[0].dataType, DataType::boolean);
+    EXPECT_TRUE(cell(0, Model::dataType).data(Model::InactiveRole).toBool());
+}
+
+TEST_F(DatapointTable, ClickingTheChartCellTogglesPlotting) {
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    QWidget* viewport = shown().tableView()->viewport();
+    const QPoint centre = panel->tableView()->visualRect(cell(0, Model::chart)).center();
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, centre);
+    EXPECT_TRUE(poll().plotted.contains(poll().datapoints[0].id));
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, centre);
+    EXPECT_TRUE(poll().plotted.empty());
+}
+
+TEST_F(DatapointTable, OverlapTriangleComesAndGoesWithTheAddress) {
+    create(project({datapoint("Long", RegisterTable::holdingRegister, 10, DataType::int32),
+                    datapoint("Short", RegisterTable::holdingRegister, 11)}));
+    Model table(*model);
+    const auto marked = [&](int row) {
+        const QModelIndex address = table.index(row, Model::address);
+        EXPECT_EQ(address.data(Model::SymbolRole).isValid(),
+                  address.data(Model::OverlapRole).toBool());
+        return address.data(Model::OverlapRole).toBool();
+    };
+    EXPECT_TRUE(marked(0) && marked(1));
+    table.setData(table.index(1, Model::address), "12", Qt::EditRole);
+    EXPECT_FALSE(marked(0) || marked(1));
+}
+
+TEST_F(DatapointTable, DuplicateAndDeleteWorkOnTheSelectionOnly) {
+    create(project({datapoint("A", RegisterTable::holdingRegister, 0),
+                    datapoint("B", RegisterTable::holdingRegister, 1),
+                    datapoint("C", RegisterTable::holdingRegister, 2)}));
+    QTableView* view = shown().tableView();
+    auto* duplicate = panel->findChild<QToolButton*>("duplicateDatapointsButton");
+    auto* remove = panel->findChild<QToolButton*>("deleteDatapointsButton");
+    ASSERT_TRUE(duplicate != nullptr && remove != nullptr);
+    EXPECT_FALSE(duplicate->isEnabled() || remove->isEnabled());
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_Delete);
+    EXPECT_EQ(poll().datapoints.size(), 3U);
+
+    const Uuid b = poll().datapoints[1].id;
+    panel->select({b});
+    QTest::mouseClick(duplicate, Qt::LeftButton);
+    ASSERT_EQ(poll().datapoints.size(), 4U);
+    const Uuid copy = poll().datapoints[2].id;
+    EXPECT_EQ(panel->selectedIDs(), std::set<Uuid>{copy});
+
+    panel->select({b, copy});
+    QTest::keyClick(view, Qt::Key_Delete);
+    ASSERT_EQ(poll().datapoints.size(), 2U);
+    EXPECT_EQ(poll().datapoints[1].name, "C");
+    EXPECT_FALSE(remove->isEnabled());
+}
+
+TEST_F(DatapointTable, AnEmptyPollOffersToAddAndTheNewRowIsSelected) {
+    create(project({}));
+    auto* empty = shown().findChild<QWidget*>("emptyTable");
+    ASSERT_NE(empty, nullptr);
+    EXPECT_TRUE(empty->isVisible());
+    QTest::mouseClick(panel->findChild<QPushButton*>("emptyAddButton"), Qt::LeftButton);
+    ASSERT_EQ(poll().datapoints.size(), 1U);
+    EXPECT_FALSE(empty->isVisible());
+    EXPECT_EQ(panel->selectedIDs(), std::set<Uuid>{poll().datapoints[0].id});
+}
+
+} // namespace
+} // namespace kestrin::TableTesting

@@ -1,0 +1,171 @@
+#include "BottomPane.h"
+#include "HelpWindow.h"
+#include "LogPalette.h"
+#include "PollTabBar.h"
+#include "ShellFixture.h"
+#include "TopBar.h"
+
+#include <QAction>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSplitter>
+
+namespace kestrin::ShellTesting {
+namespace {
+
+QPushButton* startButton(const MainWindow& window) {
+    return window.findChild<QPushButton*>(QStringLiteral("startStopButton"));
+}
+
+Poll examplePoll() {
+    return PollerProject::firstRun().polls.front();
+}
+
+TEST(MainWindowStart, IsDisabledUntilAPortAndAReadablePollExist) {
+    const struct {
+        const char* situation;
+        bool port;
+        Poll poll;
+    } rows[] = {
+        {"no port", false, examplePoll()},
+        {"every poll disabled", true, pollOf("Off", examplePoll().datapoints, false)},
+        {"every poll empty", true, pollOf("Empty", {})},
+    };
+    for (const auto& row : rows) {
+        inEnglish([&] {
+            auto model = makeModel(projectOf({row.poll}));
+            if (row.port) {
+                model->addTestDevice("/dev/pts/999", "device");
+            }
+            MainWindow window(*model);
+            activate(window);
+            EXPECT_FALSE(startButton(window)->isEnabled()) << row.situation;
+            EXPECT_FALSE(window.startStopAction()->isEnabled()) << row.situation;
+            QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
+            EXPECT_EQ(model->state(), PollerState::stopped) << row.situation;
+            EXPECT_FALSE(model->isEngineHeld()) << row.situation;
+        });
+    }
+}
+
+TEST(MainWindowStart, CtrlRTwiceReadsTheSimulatorAndStopsAgain) {
+    SimulatorProcess simulator({});
+    ASSERT_FALSE(simulator.path().empty());
+    inEnglish([&] {
+        auto model = makeModel(PollerProject::firstRun());
+        model->addTestDevice(simulator.path(), "simulator");
+        MainWindow window(*model);
+        activate(window);
+        QPushButton* button = startButton(window);
+        const QColor stoppedTint = button->palette().color(QPalette::Button);
+        ASSERT_TRUE(button->isEnabled());
+        EXPECT_EQ(button->text(), "Start");
+        EXPECT_EQ(window.startStopAction()->text(), "Start");
+        EXPECT_EQ(window.windowTitle(), "Kestrin — Stopped");
+
+        QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
+            << model->errorMessage().value_or("");
+        EXPECT_EQ(button->text(), "Stop");
+        EXPECT_EQ(button->toolTip(), "Stop reading (Ctrl+R)");
+        EXPECT_EQ(window.startStopAction()->text(), "Stop");
+        EXPECT_EQ(window.windowTitle(), "Kestrin — Reading");
+        EXPECT_EQ(button->palette().color(QPalette::Button), LogPalette::orange(window.palette()));
+        ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }));
+
+        QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::stopped; }));
+        EXPECT_EQ(button->text(), "Start");
+        EXPECT_EQ(button->toolTip(), "Start reading (Ctrl+R)");
+        EXPECT_EQ(window.startStopAction()->text(), "Start");
+        EXPECT_EQ(window.windowTitle(), "Kestrin — Stopped");
+        EXPECT_EQ(button->palette().color(QPalette::Button), stoppedTint);
+    });
+}
+
+TEST(MainWindowAlert, ShowsTheErrorAndClearsItWhenDismissed) {
+    inEnglish([&] {
+        auto model = makeModel(PollerProject::firstRun());
+        MainWindow window(*model);
+        window.show();
+        model->start(); // no port chosen
+        QMessageBox* alert = window.errorAlert();
+        ASSERT_NE(alert, nullptr);
+        EXPECT_EQ(alert->windowTitle(), "Something went wrong");
+        EXPECT_EQ(alert->text(), "Select a serial port first.");
+        QTest::mouseClick(alert->findChild<QPushButton*>(QStringLiteral("errorAlertOK")),
+                          Qt::LeftButton);
+        EXPECT_TRUE(waitUntil([&] { return window.errorAlert() == nullptr; }));
+        EXPECT_FALSE(model->errorMessage().has_value());
+    });
+}
+
+TEST(MainWindowMenus, CarryEveryCommandWithItsShortcut) {
+    inEnglish([&] {
+        auto model = makeModel(PollerProject::firstRun());
+        MainWindow window(*model);
+        std::map<QString, QString> shortcuts;
+        for (QAction* menu : window.menuBar()->actions()) {
+            for (QAction* action : menu->menu()->actions()) {
+                if (!action->isSeparator()) {
+                    shortcuts[action->text()] =
+                        action->shortcut().toString(QKeySequence::NativeText);
+                }
+            }
+        }
+        const std::map<QString, QString> expected{
+            {"New Project", "Ctrl+N"},
+            {"Open Project…", "Ctrl+O"},
+            {"Save Project As…", "Ctrl+Shift+S"},
+            {"Save Log…", "Ctrl+S"},
+            {"Import Datapoints (CSV)…", "Ctrl+Shift+I"},
+            {"Export Datapoints (CSV)…", "Ctrl+Shift+E"},
+            {"Start", "Ctrl+R"},
+            {"New Poll", "Ctrl+T"},
+            {"Datapoint", "Ctrl+Shift+D"},
+            {"Export History (CSV)…", ""},
+            {"Clear Log", "Ctrl+K"},
+            {"Autoscroll", ""},
+            {"Timestamps", ""},
+            {"Show raw RTU frames", ""},
+            {"Log only errors and writes", ""},
+            {"Kestrin Help", "F1"},
+        };
+        EXPECT_EQ(shortcuts, expected);
+    });
+}
+
+TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
+    auto model = makeModel(PollerProject::firstRun());
+    MainWindow window(*model);
+    QAction* timestamps = nullptr;
+    for (QAction* menu : window.menuBar()->actions()) {
+        for (QAction* action : menu->menu()->actions()) {
+            if (action->text() == QString::fromStdString(L10n::Footer::timestamps())) {
+                timestamps = action;
+            }
+        }
+    }
+    ASSERT_NE(timestamps, nullptr);
+    const bool before = model->showTimestamps();
+    EXPECT_EQ(timestamps->isChecked(), before);
+    timestamps->trigger();
+    EXPECT_EQ(model->showTimestamps(), !before);
+    model->setShowTimestamps(before);
+    EXPECT_EQ(timestamps->isChecked(), before);
+}
+
+TEST(MainWindowLayout, PutsTheTableAboveTheBottomPaneAtTheWindowsSize) {
+    auto model = makeModel(PollerProject::firstRun());
+    MainWindow window(*model);
+    EXPECT_EQ(window.size(), QSize(1180, 760));
+    EXPECT_EQ(window.minimumSize(), QSize(900, 560));
+    ASSERT_EQ(window.splitter()->count(), 2);
+    EXPECT_EQ(window.splitter()->orientation(), Qt::Vertical);
+    EXPECT_EQ(window.splitter()->widget(1), window.bottomPane());
+    EXPECT_TRUE(window.splitter()->widget(0)->isAncestorOf(window.pollTabBar()));
+}
+
+} // namespace
+} // namespace kestrin::ShellTesting

@@ -1,0 +1,182 @@
+#include "LogPalette.h"
+#include "PollTab.h"
+#include "PollTabBar.h"
+#include "ShellFixture.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QToolButton>
+
+namespace kestrin::ShellTesting {
+namespace {
+
+QAction* action(QMenu* menu, const char* name) {
+    auto* found = menu->findChild<QAction*>(QString::fromLatin1(name));
+    EXPECT_NE(found, nullptr) << name;
+    return found;
+}
+
+std::vector<Poll> twoPolls() {
+    return {pollOf("Boiler", {datapoint("T", RegisterTable::inputRegister, 0)}),
+            pollOf("Pump", {datapoint("P", RegisterTable::holdingRegister, 0)})};
+}
+
+TEST(PollTabMenu, RemoveIsOfferedOnlyWhenAnotherPollRemains) {
+    for (const std::size_t count : {std::size_t{1}, std::size_t{2}}) {
+        std::vector<Poll> polls = twoPolls();
+        polls.resize(count);
+        auto model = makeModel(projectOf(polls));
+        PollTabBar bar(*model);
+        QMenu* menu = bar.contextMenu(model->polls().front().id);
+        EXPECT_EQ(action(menu, "removePollAction")->isEnabled(), count > 1) << count;
+        EXPECT_TRUE(action(menu, "duplicatePollAction")->isEnabled()) << count;
+        // Asking anyway changes nothing for the last poll.
+        bar.askToRemove(model->polls().front().id);
+        EXPECT_EQ(bar.confirmDelete().has_value(), count > 1) << count;
+        delete menu;
+    }
+}
+
+TEST(PollTabMenu, RemovalWaitsForConfirmation) {
+    for (const bool confirm : {false, true}) {
+        inEnglish([&] {
+            auto model = makeModel(projectOf(twoPolls()));
+            PollTabBar bar(*model);
+            const Uuid pump = model->polls().back().id;
+            QMenu* menu = bar.contextMenu(pump);
+            action(menu, "removePollAction")->trigger();
+            delete menu;
+            QMessageBox* question = bar.removeConfirmation();
+            ASSERT_NE(question, nullptr);
+            EXPECT_EQ(bar.confirmDelete(), pump);
+            EXPECT_EQ(question->text(), "Remove poll?");
+            EXPECT_EQ(question->informativeText(), "The datapoints in this poll are removed too.");
+            EXPECT_EQ(model->polls().size(), 2u) << "removed before the answer";
+            const char* button = confirm ? "confirmRemovePollButton" : "cancelRemovePollButton";
+            QTest::mouseClick(question->findChild<QPushButton*>(QString::fromLatin1(button)),
+                              Qt::LeftButton);
+            EXPECT_EQ(model->polls().size(), confirm ? 1u : 2u) << confirm;
+            EXPECT_FALSE(bar.confirmDelete().has_value()) << confirm;
+            EXPECT_EQ(bar.tabs().size(), model->polls().size()) << confirm;
+        });
+    }
+}
+
+TEST(PollTabMenu, DuplicateAddsANamedCopyAndSelectsIt) {
+    inEnglish([&] {
+        auto model = makeModel(projectOf(twoPolls()));
+        PollTabBar bar(*model);
+        QMenu* menu = bar.contextMenu(model->polls().front().id);
+        action(menu, "duplicatePollAction")->trigger();
+        delete menu;
+        ASSERT_EQ(bar.tabs().size(), 3u);
+        const PollTab* copy = bar.tab(*model->selectedPollID());
+        ASSERT_NE(copy, nullptr);
+        EXPECT_EQ(copy->text(), "Boiler (copy)");
+        EXPECT_TRUE(copy->isSelected());
+    });
+}
+
+TEST(PollTabs, AnEmptyNameReadsUntitled) {
+    inEnglish([&] {
+        auto model = makeModel(projectOf({pollOf("", {}), pollOf("Named", {})}));
+        PollTabBar bar(*model);
+        ASSERT_EQ(bar.tabs().size(), 2u);
+        EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
+        EXPECT_EQ(bar.tabs()[1]->text(), "Named");
+        model->renamePoll(model->polls()[1].id, "");
+        EXPECT_EQ(bar.tabs()[1]->text(), "Untitled");
+    });
+}
+
+TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorFollows) {
+    inEnglish([&] {
+        std::vector<Poll> polls = twoPolls();
+        polls[1].intervalMs = 5000;
+        polls[1].enabled = false;
+        auto model = makeModel(projectOf(polls));
+        PollTabBar bar(*model);
+        QTest::mouseClick(bar.tabs()[1], Qt::LeftButton);
+        EXPECT_EQ(model->selectedPollID(), model->polls()[1].id);
+        EXPECT_TRUE(bar.tabs()[1]->isSelected());
+        EXPECT_FALSE(bar.tabs()[0]->isSelected());
+        EXPECT_EQ(bar.findChild<QLineEdit*>("pollNameField")->text(), "Pump");
+        EXPECT_EQ(bar.findChild<QComboBox*>("pollIntervalPicker")->currentText(), "5 s");
+        EXPECT_FALSE(bar.findChild<QCheckBox*>("pollActiveToggle")->isChecked());
+        EXPECT_TRUE(bar.tabs()[1]->isPaused());
+    });
+}
+
+TEST(PollTabs, TheEditorChangesTheSelectedPoll) {
+    auto model = makeModel(projectOf(twoPolls()));
+    model->setSelectedPollID(model->polls()[1].id);
+    PollTabBar bar(*model);
+    auto* name = bar.findChild<QLineEdit*>("pollNameField");
+    name->selectAll();
+    QTest::keyClicks(name, "Tank");
+    auto* interval = bar.findChild<QComboBox*>("pollIntervalPicker");
+    emit interval->activated(interval->findData(250));
+    QTest::mouseClick(bar.findChild<QCheckBox*>("pollActiveToggle"), Qt::LeftButton);
+    const Poll& edited = model->polls()[1];
+    EXPECT_EQ(edited.name, "Tank");
+    EXPECT_EQ(edited.intervalMs, 250);
+    EXPECT_FALSE(edited.enabled);
+    EXPECT_EQ(model->polls()[0].name, "Boiler");
+    EXPECT_EQ(bar.tabs()[1]->text(), "Tank");
+}
+
+TEST(PollTabs, PlusAddsAPollAndSelectsIt) {
+    auto model = makeModel(projectOf(twoPolls()));
+    PollTabBar bar(*model);
+    QTest::mouseClick(bar.findChild<QToolButton*>("addPollButton"), Qt::LeftButton);
+    ASSERT_EQ(model->polls().size(), 3u);
+    EXPECT_EQ(model->selectedPollID(), model->polls().back().id);
+    EXPECT_TRUE(bar.tabs().back()->isSelected());
+}
+
+TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
+    SimulatorProcess simulator({});
+    ASSERT_FALSE(simulator.path().empty());
+    PollerProject project = PollerProject::firstRun();
+    Poll served = project.polls.front();
+    // The simulator serves the example list only: this address answers exception 02.
+    Poll missing = pollOf("Missing", {datapoint("Nowhere", RegisterTable::holdingRegister, 900)});
+    Poll paused = pollOf("Paused", served.datapoints, false);
+    Poll empty = pollOf("Empty", {});
+    for (Poll* poll : {&missing, &paused}) {
+        for (Datapoint& point : poll->datapoints) {
+            point.id = Uuid::random();
+        }
+    }
+    project.polls = {served, missing, paused, empty};
+    auto model = makeModel(project);
+    model->addTestDevice(simulator.path(), "simulator");
+    PollTabBar bar(*model);
+    const auto dots = [&] {
+        std::vector<TabDot> all;
+        for (const PollTab* tab : bar.tabs()) {
+            all.push_back(tab->dot());
+        }
+        return all;
+    };
+    const std::vector<TabDot> allGrey(4, TabDot::grey);
+    EXPECT_EQ(dots(), allGrey);
+
+    model->start();
+    const std::vector<TabDot> reading{TabDot::green, TabDot::orange, TabDot::grey, TabDot::grey};
+    EXPECT_TRUE(waitUntil([&] { return dots() == reading; }, 10s))
+        << model->errorMessage().value_or("");
+    EXPECT_TRUE(bar.tabs()[2]->isPaused());
+    EXPECT_EQ(bar.tabs()[0]->dotColour(), LogPalette::green(bar.palette()));
+    EXPECT_EQ(bar.tabs()[1]->dotColour(), LogPalette::orange(bar.palette()));
+
+    model->stop();
+    EXPECT_EQ(dots(), allGrey);
+}
+
+} // namespace
+} // namespace kestrin::ShellTesting
