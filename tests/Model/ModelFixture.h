@@ -154,18 +154,10 @@ protected:
         return frames;
     }
 
-    static bool waitUntil(const std::function<bool()>& condition,
-                          std::chrono::milliseconds limit = 5s) {
-        return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
+    static bool waitUntil(const std::function<bool()>& condition) {
+        return QTest::qWaitFor(condition, 5000);
     }
 
-    std::vector<std::string> logLines() const {
-        std::vector<std::string> lines;
-        for (const QString& line : model->output().text().split('\n', Qt::SkipEmptyParts)) {
-            lines.push_back(line.toStdString());
-        }
-        return lines;
-    }
     long countInLog(const std::string& part) const {
         return model->output().text().count(QString::fromStdString(part));
     }

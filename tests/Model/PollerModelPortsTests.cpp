@@ -26,24 +26,14 @@ protected:
     std::string storedPort() const { return preferences()->value("port").toString().toStdString(); }
 };
 
-TEST_F(PollerModelPorts, FirstScanKeepsAPresentChoiceOrPicksTheFirstAdapter) {
-    const std::vector<std::tuple<const char*, std::string, Entries, std::string>> rows{
-        {"nothing stored", "", {internal, ftdi}, usb0},
-        {"no adapter, no choice", "", {internal}, ""},
-        {"stored and present", s0, {internal, ftdi}, s0},
-        {"stored and missing", missing, {cp2102, internal, ftdi}, usb0},
-        {"an empty list", missing, {}, missing},
-    };
-    for (const auto& [situation, stored, listed, chosen] : rows) {
-        createWith(stored, listed);
-        EXPECT_EQ(model->ports().size(), listed.size()) << situation;
-        EXPECT_EQ(model->selectedPath(), chosen) << situation;
-        EXPECT_EQ(storedPort(), chosen) << situation;
-    }
-}
-
-TEST_F(PollerModelPorts, ANewAdapterReplacesOnlyAnInternalOrMissingChoice) {
+// Plugging in the same list again leaves the choice of the first scan.
+TEST_F(PollerModelPorts, ChoiceOnTheFirstScanAndWhenAdaptersComeAndGo) {
     const std::vector<std::tuple<const char*, std::string, Entries, Entries, std::string>> rows{
+        {"first scan picks the adapter", "", {internal, ftdi}, {internal, ftdi}, usb0},
+        {"no adapter, no choice", "", {internal}, {internal}, ""},
+        {"a present stored port stays", s0, {internal, ftdi}, {internal, ftdi}, s0},
+        {"a missing stored port", missing, {cp2102, internal, ftdi}, {cp2102, ftdi}, usb0},
+        {"an empty list keeps it", missing, {}, {}, missing},
         {"a second adapter", "", {ftdi}, {ftdi, cp2102}, usb0},
         {"over an internal port", s0, {internal}, {internal, cp2102}, usb1},
         {"over a missing port", missing, {internal}, {internal, cp2102}, usb1},
