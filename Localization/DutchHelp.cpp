@@ -26,7 +26,7 @@ constexpr HelpContent dutch{
                           "waarden, **Status** of het uitlezen werkt.",
             .overviewCaption = "Een poll met live waarden en de status per datapunt, met de "
                                "communicatie eronder.",
-            .simulatorTip = "Geen apparaat bij de hand? Dravel Server simuleert er een, met "
+            .simulatorTip = "Geen apparaat bij de hand? kestrin-sim simuleert er een, met "
                             "dezelfde voorbeeldlijst als dit programma.",
             .autosave =
                 "Polls en datapunten worden automatisch opgeslagen. **Bestand ▸ Project opslaan "
@@ -132,7 +132,7 @@ constexpr HelpContent dutch{
                 "verwacht: een puntkomma als decimalen met een komma worden geschreven. "
                 "Bij het importeren worden komma, puntkomma en tab herkend, en zowel "
                 "`21,5` als `21.5`.",
-            .simulatorTip = "Dravel Server en Kestrin gebruiken hetzelfde formaat, dus een lijst "
+            .simulatorTip = "kestrin-sim en Kestrin gebruiken hetzelfde formaat, dus een lijst "
                             "die uit het ene programma is geëxporteerd, kan in het andere worden "
                             "geïmporteerd.",
         },

@@ -24,7 +24,7 @@ constexpr HelpContent english{
                           "values, **Status** whether reading works.",
             .overviewCaption = "A poll with live values and the status per datapoint, with the "
                                "communication below.",
-            .simulatorTip = "No device at hand? Dravel Server simulates one, with the same example "
+            .simulatorTip = "No device at hand? kestrin-sim simulates one, with the same example "
                             "list as this app.",
             .autosave =
                 "Your polls and datapoints are saved automatically. **File ▸ Save Project As…** "
@@ -120,7 +120,7 @@ constexpr HelpContent english{
             .separatorTip = "The app uses the separator Excel expects on this computer: a "
                             "semicolon when decimals are written with a comma. On import, comma, "
                             "semicolon and tab are recognised, and both `21,5` and `21.5`.",
-            .simulatorTip = "Dravel Server and Kestrin use the same format, so a list exported "
+            .simulatorTip = "kestrin-sim and Kestrin use the same format, so a list exported "
                             "from one app can be imported into the other.",
         },
     .log =

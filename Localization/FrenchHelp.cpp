@@ -29,7 +29,7 @@ constexpr HelpContent french{
                           "fonctionne.",
             .overviewCaption = "Une scrutation avec ses valeurs en direct et l'état de chaque "
                                "point de données, et la communication en dessous.",
-            .simulatorTip = "Pas d'appareil sous la main ? Dravel Server en simule un, avec la "
+            .simulatorTip = "Pas d'appareil sous la main ? kestrin-sim en simule un, avec la "
                             "même liste d'exemple que cette application.",
             .autosave = "Vos scrutations et points de données sont enregistrés automatiquement. "
                         "**Fichier ▸ Enregistrer le projet sous…** (Ctrl+Shift+S) crée un fichier "
@@ -137,7 +137,7 @@ constexpr HelpContent french{
                             "ordinateur : un point-virgule quand les décimales s'écrivent avec "
                             "une virgule. À l'import, la virgule, le point-virgule et la "
                             "tabulation sont reconnus, ainsi que `21,5` et `21.5`.",
-            .simulatorTip = "Dravel Server et Kestrin utilisent le même format : une liste "
+            .simulatorTip = "kestrin-sim et Kestrin utilisent le même format : une liste "
                             "exportée depuis l'une des applications peut être importée dans "
                             "l'autre.",
         },

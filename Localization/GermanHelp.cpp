@@ -27,7 +27,7 @@ constexpr HelpContent german{
                           "aktuellen Werte, die Spalte **Status**, ob das Lesen funktioniert.",
             .overviewCaption = "Eine Abfrage mit Live-Werten und dem Status je Datenpunkt, "
                                "darunter die Kommunikation.",
-            .simulatorTip = "Kein Gerät zur Hand? Dravel Server simuliert eines, mit derselben "
+            .simulatorTip = "Kein Gerät zur Hand? kestrin-sim simuliert eines, mit derselben "
                             "Beispielliste wie dieses Programm.",
             .autosave = "Ihre Abfragen und Datenpunkte werden automatisch gespeichert. **Datei ▸ "
                         "Projekt speichern unter…** (Ctrl+Shift+S) legt eine eigene Projektdatei "
@@ -133,7 +133,7 @@ constexpr HelpContent german{
                             "Computer erwartet: ein Semikolon, wenn Dezimalzahlen mit Komma "
                             "geschrieben werden. Beim Import werden Komma, Semikolon und "
                             "Tabulator erkannt, ebenso `21,5` und `21.5`.",
-            .simulatorTip = "Dravel Server und Kestrin verwenden dasselbe Format: Eine in einem "
+            .simulatorTip = "kestrin-sim und Kestrin verwenden dasselbe Format: Eine in einem "
                             "der beiden Programme exportierte Liste lässt sich in das andere "
                             "importieren.",
         },

@@ -29,7 +29,7 @@ constexpr HelpContent spanish{
                           "valores actuales, y **Estado**, si la lectura funciona.",
             .overviewCaption = "Un sondeo con valores en directo y el estado de cada punto de "
                                "datos, con la comunicación debajo.",
-            .simulatorTip = "¿No tiene ningún dispositivo a mano? Dravel Server simula uno, con la "
+            .simulatorTip = "¿No tiene ningún dispositivo a mano? kestrin-sim simula uno, con la "
                             "misma lista de ejemplo que esta aplicación.",
             .autosave = "Sus sondeos y puntos de datos se guardan automáticamente. **Archivo ▸ "
                         "Guardar proyecto como…** (Ctrl+Shift+S) crea un archivo de proyecto "
@@ -135,7 +135,7 @@ constexpr HelpContent spanish{
                             "punto y coma cuando los decimales se escriben con coma. Al importar "
                             "se reconocen la coma, el punto y coma y el tabulador, y tanto `21,5` "
                             "como `21.5`.",
-            .simulatorTip = "Dravel Server y Kestrin usan el mismo formato, de modo que una lista "
+            .simulatorTip = "kestrin-sim y Kestrin usan el mismo formato, de modo que una lista "
                             "exportada desde una aplicación se puede importar en la otra.",
         },
     .log =
