@@ -1,9 +1,11 @@
 #pragma once
 
+#include "Datapoint.h"
 #include "Result.h"
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QString>
 
@@ -23,7 +25,13 @@ public:
     // there is none.
     static QString findSimulator(const QString& programFolder);
 
-    // Starts the simulator and waits for the path it announces on its first line.
+    // The example list with the values the device serves: the measurements move, the run time
+    // counts, the alarm comes and goes, and the set values start somewhere plausible and keep
+    // what is written to them. The list the user sees is the example list unchanged.
+    static std::vector<Datapoint> servedList();
+
+    // Starts the simulator serving servedList() and waits for the path it announces on its
+    // first line.
     static Result<std::unique_ptr<DemoDevice>, std::string> start(const QString& simulator);
 
     const std::string& path() const { return path_; }

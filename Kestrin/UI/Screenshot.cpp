@@ -1,41 +1,165 @@
 #include "Screenshot.h"
 
+#include "BottomPane.h"
+#include "DatapointDelegate.h"
+#include "DatapointPanel.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
+#include "PollerModel.h"
 #include "SerialSettingsPopover.h"
 #include "TopBar.h"
+#include "WritePopover.h"
 
 #include <QApplication>
+#include <QImage>
+#include <QPainter>
 #include <QPixmap>
+#include <QSplitter>
+#include <QTableView>
 
 namespace kestrin {
 
 namespace Screenshot {
 
+namespace {
+
+// A window of a common laptop's proportions; the pictures are scaled from it.
+const QSize windowSize(1180, 640);
+const QSize helpSize(980, 640);
+// Tall enough for the chart to show its shape.
+constexpr int chartPaneHeight = 360;
+
+void settle() {
+    // Layouts, popups and palette changes arrive as posted events.
+    for (int round = 0; round < 3; ++round) {
+        QApplication::processEvents();
+    }
+}
+
+// The window with a popup drawn where it sits: an offscreen popup is a window of its own.
+QPixmap withPopup(QWidget& window, QWidget* popup) {
+    QPixmap picture = window.grab();
+    if (popup != nullptr && popup->isVisible()) {
+        QPainter painter(&picture);
+        painter.drawPixmap(window.mapFromGlobal(popup->mapToGlobal(QPoint(0, 0))), popup->grab());
+    }
+    return picture;
+}
+
+// The first writable register of the shown poll: its popover has a text field, not two buttons.
+int writableRegisterRow(const DatapointTableModel& table) {
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const Datapoint* point = table.datapoint(row);
+        if (point != nullptr && point->table().isWritable() && !point->table().isBit()) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+QWidget* openWriteEditor(MainWindow& window) {
+    DatapointPanel* panel = window.datapointPanel();
+    const int row = writableRegisterRow(*panel->tableModel());
+    if (row < 0) {
+        return nullptr;
+    }
+    const QModelIndex cell = panel->tableModel()->index(row, DatapointTableModel::value);
+    panel->tableView()->selectRow(row);
+    panel->openWriteEditor(row,
+                           DatapointDelegate::pencilRect(panel->tableView()->visualRect(cell)));
+    settle();
+    return window.findChild<WritePopover*>();
+}
+
+std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std::string& name) {
+    if (name == "window") {
+        return window.grab();
+    }
+    if (name == "settings") {
+        model.stop();
+        window.topBar()->showSerialSettings();
+        settle();
+        return withPopup(window, window.topBar()->serialSettings());
+    }
+    if (name == "write") {
+        return withPopup(window, openWriteEditor(window));
+    }
+    if (name == "chart") {
+        window.bottomPane()->setPage(BottomPane::Page::chart);
+        const int total = window.splitter()->height();
+        window.splitter()->setSizes({total - chartPaneHeight, chartPaneHeight});
+        settle();
+        return window.bottomPane()->grab();
+    }
+    if (name == "help") {
+        HelpWindow::showSingle(&window);
+        HelpWindow* help = HelpWindow::single();
+        help->resize(helpSize);
+        settle();
+        return help->grab();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 const std::vector<std::string>& names() {
-    static const std::vector<std::string> all{"window", "settings", "help"};
+    static const std::vector<std::string> all{"window", "settings", "write", "chart", "help"};
     return all;
 }
 
-Result<void, std::string> render(MainWindow& window, const std::string& name, const QString& file) {
-    QWidget* view = nullptr;
-    if (name == "window") {
-        view = &window;
-    } else if (name == "settings") {
-        window.topBar()->showSerialSettings();
-        view = window.topBar()->serialSettings();
-    } else if (name == "help") {
-        HelpWindow::showSingle(&window);
-        view = HelpWindow::single();
-    }
-    if (view == nullptr) {
+Result<void, std::string> render(PollerModel& model, MainWindow& window, const std::string& name,
+                                 const QString& file, int maxWidth) {
+    window.resize(windowSize);
+    settle();
+    std::optional<QPixmap> shot = picture(model, window, name);
+    if (!shot) {
         return "unknown view " + name;
     }
-    QApplication::processEvents();
-    if (!view->grab().save(file, "PNG")) {
+    QImage image = shot->toImage();
+    if (maxWidth > 0 && image.width() > maxWidth) {
+        image = image.scaledToWidth(maxWidth, Qt::SmoothTransformation);
+    }
+    // Opaque pixels compress better and a help page needs no alpha.
+    image = image.convertToFormat(QImage::Format_RGB32);
+    // Highest compression: these files are committed and compiled into the program.
+    if (!image.save(file, "PNG", 0)) {
         return "cannot write " + file.toStdString();
     }
     return {};
+}
+
+QPalette darkPalette() {
+    QPalette palette;
+    const QColor window(45, 45, 48);
+    const QColor base(30, 30, 32);
+    const QColor text(230, 230, 232);
+    const QColor disabled(125, 125, 130);
+    palette.setColor(QPalette::Window, window);
+    palette.setColor(QPalette::WindowText, text);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::AlternateBase, QColor(38, 38, 41));
+    palette.setColor(QPalette::ToolTipBase, window);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::PlaceholderText, disabled);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(58, 58, 62));
+    palette.setColor(QPalette::ButtonText, text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::Light, QColor(80, 80, 85));
+    palette.setColor(QPalette::Midlight, QColor(66, 66, 70));
+    palette.setColor(QPalette::Mid, QColor(70, 70, 74));
+    palette.setColor(QPalette::Dark, QColor(22, 22, 24));
+    palette.setColor(QPalette::Shadow, Qt::black);
+    palette.setColor(QPalette::Highlight, QColor(0, 110, 190));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, QColor(90, 170, 255));
+    palette.setColor(QPalette::LinkVisited, QColor(170, 140, 255));
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, disabled);
+    }
+    return palette;
 }
 
 } // namespace Screenshot

@@ -9,12 +9,16 @@
 #include "PortScanner.h"
 #include "Screenshot.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <memory>
+#include <optional>
 
 #include <QApplication>
 #include <QSettings>
+#include <QStyleFactory>
+#include <QTemporaryDir>
 #include <QTimer>
 
 using namespace kestrin;
@@ -24,7 +28,9 @@ namespace {
 constexpr int exitUsage = 2;
 constexpr int exitFailure = 1;
 // Long enough for the demo device to answer a few polls before the picture is taken.
-constexpr int screenshotDelayMs = 3000;
+constexpr double demoWaitSeconds = 3;
+// Without a device there is nothing to wait for but the first layout.
+constexpr double plainWaitSeconds = 0.2;
 
 bool wantsScreenshot(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
@@ -50,6 +56,15 @@ void startDemo(PollerModel& model, std::unique_ptr<DemoDevice>& demo) {
     model.addTestDevice(demo->path(), L10n::Header::demoDevice());
 }
 
+// A picture shows the first-run project with default preferences, and leaves the user's own
+// project and preferences as they were.
+PollerModel::Environment screenshotEnvironment(std::optional<QTemporaryDir>& preferences) {
+    preferences.emplace();
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, preferences->path());
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, preferences->path());
+    return PollerModel::Environment{};
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -73,8 +88,23 @@ int main(int argc, char** argv) {
         std::cout << AppOptions::usage;
         return 0;
     }
+    if (const auto& name = options.value().screenshot) {
+        const auto& known = Screenshot::names();
+        if (std::find(known.begin(), known.end(), *name) == known.end()) {
+            std::cerr << "kestrin: no view named " << *name << "\n" << AppOptions::usage;
+            return exitUsage;
+        }
+    }
 
-    PollerModel model(PollerModel::Environment::application());
+    if (options.value().dark) {
+        // The platform style may ignore a palette; Fusion draws with it everywhere.
+        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setPalette(Screenshot::darkPalette());
+    }
+
+    std::optional<QTemporaryDir> screenshotPreferences;
+    PollerModel model(options.value().screenshot ? screenshotEnvironment(screenshotPreferences)
+                                                 : PollerModel::Environment::application());
     std::unique_ptr<DemoDevice> demo;
     if (options.value().port) {
         model.addTestDevice(*options.value().port, *options.value().port);
@@ -95,8 +125,11 @@ int main(int argc, char** argv) {
         if (demo && model.canStart()) {
             model.start();
         }
-        QTimer::singleShot(demo ? screenshotDelayMs : 200, &window, [&] {
-            const auto rendered = Screenshot::render(window, *name, file);
+        const double wait =
+            options.value().waitSeconds.value_or(demo ? demoWaitSeconds : plainWaitSeconds);
+        QTimer::singleShot(static_cast<int>(wait * 1000), &window, [&] {
+            const auto rendered =
+                Screenshot::render(model, window, *name, file, options.value().width.value_or(0));
             if (!rendered) {
                 std::cerr << "kestrin: " << rendered.error() << "\n";
                 result = exitFailure;

@@ -17,6 +17,15 @@ TEST(AppOptions, ReadsEveryOptionWithItsValue) {
     EXPECT_EQ(AppOptions::parse({}).value(), AppOptions{});
 }
 
+TEST(AppOptions, ReadsTheLookAndTimingOfAScreenshot) {
+    const auto parsed = AppOptions::parse({"--demo", "--dark", "--screenshot", "chart", "--out",
+                                           "c.png", "--width", "632", "--wait", "2.5"});
+    ASSERT_TRUE(parsed.ok()) << parsed.error();
+    EXPECT_TRUE(parsed.value().dark);
+    EXPECT_EQ(parsed.value().width, 632);
+    EXPECT_EQ(parsed.value().waitSeconds, 2.5);
+}
+
 TEST(AppOptions, RefusesWhatItCannotDo) {
     const struct {
         std::vector<std::string> arguments;
@@ -29,6 +38,14 @@ TEST(AppOptions, RefusesWhatItCannotDo) {
         {{"--port", "/dev/pts/4", "--demo"}, "--port and --demo exclude each other"},
         {{"--screenshot", "window"}, "--screenshot and --out go together"},
         {{"--out", "a.png"}, "--screenshot and --out go together"},
+        {{"--width", "900"}, "--width and --wait go with --screenshot"},
+        {{"--wait", "3"}, "--width and --wait go with --screenshot"},
+        {{"--screenshot", "w", "--out", "w.png", "--width", "99"},
+         "--width needs a number of pixels from 100"},
+        {{"--screenshot", "w", "--out", "w.png", "--wait", "-1"},
+         "--wait needs a number of seconds up to 600"},
+        {{"--screenshot", "w", "--out", "w.png", "--wait", "inf"},
+         "--wait needs a number of seconds up to 600"},
     };
     for (const auto& row : rows) {
         const auto parsed = AppOptions::parse(row.arguments);

@@ -1,9 +1,11 @@
 #include "ChartView.h"
 #include "PaneTestModel.h"
 
+#include <QApplication>
 #include <QChart>
 #include <QChartView>
 #include <QComboBox>
+#include <QDateTimeAxis>
 #include <QLineSeries>
 #include <QSettings>
 #include <QStackedWidget>
@@ -88,6 +90,32 @@ TEST(ChartView, HiddenChartDrawsWhenShown) {
     EXPECT_TRUE(fixture.drawnCounts(view).empty());
     view.show();
     EXPECT_EQ(fixture.drawnCounts(view), std::vector<qsizetype>{1});
+}
+
+TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
+    ChartFixture fixture;
+    ChartView view(*fixture.model);
+    view.resize(800, 320);
+    view.show();
+    fixture.record(fixture.temperature, 1, 1.0);
+    view.refresh(); // the chart is now laid out with its first range
+    QApplication::processEvents();
+    for (const int secondsAgo : {40, 30, 20, 10}) {
+        fixture.record(fixture.temperature, secondsAgo, secondsAgo);
+    }
+    view.refresh();
+    QApplication::processEvents();
+
+    QChart* chart = view.findChild<QChartView*>("chart")->chart();
+    const auto axes = chart->axes(Qt::Horizontal);
+    ASSERT_EQ(axes.size(), 1);
+    auto* time = qobject_cast<QDateTimeAxis*>(axes.front());
+    ASSERT_NE(time, nullptr);
+    EXPECT_EQ(time->min(), fixture.now.addSecs(-40));
+    EXPECT_EQ(time->max(), fixture.now.addSecs(-1));
+    // Below the plot there must be room for the tick labels and the title.
+    const QFontMetrics labels(time->labelsFont());
+    EXPECT_GT(chart->size().height() - chart->plotArea().bottom(), 2 * labels.height());
 }
 
 TEST(ChartView, ChosenPeriodSurvivesANewView) {

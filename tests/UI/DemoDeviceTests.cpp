@@ -9,6 +9,11 @@
 namespace kestrin::ShellTesting {
 namespace {
 
+std::optional<double> valueOf(const PollerModel& model, const Datapoint& point) {
+    const PointStatus* status = model.status(point.id);
+    return status != nullptr ? status->value : std::nullopt;
+}
+
 TEST(DemoDevice, ServesTheExampleListUntilItGoes) {
     auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH));
     ASSERT_TRUE(started.ok()) << started.error();
@@ -25,6 +30,45 @@ TEST(DemoDevice, ServesTheExampleListUntilItGoes) {
 
     demo.reset();
     EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(path); }, 5s)) << path;
+}
+
+TEST(DemoDevice, MeasurementsMoveAndSetValuesStartPlausible) {
+    auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH));
+    ASSERT_TRUE(started.ok()) << started.error();
+    std::unique_ptr<DemoDevice> demo = std::move(started).value();
+    // What the user sees: the example list with no simulation of its own.
+    PollerProject project = PollerProject::firstRun();
+    project.polls.front().intervalMs = 200;
+    const std::vector<Datapoint> shown = project.polls.front().datapoints;
+    auto model = makeModel(std::move(project));
+    model->addTestDevice(demo->path(), L10n::Header::demoDevice());
+    model->start();
+    ASSERT_TRUE(waitUntil([&] { return valueOf(*model, shown[2]).has_value(); }))
+        << model->errorMessage().value_or("");
+    const auto firstRunTime = valueOf(*model, shown[2]);
+    const auto firstPressure = valueOf(*model, shown[1]);
+
+    // The run time counts whole seconds.
+    ASSERT_TRUE(waitUntil([&] { return valueOf(*model, shown[2]) > firstRunTime; }, 3s));
+    EXPECT_NE(valueOf(*model, shown[1]), firstPressure);
+    const struct {
+        std::size_t row;
+        double low;
+        double high;
+    } rows[] = {
+        {0, 18.5, 24.5}, // temperature
+        {1, 1.2, 2.8},   // pressure
+        {3, 21.5, 21.5}, // setpoint
+        {4, 2, 2},       // mode
+        {5, 1, 1},       // pump on
+    };
+    for (const auto& row : rows) {
+        const auto value = valueOf(*model, shown[row.row]);
+        ASSERT_TRUE(value.has_value()) << shown[row.row].name;
+        EXPECT_GE(*value, row.low) << shown[row.row].name;
+        EXPECT_LE(*value, row.high) << shown[row.row].name;
+    }
+    model->stop();
 }
 
 TEST(DemoDevice, AProgramThatAnnouncesNoPortIsRefused) {
