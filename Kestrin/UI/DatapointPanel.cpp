@@ -9,6 +9,7 @@
 #include "PollerModel.h"
 #include "WritePopover.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -132,6 +133,10 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     }
     table_->horizontalHeader()->setMinimumSectionSize(columnWidths[Model::unitID].minimum);
     table_->horizontalHeader()->setSectionResizeMode(Model::chart, QHeaderView::Fixed);
+    // The check box needs little room, but "Diagramm" and "Gráfico" need more than "Chart".
+    table_->setColumnWidth(Model::chart,
+                           std::max(table_->columnWidth(Model::chart),
+                                    table_->horizontalHeader()->sectionSizeHint(Model::chart)));
 
     auto* tableLayout = new QVBoxLayout(tableArea_);
     tableLayout->setContentsMargins(0, 0, 0, 0);
