@@ -7,6 +7,7 @@
 #include "SimulatedValue.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace kestrin {
 
@@ -24,6 +25,27 @@ constexpr int addressCount = 0x10000;
 
 Bytes exceptionAnswer(std::uint8_t function, ModbusException exception) {
     return ExceptionPDU::make(function, exception);
+}
+
+// Where a multiple write starts and how many items it carries, when its count is in range and its
+// byte count matches both the count and the bytes that follow.
+struct WriteRange {
+    int address = 0;
+    int count = 0;
+};
+
+std::optional<WriteRange> multipleWriteRange(ByteView pdu, int maxCount,
+                                             std::size_t (*bytesFor)(int count)) {
+    if (pdu.size() < multipleWriteHeaderSize) {
+        return std::nullopt;
+    }
+    const int count = uint16At(pdu, 3);
+    const std::size_t byteCount = pdu[5];
+    if (count < 1 || count > maxCount || byteCount != bytesFor(count) ||
+        pdu.size() != multipleWriteHeaderSize + byteCount) {
+        return std::nullopt;
+    }
+    return WriteRange{uint16At(pdu, 1), count};
 }
 
 bool isWrite(std::uint8_t function) {
@@ -207,17 +229,13 @@ Bytes SlaveDevice::writeRegister(std::uint8_t unit, ByteView pdu) {
 
 Bytes SlaveDevice::writeCoils(std::uint8_t unit, ByteView pdu) {
     const std::uint8_t function = pdu[0];
-    if (pdu.size() < multipleWriteHeaderSize) {
+    const auto range = multipleWriteRange(pdu, FunctionCode::maxWriteBits, [](int bits) {
+        return static_cast<std::size_t>(bits + 7) / 8;
+    });
+    if (!range) {
         return exceptionAnswer(function, ModbusException::illegalDataValue);
     }
-    const int address = uint16At(pdu, 1);
-    const int count = uint16At(pdu, 3);
-    const std::size_t byteCount = pdu[5];
-    if (count < 1 || count > FunctionCode::maxWriteBits ||
-        byteCount != static_cast<std::size_t>(count + 7) / 8 ||
-        pdu.size() != multipleWriteHeaderSize + byteCount) {
-        return exceptionAnswer(function, ModbusException::illegalDataValue);
-    }
+    const auto [address, count] = *range;
     if (!covers(unit, RegisterTable::coil, address, count)) {
         return exceptionAnswer(function, ModbusException::illegalDataAddress);
     }
@@ -231,17 +249,13 @@ Bytes SlaveDevice::writeCoils(std::uint8_t unit, ByteView pdu) {
 
 Bytes SlaveDevice::writeRegisters(std::uint8_t unit, ByteView pdu) {
     const std::uint8_t function = pdu[0];
-    if (pdu.size() < multipleWriteHeaderSize) {
+    const auto range = multipleWriteRange(pdu, FunctionCode::maxWriteRegisters, [](int registers) {
+        return 2 * static_cast<std::size_t>(registers);
+    });
+    if (!range) {
         return exceptionAnswer(function, ModbusException::illegalDataValue);
     }
-    const int address = uint16At(pdu, 1);
-    const int count = uint16At(pdu, 3);
-    const std::size_t byteCount = pdu[5];
-    if (count < 1 || count > FunctionCode::maxWriteRegisters ||
-        byteCount != 2 * static_cast<std::size_t>(count) ||
-        pdu.size() != multipleWriteHeaderSize + byteCount) {
-        return exceptionAnswer(function, ModbusException::illegalDataValue);
-    }
+    const auto [address, count] = *range;
     if (!covers(unit, RegisterTable::holdingRegister, address, count)) {
         return exceptionAnswer(function, ModbusException::illegalDataAddress);
     }
