@@ -1,12 +1,15 @@
 #include "ChartView.h"
 
+#include "ChartLines.h"
 #include "ChartSeries.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollerModel.h"
+#include "ValueScale.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include <QChart>
@@ -32,6 +35,8 @@ constexpr int emptyMessageWidth = 420;
 constexpr int emptySymbolSide = 44;
 // The time axis of "All" before anything is recorded.
 constexpr int minimumSpanSeconds = 60;
+// Below this the time axis's six ticks are less than a second apart.
+constexpr qint64 shortSpanMs = 5000;
 
 QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
@@ -79,16 +84,6 @@ QWidget* makeEmptyView(QWidget* parent) {
     return view;
 }
 
-// The range of a set of values, widened so that a flat line sits in the middle.
-std::pair<double, double> paddedRange(double low, double high) {
-    if (low == high) {
-        const double margin = low == 0 ? 1.0 : std::abs(low) * 0.05;
-        return {low - margin, high + margin};
-    }
-    const double margin = (high - low) * 0.05;
-    return {low - margin, high + margin};
-}
-
 } // namespace
 
 ChartView::ChartView(PollerModel& model, QWidget* parent)
@@ -100,7 +95,8 @@ ChartView::ChartView(PollerModel& model, QWidget* parent)
     , chart_(new QChart())
     , chartView_(new QChartView(chart_, pages_))
     , timeAxis_(new QDateTimeAxis(chart_))
-    , valueAxis_(new QValueAxis(chart_)) {
+    , valueAxis_(new QValueAxis(chart_))
+    , lines_(new ChartLines(chart_)) {
     setObjectName("chartView");
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -194,8 +190,8 @@ void ChartView::redraw() {
     stale_ = false;
     const std::vector<ChartSeries> lines =
         model_.chartSeries(QDateTime::currentDateTimeUtc(), periodSeconds_);
-    // The same lines take their new points in place: rebuilding the series and the legend costs
-    // tens of milliseconds on the main thread at every publication.
+    // The series stay empty: they give the legend its entries and the theme's colours, while
+    // ChartLines draws the samples.
     const QList<QAbstractSeries*> shown = chart_->series();
     const bool sameLines = shown.size() == static_cast<qsizetype>(lines.size()) &&
                            std::equal(lines.begin(), lines.end(), shown.begin(),
@@ -204,48 +200,62 @@ void ChartView::redraw() {
                                       });
     if (!sameLines) {
         chart_->removeAllSeries();
+        for (const ChartSeries& line : lines) {
+            auto* series = new QLineSeries(chart_);
+            series->setName(text(line.label));
+            chart_->addSeries(series);
+            series->attachAxis(timeAxis_);
+            series->attachAxis(valueAxis_);
+        }
     }
     if (lines.empty()) {
+        lines_->setLines({}, {});
         pages_->setCurrentIndex(1);
         return;
     }
-    qsizetype index = 0;
+    std::vector<ChartLines::Line> drawn;
+    drawn.reserve(lines.size());
     qint64 first = std::numeric_limits<qint64>::max();
     qint64 last = std::numeric_limits<qint64>::min();
     double low = std::numeric_limits<double>::infinity();
     double high = -std::numeric_limits<double>::infinity();
-    for (const ChartSeries& line : lines) {
-        QList<QPointF> points;
-        points.reserve(static_cast<qsizetype>(line.points.size()));
-        for (const Sample& sample : line.points) {
+    const QList<QAbstractSeries*> series = chart_->series();
+    for (std::size_t index = 0; index < lines.size(); ++index) {
+        ChartLines::Line line{
+            static_cast<QLineSeries*>(series[static_cast<qsizetype>(index)])->pen(), {}};
+        line.points.reserve(static_cast<qsizetype>(lines[index].points.size()));
+        for (const Sample& sample : lines[index].points) {
+            // A decoded NaN or infinity has no place on the value axis.
+            if (!std::isfinite(sample.value)) {
+                continue;
+            }
             const qint64 time = sample.time.toMSecsSinceEpoch();
-            points.append(QPointF(static_cast<double>(time), sample.value));
+            line.points.append(QPointF(static_cast<double>(time), sample.value));
             first = std::min(first, time);
             last = std::max(last, time);
             low = std::min(low, sample.value);
             high = std::max(high, sample.value);
         }
-        if (sameLines) {
-            static_cast<QLineSeries*>(shown[index++])->replace(points);
-            continue;
-        }
-        auto* series = new QLineSeries(chart_);
-        series->setName(text(line.label));
-        series->replace(points);
-        chart_->addSeries(series);
-        series->attachAxis(timeAxis_);
-        series->attachAxis(valueAxis_);
+        drawn.push_back(std::move(line));
+    }
+    if (first > last) {
+        first = last = QDateTime::currentMSecsSinceEpoch();
     }
     if (first == last) {
         first -= 1000;
         last += 1000;
     }
+    // Whole seconds would repeat along a span of a few seconds.
+    timeAxis_->setFormat(last - first < shortSpanMs ? "HH:mm:ss.zzz" : "HH:mm:ss");
     timeAxis_->setRange(QDateTime::fromMSecsSinceEpoch(first),
                         QDateTime::fromMSecsSinceEpoch(last));
-    const auto [bottom, top] = paddedRange(low, high);
-    valueAxis_->setRange(bottom, top);
-    // Round tick values read better than the data's own extremes.
-    valueAxis_->applyNiceNumbers();
+    const ValueScale scale = ValueScale::around(low, high);
+    valueAxis_->setRange(scale.low, scale.high);
+    valueAxis_->setTickCount(scale.ticks);
+    valueAxis_->setLabelFormat(QStringLiteral("%.%1f").arg(scale.decimals));
+    lines_->setLines(std::move(drawn),
+                     QRectF(static_cast<double>(first), scale.low,
+                            static_cast<double>(last - first), scale.high - scale.low));
     pages_->setCurrentIndex(0);
 }
 

@@ -11,6 +11,7 @@ class QStackedWidget;
 
 namespace kestrin {
 
+class ChartLines;
 class PollerModel;
 
 // The recorded values of the selected poll's plotted datapoints over the chosen period, one line
@@ -48,6 +49,7 @@ private:
     QChartView* chartView_;
     QDateTimeAxis* timeAxis_;
     QValueAxis* valueAxis_;
+    ChartLines* lines_;
 };
 
 } // namespace kestrin

@@ -1,14 +1,18 @@
+#include "ChartLines.h"
 #include "ChartView.h"
 #include "PaneTestModel.h"
+
+#include <limits>
+#include <stdexcept>
 
 #include <QApplication>
 #include <QChart>
 #include <QChartView>
 #include <QComboBox>
 #include <QDateTimeAxis>
-#include <QLineSeries>
 #include <QSettings>
 #include <QStackedWidget>
+#include <QValueAxis>
 #include <gtest/gtest.h>
 
 namespace kestrin {
@@ -30,10 +34,19 @@ struct ChartFixture {
         model->recordSample(id, Sample{now.addSecs(-secondsAgo), value});
     }
 
-    std::vector<qsizetype> drawnCounts(const ChartView& view) const {
+    static const ChartLines& drawnLines(const ChartView& view) {
+        for (QGraphicsItem* item : view.findChild<QChartView*>("chart")->chart()->childItems()) {
+            if (const auto* lines = dynamic_cast<const ChartLines*>(item)) {
+                return *lines;
+            }
+        }
+        throw std::logic_error("the chart has no lines");
+    }
+
+    static std::vector<qsizetype> drawnCounts(const ChartView& view) {
         std::vector<qsizetype> counts;
-        for (QAbstractSeries* series : view.findChild<QChartView*>("chart")->chart()->series()) {
-            counts.push_back(static_cast<QLineSeries*>(series)->count());
+        for (const ChartLines::Line& line : drawnLines(view).lines()) {
+            counts.push_back(line.points.size());
         }
         return counts;
     }
@@ -62,6 +75,22 @@ TEST(ChartView, PeriodLimitsTheSamplesDrawn) {
         EXPECT_EQ(fixture.drawnCounts(view), std::vector<qsizetype>{row.drawn})
             << "period " << row.period;
     }
+}
+
+TEST(ChartView, BrokenValuesLeaveTheScaleAlone) {
+    ChartFixture fixture;
+    fixture.record(fixture.temperature, 30, std::numeric_limits<double>::quiet_NaN());
+    fixture.record(fixture.temperature, 20, 2.0);
+    fixture.record(fixture.temperature, 10, std::numeric_limits<double>::infinity());
+    fixture.record(fixture.temperature, 5, 4.0);
+    ChartView view(*fixture.model);
+    view.show();
+
+    EXPECT_EQ(ChartFixture::drawnCounts(view), std::vector<qsizetype>{2});
+    const QRectF domain = ChartFixture::drawnLines(view).domain();
+    EXPECT_LE(domain.top(), 2.0);
+    EXPECT_GE(domain.bottom(), 4.0);
+    EXPECT_LT(domain.height(), 10.0);
 }
 
 TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYet) {
@@ -113,6 +142,14 @@ TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
     ASSERT_NE(time, nullptr);
     EXPECT_EQ(time->min(), fixture.now.addSecs(-40));
     EXPECT_EQ(time->max(), fixture.now.addSecs(-1));
+    // The lines are drawn in the axes' own ranges.
+    auto* value = qobject_cast<QValueAxis*>(chart->axes(Qt::Vertical).front());
+    ASSERT_NE(value, nullptr);
+    const QRectF domain = ChartFixture::drawnLines(view).domain();
+    EXPECT_EQ(domain.left(), static_cast<double>(time->min().toMSecsSinceEpoch()));
+    EXPECT_EQ(domain.right(), static_cast<double>(time->max().toMSecsSinceEpoch()));
+    EXPECT_DOUBLE_EQ(domain.top(), value->min());
+    EXPECT_DOUBLE_EQ(domain.bottom(), value->max());
     // Below the plot there must be room for the tick labels and the title.
     const QFontMetrics labels(time->labelsFont());
     EXPECT_GT(chart->size().height() - chart->plotArea().bottom(), 2 * labels.height());
