@@ -128,6 +128,15 @@ QWidget* BottomPane::makeBar() {
     chartButton_ = segment(L10n::Pane::chart(), "chartPageButton", picker);
     segments->addWidget(logButton_);
     segments->addWidget(chartButton_);
+    // The style's own checked tool button is a shade darker, which a dark palette all but hides.
+    picker->setStyleSheet(QStringLiteral(
+        "QToolButton { border: 1px solid palette(mid); background: palette(button);"
+        " padding: 2px 12px; }"
+        "QToolButton:checked { background: palette(highlight); color: palette(highlighted-text);"
+        " border-color: palette(highlight); }"
+        "#logPageButton { border-top-left-radius: 5px; border-bottom-left-radius: 5px; }"
+        "#chartPageButton { border-top-right-radius: 5px; border-bottom-right-radius: 5px;"
+        " border-left: none; }"));
     auto* group = new QButtonGroup(bar);
     group->setExclusive(true);
     group->addButton(logButton_);

@@ -127,16 +127,15 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setStretchLastSection(true);
     table_->setContextMenuPolicy(Qt::CustomContextMenu);
-    for (int column = 0; column < Model::columnCount_; ++column) {
-        const ColumnWidth width = columnWidths.at(static_cast<std::size_t>(column));
-        table_->setColumnWidth(column, width.ideal);
-    }
     table_->horizontalHeader()->setMinimumSectionSize(columnWidths[Model::unitID].minimum);
     table_->horizontalHeader()->setSectionResizeMode(Model::chart, QHeaderView::Fixed);
-    // The check box needs little room, but "Diagramm" and "Gráfico" need more than "Chart".
-    table_->setColumnWidth(Model::chart,
-                           std::max(table_->columnWidth(Model::chart),
-                                    table_->horizontalHeader()->sectionSizeHint(Model::chart)));
+    // Translated titles can be wider than the content: "Esclavo" over a unit ID, "Diagramm" over
+    // a check box.
+    for (int column = 0; column < Model::columnCount_; ++column) {
+        const ColumnWidth width = columnWidths.at(static_cast<std::size_t>(column));
+        table_->setColumnWidth(
+            column, std::max(width.ideal, table_->horizontalHeader()->sectionSizeHint(column)));
+    }
 
     auto* tableLayout = new QVBoxLayout(tableArea_);
     tableLayout->setContentsMargins(0, 0, 0, 0);

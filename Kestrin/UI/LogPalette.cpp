@@ -1,6 +1,7 @@
 #include "LogPalette.h"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
 
 namespace kestrin::LogPalette {
 
@@ -41,6 +42,9 @@ QColor blue(const QPalette& palette) {
 QColor orange(const QPalette& palette) {
     return either(palette, 0xC45F00, 0xFF9F0A);
 }
+QColor fillOrange() {
+    return QColor(0xC45F00);
+}
 QColor red(const QPalette& palette) {
     return either(palette, 0xD70015, 0xFF6961);
 }
@@ -72,18 +76,26 @@ QColor color(LogSegment::Kind kind, const QPalette& palette) {
     return palette.color(QPalette::Text);
 }
 
-QFont bufferFont() {
+// Sized from the desktop's interface font: a fixed 12 points is a third larger than the menus on
+// a 9-point desktop. Monospaced faces look smaller than proportional ones at the same size, so
+// the log's text takes the interface size and the system lines one step below.
+namespace {
+
+QFont logFont(double thirteenths, QFont::Weight weight) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSize(12);
-    font.setWeight(QFont::Normal);
+    font.setPointSizeF(QGuiApplication::font().pointSizeF() * thirteenths / 13.0);
+    font.setWeight(weight);
     return font;
 }
 
+} // namespace
+
+QFont bufferFont() {
+    return logFont(13, QFont::Normal);
+}
+
 QFont systemFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSize(11);
-    font.setWeight(QFont::Medium);
-    return font;
+    return logFont(12, QFont::Medium);
 }
 
 QTextCharFormat format(LogSegment::Kind kind, const QPalette& palette) {

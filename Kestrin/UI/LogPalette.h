@@ -20,6 +20,8 @@ QColor secondaryLabel(const QPalette& palette);
 QColor tertiaryLabel(const QPalette& palette);
 QColor blue(const QPalette& palette);
 QColor orange(const QPalette& palette);
+// The orange a white label sits on (the Stop button), dark enough in either appearance.
+QColor fillOrange();
 QColor red(const QPalette& palette);
 QColor teal(const QPalette& palette);
 QColor green(const QPalette& palette);

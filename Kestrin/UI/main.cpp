@@ -1,6 +1,7 @@
 // kestrin: the desktop Modbus RTU master.
 
 #include "AppOptions.h"
+#include "DarkStyle.h"
 #include "DemoDevice.h"
 #include "Icons.h"
 #include "L10n.h"
@@ -17,7 +18,6 @@
 
 #include <QApplication>
 #include <QSettings>
-#include <QStyleFactory>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
 
     if (options.value().dark) {
         // The platform style may ignore a palette; Fusion draws with it everywhere.
-        QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+        QApplication::setStyle(new DarkStyle);
         QApplication::setPalette(Screenshot::darkPalette());
     }
 

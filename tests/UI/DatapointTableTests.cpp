@@ -4,11 +4,15 @@
 #include "LogPalette.h"
 #include "TableFixture.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
+#include <QTimer>
 #include <QToolButton>
 
 namespace kestrin::TableTesting {
@@ -332,6 +336,82 @@ TEST_F(DatapointTable, DuplicateAndDeleteWorkOnTheSelectionOnly) {
     ASSERT_EQ(poll().datapoints.size(), 2U);
     EXPECT_EQ(poll().datapoints[1].name, "C");
     EXPECT_FALSE(remove->isEnabled());
+}
+
+TEST_F(DatapointTable, EveryTitleFitsItsColumnInEveryLanguage) {
+    create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+    for (const Language language : Language::allCases) {
+        L10n::withLanguageForTesting(language, [&] {
+            const QTableView* view = shown().tableView();
+            const QHeaderView* header = view->horizontalHeader();
+            for (int column = 0; column < Model::columnCount_; ++column) {
+                EXPECT_GE(view->columnWidth(column), header->sectionSizeHint(column))
+                    << header->model()->headerData(column, Qt::Horizontal).toString().toStdString();
+            }
+        });
+    }
+}
+
+// Answers the import question, once it is up, with the button of that text (or Escape).
+void answerImportQuestion(const QString& choice) {
+    QTimer::singleShot(0, [choice] {
+        auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(question, nullptr);
+        EXPECT_EQ(question->objectName(), "importQuestion");
+        if (choice.isEmpty()) {
+            QTest::keyClick(question, Qt::Key_Escape);
+            return;
+        }
+        for (QAbstractButton* button : question->buttons()) {
+            if (button->text() == choice) {
+                button->click();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no button " << choice.toStdString();
+        question->reject();
+    });
+}
+
+TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosen) {
+    const std::string csv = "Name,Unit ID,Table,Address,Data type\n"
+                            "Imported A,1,HR,10,uint16\nImported B,1,HR,11,uint16\n";
+    const struct {
+        const char* choice;
+        std::vector<std::string> names;
+    } rows[] = {
+        {"Add", {"Level", "Imported A", "Imported B"}},
+        {"Replace", {"Imported A", "Imported B"}},
+        {"Cancel", {"Level"}},
+        {"", {"Level"}}, // Escape
+    };
+    inEnglish([&] {
+        for (const auto& row : rows) {
+            panel.reset(); // before the model it draws
+            create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+            shown();
+            answerImportQuestion(row.choice);
+            panel->importFile(QString::fromStdString(folder.file("points.csv", csv)));
+            std::vector<std::string> names;
+            for (const Datapoint& point : poll().datapoints) {
+                names.push_back(point.name);
+            }
+            EXPECT_EQ(names, row.names) << "choice " << row.choice;
+            EXPECT_FALSE(model->errorMessage()) << row.choice;
+        }
+    });
+}
+
+TEST_F(DatapointTable, AnUnreadableImportAsksNothingAndSaysWhy) {
+    create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+    shown();
+    for (const std::string& path :
+         {folder.file("broken.csv", "no,header,here\n1,2,3\n"), folder.file("gone.csv") + ".x"}) {
+        model->setErrorMessage(std::nullopt);
+        panel->importFile(QString::fromStdString(path)); // a question would block here
+        EXPECT_TRUE(model->errorMessage()) << path;
+        EXPECT_EQ(poll().datapoints.size(), 1U) << path;
+    }
 }
 
 TEST_F(DatapointTable, AnEmptyPollOffersToAddAndTheNewRowIsSelected) {

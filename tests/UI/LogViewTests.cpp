@@ -3,6 +3,7 @@
 #include "LogView.h"
 #include "OutputBuffer.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -92,9 +93,10 @@ TEST(LogView, ColoursEachRunByItsRole) {
         EXPECT_EQ(formatAt(view, at).foreground().color(), row.expected) << row.marker;
     }
     const QTextCharFormat system = formatAt(view, static_cast<int>(shown.indexOf("SYS")));
-    EXPECT_EQ(system.font().pointSize(), 11);
+    const QFont plain = formatAt(view, static_cast<int>(shown.indexOf("REQ"))).font();
     EXPECT_EQ(system.font().weight(), QFont::Medium);
-    EXPECT_EQ(formatAt(view, static_cast<int>(shown.indexOf("REQ"))).font().pointSize(), 12);
+    EXPECT_LT(system.font().pointSizeF(), plain.pointSizeF());
+    EXPECT_DOUBLE_EQ(plain.pointSizeF(), QApplication::font().pointSizeF());
 }
 
 TEST(LogView, TextAlreadyShownTakesTheColoursOfANewPalette) {

@@ -71,7 +71,7 @@ TEST(MainWindowStart, CtrlRTwiceReadsTheSimulatorAndStopsAgain) {
         EXPECT_EQ(button->toolTip(), "Stop reading (Ctrl+R)");
         EXPECT_EQ(window.startStopAction()->text(), "Stop");
         EXPECT_EQ(window.windowTitle(), "Kestrin — Reading");
-        EXPECT_EQ(button->palette().color(QPalette::Button), LogPalette::orange(window.palette()));
+        EXPECT_EQ(button->palette().color(QPalette::Button), LogPalette::fillOrange());
         ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }));
 
         QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
