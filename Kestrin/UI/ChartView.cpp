@@ -252,7 +252,11 @@ void ChartView::redraw() {
     const ValueScale scale = ValueScale::around(low, high);
     valueAxis_->setRange(scale.low, scale.high);
     valueAxis_->setTickCount(scale.ticks);
-    valueAxis_->setLabelFormat(QStringLiteral("%.%1f").arg(scale.decimals));
+    // Setting even the same format lays the chart out again.
+    const QString labels = QStringLiteral("%.%1f").arg(scale.decimals);
+    if (valueAxis_->labelFormat() != labels) {
+        valueAxis_->setLabelFormat(labels);
+    }
     lines_->setLines(std::move(drawn),
                      QRectF(static_cast<double>(first), scale.low,
                             static_cast<double>(last - first), scale.high - scale.low));

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "../PollerCore/SimulatorProcess.h"
-#include "FakePortRegistry.h"
+#include "ModelBuilders.h"
 #include "PDU.h"
-#include "PollerModel.h"
-#include "PortScanner.h"
 #include "RTUFrame.h"
 
 #include <fstream>
@@ -21,37 +19,10 @@ namespace kestrin::ModelTesting {
 
 using namespace std::chrono_literals;
 
-inline Datapoint datapoint(std::string name, RegisterTable table, std::uint16_t address,
-                           DataType type = DataType::uint16, double value = 0) {
-    Datapoint point;
-    point.name = std::move(name);
-    point.setTable(table);
-    point.address = address;
-    point.dataType = table.isBit() ? point.dataType : type;
-    point.value = value;
-    return point;
-}
-
-inline Datapoint holding(std::string name, std::uint16_t address, double value = 0,
-                         DataType type = DataType::uint16) {
-    return datapoint(std::move(name), RegisterTable::holdingRegister, address, type, value);
-}
-
-inline Poll poll(std::string name, std::vector<Datapoint> datapoints, bool enabled = true) {
-    Poll made;
-    made.name = std::move(name);
-    made.intervalMs = 100;
-    made.enabled = enabled;
-    made.datapoints = std::move(datapoints);
-    return made;
-}
-
-inline PollerProject project(std::vector<Poll> polls) {
-    PollerProject made;
-    made.timeoutMs = 200;
-    made.polls = std::move(polls);
-    return made;
-}
+using Testing::datapoint;
+using Testing::holding;
+using Testing::poll;
+using Testing::project;
 
 inline Bytes readRequest(const ReadBlock& block) {
     return RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count));
@@ -103,16 +74,13 @@ protected:
 
     // Without a project the model loads the autosave file.
     PollerModel& create(std::optional<PollerProject> start = std::nullopt) {
-        PollerModel::Environment environment;
+        PollerModel::Environment environment = Testing::environment(registry);
         if (start) {
             environment.project = std::move(start);
         } else {
             environment.autosavePath = autosavePath();
         }
         environment.preferences = preferences();
-        environment.scanner =
-            std::make_unique<PortScanner>(std::make_unique<FakePortRegistry>(registry), 0ms);
-        environment.delays = {.resume = 50ms, .autosave = 100ms, .publication = 30ms};
         model = std::make_unique<PollerModel>(std::move(environment));
         return *model;
     }

@@ -5,10 +5,6 @@
 #include "OutputArea.h"
 #include "PaneTestModel.h"
 
-#include <fcntl.h>
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -23,37 +19,6 @@ namespace {
 QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
 }
-
-Poll pollWith(std::vector<Datapoint> datapoints) {
-    Poll poll;
-    poll.name = "Meter";
-    poll.datapoints = std::move(datapoints);
-    return poll;
-}
-
-// A pseudo-terminal nobody answers on: enough for the model to hold an engine.
-class SilentTerminal {
-public:
-    SilentTerminal() {
-        master_ = posix_openpt(O_RDWR | O_NOCTTY);
-        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0) {
-            path_ = ptsname(master_);
-        }
-    }
-    ~SilentTerminal() {
-        if (master_ >= 0) {
-            ::close(master_);
-        }
-    }
-    SilentTerminal(const SilentTerminal&) = delete;
-    SilentTerminal& operator=(const SilentTerminal&) = delete;
-
-    const std::string& path() const { return path_; }
-
-private:
-    int master_ = -1;
-    std::string path_;
-};
 
 PollerEvent timeoutOf(const Poll& poll) {
     return PollerEvent{
@@ -80,9 +45,10 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
         }
         std::vector<Datapoint> datapoints;
         if (row.withDatapoints) {
-            datapoints.push_back(PaneTest::holdingRegister("Power", 0));
+            datapoints.push_back(PaneTest::holding("Power", 0));
         }
-        auto model = PaneTest::model(std::move(ports), pollWith(std::move(datapoints)));
+        auto model =
+            PaneTest::model(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
         QCoreApplication::processEvents();
         BottomPane pane(*model);
         pane.resize(800, 300);
@@ -97,7 +63,7 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
 }
 
 TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
-    auto model = PaneTest::model({}, pollWith({}));
+    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
     BottomPane pane(*model);
     pane.resize(800, 300);
     pane.show();
@@ -115,9 +81,9 @@ TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
 }
 
 TEST(BottomPane, NoticesFollowTheReadingState) {
-    SilentTerminal terminal;
+    Testing::QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
-    const Poll poll = pollWith({});
+    const Poll poll = Testing::poll("Meter", {});
     auto model = PaneTest::model({}, poll);
     model->addTestDevice(terminal.path(), "Test terminal");
     BottomPane pane(*model);
@@ -153,7 +119,7 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
 }
 
 TEST(BottomPane, ChosenViewSurvivesANewPane) {
-    auto model = PaneTest::model({}, pollWith({}));
+    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
     {
         BottomPane pane(*model);
         EXPECT_EQ(pane.page(), BottomPane::Page::log);
@@ -168,7 +134,7 @@ TEST(BottomPane, ChosenViewSurvivesANewPane) {
 }
 
 TEST(BottomPane, LogOptionsChangeTheModel) {
-    auto model = PaneTest::model({}, pollWith({}));
+    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
     BottomPane pane(*model);
     pane.show();
     pane.toggleLogOptions();

@@ -22,8 +22,7 @@ struct ChartFixture {
     ChartFixture() {
         Poll poll;
         poll.name = "Boiler";
-        poll.datapoints = {PaneTest::holdingRegister("Temperature", 0),
-                           PaneTest::holdingRegister("Pressure", 1)};
+        poll.datapoints = {PaneTest::holding("Temperature", 0), PaneTest::holding("Pressure", 1)};
         temperature = poll.datapoints[0].id;
         pressure = poll.datapoints[1].id;
         poll.plotted = {temperature};

@@ -29,12 +29,12 @@ TEST(MainWindowStart, IsDisabledUntilAPortAndAReadablePollExist) {
         Poll poll;
     } rows[] = {
         {"no port", false, examplePoll()},
-        {"every poll disabled", true, pollOf("Off", examplePoll().datapoints, false)},
-        {"every poll empty", true, pollOf("Empty", {})},
+        {"every poll disabled", true, poll("Off", examplePoll().datapoints, false)},
+        {"every poll empty", true, poll("Empty", {})},
     };
     for (const auto& row : rows) {
         inEnglish([&] {
-            auto model = makeModel(projectOf({row.poll}));
+            auto model = makeModel(project({row.poll}));
             if (row.port) {
                 model->addTestDevice("/dev/pts/999", "device");
             }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "FakePortRegistry.h"
-#include "PollerModel.h"
-#include "PortScanner.h"
+#include "Model/ModelBuilders.h"
 
 #include <memory>
 #include <vector>
@@ -11,6 +9,9 @@
 #include <QTemporaryDir>
 
 namespace kestrin::PaneTest {
+
+using namespace std::chrono_literals;
+using Testing::holding;
 
 // View preferences go to a folder of the test's own, never the user's settings.
 inline void isolatePreferences() {
@@ -28,28 +29,16 @@ inline FakePortRegistry::Entry usbAdapter(const std::string& path) {
     return entry;
 }
 
-inline Datapoint holdingRegister(std::string name, std::uint16_t address) {
-    Datapoint point;
-    point.name = std::move(name);
-    point.setTable(RegisterTable::holdingRegister);
-    point.address = address;
-    return point;
-}
-
-// A model that reads nothing from disk, with the given ports present and one
-// poll.
+// A model that reads nothing from disk, with the given ports present and one poll. Recorded
+// samples are published on the next turn of the event loop, so a view shows them at once.
 inline std::unique_ptr<PollerModel> model(std::vector<FakePortRegistry::Entry> ports, Poll poll) {
     isolatePreferences();
     auto registry = std::make_shared<FakePortRegistry::State>();
     registry->entries = std::move(ports);
-    PollerModel::Environment environment;
-    environment.scanner =
-        std::make_unique<PortScanner>(std::make_unique<FakePortRegistry>(registry));
-    PollerProject project;
-    project.polls.push_back(std::move(poll));
-    environment.project = std::move(project);
-    environment.delays.resume = std::chrono::milliseconds(0);
-    environment.delays.publication = std::chrono::milliseconds(0);
+    PollerModel::Environment environment = Testing::environment(std::move(registry));
+    environment.project = Testing::project({std::move(poll)});
+    environment.delays.resume = 0ms;
+    environment.delays.publication = 0ms;
     return std::make_unique<PollerModel>(std::move(environment));
 }
 

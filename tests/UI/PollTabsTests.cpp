@@ -21,15 +21,15 @@ QAction* action(QMenu* menu, const char* name) {
 }
 
 std::vector<Poll> twoPolls() {
-    return {pollOf("Boiler", {datapoint("T", RegisterTable::inputRegister, 0)}),
-            pollOf("Pump", {datapoint("P", RegisterTable::holdingRegister, 0)})};
+    return {poll("Boiler", {datapoint("T", RegisterTable::inputRegister, 0)}),
+            poll("Pump", {datapoint("P", RegisterTable::holdingRegister, 0)})};
 }
 
 TEST(PollTabMenu, RemoveIsOfferedOnlyWhenAnotherPollRemains) {
     for (const std::size_t count : {std::size_t{1}, std::size_t{2}}) {
         std::vector<Poll> polls = twoPolls();
         polls.resize(count);
-        auto model = makeModel(projectOf(polls));
+        auto model = makeModel(project(polls));
         PollTabBar bar(*model);
         QMenu* menu = bar.contextMenu(model->polls().front().id);
         EXPECT_EQ(action(menu, "removePollAction")->isEnabled(), count > 1) << count;
@@ -44,7 +44,7 @@ TEST(PollTabMenu, RemoveIsOfferedOnlyWhenAnotherPollRemains) {
 TEST(PollTabMenu, RemovalWaitsForConfirmation) {
     for (const bool confirm : {false, true}) {
         inEnglish([&] {
-            auto model = makeModel(projectOf(twoPolls()));
+            auto model = makeModel(project(twoPolls()));
             PollTabBar bar(*model);
             const Uuid pump = model->polls().back().id;
             QMenu* menu = bar.contextMenu(pump);
@@ -68,7 +68,7 @@ TEST(PollTabMenu, RemovalWaitsForConfirmation) {
 
 TEST(PollTabMenu, DuplicateAddsANamedCopyAndSelectsIt) {
     inEnglish([&] {
-        auto model = makeModel(projectOf(twoPolls()));
+        auto model = makeModel(project(twoPolls()));
         PollTabBar bar(*model);
         QMenu* menu = bar.contextMenu(model->polls().front().id);
         action(menu, "duplicatePollAction")->trigger();
@@ -83,7 +83,7 @@ TEST(PollTabMenu, DuplicateAddsANamedCopyAndSelectsIt) {
 
 TEST(PollTabs, AnEmptyNameReadsUntitled) {
     inEnglish([&] {
-        auto model = makeModel(projectOf({pollOf("", {}), pollOf("Named", {})}));
+        auto model = makeModel(project({poll("", {}), poll("Named", {})}));
         PollTabBar bar(*model);
         ASSERT_EQ(bar.tabs().size(), 2u);
         EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
@@ -98,7 +98,7 @@ TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorFollows) {
         std::vector<Poll> polls = twoPolls();
         polls[1].intervalMs = 5000;
         polls[1].enabled = false;
-        auto model = makeModel(projectOf(polls));
+        auto model = makeModel(project(polls));
         PollTabBar bar(*model);
         QTest::mouseClick(bar.tabs()[1], Qt::LeftButton);
         EXPECT_EQ(model->selectedPollID(), model->polls()[1].id);
@@ -112,7 +112,7 @@ TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorFollows) {
 }
 
 TEST(PollTabs, TheEditorChangesTheSelectedPoll) {
-    auto model = makeModel(projectOf(twoPolls()));
+    auto model = makeModel(project(twoPolls()));
     model->setSelectedPollID(model->polls()[1].id);
     PollTabBar bar(*model);
     auto* name = bar.findChild<QLineEdit*>("pollNameField");
@@ -130,7 +130,7 @@ TEST(PollTabs, TheEditorChangesTheSelectedPoll) {
 }
 
 TEST(PollTabs, PlusAddsAPollAndSelectsIt) {
-    auto model = makeModel(projectOf(twoPolls()));
+    auto model = makeModel(project(twoPolls()));
     PollTabBar bar(*model);
     QTest::mouseClick(bar.findChild<QToolButton*>("addPollButton"), Qt::LeftButton);
     ASSERT_EQ(model->polls().size(), 3u);
@@ -144,9 +144,9 @@ TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
     PollerProject project = PollerProject::firstRun();
     Poll served = project.polls.front();
     // The simulator serves the example list only: this address answers exception 02.
-    Poll missing = pollOf("Missing", {datapoint("Nowhere", RegisterTable::holdingRegister, 900)});
-    Poll paused = pollOf("Paused", served.datapoints, false);
-    Poll empty = pollOf("Empty", {});
+    Poll missing = poll("Missing", {datapoint("Nowhere", RegisterTable::holdingRegister, 900)});
+    Poll paused = poll("Paused", served.datapoints, false);
+    Poll empty = poll("Empty", {});
     for (Poll* poll : {&missing, &paused}) {
         for (Datapoint& point : poll->datapoints) {
             point.id = Uuid::random();

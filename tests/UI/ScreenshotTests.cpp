@@ -31,7 +31,7 @@ TEST(Screenshot, EveryHelpPictureIsAResourceInEveryLanguage) {
 
 struct ScreenshotFixture {
     ScreenshotFixture()
-        : model(makeModel(PollerProject::firstRun(), {"/dev/ttyUSB0"}))
+        : model(makeModel(PollerProject::firstRun(), portsAt({"/dev/ttyUSB0"})))
         , window(*model) {
         window.show();
     }

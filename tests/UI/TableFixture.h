@@ -1,12 +1,9 @@
 #pragma once
 
-#include "Ports/FakePortRegistry.h"
-
 #define KESTRIN_SIM KESTRIN_SIM_PATH
 #include "L10n.h"
+#include "Model/ModelBuilders.h"
 #include "PollerCore/SimulatorProcess.h"
-#include "PollerModel.h"
-#include "PortScanner.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -24,28 +21,11 @@ namespace kestrin::TableTesting {
 
 using namespace std::chrono_literals;
 
-inline Datapoint datapoint(std::string name, RegisterTable table, std::uint16_t address,
-                           DataType type = DataType::uint16, double value = 0) {
-    Datapoint point;
-    point.name = std::move(name);
-    point.setTable(table);
-    point.address = address;
-    if (!table.isBit()) {
-        point.dataType = type;
-    }
-    point.value = value;
-    return point;
-}
+using Testing::datapoint;
 
-inline PollerProject project(std::vector<Datapoint> datapoints, std::int64_t intervalMs = 100) {
-    Poll poll;
-    poll.name = "Plant";
-    poll.intervalMs = intervalMs;
-    poll.datapoints = std::move(datapoints);
-    PollerProject made;
-    made.timeoutMs = 500;
-    made.polls = {poll};
-    return made;
+// A project of one poll, Plant, holding these datapoints.
+inline PollerProject project(std::vector<Datapoint> datapoints) {
+    return Testing::project({Testing::poll("Plant", std::move(datapoints))});
 }
 
 // Texts compared with their English wording, whatever the machine's locale.
@@ -58,29 +38,7 @@ inline bool waitUntil(const std::function<bool()>& condition,
     return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
 }
 
-// A pseudo-terminal nobody answers on: the engine runs, and every reading is the test's own.
-class QuietTerminal {
-public:
-    QuietTerminal()
-        : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (master_ >= 0 && ::grantpt(master_) == 0 && ::unlockpt(master_) == 0) {
-            path_ = ::ptsname(master_);
-        }
-    }
-    ~QuietTerminal() {
-        if (master_ >= 0) {
-            ::close(master_);
-        }
-    }
-    QuietTerminal(const QuietTerminal&) = delete;
-    QuietTerminal& operator=(const QuietTerminal&) = delete;
-
-    const std::string& path() const { return path_; }
-
-private:
-    int master_;
-    std::string path_;
-};
+using Testing::QuietTerminal;
 
 // A model over the project with no autosave, no preferences and no system ports.
 class TableFixture : public ::testing::Test {
@@ -89,12 +47,7 @@ protected:
     TemporaryFolder folder;
 
     PollerModel& create(PollerProject start) {
-        PollerModel::Environment environment;
-        environment.project = std::move(start);
-        environment.scanner = std::make_unique<PortScanner>(
-            std::make_unique<FakePortRegistry>(std::make_shared<FakePortRegistry::State>()), 0ms);
-        environment.delays = {.resume = 50ms, .autosave = 100ms, .publication = 30ms};
-        model = std::make_unique<PollerModel>(std::move(environment));
+        model = Testing::makeModel(std::move(start));
         return *model;
     }
 

@@ -40,7 +40,7 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
     };
     for (const auto& row : rows) {
         inEnglish([&] {
-            auto model = makeModel(projectOf({examplePoll()}), row.ports);
+            auto model = makeModel(project({examplePoll()}), portsAt(row.ports));
             ASSERT_TRUE(waitUntil([&] { return model->ports().size() == row.ports.size(); }));
             model->setSelectedPath(row.selected);
             TopBar bar(*model);
@@ -52,7 +52,7 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
 }
 
 TEST(PortPicker, ChoosingAnEntrySelectsItsPath) {
-    auto model = makeModel(projectOf({examplePoll()}), {"/dev/ttyS0", "/dev/ttyS1"});
+    auto model = makeModel(project({examplePoll()}), portsAt({"/dev/ttyS0", "/dev/ttyS1"}));
     ASSERT_TRUE(waitUntil([&] { return model->ports().size() == 2; }));
     TopBar bar(*model);
     auto* picker = child<QComboBox>(bar, "portPicker");
@@ -65,7 +65,7 @@ TEST(PortPicker, ChoosingAnEntrySelectsItsPath) {
 
 TEST(BaudPicker, ShowsAndSetsTheRateOfTheFrame) {
     inEnglish([&] {
-        auto model = makeModel(projectOf({examplePoll()}));
+        auto model = makeModel(project({examplePoll()}));
         TopBar bar(*model);
         auto* picker = child<QComboBox>(bar, "baudPicker");
         EXPECT_EQ(picker->currentText(), "9600 baud");
@@ -84,7 +84,7 @@ TEST(TopBarLock, PortBaudAndFrameAreLockedOnlyWhileReading) {
     QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
     inEnglish([&] {
-        auto model = makeModel(projectOf({examplePoll()}));
+        auto model = makeModel(project({examplePoll()}));
         model->addTestDevice(terminal.path(), "terminal");
         TopBar bar(*model);
         SerialSettingsPopover* settings = bar.serialSettings();
@@ -121,7 +121,7 @@ TEST(TopBarLock, PortBaudAndFrameAreLockedOnlyWhileReading) {
 
 TEST(SerialSettings, ModbusDefaultRestoresEightEvenOneFromAnyFrame) {
     for (const char* frame : {"7O2", "8N1", "7E1", "8N2", "8E1"}) {
-        auto model = makeModel(projectOf({examplePoll()}));
+        auto model = makeModel(project({examplePoll()}));
         model->setSerial(*model->serial().withFrame(frame));
         SerialSettingsPopover settings(*model);
         int changes = 0;
@@ -137,7 +137,7 @@ TEST(SerialSettings, ModbusDefaultRestoresEightEvenOneFromAnyFrame) {
 
 TEST(SerialSettings, PickersWriteTheRequestSettings) {
     inEnglish([&] {
-        auto model = makeModel(projectOf({examplePoll()}));
+        auto model = makeModel(project({examplePoll()}));
         SerialSettingsPopover settings(*model);
         auto* gap = child<QComboBox>(settings, "gapPicker");
         EXPECT_EQ(gap->itemText(0), "Adjacent only");
