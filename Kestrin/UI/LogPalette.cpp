@@ -76,14 +76,13 @@ QColor color(LogSegment::Kind kind, const QPalette& palette) {
     return palette.color(QPalette::Text);
 }
 
-// Sized from the desktop's interface font: a fixed 12 points is a third larger than the menus on
-// a 9-point desktop. Monospaced faces look smaller than proportional ones at the same size, so
-// the log's text takes the interface size and the system lines one step below.
 namespace {
 
-QFont logFont(double thirteenths, QFont::Weight weight) {
+// The log takes the desktop's interface size: a fixed 12 points is a third larger than the menus
+// on a 9-point desktop, and a monospaced face already looks smaller than a proportional one.
+QFont logFont(double scale, QFont::Weight weight) {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSizeF(QGuiApplication::font().pointSizeF() * thirteenths / 13.0);
+    font.setPointSizeF(QGuiApplication::font().pointSizeF() * scale);
     font.setWeight(weight);
     return font;
 }
@@ -91,11 +90,12 @@ QFont logFont(double thirteenths, QFont::Weight weight) {
 } // namespace
 
 QFont bufferFont() {
-    return logFont(13, QFont::Normal);
+    return logFont(1.0, QFont::Normal);
 }
 
+// One step below the log's text, as 12 points beside 13.
 QFont systemFont() {
-    return logFont(12, QFont::Medium);
+    return logFont(12.0 / 13.0, QFont::Medium);
 }
 
 QTextCharFormat format(LogSegment::Kind kind, const QPalette& palette) {

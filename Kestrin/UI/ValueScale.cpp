@@ -29,8 +29,8 @@ ValueScale ValueScale::around(double low, double high) {
         // At the ends of the double range: no round numbers to find.
         return {low, high, 2, 0};
     }
-    // Up to 20: a rough step just under ten times its power of ten can need one more interval at
-    // each end than 6 allows.
+    // Past 10: a rough step just under ten times its power of ten can need one more interval at
+    // each end than maxIntervals allows.
     constexpr std::array<double, 7> multiples{1, 2, 2.5, 5, 10, 20, 25};
     for (const double multiple : multiples) {
         const double step = multiple * magnitude;
