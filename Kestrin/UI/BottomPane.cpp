@@ -1,6 +1,7 @@
 #include "BottomPane.h"
 
 #include "ChartView.h"
+#include "ElidedLine.h"
 #include "HistoryCSV.h"
 #include "Icons.h"
 #include "L10n.h"
@@ -15,8 +16,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QSettings>
 #include <QStackedWidget>
@@ -42,23 +41,6 @@ BottomPane::Page storedPage() {
     const QString raw = QSettings("Kestrin", "Kestrin").value(pagePreference).toString();
     return raw == QLatin1String("chart") ? BottomPane::Page::chart : BottomPane::Page::log;
 }
-
-// One line that gives up its end rather than widening the bar.
-class ElidedLabel : public QLabel {
-public:
-    using QLabel::QLabel;
-
-    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        painter.setPen(palette().color(QPalette::WindowText));
-        const QRect area = contentsRect();
-        painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
-    }
-};
 
 QToolButton* segment(const std::string& title, const char* name, QWidget* parent) {
     auto* button = new QToolButton(parent);
@@ -152,9 +134,8 @@ QWidget* BottomPane::makeBar() {
     auto* logRow = new QHBoxLayout(logTools);
     logRow->setContentsMargins(0, 0, 0, 0);
     logRow->setSpacing(8);
-    statistics_ = new ElidedLabel(logTools);
+    statistics_ = new ElidedLine(logTools);
     statistics_->setObjectName("statisticsLabel");
-    statistics_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     QPalette muted = statistics_->palette();
     muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
     statistics_->setPalette(muted);

@@ -3,12 +3,12 @@
 #include <QWidget>
 
 class QAbstractButton;
-class QLabel;
 class QStackedWidget;
 
 namespace kestrin {
 
 class ChartView;
+class ElidedLine;
 class LogOptionsView;
 class OutputArea;
 class PollerModel;
@@ -46,7 +46,7 @@ private:
     QAbstractButton* logButton_ = nullptr;
     QAbstractButton* chartButton_ = nullptr;
     QStackedWidget* tools_ = nullptr;
-    QLabel* statistics_ = nullptr;
+    ElidedLine* statistics_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
     LogOptionsView* options_ = nullptr;
     QStackedWidget* pages_ = nullptr;

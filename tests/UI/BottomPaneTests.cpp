@@ -1,4 +1,5 @@
 #include "BottomPane.h"
+#include "ElidedLine.h"
 #include "EmptyLogView.h"
 #include "L10n.h"
 #include "NoticeBanner.h"
@@ -76,7 +77,7 @@ TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
 
     QTest::mouseClick(pane.findChild<QPushButton*>("clearLogButton"), Qt::LeftButton);
     EXPECT_TRUE(welcome->isVisible());
-    EXPECT_EQ(pane.findChild<QLabel*>("statisticsLabel")->text(),
+    EXPECT_EQ(pane.findChild<ElidedLine*>("statisticsLabel")->text(),
               text(L10n::Footer::statistics(0, 0, 0, 0, 0)));
 }
 
