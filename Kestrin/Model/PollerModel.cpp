@@ -5,11 +5,9 @@
 #include "ProjectStore.h"
 
 #include <algorithm>
-#include <deque>
 #include <mutex>
 #include <utility>
 
-#include <QElapsedTimer>
 #include <QMetaObject>
 #include <QPointer>
 #include <QSettings>
@@ -49,65 +47,24 @@ bool booleanPreference(const QSettings& settings, const char* key, bool fallback
 // that outlives the model never touches a destroyed object.
 class PollerModel::EventRelay {
 public:
-    EventRelay(PollerModel* model, std::chrono::milliseconds batch)
-        : model_(model)
-        , batch_(batch) {}
+    explicit EventRelay(PollerModel* model)
+        : model_(model) {}
 
-    // From the engine's thread: the first task of a batch schedules the batch's hand-over; later
-    // ones join it, or the rest of a batch still being handed over.
     void post(std::function<void()> task) {
         const std::lock_guard lock(mutex_);
-        if (model_ == nullptr) {
-            return;
-        }
-        pending_.push_back(std::move(task));
-        if (pending_.size() == 1) {
-            QMetaObject::invokeMethod(
-                model_,
-                [this] { QTimer::singleShot(batch_, Qt::PreciseTimer, model_, [this] { run(); }); },
-                Qt::QueuedConnection);
+        if (model_ != nullptr) {
+            QMetaObject::invokeMethod(model_, std::move(task), Qt::QueuedConnection);
         }
     }
 
     void detach() {
         const std::lock_guard lock(mutex_);
         model_ = nullptr;
-        pending_.clear();
     }
 
 private:
-    // A batch hands over at most this much work in one turn of the event loop, so that a long
-    // one does not hold up input and painting.
-    static constexpr std::chrono::milliseconds slice{10};
-
-    // On the model's thread; the timer and the queued calls die with the model, and the relay
-    // lives as long as the model.
-    void run() {
-        QElapsedTimer clock;
-        clock.start();
-        for (;;) {
-            std::function<void()> task;
-            {
-                const std::lock_guard lock(mutex_);
-                if (pending_.empty()) {
-                    return;
-                }
-                if (clock.elapsed() >= slice.count()) {
-                    QMetaObject::invokeMethod(
-                        model_, [this] { run(); }, Qt::QueuedConnection);
-                    return;
-                }
-                task = std::move(pending_.front());
-                pending_.pop_front();
-            }
-            task();
-        }
-    }
-
     std::mutex mutex_;
     PollerModel* model_;
-    std::chrono::milliseconds batch_;
-    std::deque<std::function<void()>> pending_;
 };
 
 std::unique_ptr<PollerEngine> PollerModel::makeEngine() {
@@ -140,7 +97,7 @@ PollerModel::PollerModel(Environment environment, QObject* parent)
     , environment_(std::move(environment))
     , output_(new OutputBuffer(OutputBuffer::defaultMaxCharacters, OutputBuffer::defaultTrimTarget,
                                this))
-    , relay_(std::make_shared<EventRelay>(this, environment_.delays.eventBatch)) {
+    , relay_(std::make_shared<EventRelay>(this)) {
     loadPreferences();
 
     PollerProject project = environment_.project.value_or(PollerProject::firstRun());

@@ -54,9 +54,6 @@ public:
         std::chrono::milliseconds resume{700};
         std::chrono::milliseconds autosave{1000};
         std::chrono::milliseconds publication{250};
-        // The engine's events are handed over in batches at most this often, so that a fast
-        // line repaints the window once per batch rather than once per answer.
-        std::chrono::milliseconds eventBatch{15};
     };
 
     // Where the model keeps what outlives it. The desktop application uses application(); the
