@@ -60,9 +60,11 @@ EmptyLogView::EmptyLogView(PollerModel& model, QWidget* parent)
     start_->setIcon(Icons::tinted(Symbol::play, Qt::white));
     start_->setCursor(Qt::PointingHandCursor);
     // The program's accent colour marks its one prominent action.
-    start_->setStyleSheet("QPushButton { background-color: rgb(0, 129, 132); color: white; "
-                          "border: none; border-radius: 6px; padding: 6px 16px; }"
-                          "QPushButton:pressed { background-color: rgb(0, 104, 106); }");
+    start_->setStyleSheet(
+        QStringLiteral("QPushButton { background-color: %1; color: white; "
+                       "border: none; border-radius: 6px; padding: 6px 16px; }"
+                       "QPushButton:pressed { background-color: %2; }")
+            .arg(LogPalette::accent().name(), LogPalette::accent().darker(124).name()));
     layout->addWidget(start_, 0, Qt::AlignHCenter);
     layout->addStretch(1);
 

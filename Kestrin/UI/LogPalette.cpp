@@ -17,6 +17,9 @@ QColor mixed(const QColor& a, const QColor& b, double amountOfA) {
                             static_cast<float>(a.blueF() * amountOfA + b.blueF() * rest));
 }
 
+// The light orange is also the Stop button's fill, which carries white text in either appearance.
+constexpr QRgb lightOrange = 0xC45F00;
+
 QColor either(const QPalette& palette, QRgb light, QRgb dark) {
     return QColor(isDark(palette) ? dark : light);
 }
@@ -40,10 +43,13 @@ QColor blue(const QPalette& palette) {
     return either(palette, 0x0062CC, 0x409CFF);
 }
 QColor orange(const QPalette& palette) {
-    return either(palette, 0xC45F00, 0xFF9F0A);
+    return either(palette, lightOrange, 0xFF9F0A);
 }
 QColor fillOrange() {
-    return QColor(0xC45F00);
+    return QColor(lightOrange);
+}
+QColor accent() {
+    return QColor(0, 129, 132);
 }
 QColor red(const QPalette& palette) {
     return either(palette, 0xD70015, 0xFF6961);

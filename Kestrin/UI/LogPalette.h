@@ -22,6 +22,8 @@ QColor blue(const QPalette& palette);
 QColor orange(const QPalette& palette);
 // The orange a white label sits on (the Stop button), dark enough in either appearance.
 QColor fillOrange();
+// The program's own colour, which marks its prominent actions; white text reads on it.
+QColor accent();
 QColor red(const QPalette& palette);
 QColor teal(const QPalette& palette);
 QColor green(const QPalette& palette);
@@ -29,9 +31,9 @@ QColor green(const QPalette& palette);
 // The colour of a log role.
 QColor color(LogSegment::Kind kind, const QPalette& palette);
 
-// Monospaced 12 pt, the face of every log line.
+// Monospaced at the interface font's size, the face of every log line.
 QFont bufferFont();
-// Monospaced 11 pt medium, for start, stop and reopen lines.
+// Monospaced medium, one step smaller, for start, stop and reopen lines.
 QFont systemFont();
 
 // The character format of a role. The role is stored in the format as well, so text already

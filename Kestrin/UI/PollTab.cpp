@@ -12,7 +12,6 @@ namespace kestrin {
 
 namespace {
 
-const QColor accent(0, 129, 132);
 constexpr int dotSize = 7;
 constexpr int pauseSize = 9;
 constexpr int padding = 10;
@@ -93,8 +92,8 @@ void PollTab::paintEvent(QPaintEvent*) {
     const double radius = capsule.height() / 2.0;
     const QColor secondary = LogPalette::secondaryLabel(palette());
     if (selected_) {
-        painter.setBrush(withAlpha(accent, 0.18F));
-        painter.setPen(QPen(withAlpha(accent, 0.6F), 1.0));
+        painter.setBrush(withAlpha(LogPalette::accent(), 0.18F));
+        painter.setPen(QPen(withAlpha(LogPalette::accent(), 0.6F), 1.0));
     } else {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(withAlpha(secondary, 0.25F), 1.0));

@@ -151,7 +151,7 @@ void TopBar::refreshState() {
     startStop_->setEnabled(!stopped || model_.canStart());
     // Prominent: the accent colour while stopped, orange while reading.
     QPalette tint = palette();
-    const QColor fill = stopped ? QColor(0, 129, 132) : LogPalette::fillOrange();
+    const QColor fill = stopped ? LogPalette::accent() : LogPalette::fillOrange();
     tint.setColor(QPalette::Button, fill);
     tint.setColor(QPalette::ButtonText, Qt::white);
     startStop_->setPalette(tint);

@@ -20,9 +20,6 @@ QString qt(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-// The program's accent colour.
-const QColor accent(0, 129, 132);
-
 constexpr int fieldWidth = 160;
 
 QFont caption(const QFont& base) {
@@ -74,7 +71,7 @@ WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<do
         on->setObjectName("writeOn");
         on->setStyleSheet(QStringLiteral("QPushButton { background-color: %1; color: white; "
                                          "border-radius: 5px; padding: 4px 12px; }")
-                              .arg(accent.name()));
+                              .arg(LogPalette::accent().name()));
         connect(off, &QPushButton::clicked, this, [this] { write(0); });
         connect(on, &QPushButton::clicked, this, [this] { write(1); });
         row->addWidget(off);
