@@ -261,6 +261,28 @@ constexpr Texts dutch{
                 return concat("Het demo-apparaat kon niet worden gestart: ", reason);
             },
     },
+    .document = {
+        .problemAt = [](std::string_view path,
+                        std::string_view problem) { return concat(path, ": ", problem); },
+        .notJSON = "geen JSON-document",
+        .expectedObject = "object verwacht",
+        .expectedList = "lijst verwacht",
+        .expectedText = "tekst verwacht",
+        .expectedNumber = "getal verwacht",
+        .expectedFiniteNumber = "eindig getal verwacht",
+        .expectedInteger =
+            [](std::int64_t minimum, std::int64_t maximum) {
+                return concat("geheel getal van ", minimum, " tot en met ", maximum, " verwacht");
+            },
+        .expectedBoolean = "true of false verwacht",
+        .expectedUUID = "UUID verwacht",
+        .missing = "ontbreekt",
+        .unknownValue =
+            [](std::string_view found, std::string_view choices) {
+                return concat("onbekende waarde '", found, "' (gebruik ", choices, ")");
+            },
+        .emptyList = "minstens één item verwacht",
+    },
     .help =
         {
             .windowTitle = "Kestrin-help",

@@ -251,6 +251,28 @@ constexpr Texts english{
                 return concat("The demo device could not be started: ", reason);
             },
     },
+    .document = {
+        .problemAt = [](std::string_view path,
+                        std::string_view problem) { return concat(path, ": ", problem); },
+        .notJSON = "not a JSON document",
+        .expectedObject = "expected an object",
+        .expectedList = "expected a list",
+        .expectedText = "expected text",
+        .expectedNumber = "expected a number",
+        .expectedFiniteNumber = "expected a finite number",
+        .expectedInteger =
+            [](std::int64_t minimum, std::int64_t maximum) {
+                return concat("expected a whole number from ", minimum, " to ", maximum);
+            },
+        .expectedBoolean = "expected true or false",
+        .expectedUUID = "expected a UUID",
+        .missing = "missing",
+        .unknownValue =
+            [](std::string_view found, std::string_view choices) {
+                return concat("unknown value '", found, "' (use ", choices, ")");
+            },
+        .emptyList = "expected at least one entry",
+    },
     .help =
         {
             .windowTitle = "Kestrin Help",

@@ -269,6 +269,28 @@ constexpr Texts french{
                 return concat("Impossible de démarrer l'appareil de démonstration : ", reason);
             },
     },
+    .document = {
+        .problemAt = [](std::string_view path,
+                        std::string_view problem) { return concat(path, " : ", problem); },
+        .notJSON = "pas un document JSON",
+        .expectedObject = "objet attendu",
+        .expectedList = "liste attendue",
+        .expectedText = "texte attendu",
+        .expectedNumber = "nombre attendu",
+        .expectedFiniteNumber = "nombre fini attendu",
+        .expectedInteger =
+            [](std::int64_t minimum, std::int64_t maximum) {
+                return concat("nombre entier de ", minimum, " à ", maximum, " attendu");
+            },
+        .expectedBoolean = "true ou false attendu",
+        .expectedUUID = "UUID attendu",
+        .missing = "manquant",
+        .unknownValue =
+            [](std::string_view found, std::string_view choices) {
+                return concat("valeur inconnue « ", found, " » (utilisez ", choices, ")");
+            },
+        .emptyList = "au moins une entrée attendue",
+    },
     .help =
         {
             .windowTitle = "Aide de Kestrin",

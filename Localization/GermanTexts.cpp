@@ -270,6 +270,28 @@ constexpr Texts german{
                 return concat("Das Demogerät konnte nicht gestartet werden: ", reason);
             },
     },
+    .document = {
+        .problemAt = [](std::string_view path,
+                        std::string_view problem) { return concat(path, ": ", problem); },
+        .notJSON = "kein JSON-Dokument",
+        .expectedObject = "Objekt erwartet",
+        .expectedList = "Liste erwartet",
+        .expectedText = "Text erwartet",
+        .expectedNumber = "Zahl erwartet",
+        .expectedFiniteNumber = "endliche Zahl erwartet",
+        .expectedInteger =
+            [](std::int64_t minimum, std::int64_t maximum) {
+                return concat("ganze Zahl von ", minimum, " bis ", maximum, " erwartet");
+            },
+        .expectedBoolean = "true oder false erwartet",
+        .expectedUUID = "UUID erwartet",
+        .missing = "fehlt",
+        .unknownValue =
+            [](std::string_view found, std::string_view choices) {
+                return concat("unbekannter Wert „", found, "“ (", choices, " verwenden)");
+            },
+        .emptyList = "mindestens ein Eintrag erwartet",
+    },
     .help =
         {
             .windowTitle = "Kestrin-Hilfe",

@@ -594,7 +594,91 @@ std::string describe(const DatapointCSV::Problem& problem) {
 std::string describe(const DatapointCSV::ImportIssue& issue) {
     return importIssue(issue.line, describe(issue.problem));
 }
+
+namespace {
+std::string problemOf(const JSONValue::Error& error) {
+    using Kind = JSONValue::Error::Kind;
+    switch (error.kind) {
+    case Kind::notJSON:
+        return Document::notJSON();
+    case Kind::expectedObject:
+        return Document::expectedObject();
+    case Kind::expectedList:
+        return Document::expectedList();
+    case Kind::expectedText:
+        return Document::expectedText();
+    case Kind::expectedNumber:
+        return Document::expectedNumber();
+    case Kind::expectedFiniteNumber:
+        return Document::expectedFiniteNumber();
+    case Kind::expectedInteger:
+        return Document::expectedInteger(error.minimum, error.maximum);
+    case Kind::expectedBoolean:
+        return Document::expectedBoolean();
+    case Kind::expectedUUID:
+        return Document::expectedUUID();
+    case Kind::missing:
+        return Document::missing();
+    case Kind::unknownValue:
+        return Document::unknownValue(error.found, error.choices);
+    case Kind::emptyList:
+        return Document::emptyList();
+    }
+    return {};
+}
+} // namespace
+
+std::string describe(const JSONValue::Error& error) {
+    const std::string problem = problemOf(error);
+    return error.path.empty() ? problem : Document::problemAt(error.path, problem);
+}
+
+std::string projectUnreadable(std::string_view file, std::string_view detail) {
+    return fileOpenFailed(file) + "\n" + std::string(detail);
+}
 } // namespace Errors
+
+namespace Document {
+std::string problemAt(std::string_view path, std::string_view problem) {
+    return now().document.problemAt(path, problem);
+}
+std::string notJSON() {
+    return str(now().document.notJSON);
+}
+std::string expectedObject() {
+    return str(now().document.expectedObject);
+}
+std::string expectedList() {
+    return str(now().document.expectedList);
+}
+std::string expectedText() {
+    return str(now().document.expectedText);
+}
+std::string expectedNumber() {
+    return str(now().document.expectedNumber);
+}
+std::string expectedFiniteNumber() {
+    return str(now().document.expectedFiniteNumber);
+}
+std::string expectedInteger(std::int64_t minimum, std::int64_t maximum) {
+    return now().document.expectedInteger(minimum, maximum);
+}
+std::string expectedBoolean() {
+    return str(now().document.expectedBoolean);
+}
+std::string expectedUUID() {
+    return str(now().document.expectedUUID);
+}
+std::string missing() {
+    return str(now().document.missing);
+}
+std::string unknownValue(std::string_view found, std::string_view choices) {
+    return now().document.unknownValue(found, choices);
+}
+std::string emptyList() {
+    return str(now().document.emptyList);
+}
+} // namespace Document
 
 namespace Help {
 std::string windowTitle() {

@@ -3,6 +3,7 @@
 #include "DataType.h"
 #include "DatapointCSV.h"
 #include "DisplayFormat.h"
+#include "JSONValue.h"
 #include "Language.h"
 #include "PollFailure.h"
 #include "RegisterTable.h"
@@ -206,7 +207,29 @@ std::string describe(const SerialLinkError& error);
 std::string describe(const DatapointCSV::Problem& problem);
 // "Line 3: invalid address '70000' (0 to 65535)".
 std::string describe(const DatapointCSV::ImportIssue& issue);
+// What is wrong in a project document and where: "polls[0].datapoints[3].scale: expected a
+// finite number".
+std::string describe(const JSONValue::Error& error);
+// A project file that cannot be opened: fileOpenFailed, then on its own line what was wrong.
+std::string projectUnreadable(std::string_view file, std::string_view detail);
 } // namespace Errors
+
+namespace Document {
+std::string problemAt(std::string_view path, std::string_view problem);
+std::string notJSON();
+std::string expectedObject();
+std::string expectedList();
+std::string expectedText();
+std::string expectedNumber();
+std::string expectedFiniteNumber();
+std::string expectedInteger(std::int64_t minimum, std::int64_t maximum);
+std::string expectedBoolean();
+std::string expectedUUID();
+std::string missing();
+// The accepted texts are the raw values, the same in every language: "single, multiple".
+std::string unknownValue(std::string_view found, std::string_view choices);
+std::string emptyList();
+} // namespace Document
 
 namespace Help {
 std::string windowTitle();

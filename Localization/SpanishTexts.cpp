@@ -262,6 +262,28 @@ constexpr Texts spanish{
                 return concat("No se pudo iniciar el dispositivo de demostración: ", reason);
             },
     },
+    .document = {
+        .problemAt = [](std::string_view path,
+                        std::string_view problem) { return concat(path, ": ", problem); },
+        .notJSON = "no es un documento JSON",
+        .expectedObject = "se esperaba un objeto",
+        .expectedList = "se esperaba una lista",
+        .expectedText = "se esperaba un texto",
+        .expectedNumber = "se esperaba un número",
+        .expectedFiniteNumber = "se esperaba un número finito",
+        .expectedInteger =
+            [](std::int64_t minimum, std::int64_t maximum) {
+                return concat("se esperaba un número entero de ", minimum, " a ", maximum);
+            },
+        .expectedBoolean = "se esperaba true o false",
+        .expectedUUID = "se esperaba un UUID",
+        .missing = "falta",
+        .unknownValue =
+            [](std::string_view found, std::string_view choices) {
+                return concat("valor desconocido '", found, "' (use ", choices, ")");
+            },
+        .emptyList = "se esperaba al menos una entrada",
+    },
     .help =
         {
             .windowTitle = "Ayuda de Kestrin",

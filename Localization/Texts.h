@@ -257,6 +257,23 @@ struct Texts {
         OfText demoFailed; // (reason)
     } errors;
 
+    // What is wrong in a project document, shown after the place: "timeoutMs: expected a number".
+    struct DocumentTexts {
+        OfTwoTexts problemAt; // (key path, problem)
+        Literal notJSON;
+        Literal expectedObject;
+        Literal expectedList;
+        Literal expectedText;
+        Literal expectedNumber;
+        Literal expectedFiniteNumber;
+        Fn<std::string(std::int64_t, std::int64_t)> expectedInteger; // (minimum, maximum)
+        Literal expectedBoolean;
+        Literal expectedUUID;
+        Literal missing;
+        OfTwoTexts unknownValue; // (text found, accepted texts)
+        Literal emptyList;
+    } document;
+
     struct HelpTexts {
         Literal windowTitle;
         Literal searchPrompt;

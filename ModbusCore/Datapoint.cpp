@@ -222,7 +222,8 @@ std::string Datapoint::modiconAddress() const {
 
 int Datapoint::decimals() const noexcept {
     const double magnitude = std::abs(scale);
-    if (scale == 0 || magnitude >= 1) {
+    // Written so that NaN gives 0 too: its logarithm would not convert to an int.
+    if (scale == 0 || !(magnitude < 1)) {
         return 0;
     }
     // The small allowance keeps log10(0.1) = -0.99999... from asking for a second digit.
@@ -331,73 +332,50 @@ nlohmann::json Datapoint::json() const {
 
 namespace {
 
-// Reads an enumeration by its raw value; an unknown raw value is an error naming the key.
-template <typename Enumeration>
-Result<std::optional<Enumeration>, std::string> enumeration(const nlohmann::json& object,
-                                                            std::string_view key) {
-    auto text = JSONValue::string(object, key);
-    if (!text.ok()) {
-        return text.error();
-    }
-    if (!text.value()) {
-        return std::optional<Enumeration>();
-    }
-    auto parsed = Enumeration::fromRawValue(*text.value());
-    if (!parsed) {
-        return std::string(key) + ": unknown value \"" + *text.value() + "\"";
-    }
-    return std::optional<Enumeration>(*parsed);
-}
-
 // The error of the first failed read, in field order.
 template <typename... Reads>
-const std::string* firstError(const Reads&... reads) {
-    const std::string* error = nullptr;
+const JSONValue::Error* firstError(const Reads&... reads) {
+    const JSONValue::Error* error = nullptr;
     ((error = (error != nullptr || reads.ok()) ? error : &reads.error()), ...);
     return error;
 }
 
-Result<Datapoint, std::string> decode(const nlohmann::json& object) {
+} // namespace
+
+Result<Datapoint, JSONValue::Error> Datapoint::fromJSON(const nlohmann::json& object) {
     if (!object.is_object()) {
-        return std::string("expected an object");
+        return JSONValue::Error(JSONValue::Error::Kind::expectedObject);
     }
-    Datapoint defaults;
-    auto idText = JSONValue::string(object, "id");
+    const Datapoint defaults;
+    auto id = JSONValue::uuid(object, "id");
     auto name = JSONValue::string(object, "name");
     auto unitID = JSONValue::integer(object, "unitID", 0, 255);
-    auto table = enumeration<RegisterTable>(object, "table");
+    auto table = JSONValue::enumeration<RegisterTable>(object, "table");
     auto address = JSONValue::integer(object, "address", 0, 65535);
-    auto dataType = enumeration<DataType>(object, "dataType");
-    auto wordOrder = enumeration<WordOrder>(object, "wordOrder");
-    auto scale = JSONValue::number(object, "scale");
+    auto dataType = JSONValue::enumeration<DataType>(object, "dataType");
+    auto wordOrder = JSONValue::enumeration<WordOrder>(object, "wordOrder");
+    // Every shown value is divided or multiplied by the scale, so only a finite one is usable.
+    auto scale = JSONValue::finiteNumber(object, "scale");
     auto engineeringUnit = JSONValue::string(object, "engineeringUnit");
-    auto format = enumeration<DisplayFormat>(object, "format");
+    auto format = JSONValue::enumeration<DisplayFormat>(object, "format");
     auto value = JSONValue::number(object, "value");
     auto notes = JSONValue::string(object, "notes");
-    if (const std::string* error =
-            firstError(idText, name, unitID, table, address, dataType, wordOrder, scale,
-                       engineeringUnit, format, value, notes)) {
+    auto simulationObject = JSONValue::object(object, "simulation");
+    if (const JSONValue::Error* error =
+            firstError(id, name, unitID, table, address, dataType, wordOrder, scale,
+                       engineeringUnit, format, value, notes, simulationObject)) {
         return *error;
     }
-
-    Uuid id = defaults.id;
-    if (idText.value()) {
-        auto parsed = Uuid::parse(*idText.value());
-        if (!parsed) {
-            return "id: expected a UUID, found \"" + *idText.value() + "\"";
-        }
-        id = *parsed;
-    }
     Simulation simulation;
-    if (auto found = object.find("simulation"); found != object.end()) {
-        auto decoded = Simulation::fromJSON(*found);
+    if (simulationObject.value()) {
+        auto decoded = Simulation::fromJSON(**simulationObject.value());
         if (!decoded.ok()) {
-            return "simulation." + decoded.error();
+            return JSONValue::Error(decoded.error()).inside("simulation");
         }
         simulation = decoded.value();
     }
     return Datapoint(
-        id, name.value().value_or(defaults.name),
+        id.value().value_or(defaults.id), name.value().value_or(defaults.name),
         static_cast<std::uint8_t>(unitID.value().value_or(defaults.unitID)),
         table.value().value_or(defaults.table()),
         static_cast<std::uint16_t>(address.value().value_or(defaults.address)),
@@ -406,16 +384,6 @@ Result<Datapoint, std::string> decode(const nlohmann::json& object) {
         engineeringUnit.value().value_or(defaults.engineeringUnit),
         format.value().value_or(defaults.format), value.value().value_or(defaults.value),
         notes.value().value_or(defaults.notes), simulation);
-}
-
-} // namespace
-
-Result<Datapoint, std::string> Datapoint::fromJSON(const nlohmann::json& object) {
-    try {
-        return decode(object);
-    } catch (const nlohmann::json::exception& error) {
-        return std::string(error.what());
-    }
 }
 
 } // namespace kestrin

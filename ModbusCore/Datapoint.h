@@ -2,6 +2,7 @@
 
 #include "DataType.h"
 #include "DisplayFormat.h"
+#include "JSONValue.h"
 #include "NumberStyle.h"
 #include "RegisterTable.h"
 #include "Result.h"
@@ -66,7 +67,8 @@ public:
     bool overlaps(const Datapoint& other) const noexcept;
     // The Modicon notation: prefix digit, then address + 1 in at least 4 digits (40001, 410000).
     std::string modiconAddress() const;
-    // The fraction digits the scale calls for: 0 for |scale| ≥ 1 or 0, else ceil(−log10), ≤ 6.
+    // The fraction digits the scale calls for: 0 for |scale| ≥ 1, 0 or not finite, else
+    // ceil(−log10), ≤ 6.
     int decimals() const noexcept;
 
     // The registers that hold an engineering value, in this datapoint's type, order and scale.
@@ -84,9 +86,9 @@ public:
 
     // All thirteen keys, enumerations as raw values, the id as canonical text.
     nlohmann::json json() const;
-    // Absent keys take their defaults (a fresh id among them); a present key of the wrong type or
-    // an unknown raw value fails with a message that names the key.
-    static Result<Datapoint, std::string> fromJSON(const nlohmann::json& object);
+    // Absent or null keys take their defaults (a fresh id among them); a present key of the wrong
+    // type, an unknown raw value or a scale that is not finite fails at that key.
+    static Result<Datapoint, JSONValue::Error> fromJSON(const nlohmann::json& object);
 
     friend bool operator==(const Datapoint&, const Datapoint&) = default;
 

@@ -149,8 +149,9 @@ Result<Datapoint, Problem> datapoint(const RecordReader& reader) {
     const std::string_view scaleCell = reader.cell(Column::scale);
     double scale = 1;
     if (!scaleCell.empty()) {
+        // "nan" and "inf" read as numbers, but no shown value could be computed with them.
         auto parsed = Datapoint::parseNumber(scaleCell);
-        if (!parsed || *parsed == 0) {
+        if (!parsed || *parsed == 0 || !std::isfinite(*parsed)) {
             return Problem::invalidNumber(std::string(scaleCell));
         }
         scale = *parsed;

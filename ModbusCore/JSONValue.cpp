@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -9,19 +10,60 @@ namespace kestrin::JSONValue {
 
 namespace {
 
-Error mismatch(std::string_view key, std::string_view expectation) {
-    std::string message(key);
-    message += ": expected ";
-    message += expectation;
-    return message;
+Error mismatch(std::string_view key, Error::Kind kind) {
+    return Error(kind, std::string(key));
 }
 
-const nlohmann::json* member(const nlohmann::json& object, std::string_view key) {
-    auto found = object.find(key);
-    return found == object.end() ? nullptr : &*found;
+// A path step in front of a path: "polls" before "[0].name", "serial" before "dataBits".
+std::string joined(std::string step, const std::string& path) {
+    if (!path.empty() && !path.starts_with('[')) {
+        step += '.';
+    }
+    return step + path;
+}
+
+// The whole number a JSON number holds, when it has one that fits in 64 bits.
+std::optional<std::int64_t> wholeNumber(const nlohmann::json& value) {
+    if (value.is_number_unsigned()) {
+        const auto unsignedValue = value.get<std::uint64_t>();
+        if (unsignedValue > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
+            return std::nullopt;
+        }
+        return static_cast<std::int64_t>(unsignedValue);
+    }
+    if (value.is_number_integer()) {
+        return value.get<std::int64_t>();
+    }
+    if (value.is_number_float()) {
+        // 2^63 is the first double outside the range; the test is written so that NaN fails it.
+        const double number = value.get<double>();
+        constexpr double limit = 9223372036854775808.0;
+        if (std::trunc(number) == number && number >= -limit && number < limit) {
+            return static_cast<std::int64_t>(number);
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace
+
+Error Error::inside(std::string_view key) && {
+    path = joined(std::string(key), path);
+    return std::move(*this);
+}
+
+Error Error::at(std::size_t index) && {
+    path = joined("[" + std::to_string(index) + "]", path);
+    return std::move(*this);
+}
+
+const nlohmann::json* member(const nlohmann::json& object, std::string_view key) {
+    if (!object.is_object()) {
+        return nullptr;
+    }
+    auto found = object.find(key);
+    return found == object.end() || found->is_null() ? nullptr : &*found;
+}
 
 Field<std::string> string(const nlohmann::json& object, std::string_view key) {
     const nlohmann::json* value = member(object, key);
@@ -29,7 +71,7 @@ Field<std::string> string(const nlohmann::json& object, std::string_view key) {
         return std::optional<std::string>();
     }
     if (!value->is_string()) {
-        return mismatch(key, "a string");
+        return mismatch(key, Error::Kind::expectedText);
     }
     return std::optional<std::string>(value->get<std::string>());
 }
@@ -40,27 +82,14 @@ Field<std::int64_t> integer(const nlohmann::json& object, std::string_view key,
     if (value == nullptr) {
         return std::optional<std::int64_t>();
     }
-    std::string expectation =
-        "an integer from " + std::to_string(minimum) + " to " + std::to_string(maximum);
-    std::optional<std::int64_t> whole;
-    if (value->is_number_unsigned()) {
-        auto unsignedValue = value->get<std::uint64_t>();
-        if (unsignedValue <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
-            whole = static_cast<std::int64_t>(unsignedValue);
-        }
-    } else if (value->is_number_integer()) {
-        whole = value->get<std::int64_t>();
-    } else if (value->is_number_float()) {
-        double number = value->get<double>();
-        if (std::trunc(number) == number && number >= static_cast<double>(minimum) &&
-            number <= static_cast<double>(maximum)) {
-            whole = static_cast<std::int64_t>(number);
-        }
-    }
+    const std::optional<std::int64_t> whole = wholeNumber(*value);
     if (!whole || *whole < minimum || *whole > maximum) {
-        return mismatch(key, expectation);
+        Error error = mismatch(key, Error::Kind::expectedInteger);
+        error.minimum = minimum;
+        error.maximum = maximum;
+        return error;
     }
-    return std::optional<std::int64_t>(*whole);
+    return whole;
 }
 
 Field<double> number(const nlohmann::json& object, std::string_view key) {
@@ -83,7 +112,57 @@ Field<double> number(const nlohmann::json& object, std::string_view key) {
             return std::optional<double>(-std::numeric_limits<double>::infinity());
         }
     }
-    return mismatch(key, "a number");
+    return mismatch(key, Error::Kind::expectedNumber);
+}
+
+Field<double> finiteNumber(const nlohmann::json& object, std::string_view key) {
+    auto read = number(object, key);
+    if (read.ok() && read.value() && !std::isfinite(*read.value())) {
+        return mismatch(key, Error::Kind::expectedFiniteNumber);
+    }
+    return read;
+}
+
+Field<bool> boolean(const nlohmann::json& object, std::string_view key) {
+    const nlohmann::json* value = member(object, key);
+    if (value == nullptr) {
+        return std::optional<bool>();
+    }
+    if (!value->is_boolean()) {
+        return mismatch(key, Error::Kind::expectedBoolean);
+    }
+    return std::optional<bool>(value->get<bool>());
+}
+
+Field<Uuid> uuid(const nlohmann::json& object, std::string_view key) {
+    const nlohmann::json* value = member(object, key);
+    if (value == nullptr) {
+        return std::optional<Uuid>();
+    }
+    std::optional<Uuid> parsed;
+    if (value->is_string()) {
+        parsed = Uuid::parse(value->get_ref<const std::string&>());
+    }
+    if (!parsed) {
+        return mismatch(key, Error::Kind::expectedUUID);
+    }
+    return parsed;
+}
+
+Field<const nlohmann::json*> object(const nlohmann::json& object, std::string_view key) {
+    const nlohmann::json* value = member(object, key);
+    if (value != nullptr && !value->is_object()) {
+        return mismatch(key, Error::Kind::expectedObject);
+    }
+    return value == nullptr ? std::optional<const nlohmann::json*>() : value;
+}
+
+Field<const nlohmann::json*> list(const nlohmann::json& object, std::string_view key) {
+    const nlohmann::json* value = member(object, key);
+    if (value != nullptr && !value->is_array()) {
+        return mismatch(key, Error::Kind::expectedList);
+    }
+    return value == nullptr ? std::optional<const nlohmann::json*>() : value;
 }
 
 nlohmann::json number(double value) {

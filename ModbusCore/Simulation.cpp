@@ -33,34 +33,24 @@ nlohmann::json Simulation::json() const {
     return object;
 }
 
-Result<Simulation, std::string> Simulation::fromJSON(const nlohmann::json& object) {
+Result<Simulation, JSONValue::Error> Simulation::fromJSON(const nlohmann::json& object) {
     if (!object.is_object()) {
-        return std::string("expected an object");
+        return JSONValue::Error(JSONValue::Error::Kind::expectedObject);
     }
     Simulation simulation;
-    auto kindText = JSONValue::string(object, "kind");
-    if (!kindText.ok()) {
-        return kindText.error();
+    auto kind = JSONValue::required(JSONValue::enumeration<Kind>(object, "kind"), "kind");
+    if (!kind.ok()) {
+        return kind.error();
     }
-    if (!kindText.value()) {
-        return std::string("kind: missing");
-    }
-    auto parsedKind = Kind::fromRawValue(*kindText.value());
-    if (!parsedKind) {
-        return "kind: unknown value \"" + *kindText.value() + "\"";
-    }
-    simulation.kind = *parsedKind;
+    simulation.kind = kind.value();
     for (auto [key, field] :
          {std::pair{"minimum", &Simulation::minimum}, std::pair{"maximum", &Simulation::maximum},
           std::pair{"period", &Simulation::period}}) {
-        auto number = JSONValue::number(object, key);
+        auto number = JSONValue::required(JSONValue::number(object, key), key);
         if (!number.ok()) {
             return number.error();
         }
-        if (!number.value()) {
-            return std::string(key) + ": missing";
-        }
-        simulation.*field = *number.value();
+        simulation.*field = number.value();
     }
     return simulation;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JSONValue.h"
 #include "Result.h"
 
 #include <array>
@@ -39,10 +40,10 @@ struct Simulation {
 
     constexpr bool isActive() const noexcept { return kind != Kind::none; }
 
-    // The object {"kind", "minimum", "maximum", "period"}; decoding needs all four keys, and a
-    // failure names the key.
+    // The object {"kind", "minimum", "maximum", "period"}; decoding needs all four keys (null
+    // counts as missing), and a failure names the key.
     nlohmann::json json() const;
-    static Result<Simulation, std::string> fromJSON(const nlohmann::json& object);
+    static Result<Simulation, JSONValue::Error> fromJSON(const nlohmann::json& object);
 
     friend constexpr bool operator==(const Simulation& a, const Simulation& b) noexcept {
         return a.kind == b.kind && a.minimum == b.minimum && a.maximum == b.maximum &&

@@ -13,14 +13,6 @@
 
 namespace kestrin {
 
-namespace {
-
-std::string missing(std::string_view key) {
-    return std::string(key) + ": missing";
-}
-
-} // namespace
-
 int SerialConfiguration::bitsPerCharacter() const noexcept {
     return SerialTiming::bitsPerCharacter(dataBits, parity.isEnabled(), stopBits);
 }
@@ -68,37 +60,30 @@ nlohmann::json SerialConfiguration::json() const {
                           {"stopBits", stopBits}};
 }
 
-Result<SerialConfiguration, std::string>
+Result<SerialConfiguration, JSONValue::Error>
 SerialConfiguration::fromJSON(const nlohmann::json& object) {
     if (!object.is_object()) {
-        return std::string("serial: expected an object");
+        return JSONValue::Error(JSONValue::Error::Kind::expectedObject);
     }
     SerialConfiguration configuration;
     for (auto [key, field] : {std::pair{"baudRate", &SerialConfiguration::baudRate},
                               std::pair{"dataBits", &SerialConfiguration::dataBits},
                               std::pair{"stopBits", &SerialConfiguration::stopBits}}) {
-        const auto value = JSONValue::integer(object, key, std::numeric_limits<int>::min(),
-                                              std::numeric_limits<int>::max());
+        const auto value =
+            JSONValue::required(JSONValue::integer(object, key, std::numeric_limits<int>::min(),
+                                                   std::numeric_limits<int>::max()),
+                                key);
         if (!value) {
             return value.error();
         }
-        if (!value.value()) {
-            return missing(key);
-        }
-        configuration.*field = static_cast<int>(*value.value());
+        configuration.*field = static_cast<int>(value.value());
     }
-    const auto text = JSONValue::string(object, "parity");
-    if (!text) {
-        return text.error();
-    }
-    if (!text.value()) {
-        return missing("parity");
-    }
-    const std::optional<Parity> parity = Parity::fromRawValue(*text.value());
+    const auto parity =
+        JSONValue::required(JSONValue::enumeration<Parity>(object, "parity"), "parity");
     if (!parity) {
-        return std::string("parity: expected \"none\", \"even\" or \"odd\"");
+        return parity.error();
     }
-    configuration.parity = *parity;
+    configuration.parity = parity.value();
     return configuration;
 }
 

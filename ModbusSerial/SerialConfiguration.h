@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JSONValue.h"
 #include "Parity.h"
 #include "Result.h"
 
@@ -38,9 +39,9 @@ struct SerialConfiguration {
 
     // All four keys, the parity as its raw value.
     nlohmann::json json() const;
-    // All four keys are required; a missing key, a wrong type or an unknown parity fails with a
-    // message that names the key.
-    static Result<SerialConfiguration, std::string> fromJSON(const nlohmann::json& object);
+    // All four keys are required (null counts as missing); a missing key, a wrong type or an
+    // unknown parity fails at that key.
+    static Result<SerialConfiguration, JSONValue::Error> fromJSON(const nlohmann::json& object);
 
     friend bool operator==(const SerialConfiguration&, const SerialConfiguration&) = default;
 };

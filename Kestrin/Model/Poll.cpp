@@ -1,6 +1,5 @@
 #include "Poll.h"
 
-#include "JSONPath.h"
 #include "JSONValue.h"
 
 #include <limits>
@@ -30,79 +29,88 @@ nlohmann::json Poll::json() const {
 
 namespace {
 
-std::optional<Uuid> parseID(const nlohmann::json& value) {
-    if (!value.is_string()) {
-        return std::nullopt;
+// Each element decoded by decode, an error naming the list and the element's index.
+template <typename T, typename Decode>
+Result<std::vector<T>, JSONValue::Error> elements(const nlohmann::json& list, std::string_view key,
+                                                  Decode decode) {
+    std::vector<T> values;
+    for (std::size_t index = 0; index < list.size(); ++index) {
+        auto decoded = decode(list[index]);
+        if (!decoded) {
+            return JSONValue::Error(decoded.error()).at(index).inside(key);
+        }
+        values.push_back(std::move(decoded).value());
     }
-    return Uuid::parse(value.get_ref<const std::string&>());
+    return values;
 }
 
-Result<Poll, std::string> decode(const nlohmann::json& object) {
-    if (!object.is_object()) {
-        return std::string("expected an object");
+Result<Uuid, JSONValue::Error> plottedID(const nlohmann::json& value) {
+    std::optional<Uuid> parsed;
+    if (value.is_string()) {
+        parsed = Uuid::parse(value.get_ref<const std::string&>());
     }
-    Poll poll;
-    if (auto found = object.find("id"); found != object.end()) {
-        auto id = parseID(*found);
-        if (!id) {
-            return std::string("id: expected a UUID");
-        }
-        poll.id = *id;
+    if (!parsed) {
+        return JSONValue::Error(JSONValue::Error::Kind::expectedUUID);
     }
-    auto name = JSONValue::string(object, "name");
-    if (!name) {
-        return name.error();
+    return *parsed;
+}
+
+Result<Poll, JSONValue::Error> decodeLists(Poll poll, const nlohmann::json& object) {
+    const auto datapoints = JSONValue::list(object, "datapoints");
+    if (!datapoints) {
+        return datapoints.error();
     }
-    poll.name = name.value().value_or(std::string());
-    auto interval =
-        JSONValue::integer(object, "intervalMs", std::numeric_limits<std::int64_t>::min(),
-                           std::numeric_limits<std::int64_t>::max());
-    if (!interval) {
-        return interval.error();
+    if (datapoints.value()) {
+        auto decoded = elements<Datapoint>(**datapoints.value(), "datapoints", Datapoint::fromJSON);
+        if (!decoded) {
+            return decoded.error();
+        }
+        poll.datapoints = std::move(decoded).value();
     }
-    poll.intervalMs = interval.value().value_or(Poll::defaultIntervalMs);
-    if (auto found = object.find("enabled"); found != object.end()) {
-        if (!found->is_boolean()) {
-            return std::string("enabled: expected a boolean");
-        }
-        poll.enabled = found->get<bool>();
+    const auto plotted = JSONValue::list(object, "plotted");
+    if (!plotted) {
+        return plotted.error();
     }
-    if (auto found = object.find("datapoints"); found != object.end()) {
-        if (!found->is_array()) {
-            return std::string("datapoints: expected an array");
+    if (plotted.value()) {
+        auto decoded = elements<Uuid>(**plotted.value(), "plotted", plottedID);
+        if (!decoded) {
+            return decoded.error();
         }
-        for (std::size_t index = 0; index < found->size(); ++index) {
-            auto datapoint = Datapoint::fromJSON((*found)[index]);
-            if (!datapoint) {
-                return JSONPath::nested("datapoints[" + std::to_string(index) + "]",
-                                        datapoint.error());
-            }
-            poll.datapoints.push_back(std::move(datapoint).value());
-        }
-    }
-    if (auto found = object.find("plotted"); found != object.end()) {
-        if (!found->is_array()) {
-            return std::string("plotted: expected an array");
-        }
-        for (std::size_t index = 0; index < found->size(); ++index) {
-            auto id = parseID((*found)[index]);
-            if (!id) {
-                return "plotted[" + std::to_string(index) + "]: expected a UUID";
-            }
-            poll.plotted.insert(*id);
-        }
+        poll.plotted = std::set<Uuid>(decoded.value().begin(), decoded.value().end());
     }
     return poll;
 }
 
 } // namespace
 
-Result<Poll, std::string> Poll::fromJSON(const nlohmann::json& object) {
-    try {
-        return decode(object);
-    } catch (const nlohmann::json::exception& error) {
-        return std::string(error.what());
+Result<Poll, JSONValue::Error> Poll::fromJSON(const nlohmann::json& object) {
+    if (!object.is_object()) {
+        return JSONValue::Error(JSONValue::Error::Kind::expectedObject);
     }
+    const auto id = JSONValue::uuid(object, "id");
+    if (!id) {
+        return id.error();
+    }
+    const auto name = JSONValue::string(object, "name");
+    if (!name) {
+        return name.error();
+    }
+    const auto interval =
+        JSONValue::integer(object, "intervalMs", std::numeric_limits<std::int64_t>::min(),
+                           std::numeric_limits<std::int64_t>::max());
+    if (!interval) {
+        return interval.error();
+    }
+    const auto enabled = JSONValue::boolean(object, "enabled");
+    if (!enabled) {
+        return enabled.error();
+    }
+    Poll poll;
+    poll.id = id.value().value_or(poll.id);
+    poll.name = name.value().value_or(std::string());
+    poll.intervalMs = interval.value().value_or(defaultIntervalMs);
+    poll.enabled = enabled.value().value_or(true);
+    return decodeLists(std::move(poll), object);
 }
 
 } // namespace kestrin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Datapoint.h"
+#include "JSONValue.h"
 #include "Result.h"
 #include "Uuid.h"
 
@@ -28,9 +29,9 @@ struct Poll {
 
     // All six keys; plotted ids as canonical text.
     nlohmann::json json() const;
-    // Absent keys take their defaults (a fresh id among them); a wrong type fails with a message
-    // that names the key path ("datapoints[2].address: ...").
-    static Result<Poll, std::string> fromJSON(const nlohmann::json& object);
+    // Absent or null keys take their defaults (a fresh id among them); a wrong type fails at its
+    // path ("datapoints[2].address").
+    static Result<Poll, JSONValue::Error> fromJSON(const nlohmann::json& object);
 
     friend bool operator==(const Poll&, const Poll&) = default;
 };

@@ -84,7 +84,7 @@ void PollerModel::newProject() {
 void PollerModel::openProject(const QString& path) {
     auto opened = ProjectStore::open(path);
     if (!opened) {
-        setErrorMessage(L10n::Errors::fileOpenFailed(fileNameOf(path)));
+        setErrorMessage(opened.error());
         return;
     }
     applyProject(opened.value());

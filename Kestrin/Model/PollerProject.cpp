@@ -1,12 +1,14 @@
 #include "PollerProject.h"
 
 #include "ExampleList.h"
-#include "JSONPath.h"
 #include "JSONValue.h"
 #include "L10n.h"
 
 #include <algorithm>
 #include <limits>
+#include <map>
+#include <optional>
+#include <set>
 
 #include <nlohmann/json.hpp>
 
@@ -41,73 +43,121 @@ std::string PollerProject::encoded() const {
 
 namespace {
 
-Result<PollerProject, std::string> decodeObject(const nlohmann::json& object) {
-    if (!object.is_object()) {
-        return std::string("expected an object");
+// A new id that none of the others has, recorded among them.
+Uuid freshID(std::set<Uuid>& taken) {
+    Uuid id = Uuid::random();
+    while (!taken.insert(id).second) {
+        id = Uuid::random();
     }
-    PollerProject project;
-    if (auto found = object.find("serial"); found != object.end()) {
-        if (!found->is_object()) {
-            return std::string("serial: expected an object");
+    return id;
+}
+
+// Files written by hand or by other programs may repeat ids. The model keys statuses, history
+// and the chart by id and finds polls by id, so a repeat would show one datapoint's values under
+// another and leave a poll unread. The first holder keeps the id; a chart entry of the poll that
+// held the repeat follows the renamed datapoint.
+void renewRepeatedIDs(std::vector<Poll>& polls) {
+    std::set<Uuid> pollIDs;
+    std::set<Uuid> datapointIDs;
+    for (Poll& poll : polls) {
+        if (!pollIDs.insert(poll.id).second) {
+            poll.id = freshID(pollIDs);
         }
-        auto serial = SerialConfiguration::fromJSON(*found);
-        if (!serial) {
-            return JSONPath::nested("serial", serial.error());
+        std::map<Uuid, Uuid> renewed;
+        for (Datapoint& datapoint : poll.datapoints) {
+            if (!datapointIDs.insert(datapoint.id).second) {
+                const Uuid repeated = datapoint.id;
+                datapoint.id = freshID(datapointIDs);
+                renewed.emplace(repeated, datapoint.id);
+            }
         }
-        project.serial = serial.value();
+        for (const auto& [repeated, fresh] : renewed) {
+            const bool keptHere =
+                std::any_of(poll.datapoints.begin(), poll.datapoints.end(),
+                            [&](const Datapoint& datapoint) { return datapoint.id == repeated; });
+            if (!keptHere && poll.plotted.erase(repeated) != 0) {
+                poll.plotted.insert(fresh);
+            }
+        }
     }
-    if (auto found = object.find("timeoutMs"); found != object.end()) {
-        if (!found->is_number()) {
-            return std::string("timeoutMs: expected a number");
-        }
-        project.timeoutMs = PollerProject::allowedTimeout(found->get<double>());
+}
+
+Result<std::vector<Poll>, JSONValue::Error> decodePolls(const nlohmann::json& object) {
+    const auto list = JSONValue::list(object, "polls");
+    if (!list) {
+        return list.error();
     }
-    auto writeMode = JSONValue::string(object, "writeMode");
+    std::vector<Poll> polls;
+    if (list.value()) {
+        const nlohmann::json& elements = **list.value();
+        for (std::size_t index = 0; index < elements.size(); ++index) {
+            auto poll = Poll::fromJSON(elements[index]);
+            if (!poll) {
+                return JSONValue::Error(poll.error()).at(index).inside("polls");
+            }
+            polls.push_back(std::move(poll).value());
+        }
+    }
+    renewRepeatedIDs(polls);
+    return polls;
+}
+
+// The keys besides the polls, each read into the project as it stands.
+std::optional<JSONValue::Error> decodeSettings(const nlohmann::json& object,
+                                               PollerProject& project) {
+    const auto serial = JSONValue::object(object, "serial");
+    if (!serial) {
+        return serial.error();
+    }
+    if (serial.value()) {
+        auto decoded = SerialConfiguration::fromJSON(**serial.value());
+        if (!decoded) {
+            return JSONValue::Error(decoded.error()).inside("serial");
+        }
+        project.serial = decoded.value();
+    }
+    const auto timeout = JSONValue::finiteNumber(object, "timeoutMs");
+    if (!timeout) {
+        return timeout.error();
+    }
+    project.timeoutMs =
+        PollerProject::allowedTimeout(timeout.value().value_or(PollerProject::defaultTimeoutMs));
+    const auto writeMode = JSONValue::enumeration<WriteMode>(object, "writeMode");
     if (!writeMode) {
         return writeMode.error();
     }
-    if (writeMode.value()) {
-        auto mode = WriteMode::fromRawValue(*writeMode.value());
-        if (!mode) {
-            return "writeMode: unknown value \"" + *writeMode.value() + "\"";
-        }
-        project.writeMode = *mode;
-    }
-    auto maxGap = JSONValue::integer(object, "maxGap", std::numeric_limits<int>::min(),
-                                     std::numeric_limits<int>::max());
+    project.writeMode = writeMode.value().value_or(WriteMode::single);
+    const auto maxGap = JSONValue::integer(object, "maxGap", std::numeric_limits<int>::min(),
+                                           std::numeric_limits<int>::max());
     if (!maxGap) {
         return maxGap.error();
     }
     project.maxGap = static_cast<int>(maxGap.value().value_or(0));
-    if (auto found = object.find("polls"); found != object.end()) {
-        if (!found->is_array()) {
-            return std::string("polls: expected an array");
-        }
-        for (std::size_t index = 0; index < found->size(); ++index) {
-            auto poll = Poll::fromJSON((*found)[index]);
-            if (!poll) {
-                return JSONPath::nested("polls[" + std::to_string(index) + "]", poll.error());
-            }
-            project.polls.push_back(std::move(poll).value());
-        }
-    }
-    return project;
+    return std::nullopt;
 }
 
 } // namespace
 
-Result<PollerProject, std::string> PollerProject::fromJSON(const nlohmann::json& object) {
-    try {
-        return decodeObject(object);
-    } catch (const nlohmann::json::exception& error) {
-        return std::string(error.what());
+Result<PollerProject, JSONValue::Error> PollerProject::fromJSON(const nlohmann::json& object) {
+    if (!object.is_object()) {
+        return JSONValue::Error(JSONValue::Error::Kind::expectedObject);
     }
+    PollerProject project;
+    if (auto error = decodeSettings(object, project)) {
+        return *error;
+    }
+    auto polls = decodePolls(object);
+    if (!polls) {
+        return polls.error();
+    }
+    project.polls = std::move(polls).value();
+    return project;
 }
 
-Result<PollerProject, std::string> PollerProject::decode(std::string_view text) {
+Result<PollerProject, JSONValue::Error> PollerProject::decode(std::string_view text) {
     const nlohmann::json document = nlohmann::json::parse(text, nullptr, false);
     if (document.is_discarded()) {
-        return std::string("not a JSON document");
+        return JSONValue::Error(JSONValue::Error::Kind::notJSON);
     }
     return fromJSON(document);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JSONValue.h"
 #include "Poll.h"
 #include "Result.h"
 #include "SerialConfiguration.h"
@@ -38,11 +39,11 @@ struct PollerProject {
     // Pretty-printed with two spaces, keys sorted at every level, UTF-8 without a final newline.
     std::string encoded() const;
 
-    // Absent keys take their defaults, "version" is never read and a time-out the picker does
-    // not offer becomes the default; a value of the wrong type fails the whole document with a
-    // message that names the key path.
-    static Result<PollerProject, std::string> fromJSON(const nlohmann::json& object);
-    static Result<PollerProject, std::string> decode(std::string_view text);
+    // Absent or null keys take their defaults, "version" is never read and a time-out the
+    // picker does not offer becomes the default; a value of the wrong type fails the whole
+    // document at its key path. Polls and datapoints that repeat an id get fresh ones.
+    static Result<PollerProject, JSONValue::Error> fromJSON(const nlohmann::json& object);
+    static Result<PollerProject, JSONValue::Error> decode(std::string_view text);
 
     // What a user sees on the very first start: one poll with the example device, in the
     // current language, its first datapoint charted.

@@ -25,10 +25,13 @@ Result<PollerProject, std::string> readProject(const QString& path) {
         return file.errorString().toStdString();
     }
     auto project = PollerProject::decode(std::string_view(bytes.constData(), bytes.size()));
-    if (project && project.value().polls.empty()) {
-        return std::string("polls: a project needs at least one poll");
+    if (!project) {
+        return L10n::Errors::describe(project.error());
     }
-    return project;
+    if (project.value().polls.empty()) {
+        return L10n::Errors::describe(JSONValue::Error(JSONValue::Error::Kind::emptyList, "polls"));
+    }
+    return std::move(project).value();
 }
 
 // The folder is created first, but a failure there is left for the write itself to report.
@@ -104,7 +107,8 @@ Result<void, std::string> ProjectStore::save(const PollerProject& project) const
 Result<PollerProject, std::string> ProjectStore::open(const QString& path) {
     auto project = readProject(path);
     if (!project) {
-        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+        return L10n::Errors::projectUnreadable(QFileInfo(path).fileName().toStdString(),
+                                               project.error());
     }
     return project;
 }

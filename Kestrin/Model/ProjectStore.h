@@ -37,7 +37,8 @@ public:
     // Creates the folder when missing and writes atomically; the caller drops the error.
     Result<void, std::string> save(const PollerProject& project) const;
 
-    // A project file chosen by the user; the error is the text to show ("Cannot read ...").
+    // A project file chosen by the user; the error is the text to show: "Cannot read ..." and
+    // what was wrong ("timeoutMs: expected a number", or the system's reason).
     static Result<PollerProject, std::string> open(const QString& path);
     // The error is the text to show ("Saving failed: ...").
     static Result<void, std::string> saveAs(const PollerProject& project, const QString& path);

@@ -200,9 +200,9 @@ Result<std::vector<Datapoint>, std::string> projectDatapoints(const std::string&
             continue;
         }
         for (const nlohmann::json& object : *list) {
-            Result<Datapoint, std::string> datapoint = Datapoint::fromJSON(object);
+            auto datapoint = Datapoint::fromJSON(object);
             if (!datapoint) {
-                return datapoint.error();
+                return L10n::Errors::describe(datapoint.error());
             }
             datapoints.push_back(std::move(datapoint).value());
         }

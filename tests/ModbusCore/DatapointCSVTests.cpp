@@ -100,6 +100,7 @@ TEST(DatapointCSVParse, EachRecordIsCheckedInOrderAndTheFirstProblemReported) {
         {"CO;5;2;bit", std::nullopt},
         {"CO;5;2;", std::nullopt},
         {"HR;1;1;;0,01;-1e3", std::nullopt},
+        {"HR;1;1;;1;inf", std::nullopt},
         {"XX;abc", Problem::invalidTable("XX")},
         {"HR;65536", Problem::invalidAddress("65536")},
         {"HR;40001x", Problem::invalidAddress("40001x")},
@@ -109,6 +110,8 @@ TEST(DatapointCSVParse, EachRecordIsCheckedInOrderAndTheFirstProblemReported) {
         {"HR;1;248", Problem::invalidUnit("248")},
         {"CO;5;2;uint16", Problem::invalidDataType("uint16")},
         {"HR;1;1;;0", Problem::invalidNumber("0")},
+        {"HR;1;1;;NaN", Problem::invalidNumber("NaN")},
+        {"HR;1;1;;-inf", Problem::invalidNumber("-inf")},
         {"HR;1;1;; 1.000,5 ", Problem::invalidNumber("1.000,5")},
         {"HR;1;1;;1;abc", Problem::invalidNumber("abc")},
     };
@@ -255,7 +258,7 @@ TEST(DatapointCSVProperty, ExportedListsImportBackUnchanged) {
                     randomText(random), static_cast<std::uint8_t>(1 + random() % 247), table,
                     static_cast<std::uint16_t>(random()), type,
                     type.usesWordOrder() ? WordOrder::allCases[random() % 4] : WordOrder::abcd,
-                    scale == 0 ? 1 : scale, randomText(random),
+                    scale == 0 || !std::isfinite(scale) ? 1 : scale, randomText(random),
                     DisplayFormat::allCases[random() % 3], randomNumber(random),
                     randomText(random)));
                 points.back().simulation.kind = Simulation::Kind::ramp;

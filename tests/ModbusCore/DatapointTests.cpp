@@ -1,6 +1,7 @@
 #include "Datapoint.h"
 
 #include <cmath>
+#include <limits>
 #include <unordered_set>
 
 #include <gtest/gtest.h>
@@ -35,8 +36,10 @@ TEST(Datapoint, ModiconAddressPadsToFourDigitsThenFive) {
 }
 
 TEST(Datapoint, DecimalsFollowTheScaleUpToSix) {
-    const std::pair<double, int> rows[] = {{1, 0},    {0, 0},    {10, 0},    {-0.5, 1}, {0.1, 1},
-                                           {0.25, 1}, {0.01, 2}, {0.001, 3}, {1e-6, 6}, {1e-9, 6}};
+    const double infinity = std::numeric_limits<double>::infinity();
+    const std::pair<double, int> rows[] = {{1, 0},    {0, 0},    {10, 0},       {-0.5, 1},
+                                           {0.1, 1},  {0.25, 1}, {0.01, 2},     {0.001, 3},
+                                           {1e-6, 6}, {1e-9, 6}, {infinity, 0}, {std::nan(""), 0}};
     for (auto [scale, decimals] : rows) {
         Datapoint point;
         point.scale = scale;
@@ -136,26 +139,52 @@ TEST(DatapointJSON, AbsentKeysTakeDefaultsAndBitTablesForceBool) {
     EXPECT_EQ(coil.value().dataType, DataType::boolean);
 }
 
-TEST(DatapointJSON, WrongTypesAndUnknownValuesNameTheKey) {
-    const std::pair<std::string_view, std::string_view> rows[] = {
-        {R"({"unitID": "1"})", "unitID"},
-        {R"({"unitID": 256})", "unitID"},
-        {R"({"address": 1.5})", "address"},
-        {R"({"name": 3})", "name"},
-        {R"({"table": "holding"})", "table"},
-        {R"({"wordOrder": null})", "wordOrder"},
-        {R"({"scale": "x"})", "scale"},
-        {R"({"id": "not-a-uuid"})", "id"},
-        {R"({"simulation": {"kind": "none", "minimum": 0, "maximum": 1}})", "simulation.period"},
-        {R"({"simulation": {"kind": "wave", "minimum": 0, "maximum": 1, "period": 1}})",
-         "simulation.kind"},
+TEST(DatapointJSON, NullKeysTakeTheirDefaults) {
+    const auto decoded = Datapoint::fromJSON(nlohmann::json::parse(R"({
+        "id": null, "name": null, "unitID": null, "table": null, "address": null,
+        "dataType": null, "wordOrder": null, "scale": null, "engineeringUnit": null,
+        "format": null, "value": null, "notes": null, "simulation": null})"));
+    ASSERT_TRUE(decoded.ok());
+    Datapoint expected;
+    expected.id = decoded.value().id;
+    EXPECT_EQ(decoded.value(), expected);
+}
+
+TEST(DatapointJSON, WrongTypesUnknownValuesAndUnusableScalesFailAtTheirKey) {
+    using Kind = JSONValue::Error::Kind;
+    struct Row {
+        std::string_view json;
+        Kind kind;
+        std::string_view path;
     };
-    for (auto [text, key] : rows) {
-        const auto decoded = Datapoint::fromJSON(nlohmann::json::parse(text));
-        ASSERT_FALSE(decoded.ok()) << text;
-        EXPECT_NE(decoded.error().find(key), std::string::npos) << decoded.error();
+    const Row rows[] = {
+        {R"({"unitID": "1"})", Kind::expectedInteger, "unitID"},
+        {R"({"unitID": 256})", Kind::expectedInteger, "unitID"},
+        {R"({"address": 1.5})", Kind::expectedInteger, "address"},
+        {R"({"name": 3})", Kind::expectedText, "name"},
+        {R"({"table": "holding"})", Kind::unknownValue, "table"},
+        {R"({"scale": "x"})", Kind::expectedNumber, "scale"},
+        {R"({"scale": "nan"})", Kind::expectedFiniteNumber, "scale"},
+        {R"({"scale": "-inf"})", Kind::expectedFiniteNumber, "scale"},
+        {R"({"id": "not-a-uuid"})", Kind::expectedUUID, "id"},
+        {R"({"simulation": 3})", Kind::expectedObject, "simulation"},
+        {R"({"simulation": {"kind": "none", "minimum": 0, "maximum": 1}})", Kind::missing,
+         "simulation.period"},
+        {R"({"simulation": {"kind": null, "minimum": 0, "maximum": 1, "period": 1}})",
+         Kind::missing, "simulation.kind"},
+        {R"({"simulation": {"kind": "wave", "minimum": 0, "maximum": 1, "period": 1}})",
+         Kind::unknownValue, "simulation.kind"},
+        {"[]", Kind::expectedObject, ""},
+    };
+    for (const Row& row : rows) {
+        const auto decoded = Datapoint::fromJSON(nlohmann::json::parse(row.json));
+        ASSERT_FALSE(decoded.ok()) << row.json;
+        EXPECT_EQ(decoded.error().kind, row.kind) << row.json;
+        EXPECT_EQ(decoded.error().path, row.path) << row.json;
     }
-    EXPECT_FALSE(Datapoint::fromJSON(nlohmann::json::array()).ok());
+    const auto unknownTable = Datapoint::fromJSON(nlohmann::json{{"table", "holding"}});
+    EXPECT_EQ(unknownTable.error().found, "holding");
+    EXPECT_EQ(unknownTable.error().choices, "coil, discreteInput, holdingRegister, inputRegister");
 }
 
 TEST(Datapoint, EqualityAndHashCoverEveryFieldAndTheId) {

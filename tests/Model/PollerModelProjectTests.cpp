@@ -49,6 +49,16 @@ TEST_F(PollerModelProject, SaveOpenSaveGivesTheSameBytes) {
     EXPECT_EQ(contents(file("second.json")), contents(file("first.json")));
 }
 
+TEST_F(PollerModelProject, AnUnreadableProjectIsRefusedNamingWhatIsWrong) {
+    create(project({poll("Boiler", {holding("Level", 100)})}));
+    const PollerProject before = model->currentProject();
+    put(file("meter.json"), R"({"polls": [{"datapoints": [{"scale": "nan"}]}]})");
+    model->openProject(file("meter.json"));
+    EXPECT_EQ(model->errorMessage(), "Cannot read meter.json. Is it a file of this app?\n"
+                                     "polls[0].datapoints[0].scale: expected a finite number");
+    EXPECT_EQ(model->currentProject(), before);
+}
+
 TEST_F(PollerModelProject, BrokenAutosaveIsKeptAsideAndTheFirstRunProjectUsed) {
     put(autosavePath(), "{\"polls\": 12");
     create();

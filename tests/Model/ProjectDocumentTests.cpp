@@ -1,6 +1,7 @@
 #include "L10n.h"
 #include "PollerProject.h"
 
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -52,14 +53,14 @@ TEST(ProjectDocument, WritesEveryKeySortedAndIndentedAndReadsItBackUnchanged) {
 })";
     EXPECT_EQ(project.encoded(), document);
     const auto decoded = PollerProject::decode(document);
-    ASSERT_TRUE(decoded.ok()) << decoded.error();
+    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
     EXPECT_EQ(decoded.value(), project);
 }
 
 TEST(ProjectDocument, AbsentKeysTakeTheirDefaultsAndUnknownOnesAreIgnored) {
     const char* document = R"({"version": "two", "colour": 1, "polls": [{"tab": 3}]})";
     const auto decoded = PollerProject::decode(document);
-    ASSERT_TRUE(decoded.ok()) << decoded.error();
+    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
     PollerProject expected;
     expected.polls = {Poll{}};
     expected.polls[0].id = decoded.value().polls[0].id;
@@ -81,29 +82,77 @@ TEST(ProjectDocument, TimeoutsOutsideThePickerBecomeOneSecond) {
     }
 }
 
-TEST(ProjectDocument, AValueOfTheWrongTypeFailsNamingItsKey) {
+TEST(ProjectDocument, NullCountsAsAnAbsentKeyExceptWhereAKeyIsRequired) {
+    const auto decoded = PollerProject::decode(R"({
+        "serial": null, "timeoutMs": null, "writeMode": null, "maxGap": null,
+        "polls": [{"id": null, "name": null, "intervalMs": null, "enabled": null,
+                   "datapoints": null, "plotted": null}]})");
+    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
+    PollerProject expected;
+    expected.polls = {Poll{}};
+    expected.polls[0].id = decoded.value().polls[0].id;
+    EXPECT_EQ(decoded.value(), expected);
+    EXPECT_TRUE(PollerProject::decode(R"({"polls": null})").value().polls.empty());
+}
+
+TEST(ProjectDocument, AnUnusableValueFailsNamingItsPlaceInTheFile) {
     const std::pair<const char*, const char*> rows[] = {
         {"not json", "not a JSON document"},
         {"[]", "expected an object"},
         {R"({"timeoutMs": "1000"})", "timeoutMs: expected a number"},
-        {R"({"writeMode": "batch"})", R"(writeMode: unknown value "batch")"},
-        {R"({"maxGap": 1.5})", "maxGap: expected an integer from -2147483648 to 2147483647"},
+        {R"({"timeoutMs": "inf"})", "timeoutMs: expected a finite number"},
+        {R"({"writeMode": "batch"})", "writeMode: unknown value 'batch' (use single, multiple)"},
+        {R"({"maxGap": 1.5})", "maxGap: expected a whole number from -2147483648 to 2147483647"},
         {R"({"serial": []})", "serial: expected an object"},
         {R"({"serial": {"baudRate": 9600}})", "serial.dataBits: missing"},
-        {R"({"polls": {}})", "polls: expected an array"},
-        {R"({"polls": [1]})", "polls[0]: expected an object"},
-        {R"({"polls": [{"enabled": "yes"}]})", "polls[0].enabled: expected a boolean"},
+        {R"({"serial": {"baudRate": 9600, "dataBits": null, "parity": "even", "stopBits": 1}})",
+         "serial.dataBits: missing"},
+        {R"({"polls": {}})", "polls: expected a list"},
+        {R"({"polls": [null]})", "polls[0]: expected an object"},
+        {R"({"polls": [{"enabled": "yes"}]})", "polls[0].enabled: expected true or false"},
         {R"({"polls": [{"id": "poll-1"}]})", "polls[0].id: expected a UUID"},
         {R"({"polls": [{"plotted": [3]}]})", "polls[0].plotted[0]: expected a UUID"},
+        {R"({"polls": [{"intervalMs": 9223372036854775808.0}]})",
+         "polls[0].intervalMs: expected a whole number from -9223372036854775808 to "
+         "9223372036854775807"},
         {R"({"polls": [{}, {"datapoints": [{}, {"address": 70000}]}]})",
-         "polls[1].datapoints[1].address: expected an integer from 0 to 65535"},
+         "polls[1].datapoints[1].address: expected a whole number from 0 to 65535"},
+        {R"({"polls": [{"datapoints": [{}, {}, {}, {"scale": "nan"}]}]})",
+         "polls[0].datapoints[3].scale: expected a finite number"},
         {R"({"polls": [{"datapoints": [[]]}]})", "polls[0].datapoints[0]: expected an object"},
     };
-    for (const auto& [json, error] : rows) {
-        const auto decoded = PollerProject::decode(json);
-        ASSERT_FALSE(decoded.ok()) << json;
-        EXPECT_EQ(decoded.error(), error) << json;
-    }
+    L10n::withLanguageForTesting(Language::en, [&] {
+        for (const auto& [json, error] : rows) {
+            const auto decoded = PollerProject::decode(json);
+            ASSERT_FALSE(decoded.ok()) << json;
+            EXPECT_EQ(L10n::Errors::describe(decoded.error()), error) << json;
+        }
+    });
+}
+
+TEST(ProjectDocument, RepeatedIDsAreRenewedAndTheChartFollowsTheRenamedDatapoint) {
+    const std::string pollID = "11111111-2222-4333-8444-555555555555";
+    const std::string pointID = "AAAAAAAA-BBBB-4CCC-8DDD-EEEEEEEEEEEE";
+    const std::string point = R"({"id": ")" + pointID + R"("})";
+    const auto decoded =
+        PollerProject::decode(R"({"polls": [
+        {"id": ")" + pollID + R"(", "datapoints": [)" +
+                              point + "," + point + R"(], "plotted": [")" + pointID + R"("]},
+        {"id": ")" + pollID + R"(", "datapoints": [)" +
+                              point + R"(], "plotted": [")" + pointID + R"("]}]})");
+    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
+    const std::vector<Poll>& polls = decoded.value().polls;
+    ASSERT_EQ(polls.size(), 2U);
+    const Uuid kept = *Uuid::parse(pointID);
+    EXPECT_EQ(polls[0].id, *Uuid::parse(pollID));
+    EXPECT_NE(polls[1].id, polls[0].id);
+    const std::set<Uuid> ids{polls[0].datapoints[0].id, polls[0].datapoints[1].id,
+                             polls[1].datapoints[0].id};
+    EXPECT_EQ(ids.size(), 3U);
+    EXPECT_EQ(polls[0].datapoints[0].id, kept);
+    // The first poll still charts the datapoint that kept the id; the second charts its own.
+    EXPECT_EQ(polls[0].plotted, std::set<Uuid>{kept});
+    EXPECT_EQ(polls[1].plotted, std::set<Uuid>{polls[1].datapoints[0].id});
 }
 
 TEST(FirstRunProject, HoldsTheExampleDeviceInTheCurrentLanguage) {

@@ -100,10 +100,15 @@ TEST_F(ProjectStoreTest, OpenRefusesUnreadableUndecodableAndPollLessFiles) {
     const auto opened = ProjectStore::open(folder.filePath(QStringLiteral("good.json")));
     ASSERT_TRUE(opened.ok()) << opened.error();
     EXPECT_EQ(opened.value(), project);
-    for (const char* name : {"empty.json", "notes.txt", "missing.json"}) {
+    const std::pair<const char*, const char*> refusals[] = {
+        {"empty.json", "polls: expected at least one entry"},
+        {"notes.txt", "not a JSON document"},
+        {"missing.json", "No such file or directory"},
+    };
+    for (const auto& [name, reason] : refusals) {
         const auto refused = ProjectStore::open(folder.filePath(QString::fromUtf8(name)));
         ASSERT_FALSE(refused.ok()) << name;
-        EXPECT_EQ(refused.error(), L10n::Errors::fileOpenFailed(name));
+        EXPECT_EQ(refused.error(), L10n::Errors::projectUnreadable(name, reason));
     }
 }
 
