@@ -346,7 +346,7 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
     knownPaths_ = paths;
 
     if (state_ == PollerState::serialLost && paths.contains(selectedPath_)) {
-        QTimer::singleShot(environment_.delays.resume, this, &PollerModel::resumeAfterLoss);
+        armResume();
     }
     // An engine that is opening the port counts as reading: its started line names the path.
     if (state_ != PollerState::stopped || engine_) {

@@ -14,6 +14,7 @@
 #include "PollerEvent.h"
 #include "PollerProject.h"
 #include "PollerState.h"
+#include "PortPathWatcher.h"
 #include "SerialConfiguration.h"
 #include "SerialPortInfo.h"
 #include "Uuid.h"
@@ -227,6 +228,8 @@ private:
     std::unique_ptr<PollerEngine> makeEngine();
     std::vector<PollPlan> buildPlans() const;
     bool startEngine();
+    void portLost(const std::string& path);
+    void armResume();
     void resumeAfterLoss();
     void deliver(std::uint64_t generation, const PollerEvent& event);
     void handleRead(const PollerEvent::Read& read);
@@ -264,6 +267,8 @@ private:
     std::unique_ptr<PollerEngine> engine_;
     std::uint64_t engineGeneration_ = 0;
     std::unique_ptr<PortScanner> scanner_;
+    // Present while the port is lost and not yet reopened.
+    std::unique_ptr<PortPathWatcher> lostPortWatcher_;
     std::vector<SerialPortInfo> scannedPorts_;
     std::vector<SerialPortInfo> testDevices_;
     std::optional<std::set<std::string>> knownPaths_;

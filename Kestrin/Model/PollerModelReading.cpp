@@ -63,6 +63,7 @@ void PollerModel::stop() {
         engine_->stop();
         engine_.reset();
     }
+    lostPortWatcher_.reset();
     setState(PollerState::stopped);
     setShowNoResponseHint(false);
     pendingWrites_.clear();
@@ -80,15 +81,6 @@ void PollerModel::toggle() {
 void PollerModel::dismissNoResponseHint() {
     noResponseHintDismissed_ = true;
     setShowNoResponseHint(false);
-}
-
-void PollerModel::resumeAfterLoss() {
-    if (state_ != PollerState::serialLost || engine_) {
-        return;
-    }
-    if (startEngine()) {
-        appendLog(LogLine::portReopened());
-    }
 }
 
 void PollerModel::setState(PollerState state) {
@@ -127,10 +119,7 @@ void PollerModel::handleEvent(const PollerEvent& event) {
         setState(PollerState::running);
         appendLog(LogLine::readingStarted(selectedPath_, serial_.shortDescription()));
     } else if (const auto* lost = event.as<PollerEvent::SerialLost>()) {
-        // The engine has ended on its own; it only needs letting go.
-        engine_.reset();
-        setState(PollerState::serialLost);
-        appendLog(LogLine::portLost(lost->path));
+        portLost(lost->path);
     } else if (const auto* read = event.as<PollerEvent::Read>()) {
         handleRead(*read);
     } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {

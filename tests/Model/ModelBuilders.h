@@ -3,14 +3,12 @@
 #include "FakePortRegistry.h"
 #include "PollerModel.h"
 #include "PortScanner.h"
+#include "QuietTerminal.h"
 
 #include <chrono>
 #include <cstdint>
-#include <cstdlib>
-#include <fcntl.h>
 #include <memory>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace kestrin::Testing {
@@ -80,29 +78,5 @@ inline std::unique_ptr<PollerModel> makeModel(
     made.project = std::move(start);
     return std::make_unique<PollerModel>(std::move(made));
 }
-
-// A pseudo-terminal nobody answers on: the engine runs, and every reading is the test's own.
-class QuietTerminal {
-public:
-    QuietTerminal()
-        : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (master_ >= 0 && ::grantpt(master_) == 0 && ::unlockpt(master_) == 0) {
-            path_ = ::ptsname(master_);
-        }
-    }
-    ~QuietTerminal() {
-        if (master_ >= 0) {
-            ::close(master_);
-        }
-    }
-    QuietTerminal(const QuietTerminal&) = delete;
-    QuietTerminal& operator=(const QuietTerminal&) = delete;
-
-    const std::string& path() const { return path_; }
-
-private:
-    int master_;
-    std::string path_;
-};
 
 } // namespace kestrin::Testing
