@@ -401,6 +401,7 @@ constexpr Texts dutch{
                 return concat("Seriële poort ", path, " is verdwenen; wachten op terugkeer");
             },
         .serialRestored = "Seriële poort weer geopend",
+        .lateAnswer = "Laat antwoord genegeerd",
     },
     .example =
         {

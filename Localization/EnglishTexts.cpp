@@ -392,6 +392,7 @@ constexpr Texts english{
                 return concat("Serial port ", path, " is gone; waiting for it to return");
             },
         .serialRestored = "Serial port open again",
+        .lateAnswer = "Late answer discarded",
     },
     .example =
         {

@@ -417,6 +417,7 @@ constexpr Texts french{
                 return concat("Le port série ", path, " a disparu ; en attente de son retour");
             },
         .serialRestored = "Port série de nouveau ouvert",
+        .lateAnswer = "Réponse tardive ignorée",
     },
     .example =
         {

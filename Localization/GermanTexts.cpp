@@ -420,6 +420,7 @@ constexpr Texts german{
                               " ist nicht mehr vorhanden; es wird auf ihre Rückkehr gewartet");
             },
         .serialRestored = "Serielle Schnittstelle wieder geöffnet",
+        .lateAnswer = "Verspätete Antwort verworfen",
     },
     .example =
         {

@@ -568,6 +568,8 @@ std::string describe(const SerialLinkError& error) {
                           [](const SerialLinkError::NotOpen&) { return notOpen(); },
                           [](const SerialLinkError::Timeout&) { return timeout(); },
                           [](const SerialLinkError::Disconnected&) { return deviceDisconnected(); },
+                          // Only a stop cancels, and a stop is logged as such.
+                          [](const SerialLinkError::Cancelled&) { return Log::stopped(); },
                       },
                       error.value);
 }
@@ -935,6 +937,9 @@ std::string serialLost(std::string_view path) {
 }
 std::string serialRestored() {
     return str(now().log.serialRestored);
+}
+std::string lateAnswer() {
+    return str(now().log.lateAnswer);
 }
 } // namespace Log
 

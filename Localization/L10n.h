@@ -325,6 +325,8 @@ std::string range(RegisterTable table, int start, int count);
 std::string writeFailed(std::string_view name);
 std::string serialLost(std::string_view path);
 std::string serialRestored();
+// Bytes that came for a request after it had failed, thrown away.
+std::string lateAnswer();
 } // namespace Log
 
 namespace Example {

@@ -405,6 +405,7 @@ constexpr Texts spanish{
                 return concat("El puerto serie ", path, " ha desaparecido; esperando a que vuelva");
             },
         .serialRestored = "Puerto serie abierto de nuevo",
+        .lateAnswer = "Respuesta tardía descartada",
     },
     .example =
         {

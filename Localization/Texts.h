@@ -376,6 +376,7 @@ struct Texts {
         OfText writeFailed;           // (datapoint name)
         OfText serialLost;            // (port path)
         Literal serialRestored;
+        Literal lateAnswer;
     } log;
 
     struct ExampleTexts {

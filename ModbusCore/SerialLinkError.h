@@ -43,9 +43,14 @@ struct SerialLinkError {
     struct Disconnected {
         friend bool operator==(const Disconnected&, const Disconnected&) = default;
     };
+    // Another thread called off the wait (reading is being stopped); the device did nothing wrong.
+    struct Cancelled {
+        friend bool operator==(const Cancelled&, const Cancelled&) = default;
+    };
 
-    using Case = std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed,
-                              UnsupportedBaudRate, WriteFailed, NotOpen, Timeout, Disconnected>;
+    using Case =
+        std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, UnsupportedBaudRate,
+                     WriteFailed, NotOpen, Timeout, Disconnected, Cancelled>;
     Case value;
 
     template <typename T>

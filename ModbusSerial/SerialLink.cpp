@@ -4,8 +4,11 @@
 #include "SerialTiming.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <ctime>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <thread>
 #include <utility>
@@ -176,25 +179,105 @@ Result<Bytes, SerialLinkError> SerialLink::transact(ByteView frame, bool expects
     // Only the part of the silence that has not yet passed; comparing avoids overflowing the
     // distant past.
     const Clock::time_point silenceEnd = lastActivity_ + duration(interFrameDelay());
-    if (silenceEnd > Clock::now()) {
-        std::this_thread::sleep_until(silenceEnd);
+    if (!sleepUntil(silenceEnd)) {
+        return error(SerialLinkError::Cancelled{});
     }
-    // Late answers and line noise must never reach the next answer.
+    // Line noise must never reach the next answer; late answers are waited out by lateAnswer.
     terminal_.tcflush(fd_, TCIFLUSH);
     if (auto written = writeFrame(frame); !written) {
         return written.error();
     }
     terminal_.tcdrain(fd_);
-    lastActivity_ = Clock::now();
+    sentAt_ = Clock::now();
+    lastActivity_ = sentAt_;
 
     if (!expectsResponse) {
-        std::this_thread::sleep_for(broadcastTurnaround);
+        const bool slept = sleepUntil(Clock::now() + broadcastTurnaround);
         lastActivity_ = Clock::now();
+        if (!slept) {
+            return error(SerialLinkError::Cancelled{});
+        }
         return Bytes{};
     }
     auto answer = readAnswer(duration(timeout));
     lastActivity_ = Clock::now();
     return answer;
+}
+
+Result<Bytes, SerialLinkError> SerialLink::lateAnswer(double timeout) {
+    if (fd_ == -1) {
+        return error(SerialLinkError::NotOpen{});
+    }
+    // Compared rather than added to, so that the distant past of a link that never sent stays
+    // in range.
+    const Clock::duration window = 2 * duration(timeout);
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point firstByteBy = sentAt_ < now - window ? now : sentAt_ + window;
+    return collectLate(firstByteBy);
+}
+
+Result<Bytes, SerialLinkError> SerialLink::restOfAnswer() {
+    if (fd_ == -1) {
+        return error(SerialLinkError::NotOpen{});
+    }
+    return collectLate(Clock::now() + silentGap());
+}
+
+Result<Bytes, SerialLinkError> SerialLink::collectLate(Clock::time_point firstByteBy) {
+    Bytes received;
+    for (;;) {
+        const std::optional<int> expected = RTUFrame::expectedResponseLength(received);
+        if ((expected && received.size() >= static_cast<std::size_t>(*expected)) ||
+            received.size() > bufferSize) {
+            break;
+        }
+        Clock::duration wait = silentGap();
+        if (received.empty()) {
+            wait = firstByteBy - Clock::now();
+            if (wait <= Clock::duration::zero()) {
+                break;
+            }
+        }
+        auto input = awaitInput(received, wait);
+        if (!input) {
+            lastActivity_ = Clock::now();
+            return input.error();
+        }
+        if (input.value() == Input::silence && !received.empty()) {
+            break;
+        }
+    }
+    lastActivity_ = Clock::now();
+    return received;
+}
+
+Result<void, SerialLinkError> SerialLink::idle(std::optional<Clock::time_point> until,
+                                               const WakeSignal& wake) {
+    if (fd_ == -1) {
+        return error(SerialLinkError::NotOpen{});
+    }
+    // No events asked of the device: poll reports a hang-up or an error all the same, and the
+    // bytes of a chattering line do not wake the thread.
+    std::array<pollfd, 3> fds{{{fd_, 0, 0}, {cancelFd(), POLLIN, 0}, {wake.fd(), POLLIN, 0}}};
+    // An hour at most per wait keeps the milliseconds in range; the caller simply looks again.
+    constexpr auto longest = std::chrono::hours(1);
+    const Clock::duration wait =
+        until ? std::min<Clock::duration>(*until - Clock::now(), longest) : longest;
+    if (wait <= Clock::duration::zero()) {
+        return {};
+    }
+    const int ready = terminal_.poll(fds.data(), fds.size(), pollMilliseconds(wait));
+    if (ready < 0) {
+        return errno == EINTR ? Result<void, SerialLinkError>{}
+                              : error(SerialLinkError::Disconnected{});
+    }
+    if (fds[1].revents != 0) {
+        return error(SerialLinkError::Cancelled{});
+    }
+    if ((fds[0].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+        return error(SerialLinkError::Disconnected{});
+    }
+    return {};
 }
 
 Result<void, SerialLinkError> SerialLink::writeFrame(ByteView frame) {
@@ -212,9 +295,12 @@ Result<void, SerialLinkError> SerialLink::writeFrame(ByteView frame) {
             continue;
         }
         if (code == EAGAIN) {
-            pollfd writable{fd_, POLLOUT, 0};
-            if (terminal_.poll(&writable, 1, writableWaitMs) == 0) {
+            std::array<pollfd, 2> fds{{{fd_, POLLOUT, 0}, {cancelFd(), POLLIN, 0}}};
+            if (terminal_.poll(fds.data(), fds.size(), writableWaitMs) == 0) {
                 return error(SerialLinkError::Timeout{});
+            }
+            if (fds[1].revents != 0) {
+                return error(SerialLinkError::Cancelled{});
             }
             continue;
         }
@@ -228,13 +314,16 @@ Result<void, SerialLinkError> SerialLink::writeFrame(ByteView frame) {
 
 Result<Bytes, SerialLinkError> SerialLink::readAnswer(Clock::duration timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    const Clock::duration gap =
-        std::max<Clock::duration>(duration(interFrameDelay()), unknownLengthGap);
+    const Clock::duration gap = silentGap();
     Bytes received;
     for (;;) {
         const std::optional<int> expected = RTUFrame::expectedResponseLength(received);
         if (expected && received.size() >= static_cast<std::size_t>(*expected)) {
             received.resize(static_cast<std::size_t>(*expected));
+            return received;
+        }
+        // More than a whole buffer is no Modbus answer: stop collecting.
+        if (received.size() > bufferSize) {
             return received;
         }
         const Clock::duration remaining = deadline - Clock::now();
@@ -246,38 +335,75 @@ Result<Bytes, SerialLinkError> SerialLink::readAnswer(Clock::duration timeout) {
             return received;
         }
         const bool gapEnds = !expected && !received.empty() && gap < remaining;
-        pollfd readable{fd_, POLLIN, 0};
-        const int ready = terminal_.poll(&readable, 1, pollMilliseconds(gapEnds ? gap : remaining));
-        if (ready < 0) {
-            if (errno == EINTR) {
-                continue;
-            }
-            return error(SerialLinkError::Disconnected{});
+        auto input = awaitInput(received, gapEnds ? gap : remaining);
+        if (!input) {
+            return input.error();
         }
-        if (ready == 0) {
-            if (received.empty() || expected) {
-                continue;
-            }
-            // A silent gap after bytes of unknown length ends the answer.
+        // A silent gap after bytes of unknown length ends the answer.
+        if (input.value() == Input::silence && gapEnds) {
             return received;
         }
-        if ((readable.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
-            return error(SerialLinkError::Disconnected{});
+    }
+}
+
+Result<SerialLink::Input, SerialLinkError> SerialLink::awaitInput(Bytes& received,
+                                                                  Clock::duration wait) {
+    std::array<pollfd, 2> fds{{{fd_, POLLIN, 0}, {cancelFd(), POLLIN, 0}}};
+    const int ready = terminal_.poll(fds.data(), fds.size(), pollMilliseconds(wait));
+    if (ready < 0) {
+        if (errno == EINTR) {
+            return Input::interrupted;
         }
-        const ssize_t count = terminal_.read(fd_, buffer_.data(), buffer_.size());
-        if (count > 0) {
-            received.insert(received.end(), buffer_.begin(), buffer_.begin() + count);
-            // More than a whole buffer is no Modbus answer: stop collecting.
-            if (received.size() > bufferSize) {
-                return received;
-            }
-            continue;
+        return error(SerialLinkError::Disconnected{});
+    }
+    if (fds[1].revents != 0) {
+        return error(SerialLinkError::Cancelled{});
+    }
+    if (ready == 0) {
+        return Input::silence;
+    }
+    if ((fds[0].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+        return error(SerialLinkError::Disconnected{});
+    }
+    const ssize_t count = terminal_.read(fd_, buffer_.data(), buffer_.size());
+    if (count > 0) {
+        received.insert(received.end(), buffer_.begin(), buffer_.begin() + count);
+        return Input::bytes;
+    }
+    if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
+        return error(SerialLinkError::Disconnected{});
+    }
+    return Input::interrupted;
+}
+
+SerialLink::Clock::duration SerialLink::silentGap() const {
+    return std::max<Clock::duration>(duration(interFrameDelay()), unknownLengthGap);
+}
+
+bool SerialLink::sleepUntil(Clock::time_point until) const {
+    if (cancel_ == nullptr) {
+        if (until > Clock::now()) {
+            std::this_thread::sleep_until(until);
         }
-        if (count == 0) {
-            return error(SerialLinkError::Disconnected{});
+        return true;
+    }
+    // ppoll, not poll: the inter-frame silence at high rates is under two milliseconds, and
+    // rounding it up to whole milliseconds would cost a share of the line.
+    for (;;) {
+        // Compared before subtracting: until may be the distant past.
+        const Clock::time_point now = Clock::now();
+        const Clock::duration left = until > now ? until - now : Clock::duration::zero();
+        const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+        const timespec time{static_cast<time_t>(seconds.count()),
+                            static_cast<long>(std::chrono::nanoseconds(left - seconds).count())};
+        pollfd cancelled{cancel_->fd(), POLLIN, 0};
+        const int ready = ::ppoll(&cancelled, 1, &time, nullptr);
+        if (ready >= 0) {
+            return ready == 0;
         }
-        if (errno != EAGAIN && errno != EINTR) {
-            return error(SerialLinkError::Disconnected{});
+        if (errno != EINTR) {
+            std::this_thread::sleep_until(until);
+            return true;
         }
     }
 }

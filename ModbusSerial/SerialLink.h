@@ -5,11 +5,13 @@
 #include "Result.h"
 #include "SerialConfiguration.h"
 #include "SerialLinkError.h"
+#include "WakeSignal.h"
 
 #include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <termios.h>
@@ -18,7 +20,8 @@ namespace kestrin {
 
 // One open serial device through which a request goes out and its answer comes back.
 // Thread contract: used by one thread at a time (open on the thread that starts the engine,
-// transact and close on the engine's thread) and never concurrently; it has no lock.
+// transact and close on the engine's thread) and never concurrently; it has no lock. The one way
+// in from another thread is the cancellation signal, which ends every wait at once.
 class SerialLink {
 public:
     // The scratch buffer every read fills; a whole RTU frame is at most 256 bytes.
@@ -46,10 +49,29 @@ public:
     // Restores the attributes found at open and gives up exclusive use. Does nothing when closed.
     void close() noexcept;
 
+    // Once signal is raised, every wait of the link ends with Cancelled, now and later. The
+    // signal must outlive the link; set it before the link is used.
+    void cancelWith(const WakeSignal& signal) noexcept { cancel_ = &signal; }
+
     // Waits out the inter-frame silence, sends frame and collects the answer until its expected
     // length, a silent gap after bytes of unknown length, or timeout seconds. A broadcast
     // (expectsResponse false) returns no bytes after a 100 ms turnaround.
     Result<Bytes, SerialLinkError> transact(ByteView frame, bool expectsResponse, double timeout);
+
+    // After a time-out: a device that answers late is still answering that request, and nothing
+    // in its frame tells it from the next one's answer. Waits until twice the time-out after the
+    // request went out for an answer to begin and collects it until it is complete or the line
+    // falls silent. Empty when nothing came.
+    Result<Bytes, SerialLinkError> lateAnswer(double timeout);
+    // After a defective answer: the rest of it that may still be on its way, until the line falls
+    // silent. Empty when the line was already quiet.
+    Result<Bytes, SerialLinkError> restOfAnswer();
+
+    // Sends nothing until `until` (indefinitely without one) or until wake is raised, watching the
+    // open device meanwhile so that an adapter pulled while nothing is due is noticed at once
+    // (Disconnected). Incoming bytes are left for the next transaction's flush.
+    Result<void, SerialLinkError> idle(std::optional<std::chrono::steady_clock::time_point> until,
+                                       const WakeSignal& wake);
 
     // The Modbus RTU silent interval of this link's frame, in seconds.
     double interFrameDelay() const;
@@ -62,8 +84,19 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    enum class Input : std::uint8_t { bytes, silence, interrupted };
+
     Result<void, SerialLinkError> writeFrame(ByteView frame);
     Result<Bytes, SerialLinkError> readAnswer(Clock::duration timeout);
+    // Whatever arrives once a first byte comes before firstByteBy, until complete or silent.
+    Result<Bytes, SerialLinkError> collectLate(Clock::time_point firstByteBy);
+    // One wait of at most `wait` for input, appended to received.
+    Result<Input, SerialLinkError> awaitInput(Bytes& received, Clock::duration wait);
+    // The silence that ends an answer of unknown length.
+    Clock::duration silentGap() const;
+    // Sleeps until `until`; false when cancelled first.
+    bool sleepUntil(Clock::time_point until) const;
+    int cancelFd() const noexcept { return cancel_ == nullptr ? -1 : cancel_->fd(); }
 
     std::string path_;
     SerialConfiguration configuration_;
@@ -71,6 +104,9 @@ private:
     termios originalAttributes_{};
     // When the line last carried a frame or an answer; the distant past before the first.
     Clock::time_point lastActivity_ = Clock::time_point::min();
+    // When the last request had left the adapter.
+    Clock::time_point sentAt_ = Clock::time_point::min();
+    const WakeSignal* cancel_ = nullptr;
     std::array<std::uint8_t, bufferSize> buffer_{};
     bool allowsTestDevice_;
     PosixTerminal& terminal_;

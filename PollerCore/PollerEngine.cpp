@@ -4,6 +4,7 @@
 #include "PDU.h"
 #include "RTUFrame.h"
 #include "SerialLink.h"
+#include "WakeSignal.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -64,6 +65,10 @@ struct PollerEngine::State {
     std::deque<Job::Write> writes;
     // Set once, by the ending thread; stop waits for it.
     bool finished = false;
+    // Raised by update and write: the idle thread looks at its work again.
+    WakeSignal wake;
+    // Raised once, by stop: ends the link's waits, the transaction under way included.
+    WakeSignal cancel;
 };
 
 // The engine thread's side: owns the link from start on and reads the state only under its lock.
@@ -94,30 +99,36 @@ public:
     }
 
 private:
-    // Writes first, in queue order; otherwise the due poll, sleeping until one is due. Nothing
-    // once running is false.
+    // Writes first, in queue order; otherwise the due poll, idling until one is due. Nothing
+    // once running is false or the port was lost while idle.
     std::optional<Job> nextJob() {
-        std::unique_lock lock(state_->mutex);
-        while (state_->running) {
-            if (!state_->writes.empty()) {
-                Job job{std::move(state_->writes.front())};
-                state_->writes.pop_front();
-                return job;
+        for (;;) {
+            // Lowered before looking, so that a change made after the look still wakes the wait.
+            state_->wake.clear();
+            std::optional<Clock::time_point> until;
+            {
+                const std::lock_guard lock(state_->mutex);
+                if (!state_->running) {
+                    return std::nullopt;
+                }
+                if (!state_->writes.empty()) {
+                    Job job{std::move(state_->writes.front())};
+                    state_->writes.pop_front();
+                    return job;
+                }
+                const PollChoice choice = choosePoll(state_->plans, state_->nextDue, Clock::now());
+                if (const auto* due = std::get_if<ReadNow>(&choice)) {
+                    const PollPlan& plan = state_->plans[due->plan];
+                    state_->nextDue[plan.id] = due->nextDue;
+                    return Job{Job::Poll{plan}};
+                }
+                until = std::get<SleepUntil>(choice).time;
             }
-            const PollChoice choice = choosePoll(state_->plans, state_->nextDue, Clock::now());
-            if (const auto* due = std::get_if<ReadNow>(&choice)) {
-                const PollPlan& plan = state_->plans[due->plan];
-                state_->nextDue[plan.id] = due->nextDue;
-                return Job{Job::Poll{plan}};
-            }
-            const auto& sleep = std::get<SleepUntil>(choice);
-            if (sleep.time) {
-                state_->condition.wait_until(lock, *sleep.time);
-            } else {
-                state_->condition.wait(lock);
+            if (!link_->idle(until, state_->wake)) {
+                lose();
+                return std::nullopt;
             }
         }
-        return std::nullopt;
     }
 
     // False when the port was lost.
@@ -169,7 +180,7 @@ private:
         Result<ReadData, PollFailureError> result = readData(done.answer, block);
         emit({PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
                                 std::move(done.response), done.duration}});
-        return true;
+        return settle(done.answer);
     }
 
     static Result<ReadData, PollFailureError>
@@ -201,6 +212,25 @@ private:
         }
         emit({PollerEvent::Wrote{write.token, write.unit, result, std::move(done.request),
                                  std::move(done.response), done.duration}});
+        return settle(done.answer);
+    }
+
+    // After an answer that never came or came defective, whatever the device still sends for
+    // that request is kept from the next one and reported. Costs nothing after a good answer.
+    // False when the port was lost.
+    bool settle(const Result<Bytes, PollFailureError>& answer) {
+        if (answer.ok()) {
+            return true;
+        }
+        auto late = answer.error().failure.kind == PollFailure::Kind::timeout
+                        ? link_->lateAnswer(timeout_)
+                        : link_->restOfAnswer();
+        if (!late) {
+            return lose();
+        }
+        if (!late.value().empty()) {
+            emit({PollerEvent::LateAnswer{std::move(late).value()}});
+        }
         return true;
     }
 
@@ -307,16 +337,7 @@ PollerEngine::PollerEngine(std::string path, SerialConfiguration configuration, 
 
 PollerEngine::~PollerEngine() {
     stop();
-    if (!thread_.joinable()) {
-        return;
-    }
-    // Destroyed from its own thread (a direct handler): joining would deadlock.
-    if (thread_.get_id() == std::this_thread::get_id()) {
-        thread_.detach();
-        return;
-    }
-    // After a loss the thread is only closing the link.
-    joinThread(Clock::now() + duration(timeout_) + 1s);
+    // stop has waited already; a thread that has not ended by then ends alone.
     if (thread_.joinable()) {
         thread_.detach();
     }
@@ -327,6 +348,7 @@ Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
         return {};
     }
     auto link = std::make_unique<SerialLink>(path_, configuration_, allowsTestDevice_);
+    link->cancelWith(state_->cancel);
     if (auto opened = link->open(); !opened) {
         return opened.error();
     }
@@ -345,13 +367,15 @@ Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
 }
 
 void PollerEngine::update(std::vector<PollPlan> plans) {
-    const std::lock_guard lock(state_->mutex);
-    state_->plans = std::move(plans);
-    std::erase_if(state_->nextDue, [&](const auto& entry) {
-        return std::none_of(state_->plans.begin(), state_->plans.end(),
-                            [&](const PollPlan& plan) { return plan.id == entry.first; });
-    });
-    state_->condition.notify_all();
+    {
+        const std::lock_guard lock(state_->mutex);
+        state_->plans = std::move(plans);
+        std::erase_if(state_->nextDue, [&](const auto& entry) {
+            return std::none_of(state_->plans.begin(), state_->plans.end(),
+                                [&](const PollPlan& plan) { return plan.id == entry.first; });
+        });
+    }
+    state_->wake.raise();
 }
 
 void PollerEngine::write(Bytes pdu, std::uint8_t unit, Uuid token) {
@@ -359,20 +383,24 @@ void PollerEngine::write(Bytes pdu, std::uint8_t unit, Uuid token) {
     if (pdu.empty()) {
         return;
     }
-    const std::lock_guard lock(state_->mutex);
-    state_->writes.push_back({token, unit, std::move(pdu)});
-    state_->condition.notify_all();
+    {
+        const std::lock_guard lock(state_->mutex);
+        state_->writes.push_back({token, unit, std::move(pdu)});
+    }
+    state_->wake.raise();
 }
 
 void PollerEngine::stop() {
-    bool wasRunning = false;
     {
         const std::lock_guard lock(state_->mutex);
-        wasRunning = std::exchange(state_->running, false);
-        state_->condition.notify_all();
+        state_->running = false;
     }
-    if (wasRunning) {
-        // Long enough for a transaction in progress to run into its time-out.
+    // The transaction under way ends at once; an answer that would still have come is dropped
+    // with the link, so a new engine can open the port straight away.
+    state_->cancel.raise();
+    // Destroyed from its own thread (a direct handler): waiting for itself would never end.
+    if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
+        // Ending takes only the link's close; the bound is for a driver that hangs in it.
         joinThread(Clock::now() + duration(timeout_) + 1s);
     }
 }

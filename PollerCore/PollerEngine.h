@@ -29,18 +29,22 @@ namespace kestrin {
 // - The creator's thread (the main thread) calls start, update, write, stop and the destructor.
 // - start opens the link on the caller's thread; after that only the engine thread ("Kestrin")
 //   touches it, runs every transaction and closes it when it ends.
-// - One mutex with its condition variable guards running, plans, nextDue, writes and finished. The
-//   engine thread holds it only to take its next job or to look at running and the write queue,
-//   never during a transaction. With nothing due it sleeps on the condition until the next due
-//   time; update, write and stop wake it early.
+// - One mutex guards running, plans, nextDue, writes and finished. The engine thread holds it
+//   only to take its next job or to look at running and the write queue, never during a
+//   transaction. With nothing due it idles in the link, which watches the port for a hang-up
+//   meanwhile; update and write raise a wake-up signal that ends the idle wait early.
 // - Events reach onEvent through post, in the order they were produced. The engine never waits for
 //   the receiver, so stop on the receiving thread cannot deadlock with delivery. Without post,
 //   onEvent runs on the thread that produced the event and must not destroy the engine.
-// - stop clears running and waits at most timeout + 1 s for the thread: a transaction under way
-//   completes and its event is still posted, queued writes are dropped. A thread that outlives
-//   stop keeps the shared state alive on its own and never touches the engine object.
-// - Loss of the port (any link error but a time-out) ends the thread with exactly one serialLost,
-//   unless stop came first; nothing is posted after it.
+// - stop clears running and raises the cancellation signal, which ends the transaction under way
+//   at once (its answer is dropped, its event never posted) and closes the port; it waits for
+//   that, at most timeout + 1 s, and the destructor does not wait again. Queued writes are
+//   dropped. A thread that outlives stop keeps the shared state alive on its own and never
+//   touches the engine object.
+// - Loss of the port (any link error but a time-out), during a transaction or while idle, ends
+//   the thread with exactly one serialLost, unless stop came first; nothing is posted after it.
+// - After a failed request the engine keeps what the device still sends for it from the next
+//   request (a late answer) and reports it as lateAnswer; after a good answer it waits no longer.
 class PollerEngine {
 public:
     using Clock = std::chrono::steady_clock;
@@ -89,7 +93,7 @@ public:
     // Does not touch the port. timeout is the response time-out of every request in seconds.
     PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
                  bool allowsTestDevice, EventHandler onEvent, Post post = {});
-    // Stops reading; the thread is joined when it ends in time, otherwise left to end alone.
+    // Stops reading; a thread that did not end within stop's wait is left to end alone.
     ~PollerEngine();
     PollerEngine(const PollerEngine&) = delete;
     PollerEngine& operator=(const PollerEngine&) = delete;
@@ -101,8 +105,8 @@ public:
     void update(std::vector<PollPlan> plans);
     // Queues a complete write request PDU for unit (0 broadcasts); an empty PDU is ignored.
     void write(Bytes pdu, std::uint8_t unit, Uuid token);
-    // Ends reading; waits at most timeout + 1 s for the thread, and not at all when it was not
-    // running (never started, or the port was lost).
+    // Ends reading and the transaction under way; returns once the thread has closed the port,
+    // at most timeout + 1 s later.
     void stop();
 
     const std::string& path() const noexcept { return path_; }

@@ -46,8 +46,15 @@ struct PollerEvent {
     struct Started {
         friend bool operator==(const Started&, const Started&) = default;
     };
+    // Bytes that came after a request had already failed (a device answering after the time-out,
+    // or the rest of a defective answer); they were kept from the next request and thrown away.
+    // It follows the read or wrote event of the failed request.
+    struct LateAnswer {
+        Bytes bytes;
+        friend bool operator==(const LateAnswer&, const LateAnswer&) = default;
+    };
 
-    using Case = std::variant<Read, Wrote, SerialLost, Started>;
+    using Case = std::variant<Read, Wrote, SerialLost, Started, LateAnswer>;
     Case value;
 
     template <typename T>

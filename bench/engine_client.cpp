@@ -27,6 +27,7 @@ struct Options {
     int quantity = 10;
     double interval = 0;
     double seconds = 3;
+    double timeout = 1.0;
 };
 
 std::optional<double> number(std::string_view text) {
@@ -72,6 +73,8 @@ std::optional<Options> parse(int argc, char** argv) {
             options.interval = *parsed;
         } else if (name == "--seconds") {
             options.seconds = *parsed;
+        } else if (name == "--timeout") {
+            options.timeout = *parsed;
         } else {
             return std::nullopt;
         }
@@ -100,13 +103,14 @@ int run(const Options& options) {
     std::mutex mutex;
     std::vector<Clock::time_point> reads;
     int failures = 0;
-    PollerEngine engine(options.port, options.serial, 1.0, true, [&](const PollerEvent& event) {
-        if (const auto* read = event.as<PollerEvent::Read>()) {
-            const std::lock_guard lock(mutex);
-            reads.push_back(Clock::now());
-            failures += read->result.ok() ? 0 : 1;
-        }
-    });
+    PollerEngine engine(options.port, options.serial, options.timeout, true,
+                        [&](const PollerEvent& event) {
+                            if (const auto* read = event.as<PollerEvent::Read>()) {
+                                const std::lock_guard lock(mutex);
+                                reads.push_back(Clock::now());
+                                failures += read->result.ok() ? 0 : 1;
+                            }
+                        });
     if (!engine.start({poll(options)})) {
         std::fprintf(stderr, "engine_client: cannot open %s\n", options.port.c_str());
         return 1;
@@ -135,7 +139,7 @@ int main(int argc, char** argv) {
     const std::optional<kestrin::Options> options = kestrin::parse(argc, argv);
     if (!options) {
         std::fputs("usage: engine_client --port PATH [--baud B] [--frame 8E1] [--blocks N] "
-                   "[--quantity Q] [--interval S] [--seconds S]\n",
+                   "[--quantity Q] [--interval S] [--seconds S] [--timeout S]\n",
                    stderr);
         return 2;
     }

@@ -62,6 +62,15 @@ LogLineSegments portLost(std::string_view path) {
     return {{Kind::error, L10n::Log::serialLost(path)}};
 }
 
+LogLineSegments lateAnswer(ByteView bytes, const Options& options) {
+    LogLineSegments line{{Kind::warning, "⚠ " + L10n::Log::lateAnswer()}};
+    if (options.showRawFrames) {
+        line.push_back({Kind::meta, "  ←  "});
+        line.push_back({Kind::response, hexString(bytes)});
+    }
+    return line;
+}
+
 std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView request,
                                           ByteView response, double seconds,
                                           const Options& options) {

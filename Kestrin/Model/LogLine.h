@@ -36,6 +36,8 @@ LogLineSegments readingStarted(std::string_view path, std::string_view serial);
 LogLineSegments readingStopped();
 LogLineSegments portReopened();
 LogLineSegments portLost(std::string_view path);
+// "⚠ Late answer discarded", with the bytes when raw frames are on.
+LogLineSegments lateAnswer(ByteView bytes, const Options& options);
 
 // "← Unit 1 · FC 03 Read holding registers · 02 01 F4  (12 ms)": the answer's data, or both
 // whole frames with raw frames on. Nothing with only problems on.

@@ -124,6 +124,8 @@ void PollerModel::handleEvent(const PollerEvent& event) {
         handleRead(*read);
     } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {
         handleWrote(*wrote);
+    } else if (const auto* late = event.as<PollerEvent::LateAnswer>()) {
+        appendLog(LogLine::lateAnswer(late->bytes, logOptions_));
     }
 }
 

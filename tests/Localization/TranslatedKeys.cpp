@@ -147,6 +147,7 @@ const std::vector<TranslatedKey>& translatedKeys() {
         {"Chart.windowHelp", L10n::Chart::windowHelp},
         {"Log.stopped", L10n::Log::stopped},
         {"Log.serialRestored", L10n::Log::serialRestored},
+        {"Log.lateAnswer", L10n::Log::lateAnswer},
         {"Example.pollName", L10n::Example::pollName},
         {"Example.temperature", L10n::Example::temperature},
         {"Example.pressure", L10n::Example::pressure},

@@ -148,6 +148,74 @@ TEST_F(PseudoTerminal, ClosedMasterIsADisconnectNotATimeout) {
     EXPECT_EQ(link->transact(request, true, 2.0), SerialLinkError{SerialLinkError::Disconnected{}});
 }
 
+TEST_F(PseudoTerminal, ALateAnswerIsCollectedForItsRequestAndNeverTakenByTheNext) {
+    const Bytes second = RTUFrame::build(1, Bytes{0x03, 0x04, 0x00, 0x14, 0x00, 0x15});
+    device = std::thread([&] {
+        EXPECT_EQ(receive(request.size()), request);
+        // 1.5 time-outs late, as a slow device does.
+        std::this_thread::sleep_for(450ms);
+        send(answer);
+        EXPECT_EQ(receive(request.size()), request);
+        send(second);
+    });
+    EXPECT_EQ(link->transact(request, true, 0.3), SerialLinkError{SerialLinkError::Timeout{}});
+    EXPECT_EQ(link->lateAnswer(0.3), answer);
+    EXPECT_EQ(link->transact(request, true, 0.3), second);
+}
+
+TEST_F(PseudoTerminal, WaitingForALateAnswerEndsTwoTimeOutsAfterTheRequest) {
+    answerWith({});
+    const auto start = Clock::now();
+    ASSERT_EQ(link->transact(request, true, 0.2), SerialLinkError{SerialLinkError::Timeout{}});
+    EXPECT_EQ(link->lateAnswer(0.2), Bytes{});
+    EXPECT_GE(secondsSince(start), 0.4);
+    EXPECT_LT(secondsSince(start), 1.0);
+}
+
+TEST_F(PseudoTerminal, TheRestOfADefectiveAnswerIsCollectedUntilTheLineIsQuiet) {
+    // A noise byte in front makes the length come out short: FC 01 with byte count 01 is 6 bytes.
+    const Bytes noisy{0x01, 0x01, 0x01, 0x03, 0x04, 0x00, 0x0A, 0x00, 0x0B, 0xAA};
+    answerWith({Bytes(noisy.begin(), noisy.begin() + 6), Bytes(noisy.begin() + 6, noisy.end())},
+               10ms);
+    EXPECT_EQ(link->transact(request, true, 1.0), Bytes(noisy.begin(), noisy.begin() + 6));
+    EXPECT_EQ(link->restOfAnswer(), Bytes(noisy.begin() + 6, noisy.end()));
+}
+
+TEST_F(PseudoTerminal, CancellingEndsEveryWaitAtOnce) {
+    WakeSignal cancel;
+    WakeSignal wake;
+    link->cancelWith(cancel);
+    answerWith({});
+    std::thread stopper([&] {
+        std::this_thread::sleep_for(100ms);
+        cancel.raise();
+    });
+    const auto start = Clock::now();
+    EXPECT_EQ(link->transact(request, true, 5.0), SerialLinkError{SerialLinkError::Cancelled{}});
+    EXPECT_LT(secondsSince(start), 1.0);
+    stopper.join();
+    // Raised stays raised: nothing waits again on a stopped link.
+    EXPECT_EQ(link->transact(request, true, 5.0), SerialLinkError{SerialLinkError::Cancelled{}});
+    EXPECT_EQ(link->idle(std::nullopt, wake), SerialLinkError{SerialLinkError::Cancelled{}});
+}
+
+TEST_F(PseudoTerminal, IdleEndsOnAWakeUpOrAHangUpAndSendsNothing) {
+    WakeSignal wake;
+    wake.raise();
+    EXPECT_TRUE(link->idle(std::nullopt, wake).ok());
+    wake.clear();
+    EXPECT_TRUE(link->idle(Clock::now() + 50ms, wake).ok()) << "the time is up";
+    device = std::thread([this] {
+        std::this_thread::sleep_for(100ms);
+        ::close(master);
+        master = -1;
+    });
+    const auto start = Clock::now();
+    EXPECT_EQ(link->idle(Clock::now() + 60s, wake),
+              SerialLinkError{SerialLinkError::Disconnected{}});
+    EXPECT_LT(secondsSince(start), 5.0);
+}
+
 TEST_F(PseudoTerminal, SecondLinkOnTheSamePortIsBusy) {
     std::thread([this] {
         dropAdministratorCapability();

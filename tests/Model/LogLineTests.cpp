@@ -54,6 +54,15 @@ TEST(LogLine, FailedReadNamesTheBlockAndIsAWarningOnlyForExceptions) {
     });
 }
 
+TEST(LogLine, ALateAnswerIsAProblemShownWithItsBytesOnlyWithRawFrames) {
+    L10n::withLanguageForTesting(Language::en, [] {
+        EXPECT_EQ(LogLine::lateAnswer(response, {}),
+                  (LogLineSegments{{Kind::warning, "⚠ Late answer discarded"}}));
+        EXPECT_EQ(joined(LogLine::lateAnswer(response, onlyProblems)),
+                  "⚠ Late answer discarded  ←  01 03 02 01 F4 B8 53");
+    });
+}
+
 TEST(LogLine, WriteLinesAndWhichOfThemOnlyProblemsKeeps) {
     L10n::withLanguageForTesting(Language::en, [] {
         Datapoint setpoint;

@@ -8,9 +8,11 @@
 #include <array>
 #include <condition_variable>
 #include <ctime>
+#include <fcntl.h>
 #include <functional>
 #include <mutex>
 #include <thread>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -278,16 +280,34 @@ TEST_F(EngineTest, FailedRequestsAreReportedWithTheBytesAndReadingGoesOn) {
     }
 }
 
-TEST_F(EngineTest, StopDuringATimeOutReturnsWhenTheTransactionEnds) {
-    startSimulator({"--fault", "drop=1"}, 2.0);
+TEST_F(EngineTest, StopEndsTheTransactionUnderWayAndFreesThePortAtOnce) {
+    startSimulator({"--fault", "drop=1"}, 5.0);
     ASSERT_TRUE(engine->start({plan(0.05, {0})}).ok());
     ASSERT_TRUE(waitForRequests(ledger, 1));
     const auto stopping = Clock::now();
     engine->stop();
-    EXPECT_LT(secondsSince(stopping), 3.5);
-    std::this_thread::sleep_for(300ms);
-    EXPECT_LE(events.all().size(), 2U) << "started and at most the last read";
-    EXPECT_EQ(lineCount(ledger), 1U);
+    EXPECT_LT(secondsSince(stopping), 1.0) << "not the 5 s time-out";
+    std::this_thread::sleep_for(100ms);
+    EXPECT_EQ(events.all().size(), 1U) << "only started: the cancelled read is not reported";
+    PollerEngine next(simulator->path(), {}, 1.0, true, [](const PollerEvent&) {});
+    EXPECT_TRUE(next.start({}).ok()) << "the port is closed when stop returns";
+    const auto destroying = Clock::now();
+    engine.reset();
+    EXPECT_LT(secondsSince(destroying), 0.5) << "the destructor does not wait again";
+}
+
+TEST_F(EngineTest, APortLostWhileNothingIsDueIsNoticedWithoutWaitingForThePoll) {
+    startSimulator();
+    const PollPlan rare = plan(60, {0});
+    ASSERT_TRUE(engine->start({rare}).ok());
+    events.waitForReads(rare.id, 1);
+    simulator->end(SIGKILL);
+    const auto all = events.waitUntil(
+        [](const auto& seen) {
+            return !seen.empty() && seen.back().template is<PollerEvent::SerialLost>();
+        },
+        5);
+    EXPECT_TRUE(all.back().is<PollerEvent::SerialLost>());
 }
 
 TEST_F(EngineTest, APortHeldByAnotherEngineIsBusyAndNothingIsPosted) {
@@ -321,6 +341,84 @@ TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
     const auto stopping = Clock::now();
     engine->stop();
     EXPECT_LT(secondsSince(stopping), 0.5);
+}
+
+} // namespace
+} // namespace kestrin
+
+namespace kestrin {
+namespace {
+
+// A device on the master side of a pseudo-terminal that answers each FC 03 request of one
+// register with its address + 100, the first one 1.5 time-outs late.
+class LateDevice {
+public:
+    explicit LateDevice(std::chrono::milliseconds lateBy)
+        : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+        std::array<char, 64> name{};
+        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0 &&
+            ptsname_r(master_, name.data(), name.size()) == 0) {
+            path_ = name.data();
+        }
+        thread_ = std::thread([this, lateBy] { serve(lateBy); });
+    }
+    // The engine must be gone first: its closing the other end is what ends serve.
+    ~LateDevice() {
+        thread_.join();
+        ::close(master_);
+    }
+    const std::string& path() const { return path_; }
+
+private:
+    void serve(std::chrono::milliseconds lateBy) {
+        for (int served = 0;; ++served) {
+            Bytes request(8);
+            for (std::size_t done = 0; done < request.size();) {
+                const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
+                if (n <= 0) {
+                    return;
+                }
+                done += static_cast<std::size_t>(n);
+            }
+            const auto address = static_cast<std::uint16_t>(request[2] << 8 | request[3]);
+            const auto value = static_cast<std::uint16_t>(address + 100);
+            const Bytes answer =
+                RTUFrame::build(1, Bytes{0x03, 0x02, static_cast<std::uint8_t>(value >> 8),
+                                         static_cast<std::uint8_t>(value & 0xFF)});
+            if (served == 0) {
+                std::this_thread::sleep_for(lateBy);
+            }
+            if (::write(master_, answer.data(), answer.size()) < 0) {
+                return;
+            }
+        }
+    }
+
+    int master_ = -1;
+    std::string path_;
+    std::thread thread_;
+};
+
+TEST(EngineLateAnswer, ALateAnswerIsDiscardedAndNeverLandsOnTheNextBlock) {
+    LateDevice device(300ms);
+    ASSERT_FALSE(device.path().empty());
+    EventLog events;
+    PollerEngine engine(
+        device.path(), {}, 0.2, true, [&](const PollerEvent& event) { events.record(event); },
+        [](std::function<void()> task) { task(); });
+    const PollPlan two = plan(60, {0, 2});
+    ASSERT_TRUE(engine.start({two}).ok());
+    const auto reads = events.waitForReads(two.id, 2);
+    engine.stop();
+    ASSERT_EQ(reads.size(), 2U);
+    ASSERT_FALSE(reads[0].result.ok());
+    EXPECT_EQ(reads[0].result.error().failure, PollFailure::timeout());
+    EXPECT_EQ(reads[1].result.value(), ReadData::registers({102})) << "not HR 0's 100";
+    const auto all = events.all();
+    ASSERT_GE(all.size(), 4U);
+    const auto* late = all[2].as<PollerEvent::LateAnswer>();
+    ASSERT_NE(late, nullptr) << "reported right after the timed-out read";
+    EXPECT_EQ(late->bytes, RTUFrame::build(1, Bytes{0x03, 0x02, 0x00, 100}));
 }
 
 } // namespace
