@@ -4,13 +4,15 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <numeric>
 
 namespace kestrin {
 
 namespace {
 
-constexpr std::array<std::string_view, 5> names{"drop", "crc", "garbage", "wrong-unit", "delay"};
+constexpr std::array<std::string_view, Faults::allKinds.size()> names{
+    "drop", "crc", "garbage", "wrong-unit", "delay", "late", "noise"};
 
 std::optional<double> probabilityFrom(std::string_view text) {
     double value = 0;
@@ -47,7 +49,7 @@ Result<Faults, std::string> Faults::parse(std::string_view spec, std::uint64_t s
         }
         if (!index || equals == std::string_view::npos) {
             return std::string("unknown fault '") + std::string(item) +
-                   "' (use drop, crc, garbage, wrong-unit or delay with =P)";
+                   "' (use drop, crc, garbage, wrong-unit, delay, late or noise with =P)";
         }
         const std::optional<double> probability = probabilityFrom(item.substr(equals + 1));
         if (!probability) {
@@ -104,10 +106,28 @@ Bytes Faults::apply(Kind kind, Bytes answer) {
             unit >= RTUFrame::unitRange.last ? RTUFrame::unitRange.first : unit + 1;
         return RTUFrame::build(other, ByteView(answer).subspan(1, answer.size() - 3));
     }
+    case Kind::noise: {
+        const int count = std::uniform_int_distribution<int>(1, 3)(random_);
+        Bytes noisy;
+        noisy.reserve(answer.size() + 3);
+        for (int i = 0; i < count; ++i) {
+            noisy.push_back(static_cast<std::uint8_t>(random_()));
+        }
+        noisy.insert(noisy.end(), answer.begin(), answer.end());
+        return noisy;
+    }
     case Kind::delay:
+    case Kind::late:
         break;
     }
     return answer;
+}
+
+double Faults::lateBy(double masterTimeout) {
+    // The clamp keeps the open end open: rounding may carry a canonical draw up to 1.
+    const double timeouts =
+        std::min(std::uniform_real_distribution<double>(1, 2)(random_), std::nextafter(2.0, 1.0));
+    return timeouts * masterTimeout;
 }
 
 } // namespace kestrin

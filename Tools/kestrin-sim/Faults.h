@@ -23,11 +23,15 @@ public:
         garbage,   // line noise of the answer's length instead of the answer
         wrongUnit, // the answer from the next unit address, with a valid CRC
         delay,     // the answer, but late by delayMs
+        late,      // the answer after the master has given up on it: one to two of its time-outs
+        noise,     // the answer behind one to three bytes of line noise
     };
-    static constexpr std::array allKinds{Kind::drop, Kind::crc, Kind::garbage, Kind::wrongUnit,
-                                         Kind::delay};
+    // New kinds go last: each kind's slice of a draw stays put, so a seeded run repeats.
+    static constexpr std::array allKinds{Kind::drop,  Kind::crc,  Kind::garbage, Kind::wrongUnit,
+                                         Kind::delay, Kind::late, Kind::noise};
 
-    // "drop", "crc", "garbage", "wrong-unit", "delay": the names of the --fault option.
+    // "drop", "crc", "garbage", "wrong-unit", "delay", "late", "noise": the names of the --fault
+    // option.
     static std::string_view name(Kind kind) noexcept;
 
     // "drop=0.1,crc=0.05": each named kind with its probability per answer, 0 to 1, together at
@@ -46,9 +50,13 @@ public:
     // The fault this answer suffers, if any. Draws once per call when any fault is enabled.
     std::optional<Kind> draw();
 
-    // The bytes that go out instead of the answer frame; a drop leaves nothing, a delay the answer
-    // unchanged (the caller holds it back).
+    // The bytes that go out instead of the answer frame; a drop leaves nothing, a delay or a late
+    // answer the answer unchanged (the caller holds it back).
     Bytes apply(Kind kind, Bytes answer);
+
+    // How long a late answer is held back: uniform in [1, 2) times the master's time-out, so that
+    // it always misses the request it answers and arrives while the master waits for the next.
+    double lateBy(double masterTimeout);
 
 private:
     std::array<double, allKinds.size()> probabilities_{};

@@ -32,6 +32,9 @@ std::string LedgerEntry::json() const {
     if (fault) {
         object["fault"] = *fault;
     }
+    if (reason) {
+        object["reason"] = *reason;
+    }
     if (delayMs) {
         object["delayMs"] = rounded(*delayMs, 1e3);
     }

@@ -60,9 +60,6 @@ double Simulator::secondsSinceStart(Clock::time_point time) const {
 
 int Simulator::run(const std::atomic<bool>& stop, const sigset_t& waitMask) {
     while (!stop) {
-        if (!sendDueAnswers()) {
-            return 1;
-        }
         pollfd line{fd_, POLLIN, 0};
         const std::optional<Clock::time_point> wake = nextWake();
         timespec timeout{};
@@ -77,6 +74,11 @@ int Simulator::run(const std::atomic<bool>& stop, const sigset_t& waitMask) {
             }
             std::fprintf(stderr, "kestrin-sim: waiting for the line failed: %s\n",
                          std::strerror(errno));
+            return 1;
+        }
+        // Before reading: an answer that fell due during the wait ends the holding, so a request
+        // that arrived with it is heard.
+        if (!sendDueAnswer()) {
             return 1;
         }
         if ((line.revents & POLLIN) != 0) {
@@ -135,15 +137,23 @@ void Simulator::handle(const FrameSplitter::Frame& frame, Clock::time_point star
     if (frame.kind != Kind::request) {
         entry.frame = frame.kind == Kind::response ? "response" : "garbage";
         entry.action = frame.kind == Kind::response ? "ignored" : "discarded";
-        ledger_.record(entry);
-        return;
+    } else if (pending_) {
+        entry.frame = "request";
+        entry.action = "ignored";
+        entry.reason = "an answer is held back";
+    } else {
+        entry.frame = "request";
+        respond(frame, start, entry);
     }
-    entry.frame = "request";
+    ledger_.record(entry);
+}
+
+void Simulator::respond(const FrameSplitter::Frame& frame, Clock::time_point start,
+                        LedgerEntry& entry) {
     const std::uint8_t unit = frame.bytes[0];
     const std::optional<Bytes> answer = device_.respond(frame.bytes, entry.seconds);
     if (!answer) {
         entry.action = unit == RTUFrame::broadcastUnit ? "broadcast" : "silent";
-        ledger_.record(entry);
         return;
     }
     const bool isException = (*answer)[1] & 0x80;
@@ -158,56 +168,52 @@ void Simulator::handle(const FrameSplitter::Frame& frame, Clock::time_point star
         sent = faults_.apply(*fault, std::move(sent));
         if (*fault == Faults::Kind::delay) {
             after += timing_.delay;
+        } else if (*fault == Faults::Kind::late) {
+            after += faults_.lateBy(timing_.masterTimeout);
         }
     }
     if (!sent.empty()) {
         entry.delayMs = after * 1000;
-        schedule(start + std::chrono::duration_cast<Clock::duration>(Seconds(after)), sent);
+        pending_ = PendingAnswer{
+            start + std::chrono::duration_cast<Clock::duration>(Seconds(after)), sent};
     }
     entry.sent = std::move(sent);
-    ledger_.record(entry);
 }
 
-void Simulator::schedule(Clock::time_point due, Bytes bytes) {
-    const auto later = std::upper_bound(
-        pending_.begin(), pending_.end(), due,
-        [](Clock::time_point time, const PendingAnswer& answer) { return time < answer.due; });
-    pending_.insert(later, PendingAnswer{due, std::move(bytes)});
-}
-
-bool Simulator::sendDueAnswers() {
-    while (!pending_.empty() && pending_.front().due <= Clock::now()) {
-        const Bytes bytes = std::move(pending_.front().bytes);
-        pending_.erase(pending_.begin());
-        std::size_t written = 0;
-        while (written < bytes.size()) {
-            const ssize_t count = ::write(fd_, bytes.data() + written, bytes.size() - written);
-            if (count > 0) {
-                written += static_cast<std::size_t>(count);
-                continue;
-            }
-            if (count < 0 && errno == EINTR) {
-                continue;
-            }
-            if (count < 0 && errno == EAGAIN) {
-                pollfd line{fd_, POLLOUT, 0};
-                if (poll(&line, 1, writeWaitMs) > 0 && (line.revents & POLLOUT) != 0) {
-                    continue;
-                }
-                std::fputs("kestrin-sim: nobody reads the line; an answer was lost\n", stderr);
-                break;
-            }
-            std::fprintf(stderr, "kestrin-sim: sending failed: %s\n", std::strerror(errno));
-            return false;
+bool Simulator::sendDueAnswer() {
+    if (!pending_ || pending_->due > Clock::now()) {
+        return true;
+    }
+    const Bytes bytes = std::move(pending_->bytes);
+    pending_.reset();
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(fd_, bytes.data() + written, bytes.size() - written);
+        if (count > 0) {
+            written += static_cast<std::size_t>(count);
+            continue;
         }
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0 && errno == EAGAIN) {
+            pollfd line{fd_, POLLOUT, 0};
+            if (poll(&line, 1, writeWaitMs) > 0 && (line.revents & POLLOUT) != 0) {
+                continue;
+            }
+            std::fputs("kestrin-sim: nobody reads the line; an answer was lost\n", stderr);
+            return true;
+        }
+        std::fprintf(stderr, "kestrin-sim: sending failed: %s\n", std::strerror(errno));
+        return false;
     }
     return true;
 }
 
 std::optional<Simulator::Clock::time_point> Simulator::nextWake() const {
     std::optional<Clock::time_point> wake;
-    if (!pending_.empty()) {
-        wake = pending_.front().due;
+    if (pending_) {
+        wake = pending_->due;
     }
     if (!splitter_.isEmpty()) {
         const Clock::time_point silent =

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
-#include <vector>
+#include <optional>
 
 namespace kestrin {
 
@@ -22,6 +22,7 @@ struct SimulatorTiming {
     int bitsPerCharacter = 11;
     double turnaround = 0.001; // seconds between the end of a request and the start of its answer
     double delay = 1.5;        // seconds the delay fault holds an answer back
+    double masterTimeout = 1;  // seconds the master waits; the late fault answers after 1 to 2
 
     // Seconds from the first byte of a request to the moment the whole answer has arrived.
     double answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept;
@@ -33,7 +34,8 @@ struct SimulatorTiming {
 // The event loop of kestrin-sim: cuts what arrives on the line into frames, lets the device
 // answer requests, applies faults, sends each answer when it is due and keeps the ledger. One
 // thread; it sleeps in ppoll until bytes arrive, an answer is due, the line falls silent or a
-// signal comes.
+// signal comes. Half duplex like an RS-485 device: while it holds an answer back it does not
+// listen, so requests that arrive meanwhile are ignored and answers never pile up.
 class Simulator {
 public:
     Simulator(int fd, SlaveDevice& device, Faults faults, Ledger& ledger, SimulatorTiming timing);
@@ -54,8 +56,8 @@ private:
     bool readAvailable(Clock::time_point arrival);
     void takeFrames(bool afterSilence);
     void handle(const FrameSplitter::Frame& frame, Clock::time_point start);
-    void schedule(Clock::time_point due, Bytes bytes);
-    bool sendDueAnswers();
+    void respond(const FrameSplitter::Frame& frame, Clock::time_point start, LedgerEntry& entry);
+    bool sendDueAnswer();
     std::optional<Clock::time_point> nextWake() const;
     double secondsSinceStart(Clock::time_point time) const;
 
@@ -69,7 +71,7 @@ private:
     // When the first byte still in the splitter arrived, and when the last one did.
     Clock::time_point bufferStart_;
     Clock::time_point lastByte_;
-    std::vector<PendingAnswer> pending_; // ordered by due time
+    std::optional<PendingAnswer> pending_; // the answer held back, at most one
 };
 
 } // namespace kestrin

@@ -13,6 +13,7 @@
 #include "SlaveDevice.h"
 #include "SymbolicLink.h"
 
+#include <array>
 #include <atomic>
 #include <charconv>
 #include <csignal>
@@ -24,6 +25,7 @@
 #include <string_view>
 #include <sys/prctl.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -51,12 +53,17 @@ constexpr const char* usage =
     "  --wire-timing           answer only when request and answer would have crossed\n"
     "                          the line at that speed, plus the turnaround\n"
     "  --turnaround-ms MS      the device's reaction time with --wire-timing (default 1)\n"
-    "  --fault drop=P,crc=P,garbage=P,wrong-unit=P,delay=P\n"
-    "                          misbehave with these probabilities per answer\n"
+    "  --fault drop=P,crc=P,garbage=P,wrong-unit=P,delay=P,late=P,noise=P\n"
+    "                          misbehave with these probabilities per answer: garbage\n"
+    "                          replaces the answer, noise puts 1 to 3 random bytes before\n"
+    "                          it, late answers after 1 to 2 of the master's time-outs\n"
     "  --delay-ms MS           how late the delay fault answers (default 1500)\n"
+    "  --master-timeout-ms MS  the master's time-out, for the late fault (default 1000)\n"
     "  --seed N                seed of faults and random values (default 1)\n"
     "  --ledger FILE           one JSON line per frame received: what it was, what was done\n"
     "\n"
+    "While an answer is held back (wire timing, delay, late) requests that arrive are\n"
+    "ignored, as a half-duplex device does not hear them.\n"
     "It stops on SIGINT or SIGTERM, and when the process that started it ends.\n";
 
 struct Options {
@@ -70,6 +77,7 @@ struct Options {
     double turnaroundMs = 1;
     std::string faults;
     double delayMs = 1500;
+    double masterTimeoutMs = 1000;
     std::uint64_t seed = 1;
     std::optional<std::string> ledger;
 };
@@ -99,6 +107,62 @@ std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
     return units.empty() ? std::nullopt : std::optional(units);
 }
 
+// Whether an option's value was taken.
+enum class Taken { yes, invalid, unknownOption };
+
+// Stores the value of one option that takes a value.
+Taken takeValue(Options& options, std::string_view option, const std::string& value) {
+    const auto take = [](auto parsed, auto& field, auto isValid) {
+        if (!parsed || !isValid(*parsed)) {
+            return Taken::invalid;
+        }
+        field = *parsed;
+        return Taken::yes;
+    };
+    const auto positive = [](auto number) { return number > 0; };
+    const auto notNegative = [](double number) { return number >= 0; };
+    const auto any = [](const auto&) { return true; };
+    using Path = std::optional<std::string> Options::*;
+    static constexpr std::array<std::pair<std::string_view, Path>, 5> paths{{
+        {"--csv", &Options::csv},
+        {"--project", &Options::project},
+        {"--link", &Options::link},
+        {"--port", &Options::port},
+        {"--ledger", &Options::ledger},
+    }};
+    for (const auto& [name, field] : paths) {
+        if (option == name) {
+            options.*field = value;
+            return Taken::yes;
+        }
+    }
+    if (option == "--fault") {
+        options.faults = value;
+        return Taken::yes;
+    }
+    if (option == "--unit") {
+        return take(unitList(value), options.units, any);
+    }
+    if (option == "--baud") {
+        return take(number<int>(value), options.serial.baudRate, positive);
+    }
+    if (option == "--frame") {
+        return take(options.serial.withFrame(value), options.serial, any);
+    }
+    if (option == "--turnaround-ms" || option == "--delay-ms") {
+        auto& field = option == "--delay-ms" ? options.delayMs : options.turnaroundMs;
+        return take(number<double>(value), field, notNegative);
+    }
+    if (option == "--master-timeout-ms") {
+        // A late answer is late by whole time-outs: with none there is nothing to be late for.
+        return take(number<double>(value), options.masterTimeoutMs, positive);
+    }
+    if (option == "--seed") {
+        return take(number<std::uint64_t>(value), options.seed, any);
+    }
+    return Taken::unknownOption;
+}
+
 // The options, or a message for a usage error (empty for --help).
 Result<Options, std::string> parseOptions(int argc, char** argv) {
     Options options;
@@ -115,52 +179,11 @@ Result<Options, std::string> parseOptions(int argc, char** argv) {
             return "missing value after " + std::string(option);
         }
         const std::string value = argv[++i];
-        const auto invalid = [&] {
+        const Taken taken = takeValue(options, option, value);
+        if (taken == Taken::invalid) {
             return "invalid value '" + value + "' for " + std::string(option);
-        };
-        if (option == "--csv") {
-            options.csv = value;
-        } else if (option == "--project") {
-            options.project = value;
-        } else if (option == "--unit") {
-            const auto units = unitList(value);
-            if (!units) {
-                return invalid();
-            }
-            options.units = *units;
-        } else if (option == "--link") {
-            options.link = value;
-        } else if (option == "--port") {
-            options.port = value;
-        } else if (option == "--baud") {
-            const auto baud = number<int>(value);
-            if (!baud || *baud <= 0) {
-                return invalid();
-            }
-            options.serial.baudRate = *baud;
-        } else if (option == "--frame") {
-            const auto serial = options.serial.withFrame(value);
-            if (!serial) {
-                return invalid();
-            }
-            options.serial = *serial;
-        } else if (option == "--turnaround-ms" || option == "--delay-ms") {
-            const auto milliseconds = number<double>(value);
-            if (!milliseconds || !(*milliseconds >= 0)) {
-                return invalid();
-            }
-            (option == "--delay-ms" ? options.delayMs : options.turnaroundMs) = *milliseconds;
-        } else if (option == "--fault") {
-            options.faults = value;
-        } else if (option == "--seed") {
-            const auto seed = number<std::uint64_t>(value);
-            if (!seed) {
-                return invalid();
-            }
-            options.seed = *seed;
-        } else if (option == "--ledger") {
-            options.ledger = value;
-        } else {
+        }
+        if (taken == Taken::unknownOption) {
             return "unknown option " + std::string(option);
         }
     }
@@ -248,6 +271,17 @@ std::vector<Datapoint> underUnits(const std::vector<Datapoint>& datapoints,
         }
     }
     return copies;
+}
+
+SimulatorTiming timingOf(const Options& options) {
+    SimulatorTiming timing;
+    timing.wireTiming = options.wireTiming;
+    timing.baudRate = options.serial.baudRate;
+    timing.bitsPerCharacter = options.serial.bitsPerCharacter();
+    timing.turnaround = options.turnaroundMs / 1000;
+    timing.delay = options.delayMs / 1000;
+    timing.masterTimeout = options.masterTimeoutMs / 1000;
+    return timing;
 }
 
 // Lock-free, so the handler may set it.
@@ -355,12 +389,7 @@ int main(int argc, char** argv) {
                  line.value().path().c_str(), options.serial.shortDescription().c_str(),
                  options.wireTiming ? " with wire timing" : "");
 
-    SimulatorTiming timing;
-    timing.wireTiming = options.wireTiming;
-    timing.baudRate = options.serial.baudRate;
-    timing.bitsPerCharacter = options.serial.bitsPerCharacter();
-    timing.turnaround = options.turnaroundMs / 1000;
-    timing.delay = options.delayMs / 1000;
-    Simulator simulator(line.value().fd(), device, std::move(faults).value(), ledger, timing);
+    Simulator simulator(line.value().fd(), device, std::move(faults).value(), ledger,
+                        timingOf(options));
     return simulator.run(stopRequested, waitMask);
 }

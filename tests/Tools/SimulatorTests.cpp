@@ -1,4 +1,5 @@
 #include "../ModbusCore/HexBytes.h"
+#include "ChildProcess.h"
 #include "RTUFrame.h"
 #include "ServedLine.h"
 #include "Simulator.h"
@@ -12,12 +13,51 @@
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace kestrin {
 namespace {
 
 using test::hexBytes;
 using Clock = std::chrono::steady_clock;
+
+// Everything that arrives on fd until `count` bytes are in or the limit passes.
+Bytes receive(int fd, std::size_t count, std::chrono::milliseconds limit) {
+    Bytes received;
+    const Clock::time_point deadline = Clock::now() + limit;
+    while (received.size() < count && Clock::now() < deadline) {
+        pollfd input{fd, POLLIN, 0};
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        if (poll(&input, 1, static_cast<int>(left.count()) + 1) == 1) {
+            std::uint8_t buffer[256];
+            const ssize_t n = ::read(fd, buffer, sizeof buffer);
+            if (n > 0) {
+                received.insert(received.end(), buffer, buffer + n);
+            }
+        }
+    }
+    return received;
+}
+
+void send(int fd, const Bytes& bytes) {
+    ASSERT_EQ(::write(fd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+}
+
+std::vector<std::string> fileLines(const std::string& path) {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// One file per test: ctest may run tests side by side.
+std::string ledgerPath() {
+    return ::testing::TempDir() + "kestrin-sim-" + std::to_string(::getpid()) + "-" +
+           ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".jsonl";
+}
 
 // A simulator serving holding registers 0 and 1 of unit 1 on a pseudo-terminal, on its own
 // thread, and the master's end of the line.
@@ -28,9 +68,6 @@ public:
         , device_({Datapoint(Uuid::random(), "", 1, RegisterTable::holdingRegister, 0,
                              DataType::uint32, WordOrder::abcd, 1, "", DisplayFormat::decimal,
                              0x00010002, "", Simulation())}) {
-        // One file per test: ctest may run tests side by side.
-        ledgerPath_ = ::testing::TempDir() + "kestrin-sim-" +
-                      ::testing::UnitTest::GetInstance()->current_test_info()->name() + ".jsonl";
         EXPECT_TRUE(ledger_.open(ledgerPath_));
         master_ = ::open(line_.path().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
         sigset_t mask;
@@ -51,43 +88,17 @@ public:
         ::close(master_);
     }
 
-    void send(const Bytes& bytes) {
-        ASSERT_EQ(::write(master_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
-
-    // Everything that arrives until `count` bytes are in or the limit passes.
+    void send(const Bytes& bytes) { kestrin::send(master_, bytes); }
     Bytes receive(std::size_t count, std::chrono::milliseconds limit) {
-        Bytes received;
-        const Clock::time_point deadline = Clock::now() + limit;
-        while (received.size() < count && Clock::now() < deadline) {
-            pollfd input{master_, POLLIN, 0};
-            const auto left =
-                std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
-            if (poll(&input, 1, static_cast<int>(left.count()) + 1) == 1) {
-                std::uint8_t buffer[256];
-                const ssize_t n = ::read(master_, buffer, sizeof buffer);
-                if (n > 0) {
-                    received.insert(received.end(), buffer, buffer + n);
-                }
-            }
-        }
-        return received;
+        return kestrin::receive(master_, count, limit);
     }
-
-    std::vector<std::string> ledgerLines() const {
-        std::ifstream file(ledgerPath_);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(file, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
+    std::vector<std::string> ledgerLines() const { return fileLines(ledgerPath_); }
 
 private:
     ServedLine line_;
     SlaveDevice device_;
     Ledger ledger_;
-    std::string ledgerPath_;
+    std::string ledgerPath_ = ledgerPath();
     int master_ = -1;
     std::atomic<bool> stop_ = false;
     std::thread thread_;
@@ -142,6 +153,80 @@ TEST(Simulator, DelayFaultHoldsTheAnswerBackAndLedgerSaysSo) {
     const std::vector<std::string> ledger = simulator.ledgerLines();
     ASSERT_EQ(ledger.size(), 1U);
     EXPECT_NE(ledger[0].find(R"("fault":"delay")"), std::string::npos) << ledger[0];
+}
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// The built simulator, half duplex: a request that comes while a late answer is held back is
+// heard by nobody, so the late answer is all the master gets until the device listens again.
+TEST(Simulator, LateAnswerComesOneToTwoTimeOutsLateAndDeafensTheDeviceMeanwhile) {
+    const double timeout = 0.1;
+    const std::string ledger = ledgerPath();
+    const ChildProcess::SimulatorProcess simulator(
+        {KESTRIN_SIM_PATH, "--fault", "late=1", "--master-timeout-ms", "100", "--ledger", ledger});
+    ASSERT_FALSE(simulator.port().empty());
+    const int master = ::open(simulator.port().c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    ASSERT_NE(master, -1);
+    // The example list's setpoint and mode: two registers, then one, so the answers differ.
+    const Bytes twoRegisters = RTUFrame::build(1, hexBytes("03 00 00 00 02"));
+    const Bytes oneRegister = RTUFrame::build(1, hexBytes("03 00 00 00 01"));
+    const std::size_t twoAnswerSize = 9;
+    const std::size_t oneAnswerSize = 7;
+
+    const Clock::time_point sent = Clock::now();
+    send(master, twoRegisters);
+    EXPECT_TRUE(receive(master, 1, std::chrono::milliseconds(50)).empty());
+    send(master, oneRegister);
+    const Bytes late = receive(master, twoAnswerSize, std::chrono::seconds(5));
+    const double lateBy = secondsSince(sent);
+    ASSERT_EQ(late.size(), twoAnswerSize);
+    EXPECT_TRUE(RTUFrame::hasValidCRC(late));
+    EXPECT_GE(lateBy, timeout);
+    EXPECT_LT(lateBy, 2 * timeout + 0.5);
+    // Long past the latest moment an answer to the second request could come.
+    EXPECT_TRUE(receive(master, 1, std::chrono::milliseconds(400)).empty());
+
+    send(master, oneRegister);
+    EXPECT_EQ(receive(master, oneAnswerSize, std::chrono::seconds(5)).size(), oneAnswerSize);
+    ::close(master);
+
+    const std::vector<std::string> lines = fileLines(ledger);
+    ASSERT_EQ(lines.size(), 3U);
+    const nlohmann::json first = nlohmann::json::parse(lines[0]);
+    EXPECT_EQ(first["fault"], "late");
+    EXPECT_GE(first["delayMs"].get<double>(), 100);
+    EXPECT_LT(first["delayMs"].get<double>(), 200);
+    EXPECT_LE(first["delayMs"].get<double>(), lateBy * 1000);
+    const nlohmann::json second = nlohmann::json::parse(lines[1]);
+    EXPECT_EQ(second["action"], "ignored");
+    EXPECT_EQ(second["sent"], "");
+    EXPECT_TRUE(second.contains("reason"));
+    EXPECT_EQ(nlohmann::json::parse(lines[2])["action"], "answered");
+}
+
+TEST(Simulator, RefusesBadOptionValuesWithUsage) {
+    const struct {
+        std::vector<std::string> options;
+        std::string message;
+    } rows[] = {
+        {{"--master-timeout-ms", "0"}, "invalid value '0' for --master-timeout-ms"},
+        {{"--delay-ms", "-1"}, "invalid value '-1' for --delay-ms"},
+        {{"--baud", "0"}, "invalid value '0' for --baud"},
+        {{"--frame", "9Z1"}, "invalid value '9Z1' for --frame"},
+        {{"--fault", "noise=2"}, "the probability of noise must be a number from 0 to 1"},
+        {{"--lateness", "1"}, "unknown option --lateness"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.message);
+        std::vector<std::string> arguments{KESTRIN_SIM_PATH};
+        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
+        const ChildProcess::ProcessResult result = ChildProcess::run(arguments);
+        EXPECT_EQ(result.exitCode, 2);
+        EXPECT_TRUE(result.err.starts_with("kestrin-sim: " + row.message + "\n")) << result.err;
+        EXPECT_EQ(result.out, "");
+    }
 }
 
 } // namespace
