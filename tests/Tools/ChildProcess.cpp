@@ -88,7 +88,7 @@ int millisecondsUntil(Clock::time_point deadline) {
     return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
-// Everything written to an anonymous file, which is closed.
+// Everything written to an anonymous file so far.
 std::string contents(int file) {
     std::string text;
     std::array<char, 4096> chunk{};
@@ -97,27 +97,53 @@ std::string contents(int file) {
            0) {
         text.append(chunk.data(), static_cast<std::size_t>(count));
     }
-    ::close(file);
     return text;
 }
 
 } // namespace
 
 ProcessResult run(const std::vector<std::string>& arguments, std::chrono::milliseconds limit) {
-    // Files rather than pipes: nothing has to drain them while the child runs.
-    const int out = ::memfd_create("out", MFD_CLOEXEC);
-    const int err = ::memfd_create("err", MFD_CLOEXEC);
-    ProcessResult result;
-    const pid_t pid = spawn(arguments, out, err);
-    if (pid != -1 && ended(pid, limit)) {
-        int waitStatus = 0;
-        ::waitpid(pid, &waitStatus, 0);
-        result.exitCode = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -1;
-    } else if (pid != -1) {
-        stop(pid);
+    return RunningProcess(arguments).finish(limit);
+}
+
+// Files rather than pipes: nothing has to drain them while the child runs.
+RunningProcess::RunningProcess(const std::vector<std::string>& arguments)
+    : out_(::memfd_create("out", MFD_CLOEXEC))
+    , err_(::memfd_create("err", MFD_CLOEXEC)) {
+    pid_ = spawn(arguments, out_, err_);
+}
+
+RunningProcess::~RunningProcess() {
+    if (pid_ != -1) {
+        stop(pid_);
     }
-    result.out = contents(out);
-    result.err = contents(err);
+    ::close(out_);
+    ::close(err_);
+}
+
+bool RunningProcess::waitForOutput(const std::string& text, std::chrono::milliseconds limit) {
+    const Clock::time_point deadline = Clock::now() + limit;
+    while (pid_ != -1 && contents(out_).find(text) == std::string::npos) {
+        // Waiting for the end doubles as the pause between two looks.
+        if (ended(pid_, std::chrono::milliseconds(20)) || Clock::now() >= deadline) {
+            return contents(out_).find(text) != std::string::npos;
+        }
+    }
+    return pid_ != -1;
+}
+
+ProcessResult RunningProcess::finish(std::chrono::milliseconds limit) {
+    ProcessResult result;
+    if (pid_ != -1 && ended(pid_, limit)) {
+        int waitStatus = 0;
+        ::waitpid(pid_, &waitStatus, 0);
+        result.exitCode = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -1;
+    } else if (pid_ != -1) {
+        stop(pid_);
+    }
+    pid_ = -1;
+    result.out = contents(out_);
+    result.err = contents(err_);
     return result;
 }
 

@@ -21,6 +21,28 @@ struct ProcessResult {
 ProcessResult run(const std::vector<std::string>& arguments,
                   std::chrono::milliseconds limit = std::chrono::seconds(60));
 
+// A program that runs while the test goes on, its output readable at any time. The destructor
+// stops it if it still runs.
+class RunningProcess {
+public:
+    explicit RunningProcess(const std::vector<std::string>& arguments);
+    ~RunningProcess();
+    RunningProcess(const RunningProcess&) = delete;
+    RunningProcess& operator=(const RunningProcess&) = delete;
+
+    // Waits until the standard output holds text; false when the program ended or the limit
+    // passed first.
+    bool waitForOutput(const std::string& text,
+                       std::chrono::milliseconds limit = std::chrono::seconds(20));
+    // Waits for the end as run does, with the same limit rule.
+    ProcessResult finish(std::chrono::milliseconds limit = std::chrono::seconds(60));
+
+private:
+    pid_t pid_ = -1;
+    int out_ = -1;
+    int err_ = -1;
+};
+
 // A kestrin-sim serving a pseudo-terminal for the life of this object; the first line it prints
 // is the path of the terminal. The destructor stops it, however the test ended.
 class SimulatorProcess {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -34,12 +35,16 @@ std::vector<std::string> words(const std::string& line) {
 }
 
 // Serves every-type.csv, which holds the registers of both fixtures.
-SimulatorProcess simulator(const std::string& faults = "") {
+std::vector<std::string> simulatorCommand(const std::string& options) {
     std::vector<std::string> arguments{KESTRIN_SIM_PATH, "--csv", fixtures + "/every-type.csv"};
-    for (std::string& word : words(faults)) {
+    for (std::string& word : words(options)) {
         arguments.push_back(std::move(word));
     }
-    return SimulatorProcess(std::move(arguments));
+    return arguments;
+}
+
+SimulatorProcess simulator(const std::string& faults = "") {
+    return SimulatorProcess(simulatorCommand(faults));
 }
 
 std::vector<std::string> pollCommand(const std::string& port, const std::string& options) {
@@ -201,6 +206,42 @@ TEST(CliPoll, EndsCleanlyOnSigintAndSigterm) {
         EXPECT_TRUE(logged.back().starts_with("Requests ")) << logged.back();
         EXPECT_EQ(std::remove(out.c_str()), 0);
     }
+}
+
+// The simulator ends after the first cycle and comes back at the same link, which no port
+// discovery announces: the poll logs the loss and the reopening as the window does, and its
+// cycles count on across the outage.
+TEST(CliPoll, ResumesWhenTheSimulatorReturnsAtItsLinkAndCountsCyclesAcrossTheOutage) {
+    const std::string link = temporaryPath("ttyKestrinSim");
+    std::optional<SimulatorProcess> sim;
+    sim.emplace(simulatorCommand("--link " + link));
+    ASSERT_FALSE(sim->port().empty());
+    ChildProcess::RunningProcess poll(
+        pollCommand(link, "--csv " + boiler + " --baud 9600 --frame 8E1 --cycles 3"));
+    const std::string input = "← Unit 1 · FC 04 Read input registers · 02 00 EA";
+    ASSERT_TRUE(poll.waitForOutput(input));
+    sim.reset();
+    const std::string lost = "Serial port " + link + " is gone; waiting for it to return";
+    ASSERT_TRUE(poll.waitForOutput(lost));
+    sim.emplace(simulatorCommand("--link " + link));
+    const ProcessResult result = poll.finish();
+    EXPECT_EQ(result.exitCode, 0);
+    EXPECT_EQ(result.err, "");
+
+    const std::vector<std::string> logged = lines(result.out);
+    const std::string started = "--- Reading started on " + link + " @ 9600 8E1 ---";
+    const auto loss = std::find(logged.begin(), logged.end(), lost);
+    ASSERT_NE(loss, logged.end()) << result.out;
+    ASSERT_GE(logged.end() - loss, 5);
+    EXPECT_EQ(std::vector(loss, loss + 3),
+              (std::vector<std::string>{lost, "--- Serial port open again ---", started}));
+    EXPECT_EQ(logged.front(), started);
+    EXPECT_EQ(std::count(logged.begin(), logged.end(), input), 3);
+    EXPECT_EQ(std::count(logged.begin(), logged.end(),
+                         "← Unit 1 · FC 03 Read holding registers · 04 12 34 FB 2E"),
+              3);
+    EXPECT_EQ(logged[logged.size() - 2], "--- Reading stopped ---");
+    EXPECT_EQ(logged.back(), "Requests 6 · Responses 6 · No response 0 · Exceptions 0 · Invalid 0");
 }
 
 TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
