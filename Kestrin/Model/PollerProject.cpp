@@ -72,9 +72,8 @@ void renewRepeatedIDs(std::vector<Poll>& polls) {
             }
         }
         for (const auto& [repeated, fresh] : renewed) {
-            const bool keptHere =
-                std::any_of(poll.datapoints.begin(), poll.datapoints.end(),
-                            [&](const Datapoint& datapoint) { return datapoint.id == repeated; });
+            const bool keptHere = std::ranges::find(poll.datapoints, repeated, &Datapoint::id) !=
+                                  poll.datapoints.end();
             if (!keptHere && poll.plotted.erase(repeated) != 0) {
                 poll.plotted.insert(fresh);
             }
