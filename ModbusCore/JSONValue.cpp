@@ -45,6 +45,15 @@ std::optional<std::int64_t> wholeNumber(const nlohmann::json& value) {
     return std::nullopt;
 }
 
+// Nothing when the key is absent or null: both leave the default in place.
+const nlohmann::json* member(const nlohmann::json& object, std::string_view key) {
+    if (!object.is_object()) {
+        return nullptr;
+    }
+    auto found = object.find(key);
+    return found == object.end() || found->is_null() ? nullptr : &*found;
+}
+
 } // namespace
 
 Error Error::inside(std::string_view key) && {
@@ -55,14 +64,6 @@ Error Error::inside(std::string_view key) && {
 Error Error::at(std::size_t index) && {
     path = joined("[" + std::to_string(index) + "]", path);
     return std::move(*this);
-}
-
-const nlohmann::json* member(const nlohmann::json& object, std::string_view key) {
-    if (!object.is_object()) {
-        return nullptr;
-    }
-    auto found = object.find(key);
-    return found == object.end() || found->is_null() ? nullptr : &*found;
 }
 
 Field<std::string> string(const nlohmann::json& object, std::string_view key) {

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -57,9 +58,6 @@ struct Error {
 // key.
 template <typename T>
 using Field = Result<std::optional<T>, Error>;
-
-// Nothing when the key is absent or null.
-const nlohmann::json* member(const nlohmann::json& object, std::string_view key);
 
 Field<std::string> string(const nlohmann::json& object, std::string_view key);
 // A whole number in [minimum, maximum]; a float with no fraction counts as whole.
@@ -117,6 +115,22 @@ Field<Enumeration> enumeration(const nlohmann::json& object, std::string_view ke
         return error;
     }
     return std::optional<Enumeration>(*parsed);
+}
+
+// Each element of a list, decoded by decode; an error names the list and the element's index
+// ("polls[2].name"). List is nlohmann::json, a parameter only so that this header needs no more
+// than its forward declaration.
+template <typename T, typename List, typename Decode>
+Result<std::vector<T>, Error> elements(const List& list, std::string_view key, Decode decode) {
+    std::vector<T> values;
+    for (std::size_t index = 0; index < list.size(); ++index) {
+        auto decoded = decode(list[index]);
+        if (!decoded) {
+            return Error(decoded.error()).at(index).inside(key);
+        }
+        values.push_back(std::move(decoded).value());
+    }
+    return values;
 }
 
 // A double as JSON: a number when finite, since JSON has no literal for the others.

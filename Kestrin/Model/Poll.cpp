@@ -29,21 +29,6 @@ nlohmann::json Poll::json() const {
 
 namespace {
 
-// Each element decoded by decode, an error naming the list and the element's index.
-template <typename T, typename Decode>
-Result<std::vector<T>, JSONValue::Error> elements(const nlohmann::json& list, std::string_view key,
-                                                  Decode decode) {
-    std::vector<T> values;
-    for (std::size_t index = 0; index < list.size(); ++index) {
-        auto decoded = decode(list[index]);
-        if (!decoded) {
-            return JSONValue::Error(decoded.error()).at(index).inside(key);
-        }
-        values.push_back(std::move(decoded).value());
-    }
-    return values;
-}
-
 Result<Uuid, JSONValue::Error> plottedID(const nlohmann::json& value) {
     std::optional<Uuid> parsed;
     if (value.is_string()) {
@@ -61,7 +46,8 @@ Result<Poll, JSONValue::Error> decodeLists(Poll poll, const nlohmann::json& obje
         return datapoints.error();
     }
     if (datapoints.value()) {
-        auto decoded = elements<Datapoint>(**datapoints.value(), "datapoints", Datapoint::fromJSON);
+        auto decoded =
+            JSONValue::elements<Datapoint>(**datapoints.value(), "datapoints", Datapoint::fromJSON);
         if (!decoded) {
             return decoded.error();
         }
@@ -72,7 +58,7 @@ Result<Poll, JSONValue::Error> decodeLists(Poll poll, const nlohmann::json& obje
         return plotted.error();
     }
     if (plotted.value()) {
-        auto decoded = elements<Uuid>(**plotted.value(), "plotted", plottedID);
+        auto decoded = JSONValue::elements<Uuid>(**plotted.value(), "plotted", plottedID);
         if (!decoded) {
             return decoded.error();
         }

@@ -86,18 +86,13 @@ Result<std::vector<Poll>, JSONValue::Error> decodePolls(const nlohmann::json& ob
     if (!list) {
         return list.error();
     }
-    std::vector<Poll> polls;
-    if (list.value()) {
-        const nlohmann::json& elements = **list.value();
-        for (std::size_t index = 0; index < elements.size(); ++index) {
-            auto poll = Poll::fromJSON(elements[index]);
-            if (!poll) {
-                return JSONValue::Error(poll.error()).at(index).inside("polls");
-            }
-            polls.push_back(std::move(poll).value());
-        }
+    if (!list.value()) {
+        return std::vector<Poll>();
     }
-    renewRepeatedIDs(polls);
+    auto polls = JSONValue::elements<Poll>(**list.value(), "polls", Poll::fromJSON);
+    if (polls) {
+        renewRepeatedIDs(polls.value());
+    }
     return polls;
 }
 
