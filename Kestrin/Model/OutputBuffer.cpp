@@ -1,6 +1,7 @@
 #include "OutputBuffer.h"
 
 #include "TextFile.h"
+#include "TextFileWriter.h"
 
 #include <algorithm>
 #include <utility>
@@ -59,9 +60,22 @@ QString OutputBuffer::fileName(const QDateTime& now) {
 }
 
 Result<void, std::string> OutputBuffer::save(const QString& path) const {
-    const QByteArray bytes = text_.toUtf8();
-    return TextFile::write(
-        path, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    // Converted a slice at a time, so that a full log is never held twice, as UTF-16 and UTF-8.
+    constexpr qsizetype slice = 32 * 1024;
+    TextFileWriter writer(path);
+    for (qsizetype position = 0; position < text_.size();) {
+        qsizetype length = std::min(slice, text_.size() - position);
+        // A character outside the BMP stays whole.
+        if (text_.at(position + length - 1).isHighSurrogate() && position + length < text_.size()) {
+            ++length;
+        }
+        const QByteArray bytes = QStringView(text_).sliced(position, length).toUtf8();
+        if (!writer.append(std::string_view(bytes.constData(), std::size_t(bytes.size())))) {
+            break;
+        }
+        position += length;
+    }
+    return writer.commit();
 }
 
 void OutputBuffer::addRun(LogSegment::Kind kind, qsizetype length) {

@@ -1,6 +1,7 @@
 #include "ProjectStore.h"
 
 #include "L10n.h"
+#include "TextFile.h"
 
 #include <utility>
 
@@ -8,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace kestrin {
@@ -37,24 +37,7 @@ Result<PollerProject, std::string> readProject(const QString& path) {
 // The folder is created first, but a failure there is left for the write itself to report.
 Result<void, std::string> writeAtomically(const PollerProject& project, const QString& path) {
     QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString().toStdString();
-    }
-    const std::string bytes = project.encoded();
-    // commit() ignores a failed final flush (a full disk) and would put a cut-off file in place,
-    // so the flush is checked here.
-    if (file.write(bytes.data(), static_cast<qint64>(bytes.size())) !=
-            static_cast<qint64>(bytes.size()) ||
-        !file.flush()) {
-        std::string reason = file.errorString().toStdString();
-        file.cancelWriting();
-        return reason;
-    }
-    if (!file.commit()) {
-        return file.errorString().toStdString();
-    }
-    return {};
+    return TextFile::write(path, project.encoded());
 }
 
 } // namespace
@@ -114,11 +97,7 @@ Result<PollerProject, std::string> ProjectStore::open(const QString& path) {
 }
 
 Result<void, std::string> ProjectStore::saveAs(const PollerProject& project, const QString& path) {
-    auto written = writeAtomically(project, path);
-    if (!written) {
-        return L10n::Errors::saveFailed(written.error());
-    }
-    return {};
+    return writeAtomically(project, path);
 }
 
 } // namespace kestrin

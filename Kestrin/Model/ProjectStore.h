@@ -34,13 +34,14 @@ public:
     // An autosave that exists but cannot be read, decoded or has no polls is moved aside as
     // "project.json.broken-<date-time>" first, so that the next save cannot overwrite it.
     Loaded load() const;
-    // Creates the folder when missing and writes atomically; the caller drops the error.
+    // Creates the folder when missing; the caller drops the error.
     Result<void, std::string> save(const PollerProject& project) const;
 
     // A project file chosen by the user; the error is the text to show: "Cannot read ..." and
     // what was wrong ("timeoutMs: expected a number", or the system's reason).
     static Result<PollerProject, std::string> open(const QString& path);
-    // The error is the text to show ("Saving failed: ...").
+    // Creates the folder when missing; the error is the system's description, for the caller's
+    // "Saving failed: " sentence.
     static Result<void, std::string> saveAs(const PollerProject& project, const QString& path);
 
 private:

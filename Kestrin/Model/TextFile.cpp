@@ -1,7 +1,8 @@
 #include "TextFile.h"
 
+#include "TextFileWriter.h"
+
 #include <QLocale>
-#include <QSaveFile>
 
 namespace kestrin::TextFile {
 
@@ -13,20 +14,9 @@ QString stampedName(std::string_view prefix, const QDateTime& now, std::string_v
 }
 
 Result<void, std::string> write(const QString& path, std::string_view bytes) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return file.errorString().toStdString();
-    }
-    if (file.write(bytes.data(), static_cast<qint64>(bytes.size())) !=
-        static_cast<qint64>(bytes.size())) {
-        const std::string reason = file.errorString().toStdString();
-        file.cancelWriting();
-        return reason;
-    }
-    if (!file.commit()) {
-        return file.errorString().toStdString();
-    }
-    return {};
+    TextFileWriter writer(path);
+    writer.append(bytes);
+    return writer.commit();
 }
 
 } // namespace kestrin::TextFile

@@ -14,8 +14,8 @@ namespace kestrin::TextFile {
 
 // prefix + "2026-11-16T160512" + extension, in the time zone of now.
 QString stampedName(std::string_view prefix, const QDateTime& now, std::string_view extension);
-// Writes the bytes to a temporary file beside path and renames it over path, so a failure
-// never leaves a half-written file; the error is the system's description.
+// All the bytes at once through TextFileWriter: the target is replaced whole or not at all; the
+// error is the system's description.
 Result<void, std::string> write(const QString& path, std::string_view bytes);
 
 } // namespace kestrin::TextFile

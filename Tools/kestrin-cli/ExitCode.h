@@ -5,7 +5,8 @@ namespace kestrin {
 // What kestrin-cli tells a calling script.
 enum class ExitCode : int {
     success = 0,
-    // The device did not answer, or answered with an exception or a defective frame.
+    // The device did not answer, or answered with an exception or a defective frame; for a
+    // poll, the history or the log could not be written.
     requestFailed = 1,
     usageError = 2,
     // The port could not be opened, or failed while in use.

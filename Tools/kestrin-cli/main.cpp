@@ -11,6 +11,7 @@
 #include "WriteCommand.h"
 
 #include <algorithm>
+#include <csignal>
 #include <iostream>
 #include <string_view>
 #include <vector>
@@ -73,6 +74,9 @@ ExitCode run(const std::vector<std::string_view>& arguments) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // Past a file-size limit writing the history or the log then fails with a message and exit
+    // status 1, where the default action would end the program without a word.
+    std::signal(SIGXFSZ, SIG_IGN);
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     return status(run(arguments));
 }

@@ -82,13 +82,17 @@ TEST(OutputBuffer, SavesPlainUTF8AndReportsAFailedSave) {
     QTemporaryDir folder;
     OutputBuffer buffer;
     appendText(buffer, "✕ Außen");
+    // The emoji's two UTF-16 units straddle 32,768 units, where the saved text is cut into
+    // pieces; split, each half would be saved as a replacement character.
+    const std::string longLine = std::string(32767 - 8, 'x') + "😀";
+    appendText(buffer, longLine);
     const QDateTime time(QDate(2026, 1, 2), QTime(3, 4, 5));
     EXPECT_EQ(OutputBuffer::fileName(time), "kestrin-log-2026-01-02T030405.txt");
     const QString path = folder.filePath(OutputBuffer::fileName(time));
     ASSERT_TRUE(buffer.save(path).ok());
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("✕ Außen\n"));
+    EXPECT_EQ(file.readAll().toStdString(), "✕ Außen\n" + longLine + "\n");
     const auto failed = buffer.save(folder.filePath("missing/log.txt"));
     EXPECT_TRUE(!failed.ok() && !failed.error().empty());
 }

@@ -1,3 +1,5 @@
+#include "FileSizeLimit.h"
+#include "LogLine.h"
 #include "ModelFixture.h"
 
 #include <tuple>
@@ -86,6 +88,40 @@ TEST_F(PollerModelProject, EveryProjectChangeIsAutosavedAfterTheDelayAndAtShutdo
     model->renamePoll(model->polls()[0].id, "Renamed");
     model->shutdown();
     EXPECT_TRUE(saved());
+}
+
+// Each file the model writes, cut off by a file-size limit far before its end and one byte
+// before it: the message names the cause once and the previous file stays as it was.
+TEST_F(PollerModelProject, AFailedSaveKeepsThePreviousFileAndNamesTheCauseOnce) {
+    const Datapoint level = holding("Level", 100);
+    create(project({poll("Boiler", {level})}));
+    model->recordSample(level.id, {QDateTime::currentDateTime(), 21.5});
+    model->appendLog(LogLine::readingStopped());
+    const std::vector<std::pair<const char*, void (PollerModel::*)(const QString&)>> saves{
+        {"project", &PollerModel::saveProjectAs},
+        {"datapoints", &PollerModel::exportDatapoints},
+        {"history", &PollerModel::exportHistory},
+        {"log", &PollerModel::saveLog}};
+    for (const auto& [name, save] : saves) {
+        const QString target = file(QString::fromUtf8(name));
+        (model.get()->*save)(target);
+        ASSERT_FALSE(model->errorMessage()) << *model->errorMessage();
+        const auto size = static_cast<rlim_t>(contents(target).size());
+        for (const rlim_t limit : {rlim_t{1}, size - 1}) {
+            SCOPED_TRACE(std::string(name) + " cut off at " + std::to_string(limit));
+            put(target, "old");
+            {
+                const Testing::FileSizeLimit cutOff(limit);
+                (model.get()->*save)(target);
+            }
+            EXPECT_EQ(model->errorMessage(), "Saving failed: File too large");
+            EXPECT_EQ(contents(target), "old");
+            model->setErrorMessage(std::nullopt);
+        }
+        // Nothing half-written is left beside it either.
+        EXPECT_EQ(QDir(folder.path()).entryList({target.section('/', -1) + "*"}, QDir::Files),
+                  QStringList{target.section('/', -1)});
+    }
 }
 
 using PollerModelReplace = QuietReading;

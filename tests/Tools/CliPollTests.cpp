@@ -156,6 +156,32 @@ TEST(CliPoll, WritesTheHistoryInTimeThenTableOrderWithCrLfAndTheLogAsPrinted) {
     EXPECT_EQ(std::remove(log.c_str()), 0);
 }
 
+// Under a file-size limit of nothing neither file can be written: both failures are named, the
+// files written before stay as they were, and the exit status is 1.
+TEST(CliPoll, AHistoryAndLogThatCannotBeWrittenKeepTheOldFilesAndExitOne) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const std::string history = temporaryPath("kept-history.csv");
+    const std::string log = temporaryPath("kept-log.txt");
+    std::ofstream(history) << "old history";
+    std::ofstream(log) << "old log";
+    // The limit would stop the files that capture the output too, so the messages and the exit
+    // status come through a pipe, and the log as printed is dropped.
+    const char* const script =
+        "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat";
+    std::vector<std::string> arguments{"/bin/sh", "-c", script, "sh"};
+    for (std::string& word : pollCommand(sim.port(), "--csv " + boiler + " --cycles 1 --history " +
+                                                         history + " --log " + log)) {
+        arguments.push_back(std::move(word));
+    }
+    const ProcessResult result = ChildProcess::run(arguments);
+    EXPECT_EQ(result.out, "Saving failed: File too large\nSaving failed: File too large\nexit 1\n");
+    EXPECT_EQ(fileText(history), "old history");
+    EXPECT_EQ(fileText(log), "old log");
+    EXPECT_EQ(std::remove(history.c_str()), 0);
+    EXPECT_EQ(std::remove(log.c_str()), 0);
+}
+
 TEST(CliPoll, ReadsOnlyTheEnabledPollsOfAProjectWithItsSettingsOrTheOverrides) {
     const SimulatorProcess sim = simulator();
     ASSERT_FALSE(sim.port().empty());
