@@ -8,9 +8,11 @@
 #include "MainWindow.h"
 #include "PollerModel.h"
 #include "PortScanner.h"
+#include "QuitSignals.h"
 #include "Screenshot.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstring>
 #include <iostream>
 #include <memory>
@@ -68,6 +70,9 @@ PollerModel::Environment screenshotEnvironment(std::optional<QTemporaryDir>& pre
 } // namespace
 
 int main(int argc, char** argv) {
+    // Past a file-size limit a save then fails with a message, where the default action would
+    // end the program without a word.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Screenshots need no display.
     if (wantsScreenshot(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -115,6 +120,8 @@ int main(int argc, char** argv) {
     // Stop reading and save at once, before the window and the demo device go.
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &model,
                      [&model] { model.shutdown(); });
+    // Logout, systemctl stop and kill take the same way out, and save the last changes too.
+    QuitSignals::install(application);
 
     MainWindow window(model);
     window.show();
