@@ -343,12 +343,6 @@ TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
     EXPECT_LT(secondsSince(stopping), 0.5);
 }
 
-} // namespace
-} // namespace kestrin
-
-namespace kestrin {
-namespace {
-
 // A device on the master side of a pseudo-terminal that answers each FC 03 request of one
 // register with its address + 100, the first one 1.5 time-outs late.
 class LateDevice {
@@ -399,17 +393,16 @@ private:
     std::thread thread_;
 };
 
-TEST(EngineLateAnswer, ALateAnswerIsDiscardedAndNeverLandsOnTheNextBlock) {
+TEST_F(EngineTest, ALateAnswerIsDiscardedAndNeverLandsOnTheNextBlock) {
     LateDevice device(300ms);
     ASSERT_FALSE(device.path().empty());
-    EventLog events;
-    PollerEngine engine(
+    PollerEngine reader(
         device.path(), {}, 0.2, true, [&](const PollerEvent& event) { events.record(event); },
         [](std::function<void()> task) { task(); });
     const PollPlan two = plan(60, {0, 2});
-    ASSERT_TRUE(engine.start({two}).ok());
+    ASSERT_TRUE(reader.start({two}).ok());
     const auto reads = events.waitForReads(two.id, 2);
-    engine.stop();
+    reader.stop();
     ASSERT_EQ(reads.size(), 2U);
     ASSERT_FALSE(reads[0].result.ok());
     EXPECT_EQ(reads[0].result.error().failure, PollFailure::timeout());

@@ -3,6 +3,8 @@
 #include "StatusDot.h"
 #include "TopBar.h"
 
+#include <chrono>
+
 #include <QComboBox>
 #include <QPushButton>
 #include <QToolButton>
@@ -116,6 +118,32 @@ TEST(TopBarLock, PortBaudAndFrameAreLockedOnlyWhileReading) {
                 << control->objectName().toStdString();
         }
         EXPECT_EQ(child<StatusDot>(bar, "statusDot")->toolTip(), "Stopped");
+    });
+}
+
+TEST(TopBarLock, StopDuringAnUnansweredRequestDoesNotWaitForTheTimeOut) {
+    QuietTerminal terminal;
+    ASSERT_FALSE(terminal.path().empty());
+    inEnglish([&] {
+        PollerProject slow = project({examplePoll()});
+        slow.timeoutMs = 5000;
+        auto model = makeModel(std::move(slow));
+        model->addTestDevice(terminal.path(), "terminal");
+        TopBar bar(*model);
+        auto* button = child<QPushButton>(bar, "startStopButton");
+        model->start();
+        ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+        // The first request is on the line and its answer will never come.
+        QTest::qWait(100);
+        const auto clicked = std::chrono::steady_clock::now();
+        QTest::mouseClick(button, Qt::LeftButton);
+        const std::chrono::duration<double> blocked = std::chrono::steady_clock::now() - clicked;
+        EXPECT_EQ(model->state(), PollerState::stopped);
+        EXPECT_LT(blocked.count(), 1.0) << "the window froze for the time-out";
+        model->start();
+        EXPECT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
+            << "the port is free again at once: " << model->errorMessage().value_or("");
+        model->stop();
     });
 }
 
