@@ -2,8 +2,8 @@
 
 #include <array>
 #include <cstdint>
-#include <fcntl.h>
 #include <sys/inotify.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -63,12 +63,9 @@ PortPathWatcher::~PortPathWatcher() {
 }
 
 bool PortPathWatcher::canOpen(const std::string& path) {
-    const int fd = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0) {
-        return false;
-    }
-    ::close(fd);
-    return true;
+    struct stat node {};
+    return ::stat(path.c_str(), &node) == 0 && !S_ISDIR(node.st_mode) &&
+           ::access(path.c_str(), R_OK | W_OK) == 0;
 }
 
 void PortPathWatcher::look() {

@@ -15,9 +15,9 @@ namespace kestrin {
 // hears of adapters the device registry announces; pseudo-terminals, links to them and systems
 // without udev come back unannounced, so the path is looked at itself: whenever its folder, or
 // the folder its symbolic link points into, changes (inotify), or on a timer where no such watch
-// can be set up (a folder that is gone, no inotify). A node counts as back only once it opens:
-// a link to a pseudo-terminal outlives the terminal, and a fresh device node is not yet ours
-// until udev has given it its group.
+// can be set up (a folder that is gone, no inotify). A node counts as back only once it could be
+// opened: a link to a pseudo-terminal outlives the terminal, and a fresh device node is not yet
+// ours until udev has given it its group.
 // Thread contract: created, used and destroyed on one thread that runs a Qt event loop.
 class PortPathWatcher : public QObject {
     Q_OBJECT
@@ -38,7 +38,9 @@ public:
     // True while some folder cannot be watched and the path is looked at on the timer instead.
     bool isPolling() const noexcept { return fallback_.isActive(); }
 
-    // Opens the path for reading and writing, as the serial link does, and closes it at once.
+    // Whether the path leads to a node other than a folder that this user may read and write.
+    // Looked at, never opened: opening a serial port raises DTR and closing it drops it again,
+    // which resets many controller boards.
     static bool canOpen(const std::string& path);
 
 signals:
