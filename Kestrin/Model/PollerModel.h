@@ -269,6 +269,8 @@ private:
     std::unique_ptr<PortScanner> scanner_;
     // Present while the port is lost and not yet reopened.
     std::unique_ptr<PortPathWatcher> lostPortWatcher_;
+    // The selected path's link as it was when reading last opened the port.
+    std::optional<PortPathWatcher::LinkIdentity> openedLink_;
     std::vector<SerialPortInfo> scannedPorts_;
     std::vector<SerialPortInfo> testDevices_;
     std::optional<std::set<std::string>> knownPaths_;

@@ -35,6 +35,7 @@ bool PollerModel::startEngine() {
         return false;
     }
     engine_ = std::move(engine);
+    openedLink_ = PortPathWatcher::linkIdentity(selectedPath_);
     return true;
 }
 

@@ -13,7 +13,7 @@ void PollerModel::portLost(const std::string& path) {
     setState(PollerState::serialLost);
     appendLog(LogLine::portLost(path));
     // The path resume opens, which is also the one the engine lost: it cannot change meanwhile.
-    lostPortWatcher_ = std::make_unique<PortPathWatcher>(selectedPath_);
+    lostPortWatcher_ = std::make_unique<PortPathWatcher>(selectedPath_, openedLink_);
     connect(lostPortWatcher_.get(), &PortPathWatcher::returned, this, &PollerModel::armResume);
     // An adapter replugged before the engine noticed is back already; nothing will announce it.
     if (lostPortWatcher_->isOpenable()) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <sys/inotify.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 #include <utility>
 
@@ -34,13 +35,19 @@ QStringList foldersOf(const std::string& path) {
     return folders;
 }
 
+// The slave ends of pseudo-terminals: major numbers 136 to 143 in the kernel's device list.
+bool isPseudoTerminal(dev_t device) {
+    return major(device) >= 136 && major(device) <= 143;
+}
+
 } // namespace
 
-PortPathWatcher::PortPathWatcher(std::string path, std::chrono::milliseconds fallbackInterval,
-                                 QObject* parent)
+PortPathWatcher::PortPathWatcher(std::string path, std::optional<LinkIdentity> openedLink,
+                                 std::chrono::milliseconds fallbackInterval, QObject* parent)
     : QObject(parent)
     , path_(std::move(path))
-    , inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    , inotify_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    , openedLink_(openedLink) {
     if (inotify_ >= 0) {
         notifier_ = std::make_unique<QSocketNotifier>(inotify_, QSocketNotifier::Read);
         connect(notifier_.get(), &QSocketNotifier::activated, this, [this] {
@@ -52,7 +59,7 @@ PortPathWatcher::PortPathWatcher(std::string path, std::chrono::milliseconds fal
     connect(&fallback_, &QTimer::timeout, this, &PortPathWatcher::look);
     // Watching before the first look, so that nothing between the two goes unnoticed.
     watchFolders();
-    openable_ = canOpen(path_);
+    openable_ = isBack();
 }
 
 PortPathWatcher::~PortPathWatcher() {
@@ -68,10 +75,31 @@ bool PortPathWatcher::canOpen(const std::string& path) {
            ::access(path.c_str(), R_OK | W_OK) == 0;
 }
 
+std::optional<PortPathWatcher::LinkIdentity>
+PortPathWatcher::linkIdentity(const std::string& path) {
+    struct stat link {};
+    if (::lstat(path.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) {
+        return std::nullopt;
+    }
+    return LinkIdentity{link.st_ino, link.st_ctim.tv_sec, link.st_ctim.tv_nsec};
+}
+
+bool PortPathWatcher::isBack() const {
+    if (!canOpen(path_)) {
+        return false;
+    }
+    struct stat node {};
+    if (::stat(path_.c_str(), &node) != 0) {
+        return false;
+    }
+    return !(S_ISCHR(node.st_mode) && isPseudoTerminal(node.st_rdev) &&
+             linkIdentity(path_) == openedLink_);
+}
+
 void PortPathWatcher::look() {
     // A link may now point elsewhere, or a missing folder may be back.
     watchFolders();
-    const bool openable = canOpen(path_);
+    const bool openable = isBack();
     const bool back = openable && !openable_;
     openable_ = openable;
     if (back) {

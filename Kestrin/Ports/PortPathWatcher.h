@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include <QObject>
@@ -17,7 +18,9 @@ namespace kestrin {
 // the folder its symbolic link points into, changes (inotify), or on a timer where no such watch
 // can be set up (a folder that is gone, no inotify). A node counts as back only once it could be
 // opened: a link to a pseudo-terminal outlives the terminal, and a fresh device node is not yet
-// ours until udev has given it its group.
+// ours until udev has given it its group. Pseudo-terminal numbers are handed out again at once to
+// whichever program asks next, so a path that led to one counts as back only once the link has
+// been made anew (as kestrin-sim --link does): an old link may point at a stranger's terminal.
 // Thread contract: created, used and destroyed on one thread that runs a Qt event loop.
 class PortPathWatcher : public QObject {
     Q_OBJECT
@@ -25,9 +28,20 @@ class PortPathWatcher : public QObject {
 public:
     static constexpr std::chrono::milliseconds defaultFallbackInterval{500};
 
-    explicit PortPathWatcher(std::string path,
-                             std::chrono::milliseconds fallbackInterval = defaultFallbackInterval,
-                             QObject* parent = nullptr);
+    // A symbolic link's own identity (inode and change time); nothing for anything else.
+    struct LinkIdentity {
+        unsigned long long inode = 0;
+        long long changedSeconds = 0;
+        long long changedNanoseconds = 0;
+        friend bool operator==(const LinkIdentity&, const LinkIdentity&) = default;
+    };
+    static std::optional<LinkIdentity> linkIdentity(const std::string& path);
+
+    // openedLink: the path's link as it was when the lost port was opened, so that a link to a
+    // pseudo-terminal that was made anew before the loss was noticed still counts.
+    PortPathWatcher(std::string path, std::optional<LinkIdentity> openedLink,
+                    std::chrono::milliseconds fallbackInterval = defaultFallbackInterval,
+                    QObject* parent = nullptr);
     ~PortPathWatcher() override;
     PortPathWatcher(const PortPathWatcher&) = delete;
     PortPathWatcher& operator=(const PortPathWatcher&) = delete;
@@ -49,6 +63,7 @@ signals:
 
 private:
     void look();
+    bool isBack() const;
     void watchFolders();
     void drainEvents();
 
@@ -57,6 +72,7 @@ private:
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer fallback_;
     bool openable_ = false;
+    std::optional<LinkIdentity> openedLink_;
 };
 
 } // namespace kestrin

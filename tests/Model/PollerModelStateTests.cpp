@@ -77,15 +77,6 @@ TEST_F(PollerModelRunning, LostPortDropsTheEngineRefusesStartAndWritesThenStops)
     EXPECT_EQ(countInLog("--- Reading stopped ---"), 1);
 }
 
-// An adapter replugged before the engine noticed the loss: nothing will announce its return.
-TEST_F(PollerModelRunning, PortThatOpensWhenTheLossArrivesIsReopened) {
-    send({PollerEvent::SerialLost{device.path()}});
-    EXPECT_EQ(model->state(), PollerState::serialLost);
-    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    EXPECT_EQ(countInLog("--- Serial port open again ---"), 1);
-    EXPECT_EQ(countInLog("--- Reading started on " + device.path()), 2);
-}
-
 TEST_F(PollerModelRunning, ReadsAndWritesCountEachFailureInItsCounter) {
     for (const PollFailure failure :
          {PollFailure::exception(2), timeout, crc, PollFailure::malformed(),

@@ -35,7 +35,7 @@ TEST(PortPathWatcher, ReturnsEachTimeTheLinkOpensAgainAndNotForAnythingElse) {
     Watched w;
     ASSERT_FALSE(w.terminal.path().empty());
     const fs::path port = w.file("ttyKestrin");
-    PortPathWatcher watcher(port.string(), neverPolled);
+    PortPathWatcher watcher(port.string(), std::nullopt, neverPolled);
     QSignalSpy returned(&watcher, &PortPathWatcher::returned);
     EXPECT_FALSE(watcher.isOpenable());
     EXPECT_FALSE(watcher.isPolling());
@@ -57,6 +57,24 @@ TEST(PortPathWatcher, ReturnsEachTimeTheLinkOpensAgainAndNotForAnythingElse) {
     EXPECT_EQ(returned.count(), 2);
 }
 
+TEST(PortPathWatcher, AnOldLinkToAPseudoTerminalIsNotTakenForItsReturn) {
+    Watched w;
+    ASSERT_FALSE(w.terminal.path().empty());
+    const fs::path port = w.file("ttyKestrin");
+    // The lost terminal's number went to another program, and the old link leads there.
+    Watched::link(port, w.terminal.path());
+    PortPathWatcher watcher(port.string(), PortPathWatcher::linkIdentity(port.string()),
+                            neverPolled);
+    QSignalSpy returned(&watcher, &PortPathWatcher::returned);
+    EXPECT_FALSE(watcher.isOpenable());
+    std::ofstream(w.file("unrelated")) << "x";
+    QTest::qWait(100);
+    EXPECT_EQ(returned.count(), 0);
+
+    Watched::link(port, w.terminal.path());
+    EXPECT_TRUE(returned.wait(generous)) << "a link made anew is the device back";
+}
+
 TEST(PortPathWatcher, SeesTheTargetOfALinkComeBackInItsOwnFolder) {
     Watched w;
     const fs::path devices = w.file("dev");
@@ -64,11 +82,12 @@ TEST(PortPathWatcher, SeesTheTargetOfALinkComeBackInItsOwnFolder) {
     const fs::path port = w.file("ttyKestrin");
     // Like a link to /dev/ttyUSB0 while the adapter is out.
     Watched::link(port, devices / "ttyUSB0");
-    PortPathWatcher watcher(port.string(), neverPolled);
+    PortPathWatcher watcher(port.string(), std::nullopt, neverPolled);
     QSignalSpy returned(&watcher, &PortPathWatcher::returned);
     EXPECT_FALSE(watcher.isOpenable());
 
-    Watched::link(devices / "ttyUSB0", w.terminal.path());
+    // A device node that is not a pseudo-terminal stands in for the adapter.
+    Watched::link(devices / "ttyUSB0", "/dev/null");
     EXPECT_TRUE(returned.wait(generous));
 }
 
@@ -76,7 +95,7 @@ TEST(PortPathWatcher, LooksOnTheTimerWhileTheFolderIsMissingThenWatchesIt) {
     Watched w;
     const fs::path folder = w.file("by-id");
     const fs::path port = folder / "usb-FTDI-port0";
-    PortPathWatcher watcher(port.string(), 20ms);
+    PortPathWatcher watcher(port.string(), std::nullopt, 20ms);
     QSignalSpy returned(&watcher, &PortPathWatcher::returned);
     EXPECT_TRUE(watcher.isPolling());
 
