@@ -61,7 +61,7 @@ QString OutputBuffer::fileName(const QDateTime& now) {
 
 Result<void, std::string> OutputBuffer::save(const QString& path) const {
     // Converted a slice at a time, so that a full log is never held twice, as UTF-16 and UTF-8.
-    constexpr qsizetype slice = 32 * 1024;
+    constexpr qsizetype slice = qsizetype{32} * 1024;
     TextFileWriter writer(path);
     for (qsizetype position = 0; position < text_.size();) {
         qsizetype length = std::min(slice, text_.size() - position);

@@ -16,7 +16,7 @@ namespace kestrin {
 namespace {
 
 // Rows of a few dozen bytes are gathered into writes of this size.
-constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::size_t bufferSize = std::size_t{64} * 1024;
 // A name is taken only by another save running at the same moment or by one that died; a few
 // fresh random names get past both.
 constexpr int nameAttempts = 16;
