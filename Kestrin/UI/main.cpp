@@ -67,6 +67,29 @@ PollerModel::Environment screenshotEnvironment(std::optional<QTemporaryDir>& pre
     return PollerModel::Environment{};
 }
 
+// Reads the demo device for a while when there is one, renders the named view to the file and
+// ends the program.
+int takeScreenshot(PollerModel& model, MainWindow& window, const AppOptions& options,
+                   bool withDemo) {
+    const QString file = QString::fromStdString(*options.outFile);
+    int result = 0;
+    if (withDemo && model.canStart()) {
+        model.start();
+    }
+    const double wait = options.waitSeconds.value_or(withDemo ? demoWaitSeconds : plainWaitSeconds);
+    QTimer::singleShot(static_cast<int>(wait * 1000), &window, [&] {
+        const auto rendered =
+            Screenshot::render(model, window, *options.screenshot, file, options.width.value_or(0));
+        if (!rendered) {
+            std::cerr << "kestrin: " << rendered.error() << "\n";
+            result = exitFailure;
+        }
+        QApplication::quit();
+    });
+    QApplication::exec();
+    return result;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -126,25 +149,8 @@ int main(int argc, char** argv) {
     MainWindow window(model);
     window.show();
 
-    if (const auto& name = options.value().screenshot) {
-        const QString file = QString::fromStdString(*options.value().outFile);
-        int result = 0;
-        if (demo && model.canStart()) {
-            model.start();
-        }
-        const double wait =
-            options.value().waitSeconds.value_or(demo ? demoWaitSeconds : plainWaitSeconds);
-        QTimer::singleShot(static_cast<int>(wait * 1000), &window, [&] {
-            const auto rendered =
-                Screenshot::render(model, window, *name, file, options.value().width.value_or(0));
-            if (!rendered) {
-                std::cerr << "kestrin: " << rendered.error() << "\n";
-                result = exitFailure;
-            }
-            QApplication::quit();
-        });
-        QApplication::exec();
-        return result;
+    if (options.value().screenshot) {
+        return takeScreenshot(model, window, options.value(), demo != nullptr);
     }
     return QApplication::exec();
 }

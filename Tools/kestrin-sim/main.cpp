@@ -312,6 +312,37 @@ sigset_t installStopSignals() {
     return waitMask;
 }
 
+// Makes --link's path lead to the line; false, with the reason on stderr, when it cannot.
+bool linkTo(const ServedLine& line, const Options& options, std::optional<SymbolicLink>& link) {
+    if (!options.link) {
+        return true;
+    }
+    Result<SymbolicLink, std::string> created = SymbolicLink::create(*options.link, line.path());
+    if (!created) {
+        std::fprintf(stderr, "kestrin-sim: %s\n", created.error().c_str());
+        return false;
+    }
+    link.emplace(std::move(created).value());
+    return true;
+}
+
+// The path goes to standard output, the one thing a master needs from us: without it there is
+// no point serving. What is served goes to standard error for the person watching.
+bool announce(const ServedLine& line, const SlaveDevice& device, const Options& options) {
+    std::printf("%s\n", line.path().c_str());
+    if (std::fflush(stdout) != 0) {
+        return false;
+    }
+    std::string units;
+    for (std::uint8_t unit : device.units()) {
+        units += (units.empty() ? "" : ",") + std::to_string(unit);
+    }
+    std::fprintf(stderr, "kestrin-sim: unit %s on %s, %s%s\n", units.c_str(), line.path().c_str(),
+                 options.serial.shortDescription().c_str(),
+                 options.wireTiming ? " with wire timing" : "");
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -366,28 +397,13 @@ int main(int argc, char** argv) {
         return exitFailure;
     }
     std::optional<SymbolicLink> link;
-    if (options.link) {
-        Result<SymbolicLink, std::string> created =
-            SymbolicLink::create(*options.link, line.value().path());
-        if (!created) {
-            std::fprintf(stderr, "kestrin-sim: %s\n", created.error().c_str());
-            return exitFailure;
-        }
-        link.emplace(std::move(created).value());
-    }
-
-    // The path is the one thing a master needs from us: without it there is no point serving.
-    std::printf("%s\n", line.value().path().c_str());
-    if (std::fflush(stdout) != 0) {
+    if (!linkTo(line.value(), options, link)) {
         return exitFailure;
     }
-    std::string units;
-    for (std::uint8_t unit : device.units()) {
-        units += (units.empty() ? "" : ",") + std::to_string(unit);
+
+    if (!announce(line.value(), device, options)) {
+        return exitFailure;
     }
-    std::fprintf(stderr, "kestrin-sim: unit %s on %s, %s%s\n", units.c_str(),
-                 line.value().path().c_str(), options.serial.shortDescription().c_str(),
-                 options.wireTiming ? " with wire timing" : "");
 
     Simulator simulator(line.value().fd(), device, std::move(faults).value(), ledger,
                         timingOf(options));
