@@ -2,6 +2,7 @@
 
 #include "Text.h"
 
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -59,6 +60,7 @@ std::optional<DataType> DataType::fromText(std::string_view text) {
 }
 
 DataType::Range DataType::range() const noexcept {
+    using Limits = std::numeric_limits<std::int64_t>;
     switch (case_) {
     case boolean:
         return {0, 1};
@@ -67,20 +69,33 @@ DataType::Range DataType::range() const noexcept {
     case int16:
         return {-32768, 32767};
     case uint32:
-        return {0, 4294967295.0};
+        return {0, 4294967295};
     case int32:
-        return {-2147483648.0, 2147483647};
-    case float32:
-        return {-std::numeric_limits<float>::max(), std::numeric_limits<float>::max()};
+        return {-2147483648, 2147483647};
     case uint64:
-        // 2^64: the largest uint64 is not a double, and this is the double it rounds to.
-        return {0, 18446744073709551616.0};
+        return {0, std::numeric_limits<std::uint64_t>::max()};
     case int64:
-        return {-9223372036854775808.0, 9223372036854775808.0};
+        return {Limits::min(), static_cast<std::uint64_t>(Limits::max())};
+    case float32:
     case float64:
-        return {-std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+        break;
     }
     return {};
+}
+
+bool DataType::holds(const Value& raw) const noexcept {
+    if (isFloat()) {
+        const double magnitude = std::abs(raw.toDouble());
+        return case_ == float32 ? magnitude <= std::numeric_limits<float>::max()
+                                : magnitude <= std::numeric_limits<double>::max();
+    }
+    const Range bounds = range();
+    if (raw.isNegative()) {
+        const auto value = raw.signedValue();
+        return value && *value >= bounds.minimum;
+    }
+    const auto value = raw.unsignedValue();
+    return value && *value <= bounds.maximum;
 }
 
 std::span<const DataType> DataType::allowed(RegisterTable table) noexcept {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RegisterTable.h"
+#include "Value.h"
 
 #include <array>
 #include <cstdint>
@@ -28,10 +29,10 @@ public:
     static constexpr std::array allCases{boolean, uint16, int16, uint32, int32,
                                          float32, uint64, int64, float64};
 
-    // The raw value's closed range as doubles; the range check of typed input uses it.
+    // The closed range of an integer type's raw values, exactly.
     struct Range {
-        double minimum = 0;
-        double maximum = 0;
+        std::int64_t minimum = 0;
+        std::uint64_t maximum = 0;
         friend constexpr bool operator==(const Range&, const Range&) = default;
     };
 
@@ -57,7 +58,12 @@ public:
         return case_ == int16 || case_ == int32 || case_ == int64;
     }
     constexpr bool usesWordOrder() const noexcept { return registerCount() > 1; }
+    // Integer types and bool; the floating-point types have no integer range and give {0, 0}.
     Range range() const noexcept;
+    // Whether a raw value is one the type can hold: for integer types a whole number inside
+    // range(), compared exactly; for floating-point types a finite number within the largest
+    // finite magnitude.
+    bool holds(const Value& raw) const noexcept;
 
     // Only bool for the bit tables; all nine types, in case order, for the register tables.
     static std::span<const DataType> allowed(RegisterTable table) noexcept;

@@ -1,6 +1,7 @@
 #include "Datapoint.h"
 
 #include "JSONValue.h"
+#include "NumberText.h"
 #include "Text.h"
 #include "ValueCodec.h"
 
@@ -27,40 +28,6 @@ constexpr bool contains(std::span<const std::string_view> words, std::string_vie
     return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-// The whole text as a C-locale double; a leading "+" is accepted as in strtod.
-std::optional<double> completeDouble(std::string_view text) noexcept {
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-        if (text.starts_with('+') || text.starts_with('-')) {
-            return std::nullopt;
-        }
-    }
-    double result = 0;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, result);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    return result;
-}
-
-// The whole text as an unsigned 64-bit integer in the radix, with an optional leading "+".
-std::optional<std::uint64_t> completeUnsigned(std::string_view text, int radix) noexcept {
-    if (text.starts_with('+')) {
-        text.remove_prefix(1);
-    }
-    if (text.empty()) {
-        return std::nullopt;
-    }
-    std::uint64_t result = 0;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, result, radix);
-    if (error != std::errc() || stop != end) {
-        return std::nullopt;
-    }
-    return result;
-}
-
 // A decimal comma is accepted when the text has no point; with both, the text stays as it is.
 std::string withDecimalPoint(std::string_view text) {
     std::string result(text);
@@ -78,83 +45,6 @@ std::string replacingPoint(std::string text, const NumberStyle& style) {
     return text;
 }
 
-// At most seven significant digits, trailing zeros dropped; plain digits for the magnitudes a
-// meter shows, an exponent beyond them.
-std::string significantDigits(double value) {
-    if (value == 0) {
-        return "0";
-    }
-    std::array<char, 32> buffer{};
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                       std::chars_format::scientific, 6);
-    std::string_view scientific(buffer.data(), written.ptr);
-    const bool negative = scientific.starts_with('-');
-    if (negative) {
-        scientific.remove_prefix(1);
-    }
-    const auto exponentAt = scientific.find('e');
-    std::string digits;
-    digits += scientific[0];
-    digits += scientific.substr(2, exponentAt - 2);
-    int exponent = 0;
-    std::string_view exponentText = scientific.substr(exponentAt + 1);
-    if (exponentText.starts_with('+')) {
-        exponentText.remove_prefix(1);
-    }
-    std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
-    while (digits.size() > 1 && digits.back() == '0') {
-        digits.pop_back();
-    }
-
-    std::string result = negative ? "-" : "";
-    const auto length = static_cast<int>(digits.size());
-    if (exponent >= -6 && exponent < 15) {
-        if (exponent < 0) {
-            result += "0.";
-            result.append(static_cast<std::size_t>(-exponent - 1), '0');
-            result += digits;
-        } else if (exponent + 1 >= length) {
-            result += digits;
-            result.append(static_cast<std::size_t>(exponent + 1 - length), '0');
-        } else {
-            const int integerDigits = exponent + 1;
-            result += digits.substr(0, static_cast<std::size_t>(integerDigits));
-            result += '.';
-            result += digits.substr(static_cast<std::size_t>(integerDigits));
-        }
-        return result;
-    }
-    result += digits[0];
-    if (length > 1) {
-        result += '.';
-        result += digits.substr(1);
-    }
-    // Two exponent digits at least, as printf writes them: 1e+20, 2.5e-09.
-    result += exponent < 0 ? "e-" : "e+";
-    result += std::abs(exponent) < 10 ? "0" : "";
-    result += std::to_string(std::abs(exponent));
-    return result;
-}
-
-std::string grouped(std::uint64_t bits, int digits) {
-    std::string result;
-    for (int bit = digits - 1; bit >= 0; --bit) {
-        result += ((bits >> bit) & 1) != 0 ? '1' : '0';
-        if (bit % 4 == 0 && bit != 0) {
-            result += ' ';
-        }
-    }
-    return result;
-}
-
-std::string hexadecimal(std::uint64_t bits, int digits) {
-    std::string result = "0x";
-    for (int digit = digits - 1; digit >= 0; --digit) {
-        result += "0123456789ABCDEF"[(bits >> (4 * digit)) & 0xF];
-    }
-    return result;
-}
-
 template <typename T>
 void combine(std::size_t& seed, const T& value) {
     seed ^= std::hash<T>{}(value) + 0x9E3779B97F4A7C15ULL + (seed << 6) + (seed >> 2);
@@ -164,7 +54,7 @@ void combine(std::size_t& seed, const T& value) {
 
 Datapoint::Datapoint(Uuid id, std::string name, std::uint8_t unitID, RegisterTable table,
                      std::uint16_t address, DataType dataType, WordOrder wordOrder, double scale,
-                     std::string engineeringUnit, DisplayFormat format, double value,
+                     std::string engineeringUnit, DisplayFormat format, Value value,
                      std::string notes, Simulation simulation)
     : id(id)
     , name(std::move(name))
@@ -231,41 +121,47 @@ int Datapoint::decimals() const noexcept {
     return std::min(static_cast<int>(digits), 6);
 }
 
-std::vector<std::uint16_t> Datapoint::registers(double engineeringValue) const {
+std::vector<std::uint16_t> Datapoint::registers(const Value& engineeringValue) const {
     return ValueCodec::registers(engineeringValue, dataType, wordOrder, scale);
 }
 
-double Datapoint::valueFromRegisters(std::span<const std::uint16_t> registers) const {
+Value Datapoint::valueFromRegisters(std::span<const std::uint16_t> registers) const {
     return ValueCodec::valueFromRegisters(registers, dataType, wordOrder, scale);
 }
 
-std::string Datapoint::formatted(double engineeringValue, const NumberStyle& style) const {
+std::string Datapoint::formatted(const Value& engineeringValue, const NumberStyle& style) const {
     if (table_.isBit() || dataType == DataType::boolean) {
         return engineeringValue == 0 ? "0" : "1";
     }
     if (!dataType.isFloat() && format != DisplayFormat::decimal) {
-        const double raw = ValueCodec::scales(scale) ? engineeringValue / scale : engineeringValue;
-        const std::uint64_t bits = ValueCodec::bits(raw, dataType);
+        const std::uint64_t bits =
+            ValueCodec::bits(ValueCodec::raw(engineeringValue, scale), dataType);
         const int width = 16 * dataType.registerCount();
-        return format == DisplayFormat::hex ? hexadecimal(bits, width / 4) : grouped(bits, width);
+        return format == DisplayFormat::hex ? NumberText::hexadecimal(bits, width / 4)
+                                            : NumberText::binary(bits, width);
     }
-    if (std::isnan(engineeringValue)) {
+    if (engineeringValue.isInteger()) {
+        std::string text = NumberText::plain(engineeringValue);
+        if (const int digits = decimals(); digits > 0) {
+            text += '.';
+            text.append(static_cast<std::size_t>(digits), '0');
+        }
+        return replacingPoint(std::move(text), style);
+    }
+    const double real = engineeringValue.toDouble();
+    if (std::isnan(real)) {
         return "NaN";
     }
-    if (std::isinf(engineeringValue)) {
-        return engineeringValue > 0 ? "∞" : "-∞";
+    if (std::isinf(real)) {
+        return real > 0 ? "∞" : "-∞";
     }
     if (dataType.isFloat()) {
-        return replacingPoint(significantDigits(engineeringValue), style);
+        return replacingPoint(NumberText::significant(real), style);
     }
-    // 309 digits for the largest double, a sign, a point and six decimals.
-    std::array<char, 320> buffer{};
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                       engineeringValue, std::chars_format::fixed, decimals());
-    return replacingPoint(std::string(buffer.data(), written.ptr), style);
+    return replacingPoint(NumberText::fixed(real, decimals()), style);
 }
 
-std::optional<double> Datapoint::parse(std::string_view text) const {
+std::optional<Value> Datapoint::parse(std::string_view text) const {
     const std::string typed = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
     if (table_.isBit() || dataType == DataType::boolean) {
         if (contains(onWords, typed)) {
@@ -283,7 +179,7 @@ std::optional<double> Datapoint::parse(std::string_view text) const {
         if (!isHex && dataType.isFloat()) {
             return std::nullopt;
         }
-        auto bits = completeUnsigned(view.substr(2), isHex ? 16 : 2);
+        auto bits = NumberText::unsignedInteger(view.substr(2), isHex ? 16 : 2);
         if (!bits) {
             return std::nullopt;
         }
@@ -291,25 +187,24 @@ std::optional<double> Datapoint::parse(std::string_view text) const {
         if (width < 64 && (*bits >> width) != 0) {
             return std::nullopt;
         }
-        const double raw = ValueCodec::value(*bits, dataType);
-        return ValueCodec::scales(scale) ? raw * scale : raw;
+        return ValueCodec::engineering(ValueCodec::value(*bits, dataType), scale);
     }
 
-    auto number = completeDouble(withDecimalPoint(typed));
-    if (!number || !std::isfinite(*number)) {
+    auto number = NumberText::number(withDecimalPoint(typed));
+    if (!number || !std::isfinite(number->toDouble())) {
         return std::nullopt;
     }
-    const double raw = ValueCodec::scales(scale) ? *number / scale : *number;
-    const auto [minimum, maximum] = dataType.range();
-    const double checked = dataType.isFloat() ? raw : std::round(raw);
-    if (!(minimum <= checked && checked <= maximum)) {
-        return std::nullopt;
+    if (dataType.isFloat()) {
+        const Value real = number->toDouble();
+        return dataType.holds(ValueCodec::raw(real, scale)) ? std::optional(real) : std::nullopt;
     }
-    return number;
+    const Value raw = ValueCodec::raw(*number, scale);
+    const Value rounded = raw.isInteger() ? raw : Value(std::round(raw.toDouble()));
+    return dataType.holds(rounded) ? number : std::nullopt;
 }
 
-std::optional<double> Datapoint::parseNumber(std::string_view text) {
-    return completeDouble(withDecimalPoint(Text::trimmed(text)));
+std::optional<Value> Datapoint::parseNumber(std::string_view text) {
+    return NumberText::number(withDecimalPoint(Text::trimmed(text)));
 }
 
 nlohmann::json Datapoint::json() const {
@@ -358,7 +253,7 @@ Result<Datapoint, JSONValue::Error> Datapoint::fromJSON(const nlohmann::json& ob
     auto scale = JSONValue::finiteNumber(object, "scale");
     auto engineeringUnit = JSONValue::string(object, "engineeringUnit");
     auto format = JSONValue::enumeration<DisplayFormat>(object, "format");
-    auto value = JSONValue::number(object, "value");
+    auto value = JSONValue::value(object, "value");
     auto notes = JSONValue::string(object, "notes");
     auto simulationObject = JSONValue::object(object, "simulation");
     if (const JSONValue::Error* error =

@@ -8,6 +8,7 @@
 #include "Result.h"
 #include "Simulation.h"
 #include "Uuid.h"
+#include "Value.h"
 #include "WordOrder.h"
 
 #include <cstddef>
@@ -43,7 +44,7 @@ public:
     double scale = 1.0; // shown = raw × scale; 0 and 1 mean no scaling
     std::string engineeringUnit;
     DisplayFormat format = DisplayFormat::decimal;
-    double value = 0; // exchanged through the CSV column Value
+    Value value; // exchanged through the CSV column Value
     std::string notes;
     Simulation simulation;
 
@@ -51,7 +52,7 @@ public:
     Datapoint() = default;
     Datapoint(Uuid id, std::string name, std::uint8_t unitID, RegisterTable table,
               std::uint16_t address, DataType dataType, WordOrder wordOrder, double scale,
-              std::string engineeringUnit, DisplayFormat format, double value, std::string notes,
+              std::string engineeringUnit, DisplayFormat format, Value value, std::string notes,
               Simulation simulation);
 
     RegisterTable table() const noexcept { return table_; }
@@ -72,17 +73,18 @@ public:
     int decimals() const noexcept;
 
     // The registers that hold an engineering value, in this datapoint's type, order and scale.
-    std::vector<std::uint16_t> registers(double engineeringValue) const;
-    // The engineering value of registers read from the device.
-    double valueFromRegisters(std::span<const std::uint16_t> registers) const;
+    std::vector<std::uint16_t> registers(const Value& engineeringValue) const;
+    // The engineering value of registers read from the device; exact when unscaled.
+    Value valueFromRegisters(std::span<const std::uint16_t> registers) const;
     // The value as the table shows it, in the display format, with the style's decimal separator.
-    std::string formatted(double engineeringValue, const NumberStyle& style) const;
+    std::string formatted(const Value& engineeringValue, const NumberStyle& style) const;
     // What the user typed into the write editor, as an engineering value that fits the type;
-    // nothing for anything unacceptable.
-    std::optional<double> parse(std::string_view text) const;
+    // nothing for anything unacceptable. Whole numbers for an unscaled integer type are exact.
+    std::optional<Value> parse(std::string_view text) const;
     // A number cell or field: trimmed, a lone decimal comma read as a point, then a complete
-    // C-locale double (infinities included).
-    static std::optional<double> parseNumber(std::string_view text);
+    // C-locale number. Digits alone give the exact integer; anything else a double, where a
+    // magnitude too large gives an infinity and one too small gives 0.
+    static std::optional<Value> parseNumber(std::string_view text);
 
     // All thirteen keys, enumerations as raw values, the id as canonical text.
     nlohmann::json json() const;

@@ -1,5 +1,6 @@
 #include "DatapointCSV.h"
 
+#include "NumberText.h"
 #include "Text.h"
 
 #include <algorithm>
@@ -96,18 +97,11 @@ public:
         }
         return &record_[*index];
     }
-    // Trimmed: numbers and names of enumerations.
+    // Trimmed, quoted or not: spreadsheets pad cells, and a name is never meant to begin with a
+    // space.
     std::string_view cell(Column column) const {
         const Field* found = field(column);
         return found == nullptr ? std::string_view() : Text::trimmed(found->fields);
-    }
-    // Free text keeps a quoted cell as written, so names with spaces at the ends survive.
-    std::string text(Column column) const {
-        const Field* found = field(column);
-        if (found == nullptr) {
-            return {};
-        }
-        return found->quoted ? found->fields : std::string(Text::trimmed(found->fields));
     }
 
 private:
@@ -151,13 +145,13 @@ Result<Datapoint, Problem> datapoint(const RecordReader& reader) {
     if (!scaleCell.empty()) {
         // "nan" and "inf" read as numbers, but no shown value could be computed with them.
         auto parsed = Datapoint::parseNumber(scaleCell);
-        if (!parsed || *parsed == 0 || !std::isfinite(*parsed)) {
+        if (!parsed || *parsed == 0 || !std::isfinite(parsed->toDouble())) {
             return Problem::invalidNumber(std::string(scaleCell));
         }
-        scale = *parsed;
+        scale = parsed->toDouble();
     }
     const std::string_view valueCell = reader.cell(Column::value);
-    double value = 0;
+    Value value;
     if (!valueCell.empty()) {
         auto parsed = Datapoint::parseNumber(valueCell);
         if (!parsed) {
@@ -166,35 +160,15 @@ Result<Datapoint, Problem> datapoint(const RecordReader& reader) {
         value = *parsed;
     }
     return Datapoint(
-        Uuid::random(), reader.text(Column::name), static_cast<std::uint8_t>(unit), *table,
-        static_cast<std::uint16_t>(*address), type,
+        Uuid::random(), std::string(reader.cell(Column::name)), static_cast<std::uint8_t>(unit),
+        *table, static_cast<std::uint16_t>(*address), type,
         WordOrder::fromText(reader.cell(Column::wordOrder)).value_or(WordOrder::abcd), scale,
-        reader.text(Column::engineeringUnit),
+        std::string(reader.cell(Column::engineeringUnit)),
         DisplayFormat::fromText(reader.cell(Column::format)).value_or(DisplayFormat::decimal),
-        value, reader.text(Column::notes), Simulation{});
+        value, std::string(reader.cell(Column::notes)), Simulation{});
 }
 
-// Integers without a point, everything else in the shortest text that reads back the same.
-std::string number(double value, bool decimalComma) {
-    if (std::isnan(value)) {
-        return "nan";
-    }
-    if (std::isinf(value)) {
-        return value > 0 ? "inf" : "-inf";
-    }
-    if (std::trunc(value) == value && std::abs(value) < 1e15) {
-        return std::to_string(static_cast<long long>(value));
-    }
-    std::array<char, 32> buffer{};
-    auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    std::string text(buffer.data(), error == std::errc() ? end : buffer.data());
-    if (decimalComma) {
-        std::replace(text.begin(), text.end(), '.', ',');
-    }
-    return text;
-}
-
-// Besides the usual reasons, white space at either end is quoted: the import trims unquoted cells.
+// Besides the usual reasons, white space at either end is quoted, so that it is seen.
 void appendCell(std::string& out, std::string_view cell, char separator) {
     const bool needsQuotes =
         cell.find_first_of(std::string{separator, '"', '\n', '\r'}) != std::string_view::npos ||
@@ -256,6 +230,13 @@ Dialect Dialect::forStyle(const NumberStyle& style) {
     return {',', false};
 }
 
+std::string Dialect::decimal(std::string number) const {
+    if (decimalComma) {
+        std::replace(number.begin(), number.end(), '.', ',');
+    }
+    return number;
+}
+
 std::vector<Record> records(std::string_view text, char separator) {
     std::vector<Record> result;
     Record record;
@@ -267,7 +248,7 @@ std::vector<Record> records(std::string_view text, char separator) {
 
     auto closeCell = [&] {
         record.push_back(std::move(cell));
-        cell = Field{{}, recordLine, false};
+        cell = Field{{}, recordLine};
     };
     auto closeRecord = [&] {
         closeCell();
@@ -303,7 +284,6 @@ std::vector<Record> records(std::string_view text, char separator) {
             }
         } else if (c == '"' && cell.fields.empty()) {
             inQuotes = true;
-            cell.quoted = true;
         } else if (c == separator) {
             closeCell();
         } else if (c == '\n' || c == '\r') {
@@ -374,10 +354,10 @@ std::string exportText(std::span<const Datapoint> datapoints, const Dialect& dia
             std::to_string(point.address),
             std::string(point.dataType.rawValue()),
             point.dataType.usesWordOrder() ? std::string(point.wordOrder.label()) : std::string(),
-            number(point.scale, dialect.decimalComma),
+            dialect.decimal(NumberText::plain(point.scale)),
             point.engineeringUnit,
             std::string(point.format.rawValue()),
-            number(point.value, dialect.decimalComma),
+            dialect.decimal(NumberText::plain(point.value)),
             point.notes,
         };
         appendRow(out, cells, dialect.separator);

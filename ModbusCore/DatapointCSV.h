@@ -60,6 +60,8 @@ struct Dialect {
     // ";" with decimal commas where the locale writes "," as its decimal separator; "," otherwise.
     static Dialect forStyle(const NumberStyle& style);
     static Dialect current() { return forStyle(NumberStyle::current()); }
+    // A number written with "." as it goes into a cell: "," for "." with decimal commas.
+    std::string decimal(std::string number) const;
 
     friend bool operator==(const Dialect&, const Dialect&) = default;
 };
@@ -68,8 +70,6 @@ struct Dialect {
 struct Field {
     std::string fields; // the cell's text without its quotes
     int line = 1;       // the 1-based line on which the cell's record begins
-    // The cell began with a quote: its text is taken as written, spaces at the ends included.
-    bool quoted = false;
 
     friend bool operator==(const Field&, const Field&) = default;
 };

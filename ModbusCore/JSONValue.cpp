@@ -93,27 +93,44 @@ Field<std::int64_t> integer(const nlohmann::json& object, std::string_view key,
     return whole;
 }
 
-Field<double> number(const nlohmann::json& object, std::string_view key) {
+Field<Value> value(const nlohmann::json& object, std::string_view key) {
     const nlohmann::json* value = member(object, key);
     if (value == nullptr) {
-        return std::optional<double>();
+        return std::optional<Value>();
+    }
+    if (value->is_number_unsigned()) {
+        return std::optional(Value::unsignedInteger(value->get<std::uint64_t>()));
+    }
+    if (value->is_number_integer()) {
+        return std::optional(Value::signedInteger(value->get<std::int64_t>()));
     }
     if (value->is_number()) {
-        return std::optional<double>(value->get<double>());
+        return std::optional<Value>(value->get<double>());
     }
     if (value->is_string()) {
         const auto& text = value->get_ref<const std::string&>();
         if (text == "nan") {
-            return std::optional<double>(std::numeric_limits<double>::quiet_NaN());
+            return std::optional<Value>(std::numeric_limits<double>::quiet_NaN());
         }
         if (text == "inf") {
-            return std::optional<double>(std::numeric_limits<double>::infinity());
+            return std::optional<Value>(std::numeric_limits<double>::infinity());
         }
         if (text == "-inf") {
-            return std::optional<double>(-std::numeric_limits<double>::infinity());
+            return std::optional<Value>(-std::numeric_limits<double>::infinity());
         }
     }
     return mismatch(key, Error::Kind::expectedNumber);
+}
+
+Field<double> number(const nlohmann::json& object, std::string_view key) {
+    auto read = value(object, key);
+    if (!read.ok()) {
+        return read.error();
+    }
+    if (!read.value()) {
+        return std::optional<double>();
+    }
+    return std::optional(read.value()->toDouble());
 }
 
 Field<double> finiteNumber(const nlohmann::json& object, std::string_view key) {
@@ -166,7 +183,16 @@ Field<const nlohmann::json*> list(const nlohmann::json& object, std::string_view
     return value == nullptr ? std::optional<const nlohmann::json*>() : value;
 }
 
-nlohmann::json number(double value) {
+nlohmann::json number(const Value& exact) {
+    switch (exact.kind()) {
+    case Value::Kind::signedInteger:
+        return static_cast<std::int64_t>(exact.payload());
+    case Value::Kind::unsignedInteger:
+        return exact.payload();
+    case Value::Kind::real:
+        break;
+    }
+    const double value = exact.toDouble();
     if (std::isnan(value)) {
         return "nan";
     }

@@ -2,6 +2,7 @@
 
 #include "Result.h"
 #include "Uuid.h"
+#include "Value.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -63,7 +64,10 @@ Field<std::string> string(const nlohmann::json& object, std::string_view key);
 // A whole number in [minimum, maximum]; a float with no fraction counts as whole.
 Field<std::int64_t> integer(const nlohmann::json& object, std::string_view key,
                             std::int64_t minimum, std::int64_t maximum);
-// A number, or one of the texts "nan", "inf" and "-inf" that number() writes for them.
+// A number exactly as written: a JSON integer as the 64-bit integer it is, any other number as a
+// double; or one of the texts "nan", "inf" and "-inf" that number() writes for them.
+Field<Value> value(const nlohmann::json& object, std::string_view key);
+// The same as a double.
 Field<double> number(const nlohmann::json& object, std::string_view key);
 // A number that is neither infinite nor NaN, for values that later arithmetic relies on.
 Field<double> finiteNumber(const nlohmann::json& object, std::string_view key);
@@ -133,7 +137,8 @@ Result<std::vector<T>, Error> elements(const List& list, std::string_view key, D
     return values;
 }
 
-// A double as JSON: a number when finite, since JSON has no literal for the others.
-nlohmann::json number(double value);
+// A value as JSON: integers as integers, finite doubles as numbers, and the texts above for the
+// others, since JSON has no literal for them.
+nlohmann::json number(const Value& value);
 
 } // namespace kestrin::JSONValue

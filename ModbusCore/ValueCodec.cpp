@@ -61,13 +61,31 @@ std::uint64_t signed64Bits(double value) noexcept {
     return static_cast<std::uint64_t>(static_cast<std::int64_t>(rounded));
 }
 
+// An integer clamped to the type's range, exactly, as the type's pattern in its width.
+std::uint64_t clampedIntegerBits(const Value& value, DataType type) noexcept {
+    const DataType::Range bounds = type.range();
+    std::uint64_t clamped = 0;
+    if (value.isNegative()) {
+        clamped = static_cast<std::uint64_t>(std::max(*value.signedValue(), bounds.minimum));
+    } else {
+        clamped = std::min(*value.unsignedValue(), bounds.maximum);
+    }
+    const int width = 16 * type.registerCount();
+    return width < 64 ? clamped & ((std::uint64_t{1} << width) - 1) : clamped;
+}
+
 constexpr std::uint16_t byteSwapped(std::uint16_t word) noexcept {
     return static_cast<std::uint16_t>(word << 8 | word >> 8);
 }
 
 } // namespace
 
-std::uint64_t bits(double value, DataType type) noexcept {
+std::uint64_t bits(const Value& exact, DataType type) noexcept {
+    if (exact.isInteger() && !type.isFloat()) {
+        return type == DataType::boolean ? (exact.isNegative() || exact == 0 ? 0 : 1)
+                                         : clampedIntegerBits(exact, type);
+    }
+    const double value = exact.toDouble();
     switch (type) {
     case DataType::boolean:
         return value > 0 ? 1 : 0;
@@ -93,28 +111,28 @@ std::uint64_t bits(double value, DataType type) noexcept {
     return 0;
 }
 
-double value(std::uint64_t bits, DataType type) noexcept {
+Value value(std::uint64_t bits, DataType type) noexcept {
     switch (type) {
     case DataType::boolean:
-        return (bits & 1) != 0 ? 1.0 : 0.0;
+        return Value::unsignedInteger(bits & 1);
     case DataType::uint16:
-        return static_cast<std::uint16_t>(bits);
+        return Value::unsignedInteger(static_cast<std::uint16_t>(bits));
     case DataType::int16:
-        return static_cast<std::int16_t>(static_cast<std::uint16_t>(bits));
+        return Value::signedInteger(static_cast<std::int16_t>(static_cast<std::uint16_t>(bits)));
     case DataType::uint32:
-        return static_cast<std::uint32_t>(bits);
+        return Value::unsignedInteger(static_cast<std::uint32_t>(bits));
     case DataType::int32:
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(bits));
+        return Value::signedInteger(static_cast<std::int32_t>(static_cast<std::uint32_t>(bits)));
     case DataType::float32:
-        return std::bit_cast<float>(static_cast<std::uint32_t>(bits));
+        return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
     case DataType::uint64:
-        return static_cast<double>(bits);
+        return Value::unsignedInteger(bits);
     case DataType::int64:
-        return static_cast<double>(static_cast<std::int64_t>(bits));
+        return Value::signedInteger(static_cast<std::int64_t>(bits));
     case DataType::float64:
         return std::bit_cast<double>(bits);
     }
-    return 0;
+    return {};
 }
 
 std::vector<std::uint16_t> registersFromBits(std::uint64_t bits, DataType type, WordOrder order) {
@@ -158,16 +176,22 @@ std::uint64_t bitsFromRegisters(std::span<const std::uint16_t> registers, DataTy
     return result;
 }
 
-std::vector<std::uint16_t> registers(double engineeringValue, DataType type, WordOrder order,
-                                     double scale) {
-    double raw = scales(scale) ? engineeringValue / scale : engineeringValue;
-    return registersFromBits(bits(raw, type), type, order);
+Value raw(const Value& engineeringValue, double scale) noexcept {
+    return scales(scale) ? Value(engineeringValue.toDouble() / scale) : engineeringValue;
 }
 
-double valueFromRegisters(std::span<const std::uint16_t> registers, DataType type, WordOrder order,
-                          double scale) noexcept {
-    double raw = value(bitsFromRegisters(registers, type, order), type);
-    return scales(scale) ? raw * scale : raw;
+Value engineering(const Value& raw, double scale) noexcept {
+    return scales(scale) ? Value(raw.toDouble() * scale) : raw;
+}
+
+std::vector<std::uint16_t> registers(const Value& engineeringValue, DataType type, WordOrder order,
+                                     double scale) {
+    return registersFromBits(bits(raw(engineeringValue, scale), type), type, order);
+}
+
+Value valueFromRegisters(std::span<const std::uint16_t> registers, DataType type, WordOrder order,
+                         double scale) noexcept {
+    return engineering(value(bitsFromRegisters(registers, type, order), type), scale);
 }
 
 } // namespace kestrin::ValueCodec

@@ -7,7 +7,7 @@
 
 namespace kestrin::WriteRequest {
 
-std::optional<Bytes> pdu(const Datapoint& datapoint, double value, WriteMode mode) {
+std::optional<Bytes> pdu(const Datapoint& datapoint, const Value& value, WriteMode mode) {
     switch (datapoint.table()) {
     case RegisterTable::coil: {
         const bool on = value != 0;

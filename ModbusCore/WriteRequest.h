@@ -13,6 +13,6 @@ namespace kestrin::WriteRequest {
 // holding register gets the value divided by the scale (not for 0 or 1), rounded and clamped to
 // the type. One register or one coil follows the write mode; two or four registers are always
 // FC16. Pure: the application and the command line build their writes with it.
-std::optional<Bytes> pdu(const Datapoint& datapoint, double value, WriteMode mode);
+std::optional<Bytes> pdu(const Datapoint& datapoint, const Value& value, WriteMode mode);
 
 } // namespace kestrin::WriteRequest

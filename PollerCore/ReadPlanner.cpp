@@ -2,7 +2,6 @@
 
 #include "Datapoint.h"
 #include "RTUFrame.h"
-#include "ValueCodec.h"
 
 #include <algorithm>
 
@@ -89,7 +88,8 @@ std::optional<DecodedValue> value(const Datapoint& of, const ReadBlock& in, cons
             return std::nullopt;
         }
         const bool set = bits->values[offset];
-        return DecodedValue{set ? 1.0 : 0.0, {static_cast<std::uint16_t>(set ? 1 : 0)}};
+        return DecodedValue{Value::unsignedInteger(set ? 1 : 0),
+                            {static_cast<std::uint16_t>(set ? 1 : 0)}};
     }
     const auto& registers = data.as<ReadData::Registers>()->values;
     const auto count = static_cast<std::size_t>(of.count());
@@ -98,7 +98,7 @@ std::optional<DecodedValue> value(const Datapoint& of, const ReadBlock& in, cons
     }
     std::vector<std::uint16_t> raw(registers.begin() + static_cast<std::ptrdiff_t>(offset),
                                    registers.begin() + static_cast<std::ptrdiff_t>(offset + count));
-    const double decoded = ValueCodec::valueFromRegisters(raw, of.dataType, of.wordOrder, of.scale);
+    const Value decoded = of.valueFromRegisters(raw);
     return DecodedValue{decoded, std::move(raw)};
 }
 

@@ -4,6 +4,7 @@
 #include "ReadBlock.h"
 #include "ReadData.h"
 #include "RegisterTable.h"
+#include "Value.h"
 
 #include <compare>
 #include <cstddef>
@@ -37,7 +38,7 @@ struct GroupKey {
 
 // A datapoint's engineering value and its registers in address order ([1] or [0] for a bit).
 struct DecodedValue {
-    double value = 0;
+    Value value;
     std::vector<std::uint16_t> raw;
 
     friend bool operator==(const DecodedValue&, const DecodedValue&) = default;

@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const Datapoint point = datapoint(data[0], data[1]);
     const std::string_view text(reinterpret_cast<const char*>(data + 2), size - 2);
-    const std::optional<double> typed = point.parse(text);
+    const std::optional<Value> typed = point.parse(text);
     if (!typed) {
         return 0;
     }
@@ -50,20 +50,26 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string compact = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
     const bool pattern = compact.starts_with("0x") || compact.starts_with("0b");
     const DataType type = point.dataType;
-    const bool scaled = ValueCodec::scales(point.scale);
-    const double raw = scaled ? *typed / point.scale : *typed;
-    const double written = ValueCodec::value(ValueCodec::bits(raw, type), type);
-    if (!pattern && (!std::isfinite(*typed) || !std::isfinite(written) ||
-                     (!type.isFloat() && written != std::round(raw)))) {
+    const Value raw = ValueCodec::raw(*typed, point.scale);
+    const Value rounded = raw.isInteger() ? raw : Value(std::round(raw.toDouble()));
+    const Value written = ValueCodec::value(ValueCodec::bits(raw, type), type);
+    if (!pattern && (!std::isfinite(typed->toDouble()) || !std::isfinite(written.toDouble()) ||
+                     (!type.isFloat() && written != rounded))) {
         std::abort();
     }
-    // The registers written for it read back as that value.
-    if (!type.isFloat()) {
-        const std::vector<std::uint16_t> registers = point.registers(*typed);
-        if (registers.size() != static_cast<std::size_t>(type.registerCount()) ||
-            point.valueFromRegisters(registers) != (scaled ? written * point.scale : written)) {
-            std::abort();
-        }
+    if (type.isFloat()) {
+        return 0;
+    }
+    // The registers written for it read back as that value, and the value as shown is typed
+    // back to the same registers.
+    const std::vector<std::uint16_t> registers = point.registers(*typed);
+    if (registers.size() != static_cast<std::size_t>(type.registerCount()) ||
+        point.valueFromRegisters(registers) != ValueCodec::engineering(written, point.scale)) {
+        std::abort();
+    }
+    const auto shown = point.parse(point.formatted(point.valueFromRegisters(registers), {}));
+    if (!ValueCodec::scales(point.scale) && (!shown || point.registers(*shown) != registers)) {
+        std::abort();
     }
     return 0;
 }

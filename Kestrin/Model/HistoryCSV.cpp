@@ -1,7 +1,9 @@
 #include "HistoryCSV.h"
 
 #include "DatapointLabel.h"
+#include "NumberText.h"
 #include "TextFile.h"
+#include "ValueCodec.h"
 
 #include <algorithm>
 #include <array>
@@ -42,18 +44,25 @@ QString fileName(const QDateTime& now) {
     return TextFile::stampedName("modbus-history-", now, ".csv");
 }
 
-std::string valueText(double value, const DatapointCSV::Dialect& dialect) {
-    // 1e15 keeps every whole number exactly representable and far inside int64.
-    if (std::trunc(value) == value && std::fabs(value) < 1e15) {
-        return std::to_string(static_cast<std::int64_t>(value));
+std::string valueText(const Datapoint& datapoint, const Value& value,
+                      const DatapointCSV::Dialect& dialect) {
+    const DataType type = datapoint.dataType;
+    const double real = value.toDouble();
+    if (value.isInteger() || !std::isfinite(real)) {
+        return dialect.decimal(NumberText::plain(value));
     }
-    std::array<char, 32> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    std::string text(buffer.data(), end);
-    if (dialect.decimalComma) {
-        std::replace(text.begin(), text.end(), '.', ',');
+    if (type.isFloat()) {
+        const bool single = type == DataType::float32 && !ValueCodec::scales(datapoint.scale);
+        return dialect.decimal(single ? NumberText::single(static_cast<float>(real))
+                                      : NumberText::plain(value));
     }
-    return text;
+    std::string text = NumberText::fixed(real, datapoint.decimals());
+    // 11.0 is written 11, as every other whole number.
+    if (const auto point = text.find('.');
+        point != std::string::npos && text.find_first_not_of('0', point + 1) == std::string::npos) {
+        text.erase(point);
+    }
+    return dialect.decimal(std::move(text));
 }
 
 std::string timeText(const QDateTime& time) {
@@ -86,7 +95,7 @@ std::string text(std::span<const Poll> polls, const History& history,
                 fields += separator;
                 fields += nameField;
                 fields += separator;
-                appendField(fields, valueText(sample.value, dialect), separator);
+                appendField(fields, valueText(datapoint, sample.value, dialect), separator);
                 fields += separator;
                 fields += unitField;
                 rows.push_back({sample.time, std::move(fields)});

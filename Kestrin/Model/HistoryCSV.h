@@ -17,9 +17,11 @@ namespace kestrin::HistoryCSV {
 
 // "modbus-history-2026-11-16T160512.csv".
 QString fileName(const QDateTime& now);
-// Whole numbers below 1e15 without a decimal part, others as the shortest round-trip text;
-// "," for "." in the decimal-comma dialect.
-std::string valueText(double value, const DatapointCSV::Dialect& dialect);
+// A value as the datapoint's device meant it: a scaled integer rounded to the digits the table
+// shows, a float32 in the shortest digits of the single; every other value as the datapoint list
+// writes numbers. A whole number has no decimal part; "," for "." in the decimal-comma dialect.
+std::string valueText(const Datapoint& datapoint, const Value& value,
+                      const DatapointCSV::Dialect& dialect);
 // "2026-11-16 16:05:12.345" in the local time zone, whatever the user's locale.
 std::string timeText(const QDateTime& time);
 // Header "Time", "Poll", "Name", "Value", "Unit", then the rows sorted by time; rows of equal

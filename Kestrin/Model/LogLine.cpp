@@ -108,7 +108,7 @@ LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailur
 }
 
 std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_t function,
-                                         double value, const NumberStyle& style,
+                                         const Value& value, const NumberStyle& style,
                                          const Options& options) {
     if (options.onlyProblems) {
         return std::nullopt;
@@ -120,8 +120,8 @@ std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_
                                                datapoint.formatted(value, style)}};
 }
 
-LogLineSegments writeConfirmed(const Datapoint& datapoint, double value, const NumberStyle& style,
-                               double seconds) {
+LogLineSegments writeConfirmed(const Datapoint& datapoint, const Value& value,
+                               const NumberStyle& style, double seconds) {
     std::string text = "✎ " + L10n::Log::unit(datapoint.unitID) + " · " +
                        DatapointLabel::name(datapoint) + " = " + datapoint.formatted(value, style);
     if (!datapoint.engineeringUnit.empty()) {

@@ -51,11 +51,11 @@ LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailur
 
 // "→ Unit 1 · FC 06 Write single register · Setpoint = 21.5". Nothing with only problems on.
 std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_t function,
-                                         double value, const NumberStyle& style,
+                                         const Value& value, const NumberStyle& style,
                                          const Options& options);
 // "✎ Unit 1 · Setpoint = 21.5 °C  (15 ms)".
-LogLineSegments writeConfirmed(const Datapoint& datapoint, double value, const NumberStyle& style,
-                               double seconds);
+LogLineSegments writeConfirmed(const Datapoint& datapoint, const Value& value,
+                               const NumberStyle& style, double seconds);
 // "✕ Writing Setpoint failed · …"; a write whose record is gone (null) is named "?".
 LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int timeoutMs);
 // "  → request  ← response" (no answer part for an empty response); only with raw frames on

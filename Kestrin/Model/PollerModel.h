@@ -77,7 +77,7 @@ public:
     // The pending write record: the datapoint as it was when sent, and the value written.
     struct PendingWrite {
         Datapoint datapoint;
-        double value = 0;
+        Value value;
     };
 
     struct ImportOffer {
@@ -182,7 +182,7 @@ public:
     void exportDatapoints(const QString& path);
 
     // Writing.
-    void write(const Datapoint& datapoint, double value);
+    void write(const Datapoint& datapoint, const Value& value);
 
     // History.
     void recordSample(const Uuid& datapointID, const Sample& sample);

@@ -216,7 +216,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
     }
 }
 
-void PollerModel::write(const Datapoint& target, double value) {
+void PollerModel::write(const Datapoint& target, const Value& value) {
     if (state_ == PollerState::stopped || !engine_) {
         setWriteError(L10n::Notice::startFirst());
         return;

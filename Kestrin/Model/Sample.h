@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Value.h"
+
 #include <QDateTime>
 
 namespace kestrin {
@@ -8,7 +10,7 @@ namespace kestrin {
 // (QDateTime::currentDateTimeUtc()) compare and sort without time-zone lookups.
 struct Sample {
     QDateTime time;
-    double value = 0;
+    Value value;
 
     friend bool operator==(const Sample& a, const Sample& b) {
         return a.time == b.time && a.value == b.value;

@@ -8,7 +8,8 @@ SampleRing::SampleRing(std::size_t capacity)
     : capacity_(std::max<std::size_t>(capacity, 1)) {}
 
 void SampleRing::push(const Sample& sample) {
-    const Stored stored{sample.time.toMSecsSinceEpoch(), sample.value};
+    const Stored stored{sample.time.toMSecsSinceEpoch(), static_cast<quint64>(sample.value.kind()),
+                        sample.value.payload()};
     if (storage_.size() < capacity_) {
         // Grow by doubling but never past the cap, so a full ring holds no unused room.
         if (storage_.size() == storage_.capacity()) {

@@ -9,7 +9,8 @@ namespace kestrin {
 
 // The newest samples of one datapoint, oldest first, in a fixed-capacity ring: once full, each
 // new sample overwrites the oldest in O(1) instead of shifting the whole list. Times are kept
-// as milliseconds since the epoch (16 bytes a sample, trivially copied) and handed out in UTC.
+// as milliseconds since the epoch and handed out in UTC; a sample takes 16 bytes, trivially
+// copied, whatever kind of value it holds.
 class SampleRing {
 public:
     explicit SampleRing(std::size_t capacity);
@@ -33,13 +34,18 @@ public:
     std::vector<Sample> toVector() const;
 
 private:
+    // The value's kind rides in the top bits of the time: 62 bits of milliseconds reach some
+    // 73 million years either side of 1970.
     struct Stored {
-        qint64 msecsSinceEpoch;
-        double value;
+        qint64 msecsSinceEpoch : 62;
+        quint64 kind : 2;
+        quint64 payload;
     };
+    static_assert(sizeof(Stored) == 16);
 
     static Sample unpacked(const Stored& stored) {
-        return {QDateTime::fromMSecsSinceEpoch(stored.msecsSinceEpoch, Qt::UTC), stored.value};
+        return {QDateTime::fromMSecsSinceEpoch(stored.msecsSinceEpoch, Qt::UTC),
+                Value::fromPayload(static_cast<Value::Kind>(stored.kind), stored.payload)};
     }
 
     std::size_t capacity_;

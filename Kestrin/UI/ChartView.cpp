@@ -225,16 +225,18 @@ void ChartView::redraw() {
             static_cast<QLineSeries*>(series[static_cast<qsizetype>(index)])->pen(), {}};
         line.points.reserve(static_cast<qsizetype>(lines[index].points.size()));
         for (const Sample& sample : lines[index].points) {
+            // The chart draws doubles: a 64-bit counter is plotted to its nearest one.
+            const double value = sample.value.toDouble();
             // A decoded NaN or infinity has no place on the value axis.
-            if (!std::isfinite(sample.value)) {
+            if (!std::isfinite(value)) {
                 continue;
             }
             const qint64 time = sample.time.toMSecsSinceEpoch();
-            line.points.append(QPointF(static_cast<double>(time), sample.value));
+            line.points.append(QPointF(static_cast<double>(time), value));
             first = std::min(first, time);
             last = std::max(last, time);
-            low = std::min(low, sample.value);
-            high = std::max(high, sample.value);
+            low = std::min(low, value);
+            high = std::max(high, value);
         }
         drawn.push_back(std::move(line));
     }

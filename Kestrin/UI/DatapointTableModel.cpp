@@ -437,7 +437,8 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
         point.notes = input.toString().toStdString();
         return true;
     case unitID: {
-        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        const std::optional<double> parsed =
+            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
         if (!parsed || *parsed != std::floor(*parsed) || *parsed < RTUFrame::unitRange.first ||
             *parsed > RTUFrame::unitRange.last) {
             return false;
@@ -446,7 +447,8 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
         return true;
     }
     case address: {
-        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        const std::optional<double> parsed =
+            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
         if (!parsed || *parsed != std::floor(*parsed) || *parsed < 0 || *parsed > 65535) {
             return false;
         }
@@ -454,7 +456,8 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
         return true;
     }
     case scale: {
-        const std::optional<double> parsed = Datapoint::parseNumber(input.toString().toStdString());
+        const std::optional<double> parsed =
+            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
         if (!parsed || !std::isfinite(*parsed)) {
             return false;
         }

@@ -45,7 +45,7 @@ void setTextColour(QWidget* widget, const QColor& colour) {
 
 } // namespace
 
-WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<double> current,
+WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<Value> current,
                            QWidget* parent)
     : Popover(parent)
     , model_(model)
@@ -115,14 +115,14 @@ void WritePopover::commit() {
     if (field_ == nullptr) {
         return;
     }
-    if (const std::optional<double> value = point_.parse(field_->text().toStdString())) {
+    if (const std::optional<Value> value = point_.parse(field_->text().toStdString())) {
         write(*value);
         return;
     }
     setInvalid(true);
 }
 
-void WritePopover::write(double value) {
+void WritePopover::write(const Value& value) {
     // The banner of an earlier write gives way to the outcome of this one.
     model_.setWriteError(std::nullopt);
     model_.write(point_, value);

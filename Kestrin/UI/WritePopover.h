@@ -20,7 +20,7 @@ class WritePopover : public Popover {
     Q_OBJECT
 
 public:
-    WritePopover(PollerModel& model, Datapoint point, std::optional<double> current,
+    WritePopover(PollerModel& model, Datapoint point, std::optional<Value> current,
                  QWidget* parent = nullptr);
 
     bool isInvalid() const noexcept { return invalid_; }
@@ -30,7 +30,7 @@ public slots:
     void commit();
 
 private:
-    void write(double value);
+    void write(const Value& value);
     void setInvalid(bool invalid);
     void showWriteError();
 

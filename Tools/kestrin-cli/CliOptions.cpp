@@ -184,7 +184,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         datapoint.wordOrder = *order;
     }
     if (arguments.scale) {
-        const std::optional<double> scale = Datapoint::parseNumber(*arguments.scale);
+        const std::optional<double> scale = toDouble(Datapoint::parseNumber(*arguments.scale));
         if (!scale || !std::isfinite(*scale)) {
             return UsageError{L10n::Errors::csvInvalidNumber(*arguments.scale),
                               typed("--scale", *arguments.scale)};
@@ -214,7 +214,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         }
         result.writeMode = *mode;
     }
-    const std::optional<double> value = datapoint.parse(*arguments.value);
+    const std::optional<Value> value = datapoint.parse(*arguments.value);
     if (!value) {
         return UsageError{L10n::Table::valueInvalid(datapoint.dataType),
                           typed("--value", *arguments.value)};

@@ -35,7 +35,7 @@ struct CliOptions {
     // Unit, table, address, type, order, scale, format and engineering unit of the value.
     Datapoint datapoint;
     // write only: the engineering value typed, already checked against the datapoint's type.
-    double value = 0;
+    Value value;
     WriteMode writeMode = WriteMode::single;
 
     // The response time-out as the link takes it.

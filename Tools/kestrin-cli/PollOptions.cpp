@@ -117,7 +117,7 @@ Result<PollOptions, UsageError> check(const Arguments& arguments) {
     }
     result.cycles = cycles.value();
     if (arguments.seconds) {
-        const std::optional<double> seconds = Datapoint::parseNumber(*arguments.seconds);
+        const std::optional<double> seconds = toDouble(Datapoint::parseNumber(*arguments.seconds));
         if (!seconds || !(*seconds > 0 && *seconds <= longestSeconds)) {
             return UsageError{L10n::Errors::csvInvalidNumber(*arguments.seconds),
                               typed("--seconds", *arguments.seconds)};

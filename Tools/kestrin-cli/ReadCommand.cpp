@@ -20,9 +20,11 @@ ExitCode run(const CliOptions& options, std::ostream& out, std::ostream& err) {
     if (!data) {
         return DeviceRequest::fail(data.error().pollFailure(), options, err);
     }
-    const double value =
+    const Value value =
         std::visit(Overloaded{
-                       [](const ReadData::Bits& bits) { return bits.values.front() ? 1.0 : 0.0; },
+                       [](const ReadData::Bits& bits) {
+                           return Value::unsignedInteger(bits.values.front() ? 1 : 0);
+                       },
                        [&](const ReadData::Registers& registers) {
                            return datapoint.valueFromRegisters(registers.values);
                        },

@@ -69,11 +69,11 @@ SlaveDevice::SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t
     animate(0);
 }
 
-void SlaveDevice::store(const Datapoint& datapoint, double value) {
+void SlaveDevice::store(const Datapoint& datapoint, const Value& value) {
     const RegisterTable table = datapoint.table();
     if (table.isBit()) {
         const bool on = datapoint.simulation.isActive()
-                            ? SimulatedValue::isOn(datapoint.simulation, value)
+                            ? SimulatedValue::isOn(datapoint.simulation, value.toDouble())
                             : value != 0;
         image_[{datapoint.unitID, table, datapoint.address}] = on ? 1 : 0;
         return;

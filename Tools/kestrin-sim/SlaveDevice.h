@@ -44,7 +44,7 @@ public:
 private:
     using Key = std::tuple<std::uint8_t, RegisterTable::Case, std::uint16_t>;
 
-    void store(const Datapoint& datapoint, double value);
+    void store(const Datapoint& datapoint, const Value& value);
     // Every address from first for count is covered by a datapoint of this unit and table.
     bool covers(std::uint8_t unit, RegisterTable table, int first, int count) const;
     Bytes read(std::uint8_t unit, RegisterTable table, ByteView pdu) const;

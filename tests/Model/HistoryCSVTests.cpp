@@ -9,18 +9,55 @@ namespace {
 const DatapointCSV::Dialect comma{',', false};
 const DatapointCSV::Dialect semicolon{';', true};
 
-TEST(HistoryCSV, ValuesAreWholeNumbersOrShortestDecimalsInTheDialect) {
-    const std::vector<std::tuple<double, const char*, const char*>> rows{
-        {21.0, "21", "21"},
-        {21.5, "21.5", "21,5"},
-        {-0.0, "0", "0"},
-        {1e15 - 1, "999999999999999", "999999999999999"},
-        {1e15, "1e+15", "1e+15"},
-        {1e20, "1e+20", "1e+20"},
-        {-2.5e-7, "-2.5e-07", "-2,5e-07"}};
-    for (const auto& [value, withPoint, withComma] : rows) {
-        EXPECT_EQ(HistoryCSV::valueText(value, comma), withPoint);
-        EXPECT_EQ(HistoryCSV::valueText(value, semicolon), withComma);
+Datapoint typed(DataType type, double scale) {
+    Datapoint point;
+    point.dataType = type;
+    point.scale = scale;
+    return point;
+}
+
+TEST(HistoryCSV, ValuesAreWrittenAsTheDeviceMeantThemInTheDialect) {
+    struct Row {
+        Datapoint point;
+        Value value;
+        const char* withPoint;
+        const char* withComma;
+    };
+    const Datapoint float64 = typed(DataType::float64, 1);
+    const Datapoint uint64 = typed(DataType::uint64, 1);
+    const std::vector<Row> rows{
+        {float64, 21.0, "21", "21"},
+        {float64, 21.5, "21.5", "21,5"},
+        {float64, -0.0, "0", "0"},
+        {float64, 1e15 - 1, "999999999999999", "999999999999999"},
+        {float64, 2.5e15 + 0.5, "2500000000000000.5", "2500000000000000,5"},
+        {float64, 0.0001, "0.0001", "0,0001"},
+        {float64, 1e21, "1e+21", "1e+21"},
+        {float64, -2.5e-7, "-2.5e-07", "-2,5e-07"},
+        // Every digit of a 64-bit counter, and the widest patterns of both signs.
+        {uint64, Value::unsignedInteger(0x0102030405060708), "72623859790382856",
+         "72623859790382856"},
+        {uint64, Value::unsignedInteger(UINT64_MAX), "18446744073709551615",
+         "18446744073709551615"},
+        {typed(DataType::int64, 1), Value::signedInteger(INT64_MIN), "-9223372036854775808",
+         "-9223372036854775808"},
+        // A scaled integer has the digits the table shows: 111 × 0.1 is 11.100000000000001.
+        {typed(DataType::uint16, 0.1), 111 * 0.1, "11.1", "11,1"},
+        {typed(DataType::uint16, 0.1), 110 * 0.1, "11", "11"},
+        {typed(DataType::int16, 0.01), 1110 * 0.01, "11.10", "11,10"},
+        {typed(DataType::int16, -0.1), 0 * -0.1, "0", "0"},
+        {typed(DataType::uint32, 2.5), 7.5, "8", "8"},
+        // A single is written in its own shortest digits, not in those of its widened double.
+        {typed(DataType::float32, 1), static_cast<double>(0.1F), "0.1", "0,1"},
+        {typed(DataType::float32, 2), static_cast<double>(0.1F) * 2, "0.20000000298023224",
+         "0,20000000298023224"},
+        {typed(DataType::float32, 1), std::numeric_limits<double>::quiet_NaN(), "nan", "nan"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(HistoryCSV::valueText(row.point, row.value, comma), row.withPoint)
+            << row.withPoint;
+        EXPECT_EQ(HistoryCSV::valueText(row.point, row.value, semicolon), row.withComma)
+            << row.withPoint;
     }
 }
 
@@ -31,6 +68,7 @@ TEST(HistoryCSV, RowsSortedByTimeThenPollAndTableOrderInBothDialects) {
         polls[0].datapoints.resize(2);
         polls[0].datapoints[0].name = "Temperature";
         polls[0].datapoints[0].engineeringUnit = "°C";
+        polls[0].datapoints[0].scale = 0.1;
         polls[0].datapoints[1].address = 7;
         polls[1].name = "Pump";
         polls[1].datapoints.resize(1);

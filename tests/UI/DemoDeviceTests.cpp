@@ -11,7 +11,7 @@ namespace {
 
 std::optional<double> valueOf(const PollerModel& model, const Datapoint& point) {
     const PointStatus* status = model.status(point.id);
-    return status != nullptr ? status->value : std::nullopt;
+    return status != nullptr ? toDouble(status->value) : std::nullopt;
 }
 
 TEST(DemoDevice, ServesTheExampleListUntilItGoes) {
