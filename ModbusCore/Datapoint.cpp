@@ -140,7 +140,7 @@ std::string Datapoint::formatted(const Value& engineeringValue, const NumberStyl
         return format == DisplayFormat::hex ? NumberText::hexadecimal(bits, width / 4)
                                             : NumberText::binary(bits, width);
     }
-    if (engineeringValue.isInteger()) {
+    if (engineeringValue.isInteger() && !dataType.isFloat()) {
         std::string text = NumberText::plain(engineeringValue);
         if (const int digits = decimals(); digits > 0) {
             text += '.';
@@ -190,8 +190,15 @@ std::optional<Value> Datapoint::parse(std::string_view text) const {
         return ValueCodec::engineering(ValueCodec::value(*bits, dataType), scale);
     }
 
-    auto number = NumberText::number(withDecimalPoint(typed));
+    const std::string decimal = withDecimalPoint(typed);
+    auto number = NumberText::number(decimal);
     if (!number || !std::isfinite(number->toDouble())) {
+        return std::nullopt;
+    }
+    // Unscaled, digits alone that did not read as a 64-bit integer are beyond every integer
+    // type, even where the double they round to is the end of a range (-2^63).
+    if (!dataType.isFloat() && !ValueCodec::scales(scale) && !number->isInteger() &&
+        decimal.find_first_of(".e") == std::string::npos) {
         return std::nullopt;
     }
     if (dataType.isFloat()) {

@@ -159,6 +159,15 @@ Datapoint expectedPoint(std::string name, std::uint8_t unit, RegisterTable table
             {}};
 }
 
+TEST(DatapointCSVParse, TrimsQuotedCellsLikeOthers) {
+    const ImportResult result =
+        parse("Name;Table;Address;Unit\n\" Pump \";HR;\" 5 \";\"\tbar \"\n");
+    ASSERT_EQ(result.datapoints.size(), 1U);
+    EXPECT_EQ(result.datapoints[0].name, "Pump");
+    EXPECT_EQ(result.datapoints[0].address, 5);
+    EXPECT_EQ(result.datapoints[0].engineeringUnit, "bar");
+}
+
 TEST(DatapointCSVParse, ReadsWhatSpreadsheetsWriteInEitherLocale) {
     const std::vector<Datapoint> expected{
         expectedPoint("Voltage L1", 1, RegisterTable::inputRegister, 0, DataType::float32,

@@ -124,6 +124,12 @@ TEST(DatapointJSON, WritesAllKeysAndReadsThemBack) {
     Datapoint infinite = point;
     infinite.value = -std::numeric_limits<double>::infinity();
     EXPECT_EQ(Datapoint::fromJSON(nlohmann::json::parse(infinite.json().dump())), infinite);
+
+    Datapoint counter = point;
+    counter.dataType = DataType::uint64;
+    counter.value = UINT64_MAX - 2;
+    EXPECT_EQ(counter.json()["value"].dump(), "18446744073709551613");
+    EXPECT_EQ(Datapoint::fromJSON(nlohmann::json::parse(counter.json().dump())), counter);
 }
 
 TEST(DatapointJSON, AbsentKeysTakeDefaultsAndBitTablesForceBool) {

@@ -7,8 +7,18 @@
 namespace kestrin {
 namespace {
 
+// Values of every kind, 64-bit integers a double cannot hold among them, so that a ring that
+// packs them loosely gives back other numbers.
 Sample sampleAt(int value) {
-    return {QDateTime::fromSecsSinceEpoch(1'700'000'000 + value, Qt::UTC), double(value)};
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(1'700'000'000 + value, Qt::UTC);
+    switch (value % 3) {
+    case 0:
+        return {time, Value::unsignedInteger(UINT64_MAX - static_cast<std::uint64_t>(value))};
+    case 1:
+        return {time, Value::signedInteger(INT64_MIN + value)};
+    default:
+        return {time, value + 0.5};
+    }
 }
 
 TEST(SampleRing, KeepsTheNewestSamplesOldestFirstAcrossWrapArounds) {

@@ -157,6 +157,10 @@ TEST(ReadPlannerValue, CutsOutTheDatapointOnlyWhenTheBlockHoldsAllOfIt) {
         {"registers in the datapoint's word order", styled(hr(102, uint32), 1, WordOrder::cdab),
          registers, ReadData::registers({0, 0, 2, 1}), Value{65538.0, {2, 1}}},
         {"too few registers", hr(102, uint32), registers, ReadData::registers({1, 2, 3}), none},
+        {"a 64-bit counter to the last bit", hr(100, DataType::uint64), registers,
+         ReadData::registers({0x0102, 0x0304, 0x0506, 0x0708}),
+         Value{kestrin::Value::unsignedInteger(0x0102030405060708),
+               {0x0102, 0x0304, 0x0506, 0x0708}}},
         {"another table", point(1, input, 100), registers, words, none},
         {"past the block", hr(103, float32), registers, ReadData::registers({1, 2, 3, 4, 5}), none},
     };

@@ -75,7 +75,7 @@ TEST(CliEndToEnd, ReadsEveryDataTypeInEveryWordOrder) {
                                                                 {"int32", 2, "-123456789"},
                                                                 {"float32", 4, "-2.75"},
                                                                 {"uint64", 6, "1000000000000007"},
-                                                                {"int64", 10, "-4000000000000001"},
+                                                                {"int64", 10, "-9007199254740993"},
                                                                 {"float64", 14, "1234.5"}};
     for (const auto& [order, base] : orders) {
         for (const auto& [type, offset, expected] : values) {
@@ -145,6 +145,11 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
         {"--table HR --address 202 --type float32 --order CDAB", "2.5", "single", 0x10, "2.5\n"},
         {"--table HR --address 204 --type int64 --order DCBA", "-9876543210", "multiple", 0x10,
          "-9876543210\n"},
+        // Every bit of a 64-bit integer, whether typed in decimal or as a pattern.
+        {"--table HR --address 208 --type uint64 --order CDAB", "18446744073709551613", "multiple",
+         0x10, "18446744073709551613\n"},
+        {"--table HR --address 208 --type uint64 --format hex", "0x0102030405060708", "multiple",
+         0x10, "0x0102030405060708\n"},
     };
     for (const auto& row : rows) {
         const std::string write = std::string("write ") + row.datapoint + " --value " + row.value +
