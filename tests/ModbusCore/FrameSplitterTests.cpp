@@ -71,14 +71,6 @@ TEST(FrameSplitter, GivesUpOnTheFrontOnlyAfterSilence) {
     }
 }
 
-TEST(FrameSplitter, FrontTriesTheAnswerWhenTheRequestReadingFails) {
-    // Function 3 reads as an 8-byte request whose CRC fails, then as a 9-byte answer that checks.
-    const Bytes answer = hexBytes("01 03 04 00 01 00 02 2A 32");
-    FrameSplitter splitter;
-    splitter.append(answer);
-    EXPECT_EQ(splitter.next(false), Frame::response(answer));
-}
-
 TEST(FrameSplitter, OverflowKeepsTheNewest512Bytes) {
     Bytes bytes(1100);
     std::generate(bytes.begin(), bytes.end(), [n = 0]() mutable { return n++ % 251; });

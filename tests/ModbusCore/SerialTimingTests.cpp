@@ -5,13 +5,6 @@
 namespace kestrin {
 namespace {
 
-TEST(SerialTiming, BitsPerCharacterCountStartDataParityAndStop) {
-    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, true, 1), 11);
-    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, false, 1), 10);
-    EXPECT_EQ(SerialTiming::bitsPerCharacter(8, false, 2), 11);
-    EXPECT_EQ(SerialTiming::bitsPerCharacter(7, true, 1), 10);
-}
-
 TEST(SerialTiming, InterFrameDelayIsFixedOnlyAbove19200Baud) {
     struct Row {
         int baud, bits;
