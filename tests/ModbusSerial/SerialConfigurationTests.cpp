@@ -25,15 +25,18 @@ TEST(SerialConfiguration, DerivedValuesFollowTheFrame) {
     }
 }
 
-TEST(SerialConfiguration, JSONRoundTripsAndParityPersistsByRawValue) {
-    const SerialConfiguration odd{57600, 7, Parity::odd, 2};
-    EXPECT_EQ(odd.json()["parity"], "odd");
-    EXPECT_EQ(SerialConfiguration::fromJSON(odd.json()), odd);
-
-    const auto decoded = SerialConfiguration::fromJSON(nlohmann::json::parse(
-        R"({"baudRate": 19200, "dataBits": 8, "parity": "none", "stopBits": 2})"));
-    ASSERT_TRUE(decoded.ok());
-    EXPECT_EQ(decoded.value().shortDescription(), "19200 8N2");
+TEST(SerialConfiguration, FrameTextIsTheInverseOfTheFrameDescription) {
+    const SerialConfiguration base{19200, 8, Parity::none, 1};
+    for (const char* text : {"8E1", "8N2", "7O1", "7N1", "8O2"}) {
+        const auto serial = base.withFrame(text);
+        ASSERT_TRUE(serial.has_value()) << text;
+        EXPECT_EQ(serial->frameDescription(), text);
+        EXPECT_EQ(serial->baudRate, 19200);
+    }
+    EXPECT_EQ(base.withFrame(" 8e1 ")->frameDescription(), "8E1");
+    for (const char* text : {"", "8E", "9E1", "6N1", "8X1", "8E3", "8E10", "E81"}) {
+        EXPECT_EQ(base.withFrame(text), std::nullopt) << text;
+    }
 }
 
 TEST(SerialConfiguration, DecodingFailsNamingTheBadKey) {
