@@ -37,14 +37,6 @@ std::string withDecimalPoint(std::string_view text) {
     return result;
 }
 
-std::string replacingPoint(std::string text, const NumberStyle& style) {
-    auto point = text.find('.');
-    if (point != std::string::npos) {
-        text.replace(point, 1, style.decimalSeparator);
-    }
-    return text;
-}
-
 template <typename T>
 void combine(std::size_t& seed, const T& value) {
     seed ^= std::hash<T>{}(value) + 0x9E3779B97F4A7C15ULL + (seed << 6) + (seed >> 2);
@@ -146,7 +138,7 @@ std::string Datapoint::formatted(const Value& engineeringValue, const NumberStyl
             text += '.';
             text.append(static_cast<std::size_t>(digits), '0');
         }
-        return replacingPoint(std::move(text), style);
+        return style.localized(std::move(text));
     }
     const double real = engineeringValue.toDouble();
     if (std::isnan(real)) {
@@ -156,9 +148,9 @@ std::string Datapoint::formatted(const Value& engineeringValue, const NumberStyl
         return real > 0 ? "∞" : "-∞";
     }
     if (dataType.isFloat()) {
-        return replacingPoint(NumberText::significant(real), style);
+        return style.localized(NumberText::significant(real));
     }
-    return replacingPoint(NumberText::fixed(real, decimals()), style);
+    return style.localized(NumberText::fixed(real, decimals()));
 }
 
 std::optional<Value> Datapoint::parse(std::string_view text) const {

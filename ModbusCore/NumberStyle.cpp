@@ -25,6 +25,13 @@ NumberStyle readFromEnvironment() {
 
 } // namespace
 
+std::string NumberStyle::localized(std::string number) const {
+    if (const auto point = number.find('.'); point != std::string::npos) {
+        number.replace(point, 1, decimalSeparator);
+    }
+    return number;
+}
+
 const NumberStyle& NumberStyle::current() {
     static const NumberStyle style = readFromEnvironment();
     return style;

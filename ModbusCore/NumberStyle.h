@@ -14,6 +14,8 @@ struct NumberStyle {
     static const NumberStyle& current();
 
     bool usesDecimalComma() const noexcept { return decimalSeparator == ","; }
+    // A number written with "." as this style writes it.
+    std::string localized(std::string number) const;
 
     friend bool operator==(const NumberStyle&, const NumberStyle&) = default;
 };

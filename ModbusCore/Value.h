@@ -14,7 +14,9 @@ class Value {
 public:
     enum class Kind : std::uint8_t { real, signedInteger, unsignedInteger };
 
-    constexpr Value() noexcept = default;
+    // The double 0.
+    constexpr Value() noexcept
+        : real_(0) {}
     // Implicit: every double is a value, and most values are doubles.
     constexpr Value(double real) noexcept // NOLINT(google-explicit-constructor)
         : real_(real) {}
@@ -56,7 +58,7 @@ public:
 
 private:
     union {
-        double real_ = 0;
+        double real_;
         std::int64_t signed_;
         std::uint64_t unsigned_;
     };

@@ -9,8 +9,8 @@ using namespace kestrin;
 
 namespace {
 
-bool sameNumber(double a, double b) {
-    return a == b || (std::isnan(a) && std::isnan(b));
+bool sameNumber(const Value& a, const Value& b) {
+    return a == b || (std::isnan(a.toDouble()) && std::isnan(b.toDouble()));
 }
 
 // Everything the CSV carries: ids and simulations are not in it, the word order of a

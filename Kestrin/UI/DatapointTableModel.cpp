@@ -3,6 +3,7 @@
 #include "Datapoint.h"
 #include "L10n.h"
 #include "NumberStyle.h"
+#include "NumberText.h"
 #include "PollerModel.h"
 #include "RTUFrame.h"
 
@@ -25,17 +26,6 @@ namespace {
 
 QString qt(const std::string& text) {
     return QString::fromStdString(text);
-}
-
-// Shortest text that reads back as the same double, with the user's decimal separator.
-std::string shortest(double number, const NumberStyle& style) {
-    std::array<char, 32> buffer{};
-    const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-    std::string text(buffer.data(), written.ptr);
-    if (const std::size_t point = text.find('.'); point != std::string::npos) {
-        text.replace(point, 1, style.decimalSeparator);
-    }
-    return text;
 }
 
 // The time of day in the user's long time format, without the time zone it usually carries.
@@ -276,7 +266,7 @@ QVariant DatapointTableModel::display(const Datapoint& point, int column) const 
         return QString::fromUtf8(point.wordOrder.label().data(),
                                  static_cast<int>(point.wordOrder.label().size()));
     case scale:
-        return qt(shortest(point.scale, NumberStyle::current()));
+        return qt(NumberStyle::current().localized(NumberText::plain(point.scale)));
     case value:
         if (pointStatus != nullptr && pointStatus->value) {
             return qt(point.formatted(*pointStatus->value, NumberStyle::current()));
@@ -329,8 +319,13 @@ QVariant DatapointTableModel::toolTip(const Datapoint& point, int column) const 
     case chart:
         return qt(L10n::Table::plotHelp());
     case value: {
-        const std::string help = rawRegistersHelp(model_.status(point.id));
-        return help.empty() ? QVariant() : qt(help);
+        // The whole value too: a 64-bit one is often wider than its column.
+        const PointStatus* pointStatus = model_.status(point.id);
+        const std::string help = rawRegistersHelp(pointStatus);
+        if (help.empty() || !pointStatus->value) {
+            return {};
+        }
+        return qt(point.formatted(*pointStatus->value, NumberStyle::current()) + "\n" + help);
     }
     case status: {
         const PointStatus* pointStatus = model_.status(point.id);

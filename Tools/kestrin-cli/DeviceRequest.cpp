@@ -6,6 +6,22 @@
 
 namespace kestrin::DeviceRequest {
 
+namespace {
+
+// What a device still sends for a failed request (an answer after the time-out, the tail of a
+// defective one) would reach the next command's request as its answer, the same length from
+// the same unit: it is waited out before the port closes, and reported.
+ExitCode settled(ExitCode failed, SerialLink& link, bool timedOut, double timeout,
+                 std::ostream& err) {
+    const auto late = timedOut ? link.lateAnswer(timeout) : link.restOfAnswer();
+    if (late && !late.value().empty()) {
+        err << L10n::Log::lateAnswer() << '\n';
+    }
+    return failed;
+}
+
+} // namespace
+
 Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std::ostream& err) {
     SerialLink link(options.port, options.serial, options.testDevice);
     if (const auto opened = link.open(); !opened) {
@@ -18,14 +34,16 @@ Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std
     if (!answer) {
         // A missing answer is the device's failure; anything else means the port is unusable.
         if (answer.error().is<SerialLinkError::Timeout>()) {
-            return fail(PollFailure::timeout(), options, err);
+            return settled(fail(PollFailure::timeout(), options, err), link, true,
+                           options.timeoutSeconds(), err);
         }
         err << L10n::Errors::describe(answer.error()) << '\n';
         return ExitCode::portFailed;
     }
     auto pdu = RTUFrame::parseResponse(answer.value(), unit, requestPDU[0]);
     if (!pdu) {
-        return fail(pdu.error().pollFailure(), options, err);
+        return settled(fail(pdu.error().pollFailure(), options, err), link, false,
+                       options.timeoutSeconds(), err);
     }
     return std::move(pdu).value();
 }

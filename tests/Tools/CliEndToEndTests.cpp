@@ -196,6 +196,28 @@ TEST(CliEndToEnd, ReportsExceptionsTimeOutsAndCrcErrorsOnStandardErrorAndExitsOn
     }
 }
 
+// A device that answers after the time-out must not answer the next command in its place: the
+// two reads ask for the same unit, function and length, so only the value tells them apart.
+TEST(CliEndToEnd, AnAnswerAfterTheTimeOutNeverAnswersTheNextCommand) {
+    const SimulatorProcess simulator(
+        simulatorArguments("--fault late=0.5 --master-timeout-ms 300 --seed 3"));
+    ASSERT_FALSE(simulator.port().empty());
+    const std::pair<const char*, const char*> reads[] = {
+        {"read --table HR --address 16 --type uint64 --timeout-ms 300", "1000000000000007\n"},
+        {"read --table HR --address 20 --type int64 --timeout-ms 300", "-9007199254740993\n"}};
+    int answered = 0;
+    for (int round = 0; round < 6; ++round) {
+        for (const auto& [command, expected] : reads) {
+            const ProcessResult result = cli(simulator, command);
+            if (result.exitCode == 0) {
+                ++answered;
+                EXPECT_EQ(result.out, expected) << command;
+            }
+        }
+    }
+    EXPECT_GT(answered, 0);
+}
+
 TEST(CliEndToEnd, RefusesAPortItCannotUseWithExitThree) {
     const SimulatorProcess simulator(simulatorArguments());
     ASSERT_FALSE(simulator.port().empty());
