@@ -1,6 +1,9 @@
+#include "HelpScreenshot.h"
 #include "HelpTopic.h"
 #include "L10n.h"
 #include "Overloaded.h"
+
+#include <set>
 
 #include <gtest/gtest.h>
 
@@ -72,22 +75,6 @@ TEST(HelpTopic, EveryLanguageHasTheEnglishStructureAndNoEmptyText) {
     }
 }
 
-TEST(HelpTopic, TableKeysNameWhatTheUserSees) {
-    const std::vector<HelpTopic> topics = HelpTopic::all(Language::en);
-    const auto firstKeys = [&](std::size_t topic, std::size_t block) {
-        const auto& rows = std::get<HelpBlock::Table>(topics[topic].blocks[block].value).rows;
-        return std::vector<std::string>{rows.front().key, rows.back().key};
-    };
-    EXPECT_EQ(firstKeys(2, 1), (std::vector<std::string>{"Unit", "Display"}));
-    EXPECT_EQ(firstKeys(5, 2),
-              (std::vector<std::string>{"Name", "Scale, Unit, Format, Value, Description"}));
-    EXPECT_EQ(firstKeys(6, 0), (std::vector<std::string>{"OK · 24 ms", "CRC error"}));
-    EXPECT_EQ(firstKeys(8, 0), (std::vector<std::string>{"Ctrl+R", "F1"}));
-    EXPECT_EQ(
-        std::get<HelpBlock::Paragraph>(topics[0].blocks[0].value).text.rfind("Kestrin is a ", 0),
-        0U);
-}
-
 std::vector<std::string> ids(const std::vector<HelpTopic>& topics) {
     std::vector<std::string> list;
     list.reserve(topics.size());
@@ -157,6 +144,31 @@ TEST(HelpTopic, EveryLanguageFindsItsOwnTitlesAndTheSameCodes) {
         L10n::withLanguageForTesting(language, [&] {
             EXPECT_EQ(HelpTopic::search("Modbus"), HelpTopic::matching(topics, "Modbus"));
         });
+    }
+}
+
+TEST(HelpScreenshot, FallsBackToEnglishThenToNothing) {
+    struct Row {
+        std::set<std::string> resources;
+        Language language;
+        std::optional<std::string> shown;
+    };
+    const Row rows[] = {
+        {{"overview-en.png", "overview-de.png"}, Language::de, "overview-de.png"},
+        {{"overview-en.png", "overview-de.png"}, Language::en, "overview-en.png"},
+        {{"overview-en.png", "overview-de.png"}, Language::es, "overview-en.png"},
+        {{"overview-en.png"}, Language::nl, "overview-en.png"},
+        {{"overview-fr.png"}, Language::fr, "overview-fr.png"},
+        {{"overview-fr.png"}, Language::es, std::nullopt},
+        {{"chart-en.png", "chart-es.png"}, Language::es, std::nullopt},
+        {{}, Language::en, std::nullopt},
+    };
+    for (const Row& row : rows) {
+        const std::optional<std::string> shown =
+            HelpScreenshot::resource("overview", row.language, [&](const std::string& file) {
+                return row.resources.count(file) == 1;
+            });
+        EXPECT_EQ(shown, row.shown) << row.language.rawValue();
     }
 }
 

@@ -2,11 +2,21 @@
 
 #include "L10n.h"
 
+#include <array>
+#include <cstdio>
+
 namespace kestrin {
 
-const std::vector<TranslatedKey>& translatedKeys() {
+namespace {
+
+// A text of one value, passed as a marker.
+TranslatedKey showing(std::string name, std::string (*text)(std::string_view), std::string marker) {
+    return {std::move(name), [text, marker] { return text(marker); }, {marker}};
+}
+
+std::vector<TranslatedKey> allKeys() {
     using P = PollFailure;
-    static const std::vector<TranslatedKey> keys = {
+    std::vector<TranslatedKey> keys = {
         {"Header.port", L10n::Header::port},
         {"Header.noPortsFound", L10n::Header::noPortsFound},
         {"Header.choosePort", L10n::Header::choosePort},
@@ -156,28 +166,19 @@ const std::vector<TranslatedKey>& translatedKeys() {
         {"Example.mode", L10n::Example::mode},
         {"Example.pump", L10n::Example::pump},
         {"Example.alarm", L10n::Example::alarm},
-        {"Header.portNotConnected",
-         [] { return L10n::Header::portNotConnected("<port>"); },
-         {"<port>"}},
+        showing("Header.portNotConnected", L10n::Header::portNotConnected, "<port>"),
         {"Header.baudLabel", [] { return L10n::Header::baudLabel(19200); }, {"19200"}},
         {"Settings.gapLabel(0)", [] { return L10n::Settings::gapLabel(0); }},
         {"Settings.gapLabel(12)", [] { return L10n::Settings::gapLabel(12); }, {"12"}},
         {"Footer.statistics",
          [] { return L10n::Footer::statistics(101, 202, 303, 404, 505); },
          {"101", "202", "303", "404", "505"}},
-        {"Table.addressHelp", [] { return L10n::Table::addressHelp("<40001>"); }, {"<40001>"}},
-        {"Table.rawHelp", [] { return L10n::Table::rawHelp("<raw>"); }, {"<raw>"}},
-        {"Table.tableName(CO)", [] { return L10n::Table::tableName(RegisterTable::coil); }},
-        {"Table.tableName(DI)",
-         [] { return L10n::Table::tableName(RegisterTable::discreteInput); }},
-        {"Table.tableName(HR)",
-         [] { return L10n::Table::tableName(RegisterTable::holdingRegister); }},
-        {"Table.tableName(IR)",
-         [] { return L10n::Table::tableName(RegisterTable::inputRegister); }},
+        showing("Table.addressHelp", L10n::Table::addressHelp, "<40001>"),
+        showing("Table.rawHelp", L10n::Table::rawHelp, "<raw>"),
         {"Table.formatName(decimal)",
          [] { return L10n::Table::formatName(DisplayFormat::decimal); }},
         {"Table.formatName(binary)", [] { return L10n::Table::formatName(DisplayFormat::binary); }},
-        {"Table.updatedHelp", [] { return L10n::Table::updatedHelp("<time>"); }, {"<time>"}},
+        showing("Table.updatedHelp", L10n::Table::updatedHelp, "<time>"),
         {"Table.valueInvalid",
          [] { return L10n::Table::valueInvalid(DataType::uint32); },
          {"UInt32"}},
@@ -186,56 +187,19 @@ const std::vector<TranslatedKey>& translatedKeys() {
         {"Import.title(0)", [] { return L10n::Import::title(0); }, {"0"}},
         {"Import.skipped(1)", [] { return L10n::Import::skipped(1); }, {"1"}},
         {"Import.skipped(3)", [] { return L10n::Import::skipped(3); }, {"3"}},
-        {"Modbus.functionName(1)", [] { return L10n::Modbus::functionName(1); }},
-        {"Modbus.functionName(2)", [] { return L10n::Modbus::functionName(2); }},
-        {"Modbus.functionName(3)", [] { return L10n::Modbus::functionName(3); }},
-        {"Modbus.functionName(4)", [] { return L10n::Modbus::functionName(4); }},
-        {"Modbus.functionName(5)", [] { return L10n::Modbus::functionName(5); }},
-        {"Modbus.functionName(6)", [] { return L10n::Modbus::functionName(6); }},
-        {"Modbus.functionName(8)", [] { return L10n::Modbus::functionName(8); }},
-        {"Modbus.functionName(15)", [] { return L10n::Modbus::functionName(15); }},
-        {"Modbus.functionName(16)", [] { return L10n::Modbus::functionName(16); }},
-        {"Modbus.functionName(22)", [] { return L10n::Modbus::functionName(22); }},
-        {"Modbus.functionName(23)", [] { return L10n::Modbus::functionName(23); }},
-        {"Modbus.functionName(43)", [] { return L10n::Modbus::functionName(43); }},
-        {"Modbus.functionName(0)", [] { return L10n::Modbus::functionName(0); }},
-        {"Modbus.exceptionName(1)", [] { return L10n::Modbus::exceptionName(1); }, {"(01)"}},
-        {"Modbus.exceptionName(2)", [] { return L10n::Modbus::exceptionName(2); }, {"(02)"}},
-        {"Modbus.exceptionName(3)", [] { return L10n::Modbus::exceptionName(3); }, {"(03)"}},
-        {"Modbus.exceptionName(4)", [] { return L10n::Modbus::exceptionName(4); }, {"(04)"}},
-        {"Modbus.exceptionName(5)", [] { return L10n::Modbus::exceptionName(5); }, {"(05)"}},
-        {"Modbus.exceptionName(6)", [] { return L10n::Modbus::exceptionName(6); }, {"(06)"}},
-        {"Modbus.exceptionName(8)", [] { return L10n::Modbus::exceptionName(8); }, {"(08)"}},
-        {"Modbus.exceptionName(10)", [] { return L10n::Modbus::exceptionName(10); }, {"(0A)"}},
-        {"Modbus.exceptionName(11)", [] { return L10n::Modbus::exceptionName(11); }, {"(0B)"}},
-        {"Modbus.exceptionName(7)", [] { return L10n::Modbus::exceptionName(7); }, {"(07)"}},
-        {"Board.usbSerial", [] { return L10n::Board::usbSerial("<chip>"); }, {"<chip>"}},
-        {"Errors.saveFailed", [] { return L10n::Errors::saveFailed("<reason>"); }, {"<reason>"}},
-        {"Errors.demoFailed", [] { return L10n::Errors::demoFailed("<reason>"); }, {"<reason>"}},
-        {"Errors.fileOpenFailed",
-         [] { return L10n::Errors::fileOpenFailed("<file>"); },
-         {"<file>"}},
-        {"Errors.importNothing",
-         [] { return L10n::Errors::importNothing("<details>"); },
-         {"<details>"}},
+        showing("Board.usbSerial", L10n::Board::usbSerial, "<chip>"),
+        showing("Errors.saveFailed", L10n::Errors::saveFailed, "<reason>"),
+        showing("Errors.demoFailed", L10n::Errors::demoFailed, "<reason>"),
+        showing("Errors.fileOpenFailed", L10n::Errors::fileOpenFailed, "<file>"),
+        showing("Errors.importNothing", L10n::Errors::importNothing, "<details>"),
         {"Errors.importIssue",
          [] { return L10n::Errors::importIssue(37, "<problem>"); },
          {"37", "<problem>"}},
-        {"Errors.csvInvalidTable",
-         [] { return L10n::Errors::csvInvalidTable("<cell>"); },
-         {"<cell>"}},
-        {"Errors.csvInvalidAddress",
-         [] { return L10n::Errors::csvInvalidAddress("<cell>"); },
-         {"<cell>"}},
-        {"Errors.csvInvalidUnit",
-         [] { return L10n::Errors::csvInvalidUnit("<cell>"); },
-         {"<cell>"}},
-        {"Errors.csvInvalidDataType",
-         [] { return L10n::Errors::csvInvalidDataType("<cell>"); },
-         {"<cell>"}},
-        {"Errors.csvInvalidNumber",
-         [] { return L10n::Errors::csvInvalidNumber("<cell>"); },
-         {"<cell>"}},
+        showing("Errors.csvInvalidTable", L10n::Errors::csvInvalidTable, "<cell>"),
+        showing("Errors.csvInvalidAddress", L10n::Errors::csvInvalidAddress, "<cell>"),
+        showing("Errors.csvInvalidUnit", L10n::Errors::csvInvalidUnit, "<cell>"),
+        showing("Errors.csvInvalidDataType", L10n::Errors::csvInvalidDataType, "<cell>"),
+        showing("Errors.csvInvalidNumber", L10n::Errors::csvInvalidNumber, "<cell>"),
         {"Document.problemAt",
          [] { return L10n::Document::problemAt("<path>", "<problem>"); },
          {"<path>", "<problem>"}},
@@ -255,24 +219,22 @@ const std::vector<TranslatedKey>& translatedKeys() {
          [] { return L10n::Document::unknownValue("<found>", "<choices>"); },
          {"<found>", "<choices>"}},
         {"Document.emptyList", L10n::Document::emptyList},
-        {"Errors.invalidPath", [] { return L10n::Errors::invalidPath("<path>"); }, {"<path>"}},
+        showing("Errors.invalidPath", L10n::Errors::invalidPath, "<path>"),
         {"Errors.openFailed",
          [] { return L10n::Errors::openFailed("<path>", "<reason>"); },
          {"<path>", "<reason>"}},
-        {"Errors.busy", [] { return L10n::Errors::busy("<path>"); }, {"<path>"}},
-        {"Errors.configurationFailed",
-         [] { return L10n::Errors::configurationFailed("<reason>"); },
-         {"<reason>"}},
+        showing("Errors.busy", L10n::Errors::busy, "<path>"),
+        showing("Errors.configurationFailed", L10n::Errors::configurationFailed, "<reason>"),
         {"Errors.unsupportedBaud",
          [] { return L10n::Errors::unsupportedBaud(250000); },
          {"250000"}},
-        {"Errors.writeFailed", [] { return L10n::Errors::writeFailed("<reason>"); }, {"<reason>"}},
+        showing("Errors.writeFailed", L10n::Errors::writeFailed, "<reason>"),
         {"Notice.writeFailed",
          [] { return L10n::Notice::writeFailed("<name>", "<reason>"); },
          {"<name>", "<reason>"}},
         {"Polls.newName", [] { return L10n::Polls::newName(3); }, {"3"}},
-        {"Polls.copyName", [] { return L10n::Polls::copyName("<name>"); }, {"<name>"}},
-        {"Write.title", [] { return L10n::Write::title("<name>"); }, {"<name>"}},
+        showing("Polls.copyName", L10n::Polls::copyName, "<name>"),
+        showing("Write.title", L10n::Write::title, "<name>"),
         {"Chart.windowLabel(0)", [] { return L10n::Chart::windowLabel(0); }},
         {"Log.failure(unexpectedUnit)",
          [] { return L10n::Log::failure(P::unexpectedUnit(17), 1000); },
@@ -294,9 +256,33 @@ const std::vector<TranslatedKey>& translatedKeys() {
          {"<port>", "<serial>"}},
         {"Log.unit", [] { return L10n::Log::unit(247); }, {"247"}},
         {"Log.unitFunction", [] { return L10n::Log::unitFunction(246, 0x10); }, {"246", "10"}},
-        {"Log.writeFailed", [] { return L10n::Log::writeFailed("<name>"); }, {"<name>"}},
-        {"Log.serialLost", [] { return L10n::Log::serialLost("<path>"); }, {"<path>"}},
+        showing("Log.writeFailed", L10n::Log::writeFailed, "<name>"),
+        showing("Log.serialLost", L10n::Log::serialLost, "<path>"),
     };
+    for (const RegisterTable table : RegisterTable::allCases) {
+        keys.push_back({"Table.tableName(" + std::string(table.code()) + ")",
+                        [table] { return L10n::Table::tableName(table); }});
+    }
+    // The function codes with a name of their own and 0 for the others; the named exceptions
+    // and 7, which has none.
+    for (const int code : {1, 2, 3, 4, 5, 6, 8, 15, 16, 22, 23, 43, 0}) {
+        keys.push_back({"Modbus.functionName(" + std::to_string(code) + ")",
+                        [code] { return L10n::Modbus::functionName(code); }});
+    }
+    for (const int code : {1, 2, 3, 4, 5, 6, 8, 10, 11, 7}) {
+        std::array<char, 8> shown{};
+        std::snprintf(shown.data(), shown.size(), "(%02X)", code);
+        keys.push_back({"Modbus.exceptionName(" + std::to_string(code) + ")",
+                        [code] { return L10n::Modbus::exceptionName(code); },
+                        {shown.data()}});
+    }
+    return keys;
+}
+
+} // namespace
+
+const std::vector<TranslatedKey>& translatedKeys() {
+    static const std::vector<TranslatedKey> keys = allKeys();
     return keys;
 }
 
