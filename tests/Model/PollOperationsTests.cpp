@@ -91,27 +91,6 @@ TEST(PollOperations, RemovingTheSelectedPollSelectsTheOneBeforeIt) {
     EXPECT_FALSE(removePoll(polls, Uuid::random(), polls[0].id));
 }
 
-TEST(PollOperations, FieldSettersChangeOnlyTheNamedPoll) {
-    const Datapoint charted = point(RegisterTable::holdingRegister, 0);
-    const std::vector<Poll> polls{poll("A", {charted}), poll("B")};
-    const Uuid a = polls[0].id;
-    const Uuid b = polls[1].id;
-
-    EXPECT_EQ(renamePoll(polls, a, "")[0].name, "");
-    EXPECT_EQ(setInterval(polls, a, 12345)[0].intervalMs, 12345);
-    EXPECT_FALSE(setEnabled(polls, b, false)[1].enabled);
-    const auto plotted = setPlotted(polls, a, charted.id, true);
-    EXPECT_EQ(plotted[0].plotted, std::set<Uuid>{charted.id});
-    EXPECT_TRUE(setPlotted(plotted, a, charted.id, false)[0].plotted.empty());
-    EXPECT_EQ(renamePoll(polls, a, "X")[1], polls[1]);
-    EXPECT_EQ(setInterval(polls, b, 5)[0], polls[0]);
-
-    const Uuid unknown = Uuid::random();
-    EXPECT_EQ(renamePoll(polls, unknown, "X"), polls);
-    EXPECT_EQ(setEnabled(polls, unknown, false), polls);
-    EXPECT_EQ(setPlotted(polls, unknown, charted.id, true), polls);
-}
-
 TEST(PollOperations, AddDatapointContinuesAfterTheBaseOrStartsOverAtZero) {
     const struct {
         Datapoint base;

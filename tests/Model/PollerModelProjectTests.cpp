@@ -1,31 +1,14 @@
-#include "FileSizeLimit.h"
 #include "LogLine.h"
 #include "ModelFixture.h"
-
-#include <tuple>
+#include "TestFiles.h"
 
 #include <QDir>
 
 namespace kestrin::ModelTesting {
 namespace {
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void put(const QString& path, const std::string& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    std::ofstream(path.toStdString()) << bytes;
-}
-
-std::string names(const std::vector<Poll>& polls) {
-    std::string joined;
-    for (const Poll& poll : polls) {
-        joined += joined.empty() ? poll.name : " " + poll.name;
-    }
-    return joined;
-}
+using Testing::contents;
+using Testing::put;
 
 using PollerModelProject = ModelFixture;
 
@@ -38,7 +21,7 @@ TEST_F(PollerModelProject, SaveOpenSaveGivesTheSameBytes) {
     original.maxGap = 6;
     original.serial.baudRate = 19200;
     original.polls[0].plotted.insert(original.polls[0].datapoints[0].id);
-    put(autosavePath(), original.encoded());
+    put(autosavePath(), QByteArray::fromStdString(original.encoded()));
     create();
     EXPECT_EQ(model->currentProject(), original);
 
@@ -59,17 +42,6 @@ TEST_F(PollerModelProject, AnUnreadableProjectIsRefusedNamingWhatIsWrong) {
     EXPECT_EQ(model->errorMessage(), "Cannot read meter.json. Is it a file of this app?\n"
                                      "polls[0].datapoints[0].scale: expected a finite number");
     EXPECT_EQ(model->currentProject(), before);
-}
-
-TEST_F(PollerModelProject, BrokenAutosaveIsKeptAsideAndTheFirstRunProjectUsed) {
-    put(autosavePath(), "{\"polls\": 12");
-    create();
-    ASSERT_EQ(model->polls().size(), 1U);
-    EXPECT_EQ(model->polls()[0].name, "Example device");
-    const QStringList kept =
-        QDir(file("Kestrin")).entryList({"project.json.broken-*"}, QDir::Files);
-    ASSERT_EQ(kept.size(), 1);
-    EXPECT_EQ(contents(file("Kestrin/" + kept[0])), "{\"polls\": 12");
 }
 
 TEST_F(PollerModelProject, EveryProjectChangeIsAutosavedAfterTheDelayAndAtShutdown) {
@@ -140,22 +112,6 @@ TEST_F(PollerModelReplace, NewProjectStopsReadingAndForgetsReadings) {
 }
 
 using PollerModelPolls = ModelFixture;
-
-TEST_F(PollerModelPolls, RemovingSelectsThePollBeforeAndNeverTheLastPoll) {
-    // Selected index, removed index, polls left, selected afterwards.
-    const std::vector<std::tuple<int, int, std::string, std::string>> rows{
-        {1, 1, "A C", "A"}, {0, 0, "B C", "B"}, {2, 0, "B C", "C"}};
-    for (const auto& [selected, removed, left, selectedAfter] : rows) {
-        create(project({poll("A", {}), poll("B", {}), poll("C", {})}));
-        model->setSelectedPollID(model->polls()[selected].id);
-        model->removePoll(model->polls()[removed].id);
-        EXPECT_EQ(names(model->polls()), left);
-        EXPECT_EQ(model->selectedPoll()->name, selectedAfter);
-    }
-    create(project({poll("Only", {})}));
-    model->removePoll(model->polls()[0].id);
-    EXPECT_EQ(names(model->polls()), "Only");
-}
 
 TEST_F(PollerModelPolls, DatapointOperationsWorkOnTheSelectedPoll) {
     const Datapoint level = holding("Level", 100, 0, DataType::float32);

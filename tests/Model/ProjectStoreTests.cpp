@@ -1,5 +1,6 @@
 #include "L10n.h"
 #include "ProjectStore.h"
+#include "TestFiles.h"
 
 #include <cerrno>
 #include <string>
@@ -14,17 +15,8 @@
 namespace kestrin {
 namespace {
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
+using Testing::contents;
+using Testing::put;
 
 PollerProject editedProject() {
     PollerProject project = PollerProject::firstRun();
@@ -46,19 +38,6 @@ protected:
     ProjectStore store{autosavePath};
 };
 
-TEST_F(ProjectStoreTest, SaveLoadSaveIsByteIdentical) {
-    const PollerProject project = editedProject();
-    ASSERT_TRUE(store.save(project).ok());
-    const QByteArray saved = contents(autosavePath);
-    EXPECT_EQ(saved.toStdString(), project.encoded());
-
-    const ProjectStore::Loaded loaded = store.load();
-    EXPECT_EQ(loaded.project, project);
-    EXPECT_FALSE(loaded.brokenCopy);
-    ASSERT_TRUE(store.save(loaded.project).ok());
-    EXPECT_EQ(contents(autosavePath), saved);
-}
-
 TEST_F(ProjectStoreTest, WithoutAnAutosaveTheFirstRunProjectIsUsedAndNothingWritten) {
     const ProjectStore::Loaded loaded = store.load();
     EXPECT_TRUE(isFirstRun(loaded.project));
@@ -75,7 +54,7 @@ TEST_F(ProjectStoreTest, AnUnusableAutosaveIsKeptBesideItBeforeTheFirstRunProjec
         QStringLiteral("^project\\.json\\.broken-\\d{4}-\\d\\d-\\d\\dT\\d{6}(-\\d+)?$"));
     QStringList kept;
     for (const QByteArray broken : {"{\"polls\": [", "{\"polls\": []}", "{\"polls\": 1}", ""}) {
-        write(autosavePath, broken);
+        put(autosavePath, broken);
         const ProjectStore::Loaded loaded = store.load();
         EXPECT_TRUE(isFirstRun(loaded.project)) << broken.constData();
         ASSERT_TRUE(loaded.brokenCopy) << broken.constData();
@@ -91,10 +70,9 @@ TEST_F(ProjectStoreTest, AnUnusableAutosaveIsKeptBesideItBeforeTheFirstRunProjec
 
 TEST_F(ProjectStoreTest, OpenRefusesUnreadableUndecodableAndPollLessFiles) {
     const PollerProject project = editedProject();
-    write(folder.filePath(QStringLiteral("good.json")),
-          QByteArray::fromStdString(project.encoded()));
-    write(folder.filePath(QStringLiteral("empty.json")), R"({"polls": []})");
-    write(folder.filePath(QStringLiteral("notes.txt")), "Temperature;HR;100");
+    put(folder.filePath(QStringLiteral("good.json")), QByteArray::fromStdString(project.encoded()));
+    put(folder.filePath(QStringLiteral("empty.json")), R"({"polls": []})");
+    put(folder.filePath(QStringLiteral("notes.txt")), "Temperature;HR;100");
 
     const auto opened = ProjectStore::open(folder.filePath(QStringLiteral("good.json")));
     ASSERT_TRUE(opened.ok()) << opened.error();

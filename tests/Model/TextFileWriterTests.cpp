@@ -1,5 +1,5 @@
-#include "FileSizeLimit.h"
 #include "L10n.h"
+#include "TestFiles.h"
 #include "TextFileWriter.h"
 
 #include <cerrno>
@@ -18,16 +18,8 @@
 namespace kestrin {
 namespace {
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(absent)");
-}
-
-void put(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    ASSERT_EQ(file.write(bytes), bytes.size());
-}
+using Testing::contents;
+using Testing::put;
 
 mode_t permissions(const QString& path) {
     struct stat status {};
