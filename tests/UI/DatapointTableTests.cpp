@@ -116,30 +116,13 @@ public:
     }
 };
 
-// Reading on a terminal that never answers, with the datapoints in a switched-off poll that the
-// table shows: every status comes from events the test hands to the model.
-class QuietTable : public TableFixture {
+// Every status comes from events the test hands to the model, for the poll the table shows.
+class QuietTable : public ModelTesting::QuietReading {
 protected:
-    QuietTerminal terminal;
-    Datapoint level = datapoint("Level", RegisterTable::holdingRegister, 100);
-    Datapoint flow = datapoint("Flow", RegisterTable::holdingRegister, 101);
-    Uuid points;
-
     void SetUp() override {
-        PollerProject quiet = project({level, flow});
-        quiet.polls.front().enabled = false;
-        quiet.polls.insert(quiet.polls.begin(), Poll{});
-        create(quiet);
-        points = model->polls()[1].id;
+        QuietReading::SetUp();
         model->setSelectedPollID(points);
-        startReading(terminal.path());
     }
-
-    void read(Result<ReadData, PollFailureError> result) {
-        const ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};
-        model->handleEvent({PollerEvent::Read{points, both, std::move(result), {}, {}, 0.0234}});
-    }
-    void fail(PollFailure failure) { read(PollFailureError{failure}); }
 };
 
 TEST_F(QuietTable, StatusesArriveRowByRowWithoutAReset) {
@@ -151,8 +134,8 @@ TEST_F(QuietTable, StatusesArriveRowByRowWithoutAReset) {
     };
     inEnglish([&] {
         EXPECT_EQ(text(0, Model::status), "Waiting…");
-        read(ReadData::registers({215, 7}));
-        EXPECT_EQ(text(0, Model::status), "OK · 23 ms");
+        answerBoth(215, 7);
+        EXPECT_EQ(text(0, Model::status), "OK · 12 ms");
         EXPECT_EQ(text(1, Model::value), "7");
         fail(PollFailure::exception(2));
         EXPECT_EQ(text(0, Model::status), "Exception 02");
@@ -172,7 +155,7 @@ TEST_F(QuietTable, StatusColoursFollowThePaletteInLightAndDark) {
     dark.setColor(QPalette::Text, QColor(230, 230, 230));
     const QModelIndex status = table.index(0, Model::status);
     for (const QPalette& palette : {QPalette(Qt::white), dark}) {
-        read(ReadData::registers({1, 2}));
+        answerBoth(1, 2);
         EXPECT_EQ(delegate.textColour(status, palette), LogPalette::green(palette));
         fail(PollFailure::timeout());
         EXPECT_EQ(delegate.textColour(status, palette), LogPalette::red(palette));
@@ -374,8 +357,8 @@ void answerImportQuestion(const QString& choice) {
 }
 
 TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosen) {
-    const std::string csv = "Name,Unit ID,Table,Address,Data type\n"
-                            "Imported A,1,HR,10,uint16\nImported B,1,HR,11,uint16\n";
+    const QByteArray csv = "Name,Unit ID,Table,Address,Data type\n"
+                           "Imported A,1,HR,10,uint16\nImported B,1,HR,11,uint16\n";
     const struct {
         const char* choice;
         std::vector<std::string> names;
@@ -391,7 +374,8 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosen) {
             create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
             shown();
             answerImportQuestion(row.choice);
-            panel->importFile(QString::fromStdString(folder.file("points.csv", csv)));
+            Testing::put(file("points.csv"), csv);
+            panel->importFile(file("points.csv"));
             std::vector<std::string> names;
             for (const Datapoint& point : poll().datapoints) {
                 names.push_back(point.name);
@@ -405,12 +389,12 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosen) {
 TEST_F(DatapointTable, AnUnreadableImportAsksNothingAndSaysWhy) {
     create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
     shown();
-    for (const std::string& path :
-         {folder.file("broken.csv", "no,header,here\n1,2,3\n"), folder.file("gone.csv") + ".x"}) {
+    Testing::put(file("broken.csv"), "no,header,here\n1,2,3\n");
+    for (const QString& path : {file("broken.csv"), file("gone.csv")}) {
         model->setErrorMessage(std::nullopt);
-        panel->importFile(QString::fromStdString(path)); // a question would block here
-        EXPECT_TRUE(model->errorMessage()) << path;
-        EXPECT_EQ(poll().datapoints.size(), 1U) << path;
+        panel->importFile(path); // a question would block here
+        EXPECT_TRUE(model->errorMessage()) << path.toStdString();
+        EXPECT_EQ(poll().datapoints.size(), 1U) << path.toStdString();
     }
 }
 

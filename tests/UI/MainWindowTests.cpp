@@ -9,7 +9,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSplitter>
 
 namespace kestrin::ShellTesting {
 namespace {
@@ -154,17 +153,6 @@ TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
     EXPECT_EQ(model->showTimestamps(), !before);
     model->setShowTimestamps(before);
     EXPECT_EQ(timestamps->isChecked(), before);
-}
-
-TEST(MainWindowLayout, PutsTheTableAboveTheBottomPaneAtTheWindowsSize) {
-    auto model = makeModel(PollerProject::firstRun());
-    MainWindow window(*model);
-    EXPECT_EQ(window.size(), QSize(1180, 760));
-    EXPECT_EQ(window.minimumSize(), QSize(900, 560));
-    ASSERT_EQ(window.splitter()->count(), 2);
-    EXPECT_EQ(window.splitter()->orientation(), Qt::Vertical);
-    EXPECT_EQ(window.splitter()->widget(1), window.bottomPane());
-    EXPECT_TRUE(window.splitter()->widget(0)->isAncestorOf(window.pollTabBar()));
 }
 
 } // namespace

@@ -2,18 +2,13 @@
 
 #define KESTRIN_SIM KESTRIN_SIM_PATH
 #include "L10n.h"
-#include "Model/ModelBuilders.h"
-#include "PollerCore/SimulatorProcess.h"
+#include "Model/ModelFixture.h"
+#include "Model/TestFiles.h"
 
 #include <chrono>
-#include <cstdlib>
-#include <fcntl.h>
 #include <functional>
-#include <memory>
-#include <string>
 #include <vector>
 
-#include <QSettings>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -40,34 +35,10 @@ inline bool waitUntil(const std::function<bool()>& condition,
 
 using Testing::QuietTerminal;
 
-// A model over the project with no autosave, no preferences and no system ports.
-class TableFixture : public ::testing::Test {
+// A model with no autosave and no system ports, its preferences in the test's own folder.
+class TableFixture : public ModelTesting::ModelFixture {
 protected:
-    std::unique_ptr<PollerModel> model;
-    TemporaryFolder folder;
-
-    PollerModel& create(PollerProject start) {
-        model = Testing::makeModel(std::move(start));
-        return *model;
-    }
-
     const Poll& poll() const { return model->polls().front(); }
-
-    void startReading(const std::string& path) {
-        model->addTestDevice(path, "device");
-        model->start();
-        ASSERT_TRUE(model->isEngineHeld()) << model->errorMessage().value_or("");
-        ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    }
-
-    // A simulator serving the datapoints of the project, with their values.
-    std::unique_ptr<SimulatorProcess> serve(const PollerProject& served) {
-        const std::string path = folder.file("served.json", served.encoded());
-        auto simulator =
-            std::make_unique<SimulatorProcess>(std::vector<std::string>{"--project", path});
-        EXPECT_FALSE(simulator->path().empty());
-        return simulator;
-    }
 };
 
 } // namespace kestrin::TableTesting
