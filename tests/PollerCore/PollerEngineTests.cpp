@@ -8,11 +8,9 @@
 #include <array>
 #include <condition_variable>
 #include <ctime>
-#include <fcntl.h>
 #include <functional>
 #include <mutex>
 #include <thread>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -343,75 +341,25 @@ TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
     EXPECT_LT(secondsSince(stopping), 0.5);
 }
 
-// A device on the master side of a pseudo-terminal that answers each FC 03 request of one
-// register with its address + 100, the first one 1.5 time-outs late.
-class LateDevice {
-public:
-    explicit LateDevice(std::chrono::milliseconds lateBy)
-        : master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-        std::array<char, 64> name{};
-        if (master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0 &&
-            ptsname_r(master_, name.data(), name.size()) == 0) {
-            path_ = name.data();
-        }
-        thread_ = std::thread([this, lateBy] { serve(lateBy); });
+// Every answer comes 300 ms after the request, past the 200 ms time-out: each is reported right
+// after its own timed-out read and never taken for the next block's.
+TEST_F(EngineTest, ALateAnswerIsReportedAfterItsReadAndNeverLandsOnTheNextBlock) {
+    startSimulator({"--fault", "delay=1", "--delay-ms", "300"}, 0.2);
+    ASSERT_TRUE(engine->start({plan(60, {0, 2})}).ok());
+    const auto all = events.waitFor(1 + 4);
+    engine->stop();
+    ASSERT_EQ(all.size(), 5U);
+    for (std::uint8_t address : {0, 2}) {
+        SCOPED_TRACE(address);
+        const auto* read = all[1 + address].as<PollerEvent::Read>();
+        ASSERT_NE(read, nullptr);
+        EXPECT_EQ(read->block.address, address);
+        EXPECT_EQ(read->result,
+                  (Result<ReadData, PollFailureError>(PollFailureError{PollFailure::timeout()})));
+        const auto* late = all[2 + address].as<PollerEvent::LateAnswer>();
+        ASSERT_NE(late, nullptr);
+        EXPECT_EQ(late->bytes, RTUFrame::build(1, Bytes{0x03, 0x02, 0x00, address}));
     }
-    // The engine must be gone first: its closing the other end is what ends serve.
-    ~LateDevice() {
-        thread_.join();
-        ::close(master_);
-    }
-    const std::string& path() const { return path_; }
-
-private:
-    void serve(std::chrono::milliseconds lateBy) {
-        for (int served = 0;; ++served) {
-            Bytes request(8);
-            for (std::size_t done = 0; done < request.size();) {
-                const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
-                if (n <= 0) {
-                    return;
-                }
-                done += static_cast<std::size_t>(n);
-            }
-            const auto address = static_cast<std::uint16_t>(request[2] << 8 | request[3]);
-            const auto value = static_cast<std::uint16_t>(address + 100);
-            const Bytes answer =
-                RTUFrame::build(1, Bytes{0x03, 0x02, static_cast<std::uint8_t>(value >> 8),
-                                         static_cast<std::uint8_t>(value & 0xFF)});
-            if (served == 0) {
-                std::this_thread::sleep_for(lateBy);
-            }
-            if (::write(master_, answer.data(), answer.size()) < 0) {
-                return;
-            }
-        }
-    }
-
-    int master_ = -1;
-    std::string path_;
-    std::thread thread_;
-};
-
-TEST_F(EngineTest, ALateAnswerIsDiscardedAndNeverLandsOnTheNextBlock) {
-    LateDevice device(300ms);
-    ASSERT_FALSE(device.path().empty());
-    PollerEngine reader(
-        device.path(), {}, 0.2, true, [&](const PollerEvent& event) { events.record(event); },
-        [](std::function<void()> task) { task(); });
-    const PollPlan two = plan(60, {0, 2});
-    ASSERT_TRUE(reader.start({two}).ok());
-    const auto reads = events.waitForReads(two.id, 2);
-    reader.stop();
-    ASSERT_EQ(reads.size(), 2U);
-    ASSERT_FALSE(reads[0].result.ok());
-    EXPECT_EQ(reads[0].result.error().failure, PollFailure::timeout());
-    EXPECT_EQ(reads[1].result.value(), ReadData::registers({102})) << "not HR 0's 100";
-    const auto all = events.all();
-    ASSERT_GE(all.size(), 4U);
-    const auto* late = all[2].as<PollerEvent::LateAnswer>();
-    ASSERT_NE(late, nullptr) << "reported right after the timed-out read";
-    EXPECT_EQ(late->bytes, RTUFrame::build(1, Bytes{0x03, 0x02, 0x00, 100}));
 }
 
 } // namespace
