@@ -93,8 +93,10 @@ void EmptyLogView::resizeEvent(QResizeEvent* event) {
 
 void EmptyLogView::chooseLayout() {
     auto* column = static_cast<QVBoxLayout*>(layout());
-    // A wrapped label centred in a column takes the width it is given, not the one it could use.
-    message_->setFixedWidth(std::max(0, std::min(maximumMessageWidth, width() - 24)));
+    // A wrapped label centred in a column takes the width it is given, not the one it could use;
+    // and the column gives it the height of one line unless told the height of all its lines.
+    const int messageWidth = std::max(0, std::min(maximumMessageWidth, width() - 24));
+    message_->setFixedSize(messageWidth, message_->heightForWidth(messageWidth));
     // The full layout when it fits, else the compact one without the symbol.
     column->setSpacing(fullSpacing);
     symbol_->setVisible(true);

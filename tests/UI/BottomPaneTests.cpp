@@ -63,6 +63,26 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
     }
 }
 
+TEST(BottomPane, WelcomeMessageShowsEveryWrappedLineAtAnyWidthInEveryLanguage) {
+    for (const Language language : {Language::en, Language::de, Language::fr}) {
+        for (const QSize size : {QSize(360, 260), QSize(700, 200), QSize(1300, 300)}) {
+            L10n::withLanguageForTesting(language, [&] {
+                auto model = PaneTest::model({}, Testing::poll("Meter", {}));
+                EmptyLogView welcome(*model);
+                welcome.resize(size);
+                welcome.show();
+                QCoreApplication::processEvents();
+                auto* message = welcome.findChild<QLabel*>("emptyLogMessage");
+                ASSERT_NE(message, nullptr);
+                EXPECT_GE(message->height(), message->heightForWidth(message->width()))
+                    << L10n::Notice::emptyNoDeviceSteps() << " at " << size.width();
+                EXPECT_GE(message->geometry().top(), 0) << size.width();
+                EXPECT_LE(message->geometry().bottom(), size.height()) << size.width();
+            });
+        }
+    }
+}
+
 TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
     auto model = PaneTest::model({}, Testing::poll("Meter", {}));
     BottomPane pane(*model);
