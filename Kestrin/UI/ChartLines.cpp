@@ -53,21 +53,38 @@ void ChartLines::paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidg
         pen.setWidthF(width);
         painter->setPen(pen);
         // Separate segments: stroking one long polyline with joins costs several times as much.
-        const QList<QPointF> drawn = mapped(line.points, domain_, plot_);
         segments.clear();
-        for (qsizetype index = 1; index < drawn.size(); ++index) {
-            segments.append(QLineF(drawn[index - 1], drawn[index]));
+        QList<QPointF> lone;
+        for (const Run& run : line.runs) {
+            const QList<QPointF> drawn = mapped(run, domain_, plot_);
+            for (qsizetype index = 1; index < drawn.size(); ++index) {
+                segments.append(QLineF(drawn[index - 1], drawn[index]));
+            }
+            if (drawn.size() == 1) {
+                lone.append(drawn.front());
+            }
         }
         painter->drawLines(segments);
-        if (drawn.size() == 1) {
+        if (!lone.isEmpty()) {
             // A lone sample has no segment to show it.
             pen.setWidthF(3 * width);
             pen.setCapStyle(Qt::RoundCap);
             painter->setPen(pen);
-            painter->drawPoint(drawn.front());
+            painter->drawPoints(lone);
         }
     }
     painter->restore();
+}
+
+std::vector<ChartLines::Run> ChartLines::split(const Run& points, double maxGap) {
+    std::vector<Run> runs;
+    for (qsizetype index = 0; index < points.size(); ++index) {
+        if (index == 0 || points[index].x() - points[index - 1].x() > maxGap) {
+            runs.emplace_back();
+        }
+        runs.back().append(points[index]);
+    }
+    return runs;
 }
 
 QList<QPointF> ChartLines::mapped(const QList<QPointF>& points, const QRectF& domain,

@@ -18,9 +18,11 @@ namespace kestrin {
 // publication. Mapping the samples while painting costs well under a millisecond.
 class ChartLines : public QGraphicsItem {
 public:
+    // x: milliseconds since the epoch, y: the value.
+    using Run = QList<QPointF>;
     struct Line {
         QPen pen;
-        QList<QPointF> points; // x: milliseconds since the epoch, y: the value
+        std::vector<Run> runs; // drawn joined within a run, never from one run to the next
     };
 
     explicit ChartLines(QChart* chart);
@@ -33,6 +35,9 @@ public:
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
 
+    // The samples cut where more than maxGap passes between two of them: a line straight across
+    // the time reading stopped would show values nobody read.
+    static std::vector<Run> split(const Run& points, double maxGap);
     // Where a line's samples land in a plot rectangle, keeping of each pixel column only the
     // first, lowest, highest and last sample: more would be drawn over one another.
     static QList<QPointF> mapped(const QList<QPointF>& points, const QRectF& domain,

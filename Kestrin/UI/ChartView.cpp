@@ -6,6 +6,7 @@
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollerModel.h"
+#include "TimeScale.h"
 #include "ValueScale.h"
 
 #include <algorithm>
@@ -35,8 +36,9 @@ constexpr int emptyMessageWidth = 420;
 constexpr int emptySymbolSide = 44;
 // The time axis of "All" before anything is recorded.
 constexpr int minimumSpanSeconds = 60;
-// Below this the time axis's six ticks are less than a second apart.
-constexpr qint64 shortSpanMs = 5000;
+// More polls missed in a row than this, and the line breaks: reading stopped or the device
+// fell silent.
+constexpr std::int64_t gapIntervals = 3;
 
 QString text(const std::string& utf8) {
     return QString::fromStdString(utf8);
@@ -55,6 +57,9 @@ int storedPeriod() {
 QWidget* makeEmptyView(QWidget* parent) {
     auto* view = new QWidget(parent);
     view->setObjectName("chartEmpty");
+    // The chart's own background, so that switching between the two does not flash.
+    view->setBackgroundRole(QPalette::Base);
+    view->setAutoFillBackground(true);
     auto* column = new QVBoxLayout(view);
     column->setSpacing(10);
     column->addStretch(1);
@@ -220,10 +225,12 @@ void ChartView::redraw() {
     double low = std::numeric_limits<double>::infinity();
     double high = -std::numeric_limits<double>::infinity();
     const QList<QAbstractSeries*> series = chart_->series();
+    const Poll* poll = model_.selectedPoll();
+    const double maxGapMs =
+        static_cast<double>(gapIntervals * (poll != nullptr ? poll->intervalMs : 0));
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        ChartLines::Line line{
-            static_cast<QLineSeries*>(series[static_cast<qsizetype>(index)])->pen(), {}};
-        line.points.reserve(static_cast<qsizetype>(lines[index].points.size()));
+        ChartLines::Run points;
+        points.reserve(static_cast<qsizetype>(lines[index].points.size()));
         for (const Sample& sample : lines[index].points) {
             // The chart draws doubles: a 64-bit counter is plotted to its nearest one.
             const double value = sample.value.toDouble();
@@ -232,23 +239,29 @@ void ChartView::redraw() {
                 continue;
             }
             const qint64 time = sample.time.toMSecsSinceEpoch();
-            line.points.append(QPointF(static_cast<double>(time), value));
+            points.append(QPointF(static_cast<double>(time), value));
             first = std::min(first, time);
             last = std::max(last, time);
             low = std::min(low, value);
             high = std::max(high, value);
         }
-        drawn.push_back(std::move(line));
+        drawn.push_back({static_cast<QLineSeries*>(series[static_cast<qsizetype>(index)])->pen(),
+                         ChartLines::split(points, maxGapMs)});
     }
     if (first > last) {
         first = last = QDateTime::currentMSecsSinceEpoch();
     }
-    if (first == last) {
-        first -= 1000;
-        last += 1000;
+    const TimeScale times = TimeScale::around(
+        first, last, 1000LL * QDateTime::fromMSecsSinceEpoch(first).offsetFromUtc());
+    first = times.startMs;
+    last = times.endMs;
+    // Setting even the same format or count lays the chart out again.
+    if (timeAxis_->format() != times.format) {
+        timeAxis_->setFormat(times.format);
     }
-    // Whole seconds would repeat along a span of a few seconds.
-    timeAxis_->setFormat(last - first < shortSpanMs ? "HH:mm:ss.zzz" : "HH:mm:ss");
+    if (timeAxis_->tickCount() != times.ticks) {
+        timeAxis_->setTickCount(times.ticks);
+    }
     timeAxis_->setRange(QDateTime::fromMSecsSinceEpoch(first),
                         QDateTime::fromMSecsSinceEpoch(last));
     const ValueScale scale = ValueScale::around(low, high);

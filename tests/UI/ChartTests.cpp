@@ -1,6 +1,7 @@
 #include "ChartLines.h"
 #include "ChartView.h"
 #include "PaneTestModel.h"
+#include "TimeScale.h"
 #include "ValueScale.h"
 
 #include <cmath>
@@ -40,6 +41,59 @@ TEST(ValueScale, RoundTicksAroundTheData) {
         EXPECT_NEAR(scale.high, row.expected.high, 1e-9) << row.low << "…" << row.high;
         EXPECT_EQ(scale.ticks, row.expected.ticks) << row.low << "…" << row.high;
         EXPECT_EQ(scale.decimals, row.expected.decimals) << row.low << "…" << row.high;
+    }
+}
+
+TEST(TimeScale, TicksFallOnRoundLocalTimes) {
+    constexpr qint64 s = 1000;
+    constexpr qint64 h = 3600 * s;
+    // 12:00:00 UTC on a day in November.
+    const qint64 noon = QDateTime(QDate(2026, 11, 16), QTime(12, 0), Qt::UTC).toMSecsSinceEpoch();
+    const struct {
+        const char* name;
+        qint64 first, last, offset;
+        TimeScale expected;
+    } rows[] = {
+        {"seconds", noon + 1300, noon + 9700, 0, {noon, noon + 10 * s, 6, "HH:mm:ss"}},
+        {"a minute in 15 s steps",
+         noon + 2 * s,
+         noon + 62 * s,
+         0,
+         {noon, noon + 75 * s, 6, "HH:mm:ss"}},
+        {"under a second", noon + 120, noon + 730, 0, {noon, noon + 800, 5, "HH:mm:ss.zzz"}},
+        {"hours on the local hour, not the UTC one",
+         noon + 10 * 60 * s,
+         noon + 4 * h,
+         h / 2,
+         {noon - h / 2, noon + 4 * h + h / 2, 6, "HH:mm"}},
+        {"one sample", noon + 500, noon + 500, 0, {noon + 500, noon + 600, 2, "HH:mm:ss.zzz"}},
+        {"days",
+         noon,
+         noon + 40 * 24 * h,
+         0,
+         {noon - 12 * h, noon + 40 * 24 * h + 12 * h, 42, "yyyy-MM-dd"}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(TimeScale::around(row.first, row.last, row.offset), row.expected) << row.name;
+    }
+}
+
+TEST(ChartLines, BreaksWhereMoreThanTheGapPassesBetweenSamples) {
+    using Runs = std::vector<ChartLines::Run>;
+    const struct {
+        const char* name;
+        ChartLines::Run points;
+        Runs expected;
+    } rows[] = {
+        {"nothing", {}, {}},
+        {"steady", {{0, 1}, {1, 2}, {2, 3}}, {{{0, 1}, {1, 2}, {2, 3}}}},
+        {"exactly the gap still joins", {{0, 1}, {3, 2}}, {{{0, 1}, {3, 2}}}},
+        {"a stop and a lone sample",
+         {{0, 1}, {1, 2}, {5, 3}, {10, 4}, {11, 5}},
+         {{{0, 1}, {1, 2}}, {{5, 3}}, {{10, 4}, {11, 5}}}},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(ChartLines::split(row.points, 3), row.expected) << row.name;
     }
 }
 
@@ -134,7 +188,11 @@ struct ChartFixture {
     static std::vector<qsizetype> drawnCounts(const ChartView& view) {
         std::vector<qsizetype> counts;
         for (const ChartLines::Line& line : drawnLines(view).lines()) {
-            counts.push_back(line.points.size());
+            qsizetype count = 0;
+            for (const ChartLines::Run& run : line.runs) {
+                count += run.size();
+            }
+            counts.push_back(count);
         }
         return counts;
     }
@@ -228,8 +286,13 @@ TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
     ASSERT_EQ(axes.size(), 1);
     auto* time = qobject_cast<QDateTimeAxis*>(axes.front());
     ASSERT_NE(time, nullptr);
-    EXPECT_EQ(time->min(), fixture.now.addSecs(-40));
-    EXPECT_EQ(time->max(), fixture.now.addSecs(-1));
+    // Around the data, from one round time to another (UTC and local seconds agree).
+    EXPECT_LE(time->min(), fixture.now.addSecs(-40));
+    EXPECT_GE(time->max(), fixture.now.addSecs(-1));
+    const qint64 step = (time->max().toMSecsSinceEpoch() - time->min().toMSecsSinceEpoch()) /
+                        (time->tickCount() - 1);
+    EXPECT_EQ(step, 10'000);
+    EXPECT_EQ(time->min().toMSecsSinceEpoch() % step, 0);
     // The lines are drawn in the axes' own ranges.
     auto* value = qobject_cast<QValueAxis*>(chart->axes(Qt::Vertical).front());
     ASSERT_NE(value, nullptr);
