@@ -26,8 +26,8 @@ constexpr HelpContent dutch{
                           "waarden, **Status** of het uitlezen werkt.",
             .overviewCaption = "Een poll met live waarden en de status per datapunt, met de "
                                "communicatie eronder.",
-            .simulatorTip = "Geen apparaat bij de hand? kestrin-sim simuleert er een, met "
-                            "dezelfde voorbeeldlijst als dit programma.",
+            .simulatorTip = "Geen apparaat bij de hand? Start `kestrin --demo`: het venster leest "
+                            "dan een gesimuleerd apparaat dat de voorbeeldlijst aanbiedt.",
             .autosave =
                 "Polls en datapunten worden automatisch opgeslagen. **Bestand ▸ Project opslaan "
                 "als…** (Ctrl+Shift+S) maakt een apart projectbestand, bijvoorbeeld per "
@@ -128,13 +128,13 @@ constexpr HelpContent dutch{
             .wordOrder = "`ABCD`, `CDAB`, `BADC` of `DCBA`",
             .optional = "optioneel",
             .separatorTip =
-                "Het programma gebruikt het scheidingsteken dat Excel op deze computer "
-                "verwacht: een puntkomma als decimalen met een komma worden geschreven. "
-                "Bij het importeren worden komma, puntkomma en tab herkend, en zowel "
-                "`21,5` als `21.5`.",
-            .simulatorTip = "kestrin-sim en Kestrin gebruiken hetzelfde formaat, dus een lijst "
-                            "die uit het ene programma is geëxporteerd, kan in het andere worden "
-                            "geïmporteerd.",
+                "De export volgt de landinstelling: schrijft die decimalen met een komma, dan "
+                "bevat het bestand puntkomma's en decimale komma's (`21,5`), anders komma's en "
+                "decimale punten (`21.5`). Bij het importeren worden komma, puntkomma en tab "
+                "herkend, en zowel `21,5` als `21.5`.",
+            .simulatorTip = "Om andere programma's of kestrin-cli te testen, biedt de simulator "
+                            "kestrin-sim een geëxporteerde lijst aan als apparaat op een tweede "
+                            "adapter: `kestrin-sim --csv lijst.csv --port /dev/ttyUSB1`.",
         },
     .log =
         {
@@ -170,9 +170,12 @@ constexpr HelpContent dutch{
                       "vaak op.",
             .cabling = "Gebruik twisted-pair-kabel, een afsluitweerstand van 120 Ω aan beide "
                        "uiteinden van de bus en een gemeenschappelijke massa.",
-            .busyPort = "Is de poort bezet? Sluit andere programma's die hem gebruiken, zoals een "
-                        "seriële terminal. Sommige adapters hebben een driver van de fabrikant "
-                        "nodig.",
+            .busyPort = "Is de poort bezet of verdwenen? Sluit andere programma's die hem "
+                        "gebruiken, zoals een seriële terminal. ModemManager test een nieuwe "
+                        "adapter een paar seconden lang, en brltty (voor brailleleesregels) eist "
+                        "CH34x-adapters op: verwijder brltty als het niet nodig is. De "
+                        "gangbare chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) hebben geen eigen "
+                        "driver nodig.",
             .oddValuesHeading = "Vreemde waarden",
             .scale = "Klopt de grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 of 0,01).",
             .order = "Klopt een 32-bitwaarde niet? Probeer een andere **volgorde**, meestal CDAB.",
@@ -187,6 +190,9 @@ constexpr HelpContent dutch{
     .shortcuts =
         {
             .title = "Sneltoetsen",
+            .ctrl = "Ctrl",
+            .shift = "Shift",
+            .del = "Del",
             .startStop = "Uitlezen starten / stoppen",
             .newPoll = "Nieuwe poll",
             .addDatapoint = "Datapunt toevoegen",

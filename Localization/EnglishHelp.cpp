@@ -24,8 +24,8 @@ constexpr HelpContent english{
                           "values, **Status** whether reading works.",
             .overviewCaption = "A poll with live values and the status per datapoint, with the "
                                "communication below.",
-            .simulatorTip = "No device at hand? kestrin-sim simulates one, with the same example "
-                            "list as this app.",
+            .simulatorTip = "No device at hand? Start `kestrin --demo`: the window then reads a "
+                            "simulated device that serves the example list.",
             .autosave =
                 "Your polls and datapoints are saved automatically. **File ▸ Save Project As…** "
                 "(Ctrl+Shift+S) makes a separate project file, for example per installation.",
@@ -117,11 +117,13 @@ constexpr HelpContent english{
             .dataType = "`uint16`, `int16`, `float32` … (also `float`, `real`, `dint`)",
             .wordOrder = "`ABCD`, `CDAB`, `BADC` or `DCBA`",
             .optional = "optional",
-            .separatorTip = "The app uses the separator Excel expects on this computer: a "
-                            "semicolon when decimals are written with a comma. On import, comma, "
+            .separatorTip = "The export follows your locale: where it writes decimals with a "
+                            "comma, the file has semicolons and decimal commas (`21,5`), "
+                            "otherwise commas and decimal points (`21.5`). On import, comma, "
                             "semicolon and tab are recognised, and both `21,5` and `21.5`.",
-            .simulatorTip = "kestrin-sim and Kestrin use the same format, so a list exported "
-                            "from one app can be imported into the other.",
+            .simulatorTip = "For testing other programs or kestrin-cli, the simulator kestrin-sim "
+                            "serves an exported list as a device on a second adapter: "
+                            "`kestrin-sim --csv list.csv --port /dev/ttyUSB1`.",
         },
     .log =
         {
@@ -154,8 +156,11 @@ constexpr HelpContent english{
             .wiring = "Are A and B not swapped? Swapping them is harmless and often the fix.",
             .cabling = "Use twisted-pair cable, a 120 Ω termination resistor at both ends of the "
                        "bus and a common ground.",
-            .busyPort = "Is the port busy? Close other programs that use it, such as a serial "
-                        "terminal. Some adapters need a driver from the manufacturer.",
+            .busyPort = "Is the port busy or gone? Close other programs that use it, such as a "
+                        "serial terminal. ModemManager may probe a new adapter for a few seconds, "
+                        "and brltty (for Braille displays) takes CH34x adapters away: remove "
+                        "brltty if you do not need it. The common chips (FTDI, CP210x, CH34x, "
+                        "PL2303, CDC-ACM) need no extra driver.",
             .oddValuesHeading = "Odd values",
             .scale = "Is the size wrong? Check the **scale** (for example 0.1 or 0.01).",
             .order = "Is a 32-bit value wrong? Try another **order**, usually CDAB.",
@@ -169,6 +174,9 @@ constexpr HelpContent english{
     .shortcuts =
         {
             .title = "Keyboard shortcuts",
+            .ctrl = "Ctrl",
+            .shift = "Shift",
+            .del = "Del",
             .startStop = "Start / stop reading",
             .newPoll = "New poll",
             .addDatapoint = "Add datapoint",

@@ -29,10 +29,10 @@ constexpr HelpContent french{
                           "fonctionne.",
             .overviewCaption = "Une scrutation avec ses valeurs en direct et l'état de chaque "
                                "point de données, et la communication en dessous.",
-            .simulatorTip = "Pas d'appareil sous la main ? kestrin-sim en simule un, avec la "
-                            "même liste d'exemple que cette application.",
+            .simulatorTip = "Pas d'appareil sous la main ? Lancez `kestrin --demo` : la fenêtre "
+                            "lit alors un appareil simulé qui fournit la liste d'exemple.",
             .autosave = "Vos scrutations et points de données sont enregistrés automatiquement. "
-                        "**Fichier ▸ Enregistrer le projet sous…** (Ctrl+Shift+S) crée un fichier "
+                        "**Fichier ▸ Enregistrer le projet sous…** (Ctrl+Maj+S) crée un fichier "
                         "de projet distinct, par exemple pour chaque installation.",
         },
     .polls =
@@ -48,8 +48,9 @@ constexpr HelpContent french{
                       "scrutation.",
             .combining = "Les points de données voisins sont lus en une seule requête (jusqu'à "
                          "125 registres ou 2000 bits). Dans les réglages (curseurs en haut), vous "
-                         "pouvez aussi laisser franchir de petits écarts : c'est plus rapide, "
-                         "mais certains appareils répondent alors par l'exception 02.",
+                         "pouvez aussi inclure de petits écarts d'adresses dans la même requête : "
+                         "c'est plus rapide, mais certains appareils répondent alors par "
+                         "l'exception 02.",
             .oneRequest = "Il n'y a jamais qu'une seule requête sur la ligne. Les écritures "
                           "passent avant les lectures.",
         },
@@ -133,13 +134,15 @@ constexpr HelpContent french{
             .dataType = "`uint16`, `int16`, `float32` … (ou encore `float`, `real`, `dint`)",
             .wordOrder = "`ABCD`, `CDAB`, `BADC` ou `DCBA`",
             .optional = "facultatives",
-            .separatorTip = "L'application utilise le séparateur qu'Excel attend sur cet "
-                            "ordinateur : un point-virgule quand les décimales s'écrivent avec "
-                            "une virgule. À l'import, la virgule, le point-virgule et la "
-                            "tabulation sont reconnus, ainsi que `21,5` et `21.5`.",
-            .simulatorTip = "kestrin-sim et Kestrin utilisent le même format : une liste "
-                            "exportée depuis l'une des applications peut être importée dans "
-                            "l'autre.",
+            .separatorTip = "L'export suit vos paramètres régionaux : s'ils écrivent les "
+                            "décimales avec une virgule, le fichier utilise le point-virgule et "
+                            "la virgule décimale (`21,5`), sinon la virgule et le point décimal "
+                            "(`21.5`). À l'import, la virgule, le point-virgule et la tabulation "
+                            "sont reconnus, ainsi que `21,5` et `21.5`.",
+            .simulatorTip = "Pour tester d'autres programmes ou kestrin-cli, le simulateur "
+                            "kestrin-sim présente une liste exportée comme un appareil sur un "
+                            "second adaptateur : `kestrin-sim --csv liste.csv --port "
+                            "/dev/ttyUSB1`.",
         },
     .log =
         {
@@ -177,9 +180,12 @@ constexpr HelpContent french{
                       "souvent le problème.",
             .cabling = "Utilisez un câble à paire torsadée, une résistance de terminaison de "
                        "120 Ω à chaque extrémité du bus et une masse commune.",
-            .busyPort = "Le port est-il occupé ? Fermez les autres programmes qui l'utilisent, "
-                        "par exemple un terminal série. Certains adaptateurs nécessitent un "
-                        "pilote du fabricant.",
+            .busyPort = "Le port est-il occupé ou a-t-il disparu ? Fermez les autres programmes "
+                        "qui l'utilisent, par exemple un terminal série. ModemManager sonde un "
+                        "nouvel adaptateur pendant quelques secondes, et brltty (pour les "
+                        "afficheurs braille) s'empare des adaptateurs CH34x : désinstallez "
+                        "brltty si vous n'en avez pas besoin. Les puces courantes (FTDI, CP210x, "
+                        "CH34x, PL2303, CDC-ACM) ne demandent aucun pilote supplémentaire.",
             .oddValuesHeading = "Valeurs aberrantes",
             .scale = "L'ordre de grandeur est faux ? Vérifiez l'**échelle** (par exemple 0,1 ou "
                      "0,01).",
@@ -195,6 +201,9 @@ constexpr HelpContent french{
     .shortcuts =
         {
             .title = "Raccourcis clavier",
+            .ctrl = "Ctrl",
+            .shift = "Maj",
+            .del = "Suppr",
             .startStop = "Démarrer / arrêter la lecture",
             .newPoll = "Nouvelle scrutation",
             .addDatapoint = "Ajouter un point de données",

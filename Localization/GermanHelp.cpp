@@ -23,22 +23,23 @@ constexpr HelpContent german{
             .choosePort = "Wählen Sie oben die **serielle Schnittstelle**, die **Baudrate** und "
                           "über die Schaltfläche mit den Schiebereglern das Zeichenformat (zum "
                           "Beispiel `8E1`), genau wie am Gerät eingestellt.",
-            .clickStart = "Klicken Sie auf **Starten** (Ctrl+R). Die Spalte **Wert** zeigt die "
+            .clickStart = "Klicken Sie auf **Starten** (Strg+R). Die Spalte **Wert** zeigt die "
                           "aktuellen Werte, die Spalte **Status**, ob das Lesen funktioniert.",
             .overviewCaption = "Eine Abfrage mit Live-Werten und dem Status je Datenpunkt, "
                                "darunter die Kommunikation.",
-            .simulatorTip = "Kein Gerät zur Hand? kestrin-sim simuliert eines, mit derselben "
-                            "Beispielliste wie dieses Programm.",
-            .autosave = "Ihre Abfragen und Datenpunkte werden automatisch gespeichert. **Datei ▸ "
-                        "Projekt speichern unter…** (Ctrl+Shift+S) legt eine eigene Projektdatei "
-                        "an, zum Beispiel je Anlage.",
+            .simulatorTip = "Kein Gerät zur Hand? Starten Sie `kestrin --demo`: Das Fenster liest "
+                            "dann ein simuliertes Gerät, das die Beispielliste bereitstellt.",
+            .autosave =
+                "Ihre Abfragen und Datenpunkte werden automatisch gespeichert. **Datei ▸ "
+                "Projekt speichern unter…** (Strg+Umschalt+S) legt eine eigene Projektdatei "
+                "an, zum Beispiel je Anlage.",
         },
     .polls =
         {
             .title = "Abfragen",
             .intro = "Eine Abfrage ist eine Gruppe von Datenpunkten mit eigenem Intervall, oben "
                      "als Reiter dargestellt. So lesen Sie schnelle Messwerte alle 250 ms und "
-                     "Zähler jede Minute. **+** (Ctrl+T) legt eine neue Abfrage an; mit einem "
+                     "Zähler jede Minute. **+** (Strg+T) legt eine neue Abfrage an; mit einem "
                      "Rechtsklick auf einen Reiter duplizieren oder entfernen Sie die Abfrage.",
             .tabDot = "Der Punkt im Reiter ist grün, wenn alles gelesen wird, und orange, wenn "
                       "etwas fehlschlägt. Schalten Sie **Aktiv** aus, um eine Abfrage "
@@ -56,7 +57,8 @@ constexpr HelpContent german{
             .intro = "Ein Datenpunkt ist ein einzelner Wert in einem Gerät, etwa eine Temperatur "
                      "oder ein Sollwert. Sie beschreiben, wo er liegt und wie er gespeichert ist; "
                      "das Programm rechnet die Register in einen lesbaren Wert um.",
-            .unitID = "die Slave-Adresse des Geräts (1–247)",
+            .unitID = "die Adresse des Geräts am Bus (1–247), in Handbüchern oft Slave-Adresse "
+                      "genannt",
             .table = "**Coil** (Bit, lesen und schreiben), **Digitaleingang** (Bit, nur lesen), "
                      "**Halteregister** (16 Bit, lesen und schreiben) oder **Eingangsregister** "
                      "(16 Bit, nur lesen)",
@@ -123,19 +125,21 @@ constexpr HelpContent german{
             .columns = "Die erste Zeile enthält die Spaltennamen. Nur **Table** und **Address** "
                        "sind Pflicht; die Reihenfolge der Spalten spielt keine Rolle.",
             .name = "Name des Datenpunkts",
-            .unitID = "Slave-Adresse, 1 wenn leer",
+            .unitID = "Geräteadresse, 1 wenn leer",
             .table = "`CO`, `DI`, `HR` oder `IR` (auch `coil`, `holding`, `4x` …)",
             .address = "Adresse ab 0",
             .dataType = "`uint16`, `int16`, `float32` … (auch `float`, `real`, `dint`)",
             .wordOrder = "`ABCD`, `CDAB`, `BADC` oder `DCBA`",
             .optional = "optional",
-            .separatorTip = "Das Programm verwendet das Trennzeichen, das Excel auf diesem "
-                            "Computer erwartet: ein Semikolon, wenn Dezimalzahlen mit Komma "
-                            "geschrieben werden. Beim Import werden Komma, Semikolon und "
-                            "Tabulator erkannt, ebenso `21,5` und `21.5`.",
-            .simulatorTip = "kestrin-sim und Kestrin verwenden dasselbe Format: Eine in einem "
-                            "der beiden Programme exportierte Liste lässt sich in das andere "
-                            "importieren.",
+            .separatorTip = "Der Export richtet sich nach Ihrem Gebietsschema: Schreibt es "
+                            "Dezimalzahlen mit Komma, enthält die Datei Semikolons und "
+                            "Dezimalkommas (`21,5`), sonst Kommas und Dezimalpunkte (`21.5`). "
+                            "Beim Import werden Komma, Semikolon und Tabulator erkannt, ebenso "
+                            "`21,5` und `21.5`.",
+            .simulatorTip = "Zum Testen anderer Programme oder von kestrin-cli stellt der "
+                            "Simulator kestrin-sim eine exportierte Liste als Gerät an einem "
+                            "zweiten Adapter bereit: `kestrin-sim --csv liste.csv --port "
+                            "/dev/ttyUSB1`.",
         },
     .log =
         {
@@ -162,8 +166,7 @@ constexpr HelpContent german{
         {
             .title = "Fehlerbehebung",
             .noResponseHeading = "Keine Antwort",
-            .unitID = "Stimmt die **Geräteadresse** mit der im Gerät eingestellten Slave-Adresse "
-                      "überein?",
+            .unitID = "Stimmt die **Geräteadresse** mit der am Gerät eingestellten überein?",
             .timeout = "Antwortet das Gerät langsam? Erhöhen Sie das **Antwort-Timeout** in den "
                        "Einstellungen.",
             .frame = "Sind Baudrate, Parität und Stoppbits auf beiden Seiten gleich? Versuchen "
@@ -172,9 +175,12 @@ constexpr HelpContent german{
                       "behebt das Problem oft.",
             .cabling = "Verwenden Sie verdrilltes Kabel (Twisted Pair), einen Abschlusswiderstand "
                        "von 120 Ω an beiden Enden des Busses und eine gemeinsame Masse.",
-            .busyPort = "Ist die Schnittstelle belegt? Schließen Sie andere Programme, die sie "
-                        "verwenden, etwa ein serielles Terminal. Manche Adapter benötigen einen "
-                        "Treiber des Herstellers.",
+            .busyPort = "Ist die Schnittstelle belegt oder verschwunden? Schließen Sie andere "
+                        "Programme, die sie verwenden, etwa ein serielles Terminal. ModemManager "
+                        "prüft einen neuen Adapter einige Sekunden lang, und brltty (für "
+                        "Braillezeilen) belegt CH34x-Adapter: Deinstallieren Sie brltty, wenn Sie "
+                        "es nicht brauchen. Die gängigen Chips (FTDI, CP210x, CH34x, PL2303, "
+                        "CDC-ACM) brauchen keinen eigenen Treiber.",
             .oddValuesHeading = "Unplausible Werte",
             .scale = "Stimmt die Größenordnung nicht? Prüfen Sie den **Faktor** (zum Beispiel "
                      "0,1 oder 0,01).",
@@ -191,6 +197,9 @@ constexpr HelpContent german{
     .shortcuts =
         {
             .title = "Tastenkürzel",
+            .ctrl = "Strg",
+            .shift = "Umschalt",
+            .del = "Entf",
             .startStop = "Lesen starten / stoppen",
             .newPoll = "Neue Abfrage",
             .addDatapoint = "Datenpunkt hinzufügen",

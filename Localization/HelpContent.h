@@ -119,9 +119,14 @@ struct HelpContent {
         Literal privacy;
     } troubleshooting;
 
-    // Table values; the keys are the shortcuts in Qt's Linux notation.
+    // Table values; the keys are the shortcuts, built from the key names below.
     struct ShortcutsTopic {
         Literal title;
+        // The names Qt's own translation of the language gives these keys in menus, so that the
+        // table reads as the menus do ("Strg", "Umschalt", "Entf" in German).
+        Literal ctrl;
+        Literal shift;
+        Literal del;
         Literal startStop;
         Literal newPoll;
         Literal addDatapoint;

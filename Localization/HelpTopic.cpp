@@ -48,6 +48,18 @@ HelpBlock table(std::initializer_list<std::pair<std::string, Literal>> rows) {
     return {std::move(grid)};
 }
 
+// A key combination as Qt writes it: the names joined by "+".
+std::string keys(std::initializer_list<std::string_view> names) {
+    std::string combination;
+    for (std::string_view name : names) {
+        if (!combination.empty()) {
+            combination += '+';
+        }
+        combination += name;
+    }
+    return combination;
+}
+
 std::string csvHeader(DatapointCSV::Column column) {
     return std::string(column.rawValue());
 }
@@ -56,6 +68,8 @@ std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts)
     using Column = DatapointCSV::Column;
     const auto& column = texts.table;
     const auto& status = texts.log.shortFailure;
+    const std::string_view ctrl = help.shortcuts.ctrl.value;
+    const std::string_view shift = help.shortcuts.shift.value;
     return {
         {"start",
          str(help.start.title),
@@ -179,15 +193,18 @@ std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts)
          "keyboard",
          {
              table({
-                 {"Ctrl+R", help.shortcuts.startStop},
-                 {"Ctrl+T", help.shortcuts.newPoll},
-                 {"Ctrl+Shift+D", help.shortcuts.addDatapoint},
-                 {"Del", help.shortcuts.deleteDatapoints},
-                 {"Ctrl+Shift+I / Ctrl+Shift+E", help.shortcuts.importExport},
-                 {"Ctrl+N / Ctrl+O / Ctrl+Shift+S", help.shortcuts.projects},
-                 {"Ctrl+F", help.shortcuts.findInLog},
-                 {"Ctrl+S", help.shortcuts.saveLog},
-                 {"Ctrl+K", help.shortcuts.clearLog},
+                 {keys({ctrl, "R"}), help.shortcuts.startStop},
+                 {keys({ctrl, "T"}), help.shortcuts.newPoll},
+                 {keys({ctrl, shift, "D"}), help.shortcuts.addDatapoint},
+                 {str(help.shortcuts.del), help.shortcuts.deleteDatapoints},
+                 {L10n::concat(keys({ctrl, shift, "I"}), " / ", keys({ctrl, shift, "E"})),
+                  help.shortcuts.importExport},
+                 {L10n::concat(keys({ctrl, "N"}), " / ", keys({ctrl, "O"}), " / ",
+                               keys({ctrl, shift, "S"})),
+                  help.shortcuts.projects},
+                 {keys({ctrl, "F"}), help.shortcuts.findInLog},
+                 {keys({ctrl, "S"}), help.shortcuts.saveLog},
+                 {keys({ctrl, "K"}), help.shortcuts.clearLog},
                  {"F1", help.shortcuts.openHelp},
              }),
          }},

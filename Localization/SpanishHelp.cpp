@@ -19,28 +19,30 @@ constexpr HelpContent spanish{
             .connect = "Conecte su adaptador USB-RS485 y cabléelo al dispositivo (A con A, B con "
                        "B).",
             .enterDatapoints =
-                "Introduzca en la tabla los **puntos de datos** del dispositivo: ID "
-                "de esclavo, tabla, dirección y tipo, tal como figuran en su manual.",
+                "Introduzca en la tabla los **puntos de datos** del dispositivo: "
+                "dirección de esclavo, tabla, dirección y tipo, tal como figuran en su manual.",
             .choosePort =
                 "Arriba, elija el **puerto serie**, la **velocidad en baudios** y, con el "
-                "botón de los controles deslizantes, la trama (por ejemplo, `8E1`), "
+                "botón de los controles deslizantes, el formato de trama (por ejemplo, `8E1`), "
                 "igual que en el dispositivo.",
-            .clickStart = "Haga clic en **Iniciar** (Ctrl+R). La columna **Valor** muestra los "
+            .clickStart = "Haga clic en **Iniciar** (Control+R). La columna **Valor** muestra los "
                           "valores actuales, y **Estado**, si la lectura funciona.",
             .overviewCaption = "Un sondeo con valores en directo y el estado de cada punto de "
                                "datos, con la comunicación debajo.",
-            .simulatorTip = "¿No tiene ningún dispositivo a mano? kestrin-sim simula uno, con la "
-                            "misma lista de ejemplo que esta aplicación.",
-            .autosave = "Sus sondeos y puntos de datos se guardan automáticamente. **Archivo ▸ "
-                        "Guardar proyecto como…** (Ctrl+Shift+S) crea un archivo de proyecto "
-                        "aparte, por ejemplo, uno por instalación.",
+            .simulatorTip = "¿No tiene ningún dispositivo a mano? Inicie `kestrin --demo`: la "
+                            "ventana lee entonces un dispositivo simulado que ofrece la lista de "
+                            "ejemplo.",
+            .autosave =
+                "Sus sondeos y puntos de datos se guardan automáticamente. **Archivo ▸ "
+                "Guardar proyecto como…** (Control+Mayúsculas+S) crea un archivo de proyecto "
+                "aparte, por ejemplo, uno por instalación.",
         },
     .polls =
         {
             .title = "Sondeos",
             .intro = "Un sondeo es un grupo de puntos de datos con su propio intervalo, que "
                      "aparece como una pestaña en la parte superior. Así puede leer las mediciones "
-                     "rápidas cada 250 ms y los contadores cada minuto. **+** (Ctrl+T) crea un "
+                     "rápidas cada 250 ms y los contadores cada minuto. **+** (Control+T) crea un "
                      "sondeo nuevo; haga clic con el botón derecho en una pestaña para duplicarla "
                      "o eliminarla.",
             .tabDot = "El punto de la pestaña se pone verde cuando todo se lee correctamente y "
@@ -72,7 +74,7 @@ constexpr HelpContent spanish{
                         "los tipos de 64 bits, cuatro registros consecutivos",
             .wordOrder = "el orden de bytes de los valores que ocupan varios registros; véase más "
                          "abajo",
-            .scale = "valor = valor en bruto × escala; con `0.1`, `215` se convierte en `21.5`",
+            .scale = "valor = valor en bruto × escala; con `0,1`, `215` se convierte en `21,5`",
             .format = "decimal, hex (`0x00FF`) o binario; hex y binario muestran los bits en "
                       "bruto del registro",
             .wordOrderHeading = "Orden de palabras",
@@ -84,8 +86,8 @@ constexpr HelpContent spanish{
             .cdab = "palabras intercambiadas, habitual en PLC y contadores de energía",
             .badc = "bytes intercambiados dentro de cada palabra",
             .dcba = "totalmente invertido (little-endian)",
-            .orderTip = "¿Un valor parece extraño, por ejemplo un float de `4.6e-41` en lugar de "
-                        "`21.5`? Pruebe otro orden; normalmente es CDAB.",
+            .orderTip = "¿Un valor parece extraño, por ejemplo un float de `4,6e-41` en lugar de "
+                        "`21,5`? Pruebe otro orden; normalmente es CDAB.",
             .overlap = "Un triángulo junto a la dirección indica que el punto de datos se solapa "
                        "con otro punto de datos del mismo esclavo y la misma tabla.",
         },
@@ -131,16 +133,18 @@ constexpr HelpContent spanish{
             .dataType = "`uint16`, `int16`, `float32` … (también `float`, `real`, `dint`)",
             .wordOrder = "`ABCD`, `CDAB`, `BADC` o `DCBA`",
             .optional = "opcionales",
-            .separatorTip = "La aplicación usa el separador que Excel espera en este equipo: "
-                            "punto y coma cuando los decimales se escriben con coma. Al importar "
-                            "se reconocen la coma, el punto y coma y el tabulador, y tanto `21,5` "
+            .separatorTip = "La exportación sigue la configuración regional: si esta escribe los "
+                            "decimales con coma, el archivo usa punto y coma y coma decimal "
+                            "(`21,5`); si no, coma y punto decimal (`21.5`). Al importar se "
+                            "reconocen la coma, el punto y coma y el tabulador, y tanto `21,5` "
                             "como `21.5`.",
-            .simulatorTip = "kestrin-sim y Kestrin usan el mismo formato, de modo que una lista "
-                            "exportada desde una aplicación se puede importar en la otra.",
+            .simulatorTip = "Para probar otros programas o kestrin-cli, el simulador kestrin-sim "
+                            "ofrece una lista exportada como dispositivo en un segundo adaptador: "
+                            "`kestrin-sim --csv lista.csv --port /dev/ttyUSB1`.",
         },
     .log =
         {
-            .title = "Estado y registro",
+            .title = "Estado y traza",
             .ok = "leído, con el tiempo de respuesta",
             .noResponse = "ninguna respuesta dentro del tiempo de espera de respuesta",
             .exception = "el dispositivo rechaza la solicitud; véase más abajo",
@@ -154,8 +158,8 @@ constexpr HelpContent spanish{
             .exception03 = "valor o cantidad no válidos",
             .exception04 = "fallo en el dispositivo",
             .exception06 = "dispositivo ocupado; vuelva a intentarlo más tarde",
-            .logLines = "El registro muestra cada respuesta (←), cada escritura (✎) y cada fallo "
-                        "(✕). En **Opciones del registro** (los controles deslizantes de abajo) "
+            .logLines = "La traza muestra cada respuesta (←), cada escritura (✎) y cada fallo "
+                        "(✕). En **Opciones de la traza** (los controles deslizantes de abajo) "
                         "puede activar marcas de tiempo, tramas en bruto, desplazamiento "
                         "automático o **solo errores y escrituras** para sondeos rápidos.",
         },
@@ -163,8 +167,8 @@ constexpr HelpContent spanish{
         {
             .title = "Solución de problemas",
             .noResponseHeading = "Sin respuesta",
-            .unitID = "¿Coincide el **ID de esclavo** con la dirección de esclavo configurada en "
-                      "el dispositivo?",
+            .unitID = "¿Coincide la **dirección de esclavo** con la configurada en el "
+                      "dispositivo?",
             .timeout = "¿Tarda el dispositivo en responder? Aumente el **tiempo de espera de "
                        "respuesta** en los ajustes.",
             .frame = "¿Coinciden la velocidad en baudios, la paridad y los bits de parada en ambos "
@@ -173,12 +177,15 @@ constexpr HelpContent spanish{
                       "menudo es la solución.",
             .cabling = "Use cable de par trenzado, una resistencia de terminación de 120 Ω en "
                        "ambos extremos del bus y una masa común.",
-            .busyPort = "¿Está ocupado el puerto? Cierre los demás programas que lo usen, como un "
-                        "terminal serie. Algunos adaptadores necesitan un controlador del "
-                        "fabricante.",
+            .busyPort = "¿Está ocupado el puerto o ha desaparecido? Cierre los demás programas que "
+                        "lo usen, como un terminal serie. ModemManager sondea un adaptador nuevo "
+                        "durante unos segundos, y brltty (para líneas braille) se apropia de los "
+                        "adaptadores CH34x: desinstale brltty si no lo necesita. Los chips "
+                        "habituales (FTDI, CP210x, CH34x, PL2303, CDC-ACM) no necesitan ningún "
+                        "controlador adicional.",
             .oddValuesHeading = "Valores extraños",
             .scale = "¿El orden de magnitud es incorrecto? Compruebe la **escala** (por ejemplo, "
-                     "0.1 o 0.01).",
+                     "0,1 o 0,01).",
             .order = "¿Un valor de 32 bits es incorrecto? Pruebe otro **orden**, normalmente CDAB.",
             .offByOne = "¿Está todo desplazado una dirección? Reste 1: el manual usa entonces "
                         "direcciones a partir de 1 (o de 40001).",
@@ -190,15 +197,18 @@ constexpr HelpContent spanish{
     .shortcuts =
         {
             .title = "Atajos de teclado",
+            .ctrl = "Control",
+            .shift = "Mayúsculas",
+            .del = "Suprimir",
             .startStop = "Iniciar / detener la lectura",
             .newPoll = "Nuevo sondeo",
             .addDatapoint = "Añadir punto de datos",
             .deleteDatapoints = "Eliminar los puntos de datos seleccionados",
             .importExport = "Importar / exportar puntos de datos (CSV)",
             .projects = "Nuevo proyecto / abrir / guardar como",
-            .findInLog = "Buscar en el registro",
-            .saveLog = "Guardar el registro",
-            .clearLog = "Borrar el registro",
+            .findInLog = "Buscar en la traza",
+            .saveLog = "Guardar la traza",
+            .clearLog = "Borrar la traza",
             .openHelp = "Abrir esta ayuda",
         },
 };

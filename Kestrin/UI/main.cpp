@@ -8,6 +8,7 @@
 #include "MainWindow.h"
 #include "PollerModel.h"
 #include "PortScanner.h"
+#include "QtTranslation.h"
 #include "QuitSignals.h"
 #include "Screenshot.h"
 
@@ -105,6 +106,9 @@ int main(int argc, char** argv) {
     QApplication::setOrganizationName(QStringLiteral("Kestrin"));
     QApplication::setDesktopFileName(QStringLiteral("kestrin"));
     QApplication::setWindowIcon(Icons::application());
+    // Before the first window, so that Qt's dialog buttons and shortcut names speak the language
+    // of Kestrin's own texts.
+    const QtTranslation qtTranslation(L10n::language());
 
     // Qt has taken its own options out of argv by now.
     const auto options = AppOptions::parse(std::vector<std::string>(argv + 1, argv + argc));
