@@ -273,14 +273,6 @@ void PollerModel::setAutoscroll(bool on) {
     }
 }
 
-bool PollerModel::canStart() const {
-    if (selectedPath_.empty()) {
-        return false;
-    }
-    return std::any_of(polls_.begin(), polls_.end(),
-                       [](const Poll& poll) { return poll.enabled && !poll.datapoints.empty(); });
-}
-
 const Poll* PollerModel::selectedPoll() const {
     if (!selectedPollID_) {
         return nullptr;
@@ -299,82 +291,6 @@ const Datapoint* PollerModel::datapoint(const Uuid& datapointID) const {
         }
     }
     return nullptr;
-}
-
-bool PollerModel::isTestDevice(const std::string& path) const {
-    return std::any_of(testDevices_.begin(), testDevices_.end(),
-                       [&](const SerialPortInfo& port) { return port.path == path; });
-}
-
-void PollerModel::addTestDevice(const std::string& path, const std::string& name) {
-    if (!isTestDevice(path)) {
-        SerialPortInfo device;
-        device.path = path;
-        device.productName = name;
-        testDevices_.push_back(std::move(device));
-        publishPorts();
-    }
-    // Not stored: a pseudo-terminal's name means nothing at the next start.
-    if (path != selectedPath_) {
-        selectedPath_ = path;
-        emit selectedPathChanged();
-    }
-}
-
-void PollerModel::publishPorts() {
-    std::vector<SerialPortInfo> listed = testDevices_;
-    for (const SerialPortInfo& port : scannedPorts_) {
-        if (!isTestDevice(port.path)) {
-            listed.push_back(port);
-        }
-    }
-    if (listed != ports_) {
-        ports_ = std::move(listed);
-        emit portListChanged();
-    }
-}
-
-void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
-    scannedPorts_ = list;
-    publishPorts();
-
-    const std::optional<std::set<std::string>> previous = std::move(knownPaths_);
-    std::set<std::string> paths;
-    for (const SerialPortInfo& port : ports_) {
-        paths.insert(port.path);
-    }
-    knownPaths_ = paths;
-
-    if (state_ == PollerState::serialLost && paths.contains(selectedPath_)) {
-        armResume();
-    }
-    // An engine that is opening the port counts as reading: its started line names the path.
-    if (state_ != PollerState::stopped || engine_) {
-        return;
-    }
-
-    const auto selected = std::find_if(ports_.begin(), ports_.end(), [&](const SerialPortInfo& p) {
-        return p.path == selectedPath_;
-    });
-    if (previous) {
-        for (const SerialPortInfo& port : ports_) {
-            if (!port.isUSB() || previous->contains(port.path)) {
-                continue;
-            }
-            // Someone who just plugged in an adapter wants to use it, unless they already have one.
-            if (selected == ports_.end() || !selected->isUSB()) {
-                setSelectedPath(port.path);
-            }
-            return;
-        }
-    }
-    if (!ports_.empty() && selected == ports_.end()) {
-        const auto adapter = std::find_if(ports_.begin(), ports_.end(),
-                                          [](const SerialPortInfo& p) { return p.isUSB(); });
-        if (adapter != ports_.end()) {
-            setSelectedPath(adapter->path);
-        }
-    }
 }
 
 } // namespace kestrin

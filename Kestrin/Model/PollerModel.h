@@ -33,6 +33,7 @@
 #include <QString>
 #include <QTimer>
 
+class QFileSystemWatcher;
 class QSettings;
 
 namespace kestrin {
@@ -131,13 +132,19 @@ public:
     const std::map<Uuid, PendingWrite>& pendingWrites() const noexcept { return pendingWrites_; }
     bool isEngineHeld() const noexcept { return engine_ != nullptr; }
 
-    // Derived.
+    // Why reading cannot start: the chosen port is not present (or none is chosen), or no enabled
+    // poll has datapoints.
+    enum class StartObstacle { noPort, nothingToRead };
+
+    // Derived. Reading can start on a port that is present, with an enabled poll that has
+    // datapoints.
     bool canStart() const;
+    std::optional<StartObstacle> startObstacle() const;
     const Poll* selectedPoll() const;
     const Datapoint* datapoint(const Uuid& datapointID) const;
 
     // A device the port scanner does not report (a pseudo-terminal, a simulator) that is listed
-    // with the ports and opened as a test device. Selects it.
+    // with the ports while its path exists, and opened as a test device. Selects it.
     void addTestDevice(const std::string& path, const std::string& name);
 
     // Reading.
@@ -239,6 +246,7 @@ private:
     void publishHistory();
     bool isTestDevice(const std::string& path) const;
     void publishPorts();
+    void watchTestDevice(const std::string& path);
 
     Environment environment_;
 
@@ -273,6 +281,7 @@ private:
     std::optional<PortPathWatcher::LinkIdentity> openedLink_;
     std::vector<SerialPortInfo> scannedPorts_;
     std::vector<SerialPortInfo> testDevices_;
+    QFileSystemWatcher* testDeviceFolders_ = nullptr;
     std::optional<std::set<std::string>> knownPaths_;
     std::map<Uuid, PendingWrite> pendingWrites_;
     int consecutiveFailures_ = 0;

@@ -49,6 +49,48 @@ TEST_F(PollerModelPorts, ChoiceOnTheFirstScanAndWhenAdaptersComeAndGo) {
     }
 }
 
+TEST_F(PollerModelPorts, ReadingCanStartOnlyOnAPresentPortWithSomethingToRead) {
+    using Obstacle = PollerModel::StartObstacle;
+    const PollerProject reading = project({poll("Meter", {holding("Level", 100)})});
+    const PollerProject switchedOff = quietProject({holding("Level", 100)});
+    const std::vector<
+        std::tuple<const char*, std::string, Entries, PollerProject, std::optional<Obstacle>>>
+        rows{
+            {"no port chosen", "", {internal}, reading, Obstacle::noPort},
+            {"a remembered port that is unplugged", usb0, {}, reading, Obstacle::noPort},
+            {"a present port", s0, {internal}, reading, std::nullopt},
+            {"only a switched-off poll has datapoints",
+             s0,
+             {internal},
+             switchedOff,
+             Obstacle::nothingToRead},
+        };
+    for (const auto& [situation, stored, listed, start, obstacle] : rows) {
+        createWith(stored, listed);
+        model->applyProject(start);
+        EXPECT_EQ(model->startObstacle(), obstacle) << situation;
+        EXPECT_EQ(model->canStart(), !obstacle) << situation;
+    }
+}
+
+TEST_F(PollerModelPorts, ATestDeviceIsAPortWhileItsPathExists) {
+    createWith("", {});
+    model->applyProject(project({poll("Meter", {holding("Level", 100)})}));
+    const QString device = file("ttySim");
+    model->addTestDevice(device.toStdString(), "sim");
+    EXPECT_TRUE(model->ports().empty());
+    EXPECT_FALSE(model->canStart());
+
+    QFile(device).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(waitUntil([&] { return model->canStart(); }));
+    ASSERT_EQ(model->ports().size(), 1U);
+    EXPECT_EQ(model->ports().front().productName, "sim");
+
+    QFile::remove(device);
+    EXPECT_TRUE(waitUntil([&] { return model->ports().empty() && !model->canStart(); }));
+    EXPECT_EQ(model->selectedPath(), device.toStdString());
+}
+
 using PollerModelPortsWhileReading = QuietReading;
 
 TEST_F(PollerModelPortsWhileReading, ChoiceStaysUntilStopped) {

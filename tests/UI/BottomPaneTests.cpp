@@ -31,13 +31,16 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
     const struct {
         const char* name;
         bool adapterPresent;
+        std::string remembered;
         bool withDatapoints;
         std::string title;
         bool offersStart;
     } rows[] = {
-        {"no adapter", false, true, L10n::Notice::emptyNoDevice(), false},
-        {"adapter, empty poll", true, false, L10n::Notice::emptyTitle(), false},
-        {"adapter and datapoints", true, true, L10n::Notice::emptyTitle(), true},
+        {"no adapter", false, "", true, L10n::Notice::emptyNoDevice(), false},
+        {"a remembered adapter that is unplugged", false, "/dev/ttyUSB0", true,
+         L10n::Notice::emptyNoDevice(), false},
+        {"adapter, empty poll", true, "", false, L10n::Notice::emptyTitle(), false},
+        {"adapter and datapoints", true, "", true, L10n::Notice::emptyTitle(), true},
     };
     for (const auto& row : rows) {
         std::vector<FakePortRegistry::Entry> ports;
@@ -51,6 +54,9 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
         auto model =
             PaneTest::model(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
         QCoreApplication::processEvents();
+        if (!row.remembered.empty()) {
+            model->setSelectedPath(row.remembered);
+        }
         BottomPane pane(*model);
         pane.resize(800, 300);
         pane.show();
