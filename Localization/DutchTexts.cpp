@@ -19,6 +19,8 @@ constexpr Texts dutch{
         .stopHelp = "Uitlezen stoppen (Ctrl+R)",
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
         .demoDevice = "Demo-apparaat (gesimuleerd)",
+        .startNeedsPort = "Sluit een seriële poort aan en selecteer deze om te starten",
+        .startNeedsDatapoints = "Voeg datapunten toe aan een actieve poll om te starten",
     },
     .settings =
         {

@@ -18,6 +18,8 @@ constexpr Texts english{
         .stopHelp = "Stop reading (Ctrl+R)",
         .lockedWhileRunning = "Stop reading to change this",
         .demoDevice = "Demo device (simulated)",
+        .startNeedsPort = "Connect and select a serial port to start",
+        .startNeedsDatapoints = "Add datapoints to an active poll to start",
     },
     .settings =
         {

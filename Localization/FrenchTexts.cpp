@@ -19,6 +19,9 @@ constexpr Texts french{
         .stopHelp = "Arrêter la lecture (Ctrl+R)",
         .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
         .demoDevice = "Appareil de démonstration (simulé)",
+        .startNeedsPort = "Branchez et sélectionnez un port série pour démarrer",
+        .startNeedsDatapoints = "Ajoutez des points de données à une scrutation active pour "
+                                "démarrer",
     },
     .settings =
         {

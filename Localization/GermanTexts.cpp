@@ -19,6 +19,9 @@ constexpr Texts german{
         .stopHelp = "Lesen stoppen (Ctrl+R)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
+        .startNeedsPort = "Schließen Sie zum Starten eine serielle Schnittstelle an und wählen "
+                          "Sie sie aus",
+        .startNeedsDatapoints = "Legen Sie zum Starten Datenpunkte in einer aktiven Abfrage an",
     },
     .settings =
         {

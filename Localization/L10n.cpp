@@ -85,6 +85,12 @@ std::string lockedWhileRunning() {
 std::string demoDevice() {
     return str(now().header.demoDevice);
 }
+std::string startNeedsPort() {
+    return str(now().header.startNeedsPort);
+}
+std::string startNeedsDatapoints() {
+    return str(now().header.startNeedsDatapoints);
+}
 } // namespace Header
 
 namespace Settings {

@@ -47,6 +47,9 @@ std::string stopHelp();
 std::string lockedWhileRunning();
 // The name of the simulated device that the application starts for a demonstration.
 std::string demoDevice();
+// Why Start is off, shown beside it: no port is present or chosen; no active poll has datapoints.
+std::string startNeedsPort();
+std::string startNeedsDatapoints();
 } // namespace Header
 
 namespace Settings {

@@ -19,6 +19,8 @@ constexpr Texts spanish{
         .stopHelp = "Detener la lectura (Ctrl+R)",
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
         .demoDevice = "Dispositivo de demostración (simulado)",
+        .startNeedsPort = "Conecte y seleccione un puerto serie para iniciar",
+        .startNeedsDatapoints = "Añada puntos de datos a un sondeo activo para iniciar",
     },
     .settings =
         {

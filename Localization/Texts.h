@@ -82,6 +82,8 @@ struct Texts {
         Literal stopHelp;
         Literal lockedWhileRunning;
         Literal demoDevice; // the name of the simulated device of --demo
+        Literal startNeedsPort;       // beside a Start that is off: no port present or chosen
+        Literal startNeedsDatapoints; // beside a Start that is off: no active poll has datapoints
     } header;
 
     struct SettingsTexts {

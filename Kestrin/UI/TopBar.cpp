@@ -1,5 +1,6 @@
 #include "TopBar.h"
 
+#include "ElidedLine.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
@@ -31,6 +32,7 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     , port_(new QComboBox(this))
     , baud_(new QComboBox(this))
     , frame_(new QToolButton(this))
+    , startReason_(new ElidedLine(this))
     , dot_(new StatusDot(this))
     , startStop_(new QPushButton(this)) {
     setObjectName(QStringLiteral("topBar"));
@@ -48,6 +50,12 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     frame_->setObjectName(QStringLiteral("frameSettingsButton"));
     frame_->setIcon(Icons::symbol(Symbol::sliders));
     frame_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    startReason_->setObjectName(QStringLiteral("startReason"));
+    // As wide as its text when there is room, shortened when there is not.
+    startReason_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    QPalette muted = startReason_->palette();
+    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
+    startReason_->setPalette(muted);
     startStop_->setObjectName(QStringLiteral("startStopButton"));
     startStop_->setMinimumWidth(80);
     startStop_->setAutoFillBackground(true);
@@ -59,6 +67,7 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     row->addWidget(baud_);
     row->addWidget(frame_);
     row->addStretch(1);
+    row->addWidget(startReason_);
     row->addWidget(dot_);
     row->addWidget(startStop_);
 
@@ -140,6 +149,16 @@ void TopBar::refreshBaud() {
     frame_->setText(qs(model_.serial().frameDescription()));
 }
 
+QString TopBar::startReason() const {
+    const auto obstacle = model_.startObstacle();
+    if (!obstacle) {
+        return {};
+    }
+    return qs(*obstacle == PollerModel::StartObstacle::noPort
+                  ? L10n::Header::startNeedsPort()
+                  : L10n::Header::startNeedsDatapoints());
+}
+
 void TopBar::refreshState() {
     const PollerState state = model_.state();
     const bool stopped = state == PollerState::stopped;
@@ -149,12 +168,20 @@ void TopBar::refreshState() {
     startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
     startStop_->setToolTip(qs(stopped ? L10n::Header::startHelp() : L10n::Header::stopHelp()));
     startStop_->setEnabled(!stopped || model_.canStart());
-    // Prominent: the accent colour while stopped, orange while reading.
+    // Prominent: the accent colour while stopped, orange while reading. The disabled group keeps
+    // the style's own colours, so a Start that is off looks off.
     QPalette tint = palette();
     const QColor fill = stopped ? LogPalette::accent() : LogPalette::fillOrange();
-    tint.setColor(QPalette::Button, fill);
-    tint.setColor(QPalette::ButtonText, Qt::white);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        tint.setColor(group, QPalette::Button, fill);
+        tint.setColor(group, QPalette::ButtonText, Qt::white);
+    }
     startStop_->setPalette(tint);
+    const QString reason = stopped ? startReason() : QString();
+    startReason_->setText(reason);
+    startReason_->setToolTip(reason);
+    startReason_->setVisible(!reason.isEmpty());
+    startStop_->setAccessibleDescription(reason);
 
     const QString lockedTip = qs(L10n::Header::lockedWhileRunning());
     port_->setEnabled(stopped);

@@ -10,10 +10,12 @@ namespace kestrin {
 
 class PollerModel;
 class SerialSettingsPopover;
+class ElidedLine;
 class StatusDot;
 
 // The row above the table: serial port, baud rate, frame settings, reading state and the
-// start/stop button. Port, baud rate and frame are locked while reading.
+// start/stop button. Port, baud rate and frame are locked while reading. While Start is off, the
+// reason stands beside it: a disabled button shows no tool tip.
 class TopBar : public QWidget {
     Q_OBJECT
 
@@ -30,11 +32,14 @@ private:
     void refreshPorts();
     void refreshBaud();
     void refreshState();
+    // Why Start is off; empty when it is not.
+    QString startReason() const;
 
     PollerModel& model_;
     QComboBox* port_;
     QComboBox* baud_;
     QToolButton* frame_;
+    ElidedLine* startReason_;
     StatusDot* dot_;
     QPushButton* startStop_;
     SerialSettingsPopover* settings_ = nullptr;

@@ -1,3 +1,5 @@
+#include "ElidedLine.h"
+#include "LogPalette.h"
 #include "SerialSettingsPopover.h"
 #include "ShellFixture.h"
 #include "StatusDot.h"
@@ -82,6 +84,51 @@ TEST(BaudPicker, ShowsAndSetsTheRateOfTheFrame) {
     });
 }
 
+TEST(StartButton, IsOnlyOnWithAPresentPortAndDatapointsAndSaysWhyNot) {
+    Poll switchedOff = examplePoll();
+    switchedOff.enabled = false;
+    const struct {
+        const char* situation;
+        std::vector<std::string> ports;
+        std::string selected;
+        Poll poll;
+        QString reason;
+    } rows[] = {
+        {"no ports", {}, "", examplePoll(), "Connect and select a serial port to start"},
+        {"a remembered port that is unplugged",
+         {"/dev/ttyS0"},
+         "/dev/ttyUSB0",
+         examplePoll(),
+         "Connect and select a serial port to start"},
+        {"no active poll",
+         {"/dev/ttyS0"},
+         "/dev/ttyS0",
+         switchedOff,
+         "Add datapoints to an active poll to start"},
+        {"a present port and datapoints", {"/dev/ttyS0"}, "/dev/ttyS0", examplePoll(), ""},
+    };
+    for (const auto& row : rows) {
+        inEnglish([&] {
+            auto model = makeModel(project({row.poll}), portsAt(row.ports));
+            ASSERT_TRUE(waitUntil([&] { return model->ports().size() == row.ports.size(); }));
+            model->setSelectedPath(row.selected);
+            TopBar bar(*model);
+            bar.resize(1180, 48);
+            bar.show();
+            auto* button = child<QPushButton>(bar, "startStopButton");
+            auto* reason = child<ElidedLine>(bar, "startReason");
+            const bool on = row.reason.isEmpty();
+            EXPECT_EQ(button->isEnabled(), on) << row.situation;
+            EXPECT_EQ(reason->isVisible(), !on) << row.situation;
+            EXPECT_EQ(reason->text(), row.reason) << row.situation;
+            // The colour it is drawn in: the program's own only while it can be pressed.
+            const QPalette::ColorGroup drawn = on ? QPalette::Active : QPalette::Disabled;
+            EXPECT_EQ(button->palette().color(drawn, QPalette::Button) == LogPalette::accent(), on)
+                << row.situation;
+        });
+    }
+}
+
 TEST(TopBarLock, PortBaudAndFrameAreLockedOnlyWhileReading) {
     QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
@@ -109,6 +156,7 @@ TEST(TopBarLock, PortBaudAndFrameAreLockedOnlyWhileReading) {
                 << control->objectName().toStdString();
         }
         EXPECT_TRUE(child<QPushButton>(bar, "startStopButton")->isEnabled());
+        EXPECT_TRUE(child<ElidedLine>(bar, "startReason")->text().isEmpty());
         EXPECT_EQ(child<StatusDot>(bar, "statusDot")->toolTip(), "Reading");
 
         model->stop();
