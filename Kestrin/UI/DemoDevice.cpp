@@ -96,7 +96,8 @@ QString DemoDevice::findSimulator(const QString& programFolder) {
     return QStandardPaths::findExecutable(QStringLiteral("kestrin-sim"));
 }
 
-Result<std::unique_ptr<DemoDevice>, std::string> DemoDevice::start(const QString& simulator) {
+Result<std::unique_ptr<DemoDevice>, std::string>
+DemoDevice::start(const QString& simulator, const SerialConfiguration& serial) {
     auto project = servedProjectFile();
     if (!project) {
         return project.error();
@@ -104,7 +105,10 @@ Result<std::unique_ptr<DemoDevice>, std::string> DemoDevice::start(const QString
     auto process = std::make_unique<QProcess>();
     // Its diagnostics go where ours go; only the first line of its output is read.
     process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process->start(simulator, {QStringLiteral("--project"), project.value()->fileName()});
+    process->start(simulator, {QStringLiteral("--project"), project.value()->fileName(),
+                               QStringLiteral("--wire-timing"), QStringLiteral("--baud"),
+                               QString::number(serial.baudRate), QStringLiteral("--frame"),
+                               QString::fromStdString(serial.frameDescription())});
     if (!process->waitForStarted(startLimitMs)) {
         return process->errorString().toStdString();
     }

@@ -2,6 +2,7 @@
 
 #include "Datapoint.h"
 #include "Result.h"
+#include "SerialConfiguration.h"
 
 #include <memory>
 #include <string>
@@ -31,8 +32,10 @@ public:
     static std::vector<Datapoint> servedList();
 
     // Starts the simulator serving servedList() and waits for the path it announces on its
-    // first line.
-    static Result<std::unique_ptr<DemoDevice>, std::string> start(const QString& simulator);
+    // first line. It answers when a real device on a line with this frame would, so the times
+    // shown are those of a real device.
+    static Result<std::unique_ptr<DemoDevice>, std::string>
+    start(const QString& simulator, const SerialConfiguration& serial);
 
     const std::string& path() const { return path_; }
 

@@ -50,7 +50,7 @@ void startDemo(PollerModel& model, std::unique_ptr<DemoDevice>& demo) {
         model.setErrorMessage(L10n::Errors::demoFailed("kestrin-sim"));
         return;
     }
-    auto started = DemoDevice::start(simulator);
+    auto started = DemoDevice::start(simulator, model.serial());
     if (!started) {
         model.setErrorMessage(L10n::Errors::demoFailed(started.error()));
         return;

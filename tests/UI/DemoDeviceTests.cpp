@@ -14,8 +14,9 @@ std::optional<double> valueOf(const PollerModel& model, const Datapoint& point) 
     return status != nullptr ? toDouble(status->value) : std::nullopt;
 }
 
-TEST(DemoDevice, ServesTheExampleListUntilItGoes) {
-    auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH));
+TEST(DemoDevice, ServesTheExampleListAtWireTimingUntilItGoes) {
+    const SerialConfiguration serial; // 9600 8E1
+    auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH), serial);
     ASSERT_TRUE(started.ok()) << started.error();
     std::unique_ptr<DemoDevice> demo = std::move(started).value();
     const std::string path = demo->path();
@@ -27,13 +28,19 @@ TEST(DemoDevice, ServesTheExampleListUntilItGoes) {
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }))
         << model->errorMessage().value_or("");
     model->stop();
+    // The shortest exchange, a coil read, is 8 + 6 characters of 11 bits at 9600 baud = 16 ms.
+    for (const auto& [id, status] : model->status()) {
+        if (status.value) {
+            EXPECT_GE(status.duration, 0.016) << "as fast as no line could carry it";
+        }
+    }
 
     demo.reset();
     EXPECT_TRUE(waitUntil([&] { return !std::filesystem::exists(path); }, 5s)) << path;
 }
 
 TEST(DemoDevice, MeasurementsMoveAndSetValuesStartPlausible) {
-    auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH));
+    auto started = DemoDevice::start(QStringLiteral(KESTRIN_SIM_PATH), SerialConfiguration{});
     ASSERT_TRUE(started.ok()) << started.error();
     std::unique_ptr<DemoDevice> demo = std::move(started).value();
     // What the user sees: the example list with no simulation of its own.
@@ -72,7 +79,7 @@ TEST(DemoDevice, MeasurementsMoveAndSetValuesStartPlausible) {
 }
 
 TEST(DemoDevice, AProgramThatAnnouncesNoPortIsRefused) {
-    const auto started = DemoDevice::start(QStringLiteral("/bin/true"));
+    const auto started = DemoDevice::start(QStringLiteral("/bin/true"), SerialConfiguration{});
     EXPECT_FALSE(started.ok());
 }
 
