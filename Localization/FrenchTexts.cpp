@@ -43,9 +43,9 @@ constexpr Texts french{
             .adjacentOnly = "Adresses contiguës uniquement",
             .gapsUpTo = [](int gap) { return concat("Écarts jusqu'à ", gap, " adresses"); },
             .combineHelp = "Les points de données proches les uns des autres sont lus en une "
-                           "seule requête. Franchir les écarts est plus rapide, mais certains "
-                           "appareils répondent alors par l'exception 02 pour les adresses qu'ils "
-                           "ne possèdent pas.",
+                           "seule requête. Inclure les écarts d'adresses dans la requête est plus "
+                           "rapide, mais certains appareils répondent alors par l'exception 02 "
+                           "pour les adresses qu'ils ne possèdent pas.",
             .writeMode = "Écritures",
             .writeSingle = "FC05/06 pour une seule valeur",
             .writeMultiple = "Toujours FC15/16",
@@ -103,7 +103,7 @@ constexpr Texts french{
         .description = "Description",
         .status = "État",
         .add = "Ajouter un point de données",
-        .addHelp = "Ajouter un point de données à la prochaine adresse libre (Ctrl+Shift+D)",
+        .addHelp = "Ajouter un point de données à la prochaine adresse libre (Ctrl+Maj+D)",
         .duplicate = "Dupliquer",
         .deleteRows = "Supprimer",
         .csvHelp =
@@ -143,7 +143,7 @@ constexpr Texts french{
                      "binaire (0b101) sont aussi acceptés.",
         .valueInvalid =
             [](std::string_view type) {
-                return concat("Cette valeur ne convient pas au type ", type, ".");
+                return concat("Cette valeur ne peut pas être représentée en ", type, ".");
             },
     },
     .import = {
@@ -269,12 +269,12 @@ constexpr Texts french{
         .deviceDisconnected = "L'adaptateur a été déconnecté.",
         .demoFailed =
             [](std::string_view reason) {
-                return concat("Impossible de démarrer l'appareil de démonstration : ", reason);
+                return concat("Impossible de démarrer l'appareil de démonstration\u00a0: ", reason);
             },
     },
     .document = {
         .problemAt = [](std::string_view path,
-                        std::string_view problem) { return concat(path, " : ", problem); },
+                        std::string_view problem) { return concat(path, "\u00a0: ", problem); },
         .notJSON = "pas un document JSON",
         .expectedObject = "objet attendu",
         .expectedList = "liste attendue",
@@ -290,7 +290,7 @@ constexpr Texts french{
         .missing = "manquant",
         .unknownValue =
             [](std::string_view found, std::string_view choices) {
-                return concat("valeur inconnue « ", found, " » (utilisez ", choices, ")");
+                return concat("valeur inconnue «\u00a0", found, "\u00a0» (utilisez ", choices, ")");
             },
         .emptyList = "au moins une entrée attendue",
     },
@@ -378,7 +378,7 @@ constexpr Texts french{
             .emptyTitle = "Rien à afficher pour l'instant",
             .emptyText = "Cochez les points de données à suivre dans la colonne Graphique, puis "
                          "démarrez la lecture.",
-            .time = "Temps",
+            .time = "Heure",
             .window = "Période",
             .windowAll = "Tout",
             .windowHelp = "Période affichée par le graphique",

@@ -15,8 +15,8 @@ constexpr Texts german{
         .start = "Starten",
         .stop = "Stoppen",
         .frameSettingsHelp = "Datenbits, Parität, Stoppbits, Timeout und Schreibmethode",
-        .startHelp = "Lesen starten (Ctrl+R)",
-        .stopHelp = "Lesen stoppen (Ctrl+R)",
+        .startHelp = "Lesen starten (Strg+R)",
+        .stopHelp = "Lesen stoppen (Strg+R)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
         .startNeedsPort = "Schließen Sie zum Starten eine serielle Schnittstelle an und wählen "
@@ -68,13 +68,13 @@ constexpr Texts german{
             .rawFrames = "Rohe RTU-Telegramme anzeigen",
             .rawFramesHelp = "Das vollständige RTU-Telegramm (Geräteadresse, PDU und CRC) "
                              "anzeigen, nicht nur die Daten.",
-            .onlyProblems = "Nur Fehler und Schreibzugriffe protokollieren",
+            .onlyProblems = "Nur Fehler und Schreibzugriffe ins Log schreiben",
             .onlyProblemsHelp = "Schnelle Abfragen füllen das Log rasch. Ist diese Option "
                                 "eingeschaltet, sehen Sie nur, was Aufmerksamkeit erfordert.",
             .save = "Speichern…",
-            .saveHelp = "Das Log als Textdatei speichern (Ctrl+S)",
+            .saveHelp = "Das Log als Textdatei speichern (Strg+S)",
             .clear = "Log leeren",
-            .clearHelp = "Das Log leeren und die Zähler zurücksetzen (Ctrl+K)",
+            .clearHelp = "Das Log leeren und die Zähler zurücksetzen (Strg+K)",
             .outputAccessibility = "Kommunikations-Log",
         },
     .menu =
@@ -91,7 +91,7 @@ constexpr Texts german{
         },
     .table = {
         .name = "Name",
-        .unitID = "Gerät",
+        .unitID = "Geräteadresse",
         .table = "Tabelle",
         .address = "Adresse",
         .dataType = "Typ",
@@ -103,12 +103,12 @@ constexpr Texts german{
         .description = "Beschreibung",
         .status = "Status",
         .add = "Datenpunkt",
-        .addHelp = "Einen Datenpunkt an der nächsten freien Adresse hinzufügen (Ctrl+Shift+D)",
+        .addHelp = "Einen Datenpunkt an der nächsten freien Adresse hinzufügen (Strg+Umschalt+D)",
         .duplicate = "Duplizieren",
         .deleteRows = "Löschen",
         .csvHelp = "Die Liste aus Excel, LibreOffice Calc oder einem anderen Programm importieren "
                    "oder dorthin exportieren",
-        .unitIDHelp = "Slave-Adresse des Geräts (1–247)",
+        .unitIDHelp = "Adresse des Geräts am Bus, oft Slave-Adresse genannt (1–247)",
         .addressHelp =
             [](std::string_view modicon) {
                 return concat("Protokolladresse, beginnend bei 0. In Modicon-Notation: ", modicon,
@@ -311,10 +311,10 @@ constexpr Texts german{
     .notice =
         {
             .emptyTitle = "Bereit zum Lesen",
-            .emptySteps = "Tragen Sie die Datenpunkte Ihres Geräts in die Tabelle ein (Gerät, "
-                          "Tabelle, Adresse und Typ), wählen Sie oben die serielle Schnittstelle "
-                          "und dieselben Einstellungen wie am Gerät und klicken Sie auf Starten "
-                          "(Ctrl+R).",
+            .emptySteps = "Tragen Sie die Datenpunkte Ihres Geräts in die Tabelle ein "
+                          "(Geräteadresse, Tabelle, Adresse und Typ), wählen Sie oben die "
+                          "serielle Schnittstelle und dieselben Einstellungen wie am Gerät und "
+                          "klicken Sie auf Starten (Strg+R).",
             .emptyNoDevice = "Kein USB-Adapter gefunden",
             .emptyNoDeviceSteps = "Schließen Sie Ihren USB-RS485-Adapter an. Die Schnittstelle "
                                   "erscheint dann von selbst. Ihre Datenpunktliste können Sie "
@@ -329,11 +329,11 @@ constexpr Texts german{
                 [](std::string_view name, std::string_view reason) {
                     return concat("Schreiben von „", name, "“ fehlgeschlagen: ", reason, ".");
                 },
-            .startFirst = "Starten Sie zuerst das Lesen (Ctrl+R), um Werte zu schreiben.",
+            .startFirst = "Starten Sie zuerst das Lesen (Strg+R), um Werte zu schreiben.",
         },
     .polls = {
         .add = "Neue Abfrage",
-        .addHelp = "Eine weitere Gruppe von Datenpunkten mit eigenem Intervall (Ctrl+T)",
+        .addHelp = "Eine weitere Gruppe von Datenpunkten mit eigenem Intervall (Strg+T)",
         .namePlaceholder = "Name",
         .interval = "Intervall",
         .intervalHelp = "Wie oft diese Abfrage gelesen wird",
@@ -368,7 +368,7 @@ constexpr Texts german{
             .exportHistoryHelp =
                 "Jeden gelesenen Wert mit seinem Zeitpunkt für Excel oder LibreOffice Calc "
                 "speichern",
-            .findPlaceholder = "Im Protokoll suchen",
+            .findPlaceholder = "Im Log suchen",
             .findNext = "Nächster Treffer",
             .findPrevious = "Vorheriger Treffer",
             .findDone = "Fertig",
@@ -378,7 +378,7 @@ constexpr Texts german{
             .emptyTitle = "Noch nichts anzuzeigen",
             .emptyText = "Markieren Sie in der Spalte Diagramm die Datenpunkte, die Sie verfolgen "
                          "möchten, und starten Sie das Lesen.",
-            .time = "Zeit",
+            .time = "Uhrzeit",
             .window = "Zeitraum",
             .windowAll = "Alles",
             .windowHelp = "Zeitraum, den das Diagramm zeigt",

@@ -15,8 +15,8 @@ constexpr Texts spanish{
         .stop = "Detener",
         .frameSettingsHelp =
             "Bits de datos, paridad, bits de parada, tiempo de espera y método de escritura",
-        .startHelp = "Iniciar la lectura (Ctrl+R)",
-        .stopHelp = "Detener la lectura (Ctrl+R)",
+        .startHelp = "Iniciar la lectura (Control+R)",
+        .stopHelp = "Detener la lectura (Control+R)",
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
         .demoDevice = "Dispositivo de demostración (simulado)",
         .startNeedsPort = "Conecte y seleccione un puerto serie para iniciar",
@@ -24,7 +24,7 @@ constexpr Texts spanish{
     },
     .settings =
         {
-            .frame = "Trama",
+            .frame = "Formato de trama",
             .dataBits = "Bits de datos",
             .parity = "Paridad",
             .stopBits = "Bits de parada",
@@ -59,21 +59,21 @@ constexpr Texts spanish{
                                   " · Sin respuesta ", timeouts, " · Excepciones ", exceptions,
                                   " · No válidas ", errors);
                 },
-            .options = "Opciones del registro",
+            .options = "Opciones de la traza",
             .optionsHelp = "Marcas de tiempo, tramas en bruto y desplazamiento automático",
             .autoscroll = "Desplazamiento automático",
             .timestamps = "Marcas de tiempo",
             .rawFrames = "Mostrar tramas RTU en bruto",
-            .rawFramesHelp = "Mostrar la trama RTU completa (esclavo, PDU y CRC) en lugar de solo "
-                             "los datos.",
-            .onlyProblems = "Registrar solo errores y escrituras",
-            .onlyProblemsHelp = "Los sondeos rápidos llenan el registro enseguida. Con esta opción "
+            .rawFramesHelp = "Mostrar la trama RTU completa (dirección de esclavo, PDU y CRC) en "
+                             "lugar de solo los datos.",
+            .onlyProblems = "Solo errores y escrituras en la traza",
+            .onlyProblemsHelp = "Los sondeos rápidos llenan la traza enseguida. Con esta opción "
                                 "activada, solo verá lo que requiere su atención.",
             .save = "Guardar…",
-            .saveHelp = "Guardar el registro como archivo de texto (Ctrl+S)",
-            .clear = "Borrar registro",
-            .clearHelp = "Borrar el registro y los contadores (Ctrl+K)",
-            .outputAccessibility = "Registro de comunicación",
+            .saveHelp = "Guardar la traza como archivo de texto (Control+S)",
+            .clear = "Borrar traza",
+            .clearHelp = "Borrar la traza y los contadores (Control+K)",
+            .outputAccessibility = "Traza de comunicación",
         },
     .menu =
         {
@@ -82,8 +82,8 @@ constexpr Texts spanish{
             .saveProject = "Guardar proyecto como…",
             .importCSV = "Importar puntos de datos (CSV)…",
             .exportCSV = "Exportar puntos de datos (CSV)…",
-            .saveLog = "Guardar registro…",
-            .clearLog = "Borrar registro",
+            .saveLog = "Guardar traza…",
+            .clearLog = "Borrar traza",
             .file = "Archivo",
             .help = "Ayuda",
         },
@@ -101,7 +101,8 @@ constexpr Texts spanish{
         .description = "Descripción",
         .status = "Estado",
         .add = "Punto de datos",
-        .addHelp = "Añadir un punto de datos en la siguiente dirección libre (Ctrl+Shift+D)",
+        .addHelp =
+            "Añadir un punto de datos en la siguiente dirección libre (Control+Mayúsculas+D)",
         .duplicate = "Duplicar",
         .deleteRows = "Eliminar",
         .csvHelp = "Importar la lista desde Excel, LibreOffice Calc u otro programa, o "
@@ -114,8 +115,8 @@ constexpr Texts spanish{
             },
         .wordOrderHelp = "Orden de bytes de los valores de 32 y 64 bits. ABCD es el estándar "
                          "Modbus; CDAB (palabras intercambiadas) es habitual en los PLC.",
-        .scaleHelp = "Valor = valor en bruto del registro × escala. Por ejemplo, 0.1 cuando el "
-                     "dispositivo envía 215 para 21.5.",
+        .scaleHelp = "Valor = valor en bruto del registro × escala. Por ejemplo, 0,1 cuando el "
+                     "dispositivo envía 215 para 21,5.",
         .plotHelp = "Mostrar este punto de datos en el gráfico",
         .rawHelp = [](std::string_view raw) { return concat("Registros en bruto: ", raw); },
         .overlapHelp =
@@ -191,7 +192,7 @@ constexpr Texts spanish{
         },
     .board =
         {
-            .usbSerial = [](std::string_view chip) { return concat("Serie USB (", chip, ")"); },
+            .usbSerial = [](std::string_view chip) { return concat("USB-serie (", chip, ")"); },
         },
     .errors = {
         .alertTitle = "Se ha producido un error",
@@ -224,7 +225,7 @@ constexpr Texts spanish{
             },
         .csvInvalidUnit =
             [](std::string_view text) {
-                return concat("ID de esclavo no válido '", text, "' (de 1 a 247)");
+                return concat("dirección de esclavo no válida '", text, "' (de 1 a 247)");
             },
         .csvInvalidDataType =
             [](std::string_view text) { return concat("tipo de datos desconocido '", text, "'"); },
@@ -304,15 +305,15 @@ constexpr Texts spanish{
             .emptyTitle = "Listo para leer",
             .emptySteps = "Introduzca en la tabla los puntos de datos de su dispositivo (esclavo, "
                           "tabla, dirección y tipo), elija arriba el puerto serie y los mismos "
-                          "ajustes que el dispositivo, y haga clic en Iniciar (Ctrl+R).",
+                          "ajustes que el dispositivo, y haga clic en Iniciar (Control+R).",
             .emptyNoDevice = "No se encontró ningún adaptador USB",
             .emptyNoDeviceSteps = "Conecte su adaptador USB-RS485. El puerto aparecerá "
                                   "automáticamente. Mientras tanto, ya puede preparar su lista de "
                                   "puntos de datos.",
             .startPolling = "Iniciar lectura",
-            .noResponse = "El dispositivo no responde. Compruebe el ID de esclavo, la velocidad en "
-                          "baudios, la paridad, los bits de parada y el cableado (A/B no "
-                          "intercambiados).",
+            .noResponse = "El dispositivo no responde. Compruebe la dirección de esclavo, la "
+                          "velocidad en baudios, la paridad, los bits de parada y el cableado "
+                          "(A/B no intercambiados).",
             .serialLost = "El puerto serie ha desaparecido. En cuanto vuelva el adaptador, la "
                           "lectura continuará automáticamente.",
             .dismiss = "Cerrar",
@@ -320,11 +321,11 @@ constexpr Texts spanish{
                 [](std::string_view name, std::string_view reason) {
                     return concat("No se pudo escribir ", name, ": ", reason, ".");
                 },
-            .startFirst = "Inicie primero la lectura (Ctrl+R) para poder escribir valores.",
+            .startFirst = "Inicie primero la lectura (Control+R) para poder escribir valores.",
         },
     .polls = {
         .add = "Nuevo sondeo",
-        .addHelp = "Otro grupo de puntos de datos con su propio intervalo (Ctrl+T)",
+        .addHelp = "Otro grupo de puntos de datos con su propio intervalo (Control+T)",
         .namePlaceholder = "Nombre",
         .interval = "Intervalo",
         .intervalHelp = "Con qué frecuencia se lee este sondeo",
@@ -351,14 +352,14 @@ constexpr Texts spanish{
     .pane =
         {
             .title = "Vista",
-            .log = "Registro",
+            .log = "Traza",
             .chart = "Gráfico",
             .clearHistory = "Borrar historial",
             .clearHistoryHelp = "Borrar todos los valores almacenados",
             .exportHistory = "Exportar historial (CSV)…",
             .exportHistoryHelp =
                 "Guardar cada valor leído, con su hora, para Excel o LibreOffice Calc",
-            .findPlaceholder = "Buscar en el registro",
+            .findPlaceholder = "Buscar en la traza",
             .findNext = "Siguiente coincidencia",
             .findPrevious = "Coincidencia anterior",
             .findDone = "Listo",
