@@ -12,8 +12,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace kestrin {
@@ -109,6 +111,8 @@ HelpWindow::HelpWindow(QWidget* parent)
     page_->setFrameShape(QFrame::NoFrame);
     page_->setOpenLinks(false);
     page_->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    // Text wraps and pictures shrink to the column, so nothing lies beside it.
+    page_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     page_->document()->setDocumentMargin(pagePadding);
     page_->viewport()->installEventFilter(this);
 
@@ -204,7 +208,7 @@ const HelpTopic& HelpWindow::shownTopic() const {
     return topics_.front();
 }
 
-void HelpWindow::showPage() {
+void HelpWindow::showPage(bool keepPlace) {
     if (topics_.empty()) {
         return;
     }
@@ -212,18 +216,25 @@ void HelpWindow::showPage() {
     const QColor yellow = LogPalette::isDark(palette()) ? QColor(0xFFD60A) : QColor(0xE0A800);
     document->addResource(QTextDocument::ImageResource, QUrl(HelpPage::tipSymbolSource),
                           Icons::tinted(Symbol::info, yellow).pixmap(32, 32).toImage());
-    const int pictureWidth = columnWidth - 2 * pagePadding;
+    // Pictures as wide as the column, which narrows with the window: a wider one would need a
+    // horizontal scroll bar to be seen whole.
+    shownWidth_ = std::min(columnWidth, page_->viewport()->width());
+    const int pictureWidth = std::max(shownWidth_ - 2 * pagePadding, 1);
+    const int scrolled = page_->verticalScrollBar()->value();
     page_->setHtml(HelpPage::html(shownTopic(), screenshotPath, pictureWidth, palette()));
-    fitColumn();
-}
-
-void HelpWindow::fitColumn() {
-    page_->setLineWrapColumnOrWidth(std::min(columnWidth, page_->viewport()->width()));
+    page_->setLineWrapColumnOrWidth(shownWidth_);
+    page_->verticalScrollBar()->setValue(keepPlace ? scrolled : 0);
 }
 
 bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == page_->viewport() && event->type() == QEvent::Resize) {
-        fitColumn();
+    if (watched == page_->viewport() && event->type() == QEvent::Resize &&
+        std::min(columnWidth, page_->viewport()->width()) != shownWidth_ && !relayoutPending_) {
+        // Not from inside the viewport's own resize: the page is laid out again once it is done.
+        relayoutPending_ = true;
+        QTimer::singleShot(0, this, [this] {
+            relayoutPending_ = false;
+            showPage(true);
+        });
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -231,7 +242,7 @@ bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
 void HelpWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
-        showPage();
+        showPage(true);
     }
 }
 

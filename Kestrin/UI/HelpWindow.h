@@ -43,8 +43,8 @@ protected:
 private:
     void searchChanged(const QString& text);
     void fillList();
-    void showPage();
-    void fitColumn();
+    // keepPlace: the same page again (narrower or in new colours), where the reader was.
+    void showPage(bool keepPlace = false);
     const HelpTopic& shownTopic() const;
 
     std::vector<HelpTopic> topics_;
@@ -54,6 +54,8 @@ private:
     QListWidget* list_;
     QLabel* noResults_;
     QTextBrowser* page_;
+    int shownWidth_ = 0; // of the page's column when it was last laid out
+    bool relayoutPending_ = false;
 };
 
 } // namespace kestrin
