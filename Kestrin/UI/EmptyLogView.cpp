@@ -96,7 +96,10 @@ void EmptyLogView::chooseLayout() {
     // A wrapped label centred in a column takes the width it is given, not the one it could use;
     // and the column gives it the height of one line unless told the height of all its lines.
     const int messageWidth = std::max(0, std::min(maximumMessageWidth, width() - 24));
-    message_->setFixedSize(messageWidth, message_->heightForWidth(messageWidth));
+    message_->setFixedWidth(messageWidth);
+    // A label never answers less than its minimum height, so the last answer is forgotten first.
+    message_->setMinimumHeight(0);
+    message_->setFixedHeight(message_->heightForWidth(messageWidth));
     // The full layout when it fits, else the compact one without the symbol.
     column->setSpacing(fullSpacing);
     symbol_->setVisible(true);
