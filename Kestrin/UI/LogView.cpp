@@ -4,8 +4,6 @@
 #include "LogPalette.h"
 #include "OutputBuffer.h"
 
-#include <QFile>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -16,9 +14,6 @@ namespace kestrin {
 
 namespace {
 
-const QString logoResource = QStringLiteral(":/kestrin/logo.svg");
-constexpr int largestLogo = 460;
-constexpr double logoOpacity = 0.07;
 constexpr int textInset = 6;
 
 } // namespace
@@ -95,7 +90,6 @@ void LogView::changeEvent(QEvent* event) {
     QPlainTextEdit::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) {
         restyle();
-        backdropSize_ = QSize();
     }
 }
 
@@ -107,46 +101,10 @@ void LogView::keyPressEvent(QKeyEvent* event) {
     QPlainTextEdit::keyPressEvent(event);
 }
 
-const QPixmap& LogView::backdrop(const QSize& size) {
-    const QRgb colour = palette().color(QPalette::Text).rgba();
-    if (size == backdropSize_ && colour == backdropColor_) {
-        return backdrop_;
-    }
-    backdropSize_ = size;
-    backdropColor_ = colour;
-    backdrop_ = QPixmap();
-    if (!QFile::exists(logoResource)) {
-        return backdrop_;
-    }
-    const QIcon logo(logoResource);
-    const int side = std::min({largestLogo, size.width(), size.height()});
-    if (side <= 0) {
-        return backdrop_;
-    }
-    const qreal ratio = devicePixelRatioF();
-    QPixmap shape = logo.pixmap(QSize(side, side), ratio);
-    if (shape.isNull()) {
-        return backdrop_;
-    }
-    // A template image: only the logo's shape counts, drawn in the text colour.
-    QPainter painter(&shape);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(shape.rect(), QColor::fromRgba(colour));
-    painter.end();
-    backdrop_ = shape;
-    return backdrop_;
-}
-
 void LogView::paintEvent(QPaintEvent* event) {
-    const QPixmap& logo = backdrop(viewport()->size());
-    if (!logo.isNull()) {
-        QPainter painter(viewport());
-        painter.setOpacity(logoOpacity);
-        const QSizeF logical = logo.deviceIndependentSize();
-        const QPointF origin((viewport()->width() - logical.width()) / 2.0,
-                             (viewport()->height() - logical.height()) / 2.0);
-        painter.drawPixmap(origin, logo);
-    }
+    QPainter painter(viewport());
+    backdrop_.paint(painter, viewport()->rect(), devicePixelRatioF());
+    painter.end();
     QPlainTextEdit::paintEvent(event);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QPixmap>
+#include "LogoBackdrop.h"
+
 #include <QPlainTextEdit>
 
 namespace kestrin {
@@ -33,12 +34,9 @@ private:
     void removeFromStart(qsizetype count);
     // Text already shown takes the colours of the current palette.
     void restyle();
-    const QPixmap& backdrop(const QSize& size);
 
     OutputBuffer& buffer_;
-    QPixmap backdrop_;
-    QSize backdropSize_;
-    QRgb backdropColor_ = 0;
+    LogoBackdrop backdrop_;
 };
 
 } // namespace kestrin

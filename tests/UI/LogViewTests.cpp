@@ -110,6 +110,50 @@ TEST(LogView, TextAlreadyShownTakesTheColoursOfANewPalette) {
     EXPECT_EQ(view.toPlainText(), buffer.text());
 }
 
+// Every pixel of the backdrop lies between the background and the logo's own faint colour (its
+// edges are smoothed), and it is centred and no larger than 460 points or the view.
+TEST(LogView, FaintLogoInTheProgramsColourIsCentredBehindTheText) {
+    for (const QSize size : {QSize(1000, 800), QSize(320, 200)}) {
+        OutputBuffer buffer;
+        LogView view(buffer);
+        view.resize(size);
+        view.show();
+        const QImage shot = view.viewport()->grab().toImage();
+        const QColor base = view.palette().color(QPalette::Base);
+        const QColor accent = LogPalette::accent();
+        const auto faint = [&](int (QColor::*channel)() const) {
+            return (base.*channel)() + ((accent.*channel)() - (base.*channel)()) * 0.07;
+        };
+        QRect drawn;
+        int full = 0;
+        for (int y = 0; y < shot.height(); ++y) {
+            for (int x = 0; x < shot.width(); ++x) {
+                const QColor pixel = shot.pixelColor(x, y);
+                if (pixel == base) {
+                    continue;
+                }
+                drawn |= QRect(x, y, 1, 1);
+                bool atFull = true;
+                for (const auto channel : {&QColor::red, &QColor::green, &QColor::blue}) {
+                    const double low = std::min<double>((base.*channel)(), faint(channel)) - 2;
+                    const double high = std::max<double>((base.*channel)(), faint(channel)) + 2;
+                    ASSERT_GE((pixel.*channel)(), low) << x << "," << y;
+                    ASSERT_LE((pixel.*channel)(), high) << x << "," << y;
+                    atFull = atFull && std::abs((pixel.*channel)() - faint(channel)) <= 2;
+                }
+                full += atFull ? 1 : 0;
+            }
+        }
+        const QSize area = view.viewport()->size();
+        const int side = std::min({460, area.width(), area.height()});
+        EXPECT_GT(full, side * side / 10) << size.width();
+        EXPECT_LE(drawn.width(), side) << size.width();
+        EXPECT_LE(drawn.height(), side) << size.width();
+        EXPECT_NEAR(drawn.center().x(), area.width() / 2, 4) << size.width();
+        EXPECT_NEAR(drawn.center().y(), area.height() / 2, 4) << size.width();
+    }
+}
+
 TEST(LogFindBar, NextMatchWrapsAroundAndAMissingTextIsReported) {
     OutputBuffer buffer;
     LogView view(buffer);
