@@ -19,9 +19,8 @@ constexpr Texts german{
         .stopHelp = "Lesen stoppen (Strg+R)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
-        .startNeedsPort = "Schließen Sie zum Starten eine serielle Schnittstelle an und wählen "
-                          "Sie sie aus",
-        .startNeedsDatapoints = "Legen Sie zum Starten Datenpunkte in einer aktiven Abfrage an",
+        .startNeedsPort = "Zum Starten eine serielle Schnittstelle anschließen und wählen",
+        .startNeedsDatapoints = "Zum Starten Datenpunkte in einer aktiven Abfrage anlegen",
     },
     .settings =
         {

@@ -18,6 +18,11 @@ void ElidedLine::setText(const QString& text) {
     update();
 }
 
+void ElidedLine::setAlignment(Qt::Alignment alignment) {
+    alignment_ = alignment;
+    update();
+}
+
 QSize ElidedLine::sizeHint() const {
     return {fontMetrics().horizontalAdvance(text_), fontMetrics().height()};
 }
@@ -30,7 +35,7 @@ void ElidedLine::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     const QRect area = contentsRect();
-    painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft,
+    painter.drawText(area, alignment_,
                      fontMetrics().elidedText(text_, Qt::ElideRight, area.width()));
 }
 

@@ -16,6 +16,8 @@ public:
 
     const QString& text() const { return text_; }
     void setText(const QString& text);
+    // Where the line sits in its space; left and vertically centred unless told otherwise.
+    void setAlignment(Qt::Alignment alignment);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -25,6 +27,7 @@ protected:
 
 private:
     QString text_;
+    Qt::Alignment alignment_ = Qt::AlignLeft | Qt::AlignVCenter;
 };
 
 } // namespace kestrin

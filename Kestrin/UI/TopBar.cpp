@@ -51,8 +51,8 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     frame_->setIcon(Icons::symbol(Symbol::sliders));
     frame_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     startReason_->setObjectName(QStringLiteral("startReason"));
-    // As wide as its text when there is room, shortened when there is not.
-    startReason_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    // The space the pickers leave, beside the button it explains; shortened when that is little.
+    startReason_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     QPalette muted = startReason_->palette();
     muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
     startReason_->setPalette(muted);
@@ -66,8 +66,8 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     row->addWidget(port_, 1);
     row->addWidget(baud_);
     row->addWidget(frame_);
-    row->addStretch(1);
-    row->addWidget(startReason_);
+    row->addStretch(0);
+    row->addWidget(startReason_, 1);
     row->addWidget(dot_);
     row->addWidget(startStop_);
 
