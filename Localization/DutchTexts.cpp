@@ -88,6 +88,14 @@ constexpr Texts dutch{
             .clearLog = "Log wissen",
             .file = "Bestand",
             .help = "Help",
+            .quit = "Afsluiten",
+            .replaceProjectTitle = "Het huidige project vervangen?",
+            .replaceProjectMessage = "De polls en datapunten ervan worden verwijderd.",
+            .csvFiles = "CSV-bestanden",
+            .datapointLists = "Datapuntlijsten",
+            .projectFiles = "Projectbestanden",
+            .textFiles = "Tekstbestanden",
+            .allFiles = "Alle bestanden",
         },
     .table = {
         .name = "Naam",
@@ -141,6 +149,9 @@ constexpr Texts dutch{
         .valueHelp = "Typ een waarde en druk op Enter. Hex (0x1F) of binair (0b101) kan ook.",
         .valueInvalid =
             [](std::string_view type) { return concat("Deze waarde past niet in ", type, "."); },
+        .unitIDInvalid = "De unit-ID is een geheel getal van 1 tot en met 247.",
+        .addressInvalid = "Het adres is een geheel getal van 0 tot en met 65535.",
+        .scaleInvalid = "De schaal is een getal, bijvoorbeeld 0,1 of 10.",
     },
     .import = {
         .title =
@@ -335,6 +346,8 @@ constexpr Texts dutch{
         .tabHelp = "Klik met de rechtermuisknop om te dupliceren of te verwijderen",
         .newName = [](int number) { return concat("Poll ", number); },
         .copyName = [](std::string_view name) { return concat(name, " (kopie)"); },
+        .removeQuestion =
+            [](std::string_view name) { return concat("Poll ‘", name, "’ verwijderen?"); },
     },
     .write =
         {

@@ -85,6 +85,14 @@ constexpr Texts english{
             .clearLog = "Clear Log",
             .file = "File",
             .help = "Help",
+            .quit = "Quit",
+            .replaceProjectTitle = "Replace the current project?",
+            .replaceProjectMessage = "Its polls and datapoints are removed.",
+            .csvFiles = "CSV files",
+            .datapointLists = "Datapoint lists",
+            .projectFiles = "Project files",
+            .textFiles = "Text files",
+            .allFiles = "All files",
         },
     .table = {
         .name = "Name",
@@ -138,6 +146,9 @@ constexpr Texts english{
         .valueHelp = "Type a value and press Enter. Hex (0x1F) or binary (0b101) works too.",
         .valueInvalid =
             [](std::string_view type) { return concat("This value does not fit in ", type, "."); },
+        .unitIDInvalid = "The unit ID is a whole number from 1 to 247.",
+        .addressInvalid = "The address is a whole number from 0 to 65535.",
+        .scaleInvalid = "The scale is a number, for example 0.1 or 10.",
     },
     .import = {
         .title =
@@ -325,6 +336,8 @@ constexpr Texts english{
         .tabHelp = "Right-click to duplicate or remove",
         .newName = [](int number) { return concat("Poll ", number); },
         .copyName = [](std::string_view name) { return concat(name, " (copy)"); },
+        .removeQuestion =
+            [](std::string_view name) { return concat("Remove the poll “", name, "”?"); },
     },
     .write =
         {

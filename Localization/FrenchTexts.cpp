@@ -88,6 +88,14 @@ constexpr Texts french{
             .clearLog = "Effacer le journal",
             .file = "Fichier",
             .help = "Aide",
+            .quit = "Quitter",
+            .replaceProjectTitle = "Remplacer le projet actuel\u00a0?",
+            .replaceProjectMessage = "Ses scrutations et ses points de données sont supprimés.",
+            .csvFiles = "Fichiers CSV",
+            .datapointLists = "Listes de points de données",
+            .projectFiles = "Fichiers de projet",
+            .textFiles = "Fichiers texte",
+            .allFiles = "Tous les fichiers",
         },
     .table = {
         .name = "Nom",
@@ -145,6 +153,9 @@ constexpr Texts french{
             [](std::string_view type) {
                 return concat("Cette valeur ne peut pas être représentée en ", type, ".");
             },
+        .unitIDInvalid = "L'adresse de l'esclave est un nombre entier de 1 à 247.",
+        .addressInvalid = "L'adresse est un nombre entier de 0 à 65535.",
+        .scaleInvalid = "L'échelle est un nombre, par exemple 0,1 ou 10.",
     },
     .import = {
         .title =
@@ -348,6 +359,10 @@ constexpr Texts french{
         .tabHelp = "Clic droit pour dupliquer ou supprimer",
         .newName = [](int number) { return concat("Scrutation ", number); },
         .copyName = [](std::string_view name) { return concat(name, " (copie)"); },
+        .removeQuestion =
+            [](std::string_view name) {
+                return concat("Supprimer la scrutation «\u00a0", name, "\u00a0»\u00a0?");
+            },
     },
     .write =
         {

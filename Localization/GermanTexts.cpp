@@ -87,6 +87,14 @@ constexpr Texts german{
             .clearLog = "Log leeren",
             .file = "Datei",
             .help = "Hilfe",
+            .quit = "Beenden",
+            .replaceProjectTitle = "Aktuelles Projekt ersetzen?",
+            .replaceProjectMessage = "Seine Abfragen und Datenpunkte werden entfernt.",
+            .csvFiles = "CSV-Dateien",
+            .datapointLists = "Datenpunktlisten",
+            .projectFiles = "Projektdateien",
+            .textFiles = "Textdateien",
+            .allFiles = "Alle Dateien",
         },
     .table = {
         .name = "Name",
@@ -145,6 +153,9 @@ constexpr Texts german{
             [](std::string_view type) {
                 return concat("Dieser Wert passt nicht in den Datentyp ", type, ".");
             },
+        .unitIDInvalid = "Die Geräteadresse ist eine ganze Zahl von 1 bis 247.",
+        .addressInvalid = "Die Adresse ist eine ganze Zahl von 0 bis 65535.",
+        .scaleInvalid = "Der Faktor ist eine Zahl, zum Beispiel 0,1 oder 10.",
     },
     .import = {
         .title =
@@ -346,6 +357,8 @@ constexpr Texts german{
         .tabHelp = "Rechtsklick zum Duplizieren oder Entfernen",
         .newName = [](int number) { return concat("Abfrage ", number); },
         .copyName = [](std::string_view name) { return concat(name, " (Kopie)"); },
+        .removeQuestion =
+            [](std::string_view name) { return concat("Abfrage „", name, "“ entfernen?"); },
     },
     .write =
         {

@@ -233,6 +233,30 @@ std::string help() {
 std::string poller() {
     return "Poller";
 }
+std::string quit() {
+    return str(now().menu.quit);
+}
+std::string replaceProjectTitle() {
+    return str(now().menu.replaceProjectTitle);
+}
+std::string replaceProjectMessage() {
+    return str(now().menu.replaceProjectMessage);
+}
+std::string csvFiles() {
+    return str(now().menu.csvFiles);
+}
+std::string datapointLists() {
+    return str(now().menu.datapointLists);
+}
+std::string projectFiles() {
+    return str(now().menu.projectFiles);
+}
+std::string textFiles() {
+    return str(now().menu.textFiles);
+}
+std::string allFiles() {
+    return str(now().menu.allFiles);
+}
 } // namespace Menu
 
 namespace Table {
@@ -368,6 +392,15 @@ std::string valueHelp() {
 }
 std::string valueInvalid(DataType type) {
     return now().table.valueInvalid(dataTypeName(type));
+}
+std::string unitIDInvalid() {
+    return str(now().table.unitIDInvalid);
+}
+std::string addressInvalid() {
+    return str(now().table.addressInvalid);
+}
+std::string scaleInvalid() {
+    return str(now().table.scaleInvalid);
 }
 } // namespace Table
 
@@ -796,6 +829,9 @@ std::string newName(int number) {
 }
 std::string copyName(std::string_view name) {
     return now().polls.copyName(name);
+}
+std::string removeQuestion(std::string_view name) {
+    return now().polls.removeQuestion(name);
 }
 } // namespace Polls
 

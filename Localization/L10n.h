@@ -108,6 +108,15 @@ std::string file();
 std::string help();
 // The title of the program's own menu, the same in every language.
 std::string poller();
+std::string quit();
+std::string replaceProjectTitle();
+std::string replaceProjectMessage();
+// The names of the file dialogs' filters, without their patterns.
+std::string csvFiles();
+std::string datapointLists();
+std::string projectFiles();
+std::string textFiles();
+std::string allFiles();
 } // namespace Menu
 
 namespace Table {
@@ -151,6 +160,9 @@ std::string ok(int ms);
 std::string updatedHelp(std::string_view time);
 std::string valueHelp();
 std::string valueInvalid(DataType type);
+std::string unitIDInvalid();
+std::string addressInvalid();
+std::string scaleInvalid();
 } // namespace Table
 
 namespace Import {
@@ -278,6 +290,8 @@ std::string duplicate();
 std::string tabHelp();
 std::string newName(int number);
 std::string copyName(std::string_view name);
+// The question that names the poll about to be removed.
+std::string removeQuestion(std::string_view name);
 } // namespace Polls
 
 namespace Write {

@@ -86,6 +86,14 @@ constexpr Texts spanish{
             .clearLog = "Borrar traza",
             .file = "Archivo",
             .help = "Ayuda",
+            .quit = "Salir",
+            .replaceProjectTitle = "¿Reemplazar el proyecto actual?",
+            .replaceProjectMessage = "Se eliminarán sus sondeos y puntos de datos.",
+            .csvFiles = "Archivos CSV",
+            .datapointLists = "Listas de puntos de datos",
+            .projectFiles = "Archivos de proyecto",
+            .textFiles = "Archivos de texto",
+            .allFiles = "Todos los archivos",
         },
     .table = {
         .name = "Nombre",
@@ -142,6 +150,9 @@ constexpr Texts spanish{
                      "binario (0b101).",
         .valueInvalid =
             [](std::string_view type) { return concat("Este valor no cabe en ", type, "."); },
+        .unitIDInvalid = "La dirección del esclavo es un número entero del 1 al 247.",
+        .addressInvalid = "La dirección es un número entero del 0 al 65535.",
+        .scaleInvalid = "La escala es un número, por ejemplo 0.1 o 10.",
     },
     .import = {
         .title =
@@ -339,6 +350,8 @@ constexpr Texts spanish{
         .tabHelp = "Haga clic con el botón derecho para duplicar o eliminar",
         .newName = [](int number) { return concat("Sondeo ", number); },
         .copyName = [](std::string_view name) { return concat(name, " (copia)"); },
+        .removeQuestion =
+            [](std::string_view name) { return concat("¿Eliminar el sondeo «", name, "»?"); },
     },
     .write =
         {

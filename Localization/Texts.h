@@ -136,6 +136,15 @@ struct Texts {
         Literal clearLog;
         Literal file;
         Literal help;
+        Literal quit;
+        Literal replaceProjectTitle;
+        Literal replaceProjectMessage;
+        // The names of the file dialogs' filters; the patterns are added by the window.
+        Literal csvFiles;
+        Literal datapointLists;
+        Literal projectFiles;
+        Literal textFiles;
+        Literal allFiles;
     } menu;
 
     struct TableTexts {
@@ -183,6 +192,10 @@ struct Texts {
         OfText updatedHelp; // (time of day)
         Literal valueHelp;
         OfText valueInvalid; // (data type name, "UInt16")
+        // Why a typed unit ID, address or scale is refused.
+        Literal unitIDInvalid;
+        Literal addressInvalid;
+        Literal scaleInvalid;
     } table;
 
     struct ImportTexts {
@@ -316,8 +329,9 @@ struct Texts {
         Literal unnamed;
         Literal duplicate;
         Literal tabHelp;
-        OfNumber newName; // (number)
-        OfText copyName;  // (poll name)
+        OfNumber newName;      // (number)
+        OfText copyName;       // (poll name)
+        OfText removeQuestion; // (poll name)
     } polls;
 
     struct WriteTexts {
