@@ -2,6 +2,7 @@
 
 #include "DataType.h"
 #include "DisplayFormat.h"
+#include "FieldNote.h"
 #include "L10n.h"
 #include "LogPalette.h"
 #include "RegisterTable.h"
@@ -12,7 +13,7 @@
 #include <QComboBox>
 #include <QFontDatabase>
 #include <QHelpEvent>
-#include <QIntValidator>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
@@ -37,6 +38,26 @@ QString qt(std::string_view text) {
 bool isPicker(int column) {
     return column == Model::table || column == Model::dataType || column == Model::wordOrder ||
            column == Model::format;
+}
+
+bool isNumber(int column) {
+    return column == Model::unitID || column == Model::address || column == Model::scale;
+}
+
+// The property of a number field that names its column.
+constexpr const char* numberColumn = "kestrinNumberColumn";
+
+// The keys with which a field hands its text to the table.
+bool isCommitKey(const QEvent& event) {
+    switch (static_cast<const QKeyEvent&>(event).key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+        return true;
+    default:
+        return false;
+    }
 }
 
 // The picker's entries as (text, raw case) pairs; the type picker offers what the table allows.
@@ -182,27 +203,52 @@ QWidget* DatapointDelegate::createEditor(QWidget* parent, const QStyleOptionView
         auto* self = const_cast<DatapointDelegate*>(this); // Qt makes the factory const
         connect(picker, &QComboBox::activated, self,
                 [self, picker] { self->commitAndClose(picker); });
-        QTimer::singleShot(0, picker, [picker] {
-            if (picker->isVisible()) {
-                picker->showPopup();
-            }
-        });
+        if (opensListsAtOnce_) {
+            QTimer::singleShot(0, picker, [picker] {
+                if (picker->isVisible()) {
+                    picker->showPopup();
+                }
+            });
+        }
         return picker;
     }
     auto* field = new QLineEdit(parent);
     field->setObjectName("fieldEditor");
     field->setFrame(false);
-    if (column == Model::unitID) {
-        field->setValidator(new QIntValidator(1, 247, field));
-        field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    } else if (column == Model::address) {
-        field->setValidator(new QIntValidator(0, 65535, field));
-    }
-    if (column == Model::unitID || column == Model::address || column == Model::scale) {
+    // No validator: it would swallow a wrong text without a word, and its fix-up writes 70000
+    // as "70,000". The event filter checks the text and says why instead.
+    if (isNumber(column)) {
+        field->setProperty(numberColumn, column);
         field->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    }
+    if (column == Model::unitID) {
+        field->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     }
     (void)option;
     return field;
+}
+
+bool DatapointDelegate::eventFilter(QObject* object, QEvent* event) {
+    auto* field = qobject_cast<QLineEdit*>(object);
+    const QVariant column = field != nullptr ? field->property(numberColumn) : QVariant();
+    if (!column.isValid()) {
+        return QStyledItemDelegate::eventFilter(object, event);
+    }
+    const bool commits = event->type() == QEvent::KeyPress && isCommitKey(*event);
+    const bool leaves = event->type() == QEvent::FocusOut &&
+                        (QApplication::focusWidget() != field || !field->isActiveWindow());
+    if (commits || leaves) {
+        if (const auto refused = Model::refusal(column.toInt(), field->text())) {
+            field->setToolTip(qt(*refused));
+            if (commits) {
+                FieldNote::attach(field, qt(*refused));
+                return true;
+            }
+            // The focus went elsewhere: the field closes with the old value, the reason stays.
+            FieldNote::leave(field->parentWidget(), field->geometry(), qt(*refused));
+        }
+    }
+    return QStyledItemDelegate::eventFilter(object, event);
 }
 
 void DatapointDelegate::commitAndClose(QWidget* editor) {

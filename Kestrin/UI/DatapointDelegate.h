@@ -31,15 +31,22 @@ public:
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
+    // Whether the next picker editor shows its list as soon as it opens.
+    void setOpensListsAtOnce(bool atOnce) { opensListsAtOnce_ = atOnce; }
+
 signals:
     // The pencil of a value cell was clicked; the rectangle is in the view's viewport.
     void writeRequested(const QModelIndex& index, const QRect& pencil);
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+    // Keeps a number field open with the reason when its text cannot be taken.
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void commitAndClose(QWidget* editor);
+
+    bool opensListsAtOnce_ = true;
 };
 
 } // namespace kestrin

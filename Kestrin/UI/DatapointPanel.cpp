@@ -2,6 +2,8 @@
 
 #include "DatapointDelegate.h"
 #include "DatapointTableModel.h"
+#include "DatapointTableView.h"
+#include "FileDialogs.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
@@ -14,7 +16,6 @@
 #include <optional>
 
 #include <QAction>
-#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
@@ -38,10 +39,7 @@ QString qt(const std::string& text) {
 }
 
 // Minimum and ideal widths of the columns, in the order of DatapointTableModel::Column.
-struct ColumnWidth {
-    int minimum;
-    int ideal;
-};
+using ColumnWidth = DatapointTableView::ColumnWidth;
 constexpr std::array<ColumnWidth, Model::columnCount_> columnWidths{{
     {100, 150}, // name
     {34, 40},   // unit ID
@@ -57,11 +55,6 @@ constexpr std::array<ColumnWidth, Model::columnCount_> columnWidths{{
     {70, 80},   // display
     {80, 140},  // description
 }};
-
-// The datapoint list formats the import and export accept.
-QString csvFilter() {
-    return qt(L10n::Table::csv()) + QStringLiteral(" (*.csv *.tsv *.txt)");
-}
 
 QAction* action(const std::string& text, QObject* parent, const char* name) {
     auto* created = new QAction(qt(text), parent);
@@ -85,7 +78,7 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     , model_(model)
     , tableModel_(new DatapointTableModel(model, this))
     , delegate_(new DatapointDelegate(this))
-    , table_(new QTableView(this))
+    , table_(new DatapointTableView(this))
     , stack_(new QStackedWidget(this))
     , tableArea_(new QWidget(this))
     , addAction_(action(L10n::Table::add(), this, "addDatapoint"))
@@ -129,13 +122,7 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     table_->setContextMenuPolicy(Qt::CustomContextMenu);
     table_->horizontalHeader()->setMinimumSectionSize(columnWidths[Model::unitID].minimum);
     table_->horizontalHeader()->setSectionResizeMode(Model::chart, QHeaderView::Fixed);
-    // Translated titles can be wider than the content: "Esclavo" over a unit ID, "Diagramm" over
-    // a check box.
-    for (int column = 0; column < Model::columnCount_; ++column) {
-        const ColumnWidth width = columnWidths.at(static_cast<std::size_t>(column));
-        table_->setColumnWidth(
-            column, std::max(width.ideal, table_->horizontalHeader()->sectionSizeHint(column)));
-    }
+    table_->setColumnWidths({columnWidths.begin(), columnWidths.end()});
 
     auto* tableLayout = new QVBoxLayout(tableArea_);
     tableLayout->setContentsMargins(0, 0, 0, 0);
@@ -335,8 +322,11 @@ void DatapointPanel::deleteSelected() {
 }
 
 void DatapointPanel::importCSV() {
-    const QString path =
-        QFileDialog::getOpenFileName(this, qt(L10n::Menu::importCSV()), QString(), csvFilter());
+    // The import reads comma- and tab-separated lists, whatever their ending.
+    const QString path = FileDialogs::openFile(
+        this, qt(L10n::Menu::importCSV()),
+        {FileDialogs::filter(L10n::Menu::datapointLists(), QStringLiteral("*.csv *.tsv *.txt")),
+         FileDialogs::filter(L10n::Menu::allFiles(), QStringLiteral("*"))});
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -366,8 +356,9 @@ void DatapointPanel::importFile(const QString& path) {
 }
 
 void DatapointPanel::exportCSV() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, qt(L10n::Menu::exportCSV()), model_.proposedDatapointFileName(), csvFilter());
+    const QString path = FileDialogs::saveFile(
+        this, qt(L10n::Menu::exportCSV()), model_.proposedDatapointFileName(),
+        {FileDialogs::filter(L10n::Menu::csvFiles(), QStringLiteral("*.csv"))});
     if (!path.isEmpty()) {
         model_.exportDatapoints(path);
     }

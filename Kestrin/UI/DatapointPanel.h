@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DatapointTableModel.h"
+#include "DatapointTableView.h"
 #include "Uuid.h"
 
 #include <set>
@@ -53,7 +54,7 @@ private:
     PollerModel& model_;
     DatapointTableModel* tableModel_;
     DatapointDelegate* delegate_;
-    QTableView* table_;
+    DatapointTableView* table_;
     QStackedWidget* stack_;
     QWidget* tableArea_;
     QWidget* emptyView_ = nullptr;

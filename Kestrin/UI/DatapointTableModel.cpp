@@ -47,6 +47,32 @@ QFont callout() {
     return font;
 }
 
+std::optional<double> numberOf(const QString& text) {
+    return toDouble(Datapoint::parseNumber(text.toStdString()));
+}
+
+std::optional<int> wholeNumberOf(const QString& text, int first, int last) {
+    const std::optional<double> parsed = numberOf(text);
+    if (!parsed || *parsed != std::floor(*parsed) || *parsed < first || *parsed > last) {
+        return std::nullopt;
+    }
+    return static_cast<int>(*parsed);
+}
+
+std::optional<int> unitIDOf(const QString& text) {
+    return wholeNumberOf(text, RTUFrame::unitRange.first, RTUFrame::unitRange.last);
+}
+
+std::optional<int> addressOf(const QString& text) {
+    return wholeNumberOf(text, 0, 65535);
+}
+
+// Every shown value is multiplied by the scale, so only a finite one is usable.
+std::optional<double> scaleOf(const QString& text) {
+    const std::optional<double> parsed = numberOf(text);
+    return parsed && std::isfinite(*parsed) ? parsed : std::nullopt;
+}
+
 } // namespace
 
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
@@ -108,6 +134,19 @@ std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>
         }
     }
     return marks;
+}
+
+std::optional<std::string> DatapointTableModel::refusal(int column, const QString& text) {
+    switch (column) {
+    case unitID:
+        return unitIDOf(text) ? std::nullopt : std::optional(L10n::Table::unitIDInvalid());
+    case address:
+        return addressOf(text) ? std::nullopt : std::optional(L10n::Table::addressInvalid());
+    case scale:
+        return scaleOf(text) ? std::nullopt : std::optional(L10n::Table::scaleInvalid());
+    default:
+        return std::nullopt;
+    }
 }
 
 DatapointTableModel::DatapointTableModel(PollerModel& model, QObject* parent)
@@ -431,34 +470,24 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
     case description:
         point.notes = input.toString().toStdString();
         return true;
-    case unitID: {
-        const std::optional<double> parsed =
-            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
-        if (!parsed || *parsed != std::floor(*parsed) || *parsed < RTUFrame::unitRange.first ||
-            *parsed > RTUFrame::unitRange.last) {
-            return false;
+    case unitID:
+        if (const std::optional<int> parsed = unitIDOf(input.toString())) {
+            point.unitID = static_cast<std::uint8_t>(*parsed);
+            return true;
         }
-        point.unitID = static_cast<std::uint8_t>(*parsed);
-        return true;
-    }
-    case address: {
-        const std::optional<double> parsed =
-            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
-        if (!parsed || *parsed != std::floor(*parsed) || *parsed < 0 || *parsed > 65535) {
-            return false;
+        return false;
+    case address:
+        if (const std::optional<int> parsed = addressOf(input.toString())) {
+            point.address = static_cast<std::uint16_t>(*parsed);
+            return true;
         }
-        point.address = static_cast<std::uint16_t>(*parsed);
-        return true;
-    }
-    case scale: {
-        const std::optional<double> parsed =
-            toDouble(Datapoint::parseNumber(input.toString().toStdString()));
-        if (!parsed || !std::isfinite(*parsed)) {
-            return false;
+        return false;
+    case scale:
+        if (const std::optional<double> parsed = scaleOf(input.toString())) {
+            point.scale = *parsed;
+            return true;
         }
-        point.scale = *parsed;
-        return true;
-    }
+        return false;
     case table:
         if (!ok || number < 0 || number >= static_cast<int>(RegisterTable::allCases.size())) {
             return false;

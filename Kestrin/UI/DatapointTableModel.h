@@ -66,6 +66,8 @@ public:
     static std::string rawRegistersHelp(const PointStatus* status);
     // Datapoints that overlap another of the list or run past the last address.
     static std::vector<bool> overlapMarks(const std::vector<Datapoint>& datapoints);
+    // Why a typed text cannot go into a column, in the user's language; nothing when it can.
+    static std::optional<std::string> refusal(int column, const QString& text);
 
     explicit DatapointTableModel(PollerModel& model, QObject* parent = nullptr);
 

@@ -1,12 +1,14 @@
 #include "DatapointDelegate.h"
 #include "DatapointPanel.h"
 #include "DatapointTableModel.h"
+#include "DatapointTableView.h"
 #include "LogPalette.h"
 #include "TableFixture.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -239,8 +241,69 @@ TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFit) {
         EXPECT_EQ(table.setData(table.index(0, row.column), row.typed, Qt::EditRole), row.accepted)
             << row.typed;
         EXPECT_EQ(poll().datapoints[0] == before, !row.accepted) << row.typed;
+        EXPECT_EQ(Model::refusal(row.column, row.typed).has_value(), !row.accepted) << row.typed;
     }
     EXPECT_EQ(poll().datapoints[0].scale, 0.1);
+}
+
+// What the user sees after typing a number that does not fit and pressing Return.
+TEST_F(DatapointTable, ARefusedNumberKeepsItsFieldOpenAndSaysWhy) {
+    const struct {
+        int column;
+        const char* typed;
+        const char* reason;
+    } rows[] = {
+        {Model::unitID, "0", "The unit ID is a whole number from 1 to 247."},
+        {Model::unitID, "300", "The unit ID is a whole number from 1 to 247."},
+        {Model::address, "70000", "The address is a whole number from 0 to 65535."},
+        {Model::scale, "ten", "The scale is a number, for example 0.1 or 10."},
+    };
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    shown();
+    inEnglish([&] {
+        for (const auto& row : rows) {
+            const Datapoint before = poll().datapoints[0];
+            panel->tableView()->edit(cell(0, row.column));
+            auto* field = panel->tableView()->findChild<QLineEdit*>("fieldEditor");
+            ASSERT_NE(field, nullptr) << row.typed;
+            field->selectAll();
+            QTest::keyClicks(field, row.typed);
+            QTest::keyClick(field, Qt::Key_Return);
+            QApplication::processEvents();
+            EXPECT_TRUE(field->isVisible()) << row.typed;
+            EXPECT_EQ(field->text(), row.typed);
+            EXPECT_EQ(field->toolTip(), row.reason);
+            const auto* note = panel->tableView()->findChild<QLabel*>("fieldNote");
+            ASSERT_NE(note, nullptr) << row.typed;
+            EXPECT_EQ(note->text(), row.reason);
+            EXPECT_EQ(note->palette().color(note->foregroundRole()),
+                      LogPalette::red(note->palette()));
+            EXPECT_TRUE(poll().datapoints[0] == before) << row.typed;
+            QTest::keyClick(field, Qt::Key_Escape);
+            // The closed field and its note go before the next row looks for them.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        }
+    });
+}
+
+TEST_F(DatapointTable, TabGoesFromOneEditableCellToTheNext) {
+    create(project({datapoint("Word", RegisterTable::holdingRegister, 10),
+                    datapoint("Pump", RegisterTable::coil, 0)}));
+    QTableView* view = shown().tableView();
+    view->setFocus();
+    view->setCurrentIndex(cell(0, Model::unit));
+    const std::pair<int, int> expected[] = {
+        {0, Model::format}, {0, Model::description}, {1, Model::name}, {1, Model::unitID},
+        {1, Model::table},  {1, Model::address},     {1, Model::unit},
+    };
+    for (const auto& [row, column] : expected) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QApplication::processEvents();
+        EXPECT_EQ(view->currentIndex(), cell(row, column)) << "row " << row << " column " << column;
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    QApplication::processEvents();
+    EXPECT_EQ(view->currentIndex(), cell(1, Model::address));
 }
 
 TEST_F(DatapointTable, TypingInACellChangesTheModel) {
@@ -321,17 +384,39 @@ TEST_F(DatapointTable, DuplicateAndDeleteWorkOnTheSelectionOnly) {
     EXPECT_FALSE(remove->isEnabled());
 }
 
+// At the main window's default width every title shows whole, the last one included.
 TEST_F(DatapointTable, EveryTitleFitsItsColumnInEveryLanguage) {
     create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
     for (const Language language : Language::allCases) {
         L10n::withLanguageForTesting(language, [&] {
-            const QTableView* view = shown().tableView();
+            shown().resize(1180, 400);
+            QApplication::processEvents();
+            const QTableView* view = panel->tableView();
             const QHeaderView* header = view->horizontalHeader();
             for (int column = 0; column < Model::columnCount_; ++column) {
                 EXPECT_GE(view->columnWidth(column), header->sectionSizeHint(column))
                     << header->model()->headerData(column, Qt::Horizontal).toString().toStdString();
             }
+            EXPECT_LE(header->length(), view->viewport()->width()) << language.rawValue();
         });
+    }
+}
+
+TEST(ColumnWidths, TheRoomIsSharedByWhatEachColumnCanGiveUp) {
+    using Width = DatapointTableView::ColumnWidth;
+    const std::vector<Width> columns{{100, 150}, {40, 40}, {80, 140}};
+    const struct {
+        int available;
+        std::vector<int> widths;
+    } rows[] = {
+        {400, {150, 40, 140}}, // room for all
+        {330, {150, 40, 140}}, // exactly
+        {300, {136, 40, 124}}, // 30 short: 50 and 60 of slack give up 14 and 16
+        {220, {100, 40, 80}},  // the floors
+        {100, {100, 40, 80}},  // never below the floors: the table scrolls
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(DatapointTableView::shared(columns, row.available), row.widths) << row.available;
     }
 }
 
