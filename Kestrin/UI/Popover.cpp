@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -20,6 +23,10 @@ Popover::Popover(QWidget* parent)
 }
 
 void Popover::showBelow(QWidget* anchor) {
+    for (QComboBox* picker : findChildren<QComboBox*>()) {
+        picker->view()->installEventFilter(this);
+        picker->view()->window()->installEventFilter(this);
+    }
     adjustSize();
     QPoint position = anchor->mapToGlobal(QPoint(0, anchor->height() + 4));
     QScreen* screen =
@@ -35,6 +42,35 @@ void Popover::showBelow(QWidget* anchor) {
     }
     move(position);
     show();
+}
+
+bool Popover::eventFilter(QObject* watched, QEvent* event) {
+    // A list closes on the Escape's shortcut check already, before the key itself is delivered.
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (key && static_cast<QKeyEvent*>(event)->matches(QKeySequence::Cancel)) {
+        listEscape_ = static_cast<QKeyEvent*>(event)->timestamp();
+    }
+    return QFrame::eventFilter(watched, event);
+}
+
+void Popover::keyPressEvent(QKeyEvent* event) {
+    // Under X11 the Escape that closes an open list is delivered to the popover as well, once
+    // the list is gone: it must not close the popover too.
+    if (event->matches(QKeySequence::Cancel)) {
+        bool listOpen = listEscape_ && *listEscape_ == event->timestamp();
+        for (QComboBox* picker : findChildren<QComboBox*>()) {
+            if (picker->view() != nullptr && picker->view()->isVisible()) {
+                picker->hidePopup();
+                listOpen = true;
+            }
+        }
+        listEscape_.reset();
+        if (listOpen) {
+            event->accept();
+            return;
+        }
+    }
+    QFrame::keyPressEvent(event);
 }
 
 void Popover::hideEvent(QHideEvent* event) {

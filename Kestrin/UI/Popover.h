@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include <QFrame>
 
 class QVBoxLayout;
@@ -23,10 +25,14 @@ signals:
     void closed();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
 private:
     QVBoxLayout* layout_;
+    // The time stamp of the last Escape an open list of the popover received.
+    std::optional<quint64> listEscape_;
 };
 
 } // namespace kestrin

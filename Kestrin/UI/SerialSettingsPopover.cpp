@@ -29,7 +29,17 @@ constexpr std::array gaps{0, 4, 8, 16, 32};
 QComboBox* picker(const char* name, QWidget* parent) {
     auto* combo = new QComboBox(parent);
     combo->setObjectName(QString::fromLatin1(name));
+    // As wide as the longest choice: "Adresses contiguës uniquement" must not lose its end.
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return combo;
+}
+
+// Labels keep their whole text and the pickers take the rest of the row.
+QFormLayout* form() {
+    auto* layout = new QFormLayout;
+    layout->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    layout->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    return layout;
 }
 
 // Selects the entry carrying value; a value the list does not offer is shown as it stands.
@@ -64,7 +74,8 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     , gap_(picker("gapPicker", this))
     , writeMode_(picker("writeModePicker", this)) {
     setObjectName(QStringLiteral("serialSettings"));
-    setFixedWidth(400);
+    // At least the width the popover was drawn for; wider where a language needs it.
+    setMinimumWidth(400);
     modbusDefault_->setObjectName(QStringLiteral("modbusDefaultButton"));
 
     for (const int bits : {8, 7}) {
@@ -98,12 +109,12 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
         return label;
     };
 
-    auto* frame = new QFormLayout;
+    auto* frame = form();
     frame->addRow(qs(L10n::Settings::dataBits()), dataBits_);
     frame->addRow(qs(L10n::Settings::parity()), parity_);
     frame->addRow(qs(L10n::Settings::stopBits()), stopBits_);
     frame->addRow(QString(), modbusDefault_);
-    auto* requests = new QFormLayout;
+    auto* requests = form();
     requests->addRow(qs(L10n::Settings::responseTimeout()), timeout_);
     requests->addRow(qs(L10n::Settings::combine()), gap_);
     requests->addRow(qs(L10n::Settings::writeMode()), writeMode_);
