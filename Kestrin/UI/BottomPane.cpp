@@ -2,6 +2,7 @@
 
 #include "ChartView.h"
 #include "ElidedLine.h"
+#include "FileDialogs.h"
 #include "HistoryCSV.h"
 #include "Icons.h"
 #include "L10n.h"
@@ -57,14 +58,6 @@ QPushButton* barButton(const std::string& title, const std::string& tooltip, con
     button->setObjectName(name);
     button->setToolTip(text(tooltip));
     return button;
-}
-
-QString proposedPath(const QString& fileName) {
-    QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    if (folder.isEmpty()) {
-        folder = QDir::homePath();
-    }
-    return QDir(folder).filePath(fileName);
 }
 
 } // namespace
@@ -210,9 +203,9 @@ void BottomPane::toggleLogOptions() {
 }
 
 void BottomPane::saveLog() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, text(L10n::Menu::saveLog()),
-        proposedPath(OutputBuffer::fileName(QDateTime::currentDateTime())), "*.txt");
+    const QString path = FileDialogs::saveFile(
+        this, text(L10n::Menu::saveLog()), OutputBuffer::fileName(QDateTime::currentDateTime()),
+        {FileDialogs::filter(L10n::Menu::textFiles(), QStringLiteral("*.txt"))});
     if (!path.isEmpty()) {
         model_.saveLog(path);
     }
@@ -223,9 +216,9 @@ void BottomPane::clearLog() {
 }
 
 void BottomPane::exportHistory() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, text(L10n::Pane::exportHistory()),
-        proposedPath(HistoryCSV::fileName(QDateTime::currentDateTime())), "*.csv");
+    const QString path = FileDialogs::saveFile(
+        this, text(L10n::Pane::exportHistory()), HistoryCSV::fileName(QDateTime::currentDateTime()),
+        {FileDialogs::filter(L10n::Menu::csvFiles(), QStringLiteral("*.csv"))});
     if (!path.isEmpty()) {
         model_.exportHistory(path);
     }

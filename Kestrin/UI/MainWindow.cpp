@@ -2,15 +2,19 @@
 
 #include "BottomPane.h"
 #include "DatapointPanel.h"
+#include "FileDialogs.h"
 #include "HelpWindow.h"
 #include "Icons.h"
 #include "L10n.h"
+#include "MessageBoxes.h"
 #include "PollTabBar.h"
 #include "PollerModel.h"
 #include "StatusDot.h"
 #include "TopBar.h"
 
-#include <QFileDialog>
+#include <algorithm>
+
+#include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
@@ -98,7 +102,7 @@ void MainWindow::buildMenus() {
     QMenu* file = menuBar()->addMenu(qs(L10n::Menu::file()));
     file->setObjectName(QStringLiteral("fileMenu"));
     connect(command(file, L10n::Menu::newProject(), QKeySequence(Qt::CTRL | Qt::Key_N)),
-            &QAction::triggered, &model_, &PollerModel::newProject);
+            &QAction::triggered, this, &MainWindow::newProject);
     connect(command(file, L10n::Menu::openProject(), QKeySequence(Qt::CTRL | Qt::Key_O)),
             &QAction::triggered, this, &MainWindow::openProject);
     connect(
@@ -111,6 +115,12 @@ void MainWindow::buildMenus() {
             &QAction::triggered, table_, &DatapointPanel::importCSV);
     connect(command(file, L10n::Menu::exportCSV(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_E)),
             &QAction::triggered, table_, &DatapointPanel::exportCSV);
+    file->addSeparator();
+    QAction* quit = command(file, L10n::Menu::quit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    quit->setObjectName(QStringLiteral("quitAction"));
+    // Closing every window ends the program the way closing the main window does, with the
+    // autosave written on the way out.
+    connect(quit, &QAction::triggered, qApp, &QApplication::closeAllWindows);
 
     QMenu* poller = menuBar()->addMenu(qs(L10n::Menu::poller()));
     poller->setObjectName(QStringLiteral("pollerMenu"));
@@ -190,21 +200,58 @@ void MainWindow::showError() {
     alert_->open();
 }
 
+bool MainWindow::hasDatapoints() const {
+    return std::any_of(model_.polls().begin(), model_.polls().end(),
+                       [](const Poll& poll) { return !poll.datapoints.empty(); });
+}
+
+void MainWindow::newProject() {
+    // The autosave would overwrite the only copy of the list a second later: ask first.
+    if (hasDatapoints()) {
+        QMessageBox question(QMessageBox::Warning, qs(L10n::Menu::newProject()),
+                             qs(L10n::Menu::replaceProjectTitle()), QMessageBox::NoButton, this);
+        question.setObjectName(QStringLiteral("replaceProjectQuestion"));
+        question.setInformativeText(qs(L10n::Menu::replaceProjectMessage()));
+        QPushButton* save =
+            question.addButton(qs(L10n::Menu::saveProject()), QMessageBox::AcceptRole);
+        QPushButton* replace =
+            question.addButton(qs(L10n::Import::replace()), QMessageBox::DestructiveRole);
+        QPushButton* cancel =
+            question.addButton(qs(L10n::Import::cancel()), QMessageBox::RejectRole);
+        question.setDefaultButton(save);
+        question.setEscapeButton(cancel);
+        MessageBoxes::fitTitle(question);
+        question.exec();
+        const bool replaced = question.clickedButton() == replace ||
+                              (question.clickedButton() == save && saveProjectAs());
+        if (!replaced) {
+            return;
+        }
+    }
+    model_.newProject();
+}
+
+QStringList MainWindow::projectFilters() {
+    return {FileDialogs::filter(L10n::Menu::projectFiles(), QStringLiteral("*.json")),
+            FileDialogs::filter(L10n::Menu::allFiles(), QStringLiteral("*"))};
+}
+
 void MainWindow::openProject() {
-    const QString path = QFileDialog::getOpenFileName(this, qs(L10n::Menu::openProject()), {},
-                                                      QStringLiteral("JSON (*.json)"));
+    const QString path =
+        FileDialogs::openFile(this, qs(L10n::Menu::openProject()), projectFilters());
     if (!path.isEmpty()) {
         model_.openProject(path);
     }
 }
 
-void MainWindow::saveProjectAs() {
-    const QString path = QFileDialog::getSaveFileName(this, qs(L10n::Menu::saveProject()),
-                                                      QStringLiteral("kestrin.json"),
-                                                      QStringLiteral("JSON (*.json)"));
-    if (!path.isEmpty()) {
-        model_.saveProjectAs(path);
+bool MainWindow::saveProjectAs() {
+    const QString path = FileDialogs::saveFile(this, qs(L10n::Menu::saveProject()),
+                                               QStringLiteral("kestrin.json"), projectFilters());
+    if (path.isEmpty()) {
+        return false;
     }
+    model_.saveProjectAs(path);
+    return !model_.errorMessage().has_value();
 }
 
 void MainWindow::showHelp() {

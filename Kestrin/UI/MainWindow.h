@@ -33,11 +33,16 @@ public:
     QMessageBox* errorAlert() const { return alert_; }
 
 public slots:
+    // Asks before a project with datapoints is replaced by an empty one.
+    void newProject();
     void openProject();
-    void saveProjectAs();
+    // True once the project is written to the chosen file.
+    bool saveProjectAs();
     void showHelp();
 
 private:
+    static QStringList projectFilters();
+    bool hasDatapoints() const;
     void buildMenus();
     void refreshState();
     void refreshLogOptions();

@@ -2,6 +2,7 @@
 
 #include "Icons.h"
 #include "L10n.h"
+#include "MessageBoxes.h"
 #include "PollTab.h"
 #include "PollerModel.h"
 
@@ -222,9 +223,15 @@ void PollTabBar::askToRemove(const Uuid& pollID) {
     if (confirmation_ != nullptr) {
         confirmation_->close();
     }
+    const auto poll = std::find_if(model_.polls().begin(), model_.polls().end(),
+                                   [&](const Poll& candidate) { return candidate.id == pollID; });
+    if (poll == model_.polls().end()) {
+        return;
+    }
     confirmDelete_ = pollID;
     auto* box = new QMessageBox(QMessageBox::Warning, qs(L10n::Polls::removeTitle()),
-                                qs(L10n::Polls::removeTitle()), QMessageBox::NoButton, this);
+                                qs(L10n::Polls::removeQuestion(title(*poll).toStdString())),
+                                QMessageBox::NoButton, this);
     box->setObjectName(QStringLiteral("removePollConfirmation"));
     box->setInformativeText(qs(L10n::Polls::removeMessage()));
     box->setAttribute(Qt::WA_DeleteOnClose);
@@ -233,6 +240,7 @@ void PollTabBar::askToRemove(const Uuid& pollID) {
     QPushButton* cancel = box->addButton(qs(L10n::Import::cancel()), QMessageBox::RejectRole);
     cancel->setObjectName(QStringLiteral("cancelRemovePollButton"));
     box->setDefaultButton(cancel);
+    MessageBoxes::fitTitle(*box);
     connect(box, &QMessageBox::finished, this, [this, box, remove] {
         const std::optional<Uuid> pollID = std::exchange(confirmDelete_, std::nullopt);
         if (box->clickedButton() == remove && pollID) {

@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 namespace kestrin::ShellTesting {
 namespace {
@@ -120,6 +121,7 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcut) {
             {"Save Log…", "Ctrl+S"},
             {"Import Datapoints (CSV)…", "Ctrl+Shift+I"},
             {"Export Datapoints (CSV)…", "Ctrl+Shift+E"},
+            {"Quit", "Ctrl+Q"},
             {"Start", "Ctrl+R"},
             {"New Poll", "Ctrl+T"},
             {"Datapoint", "Ctrl+Shift+D"},
@@ -153,6 +155,60 @@ TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
     EXPECT_EQ(model->showTimestamps(), !before);
     model->setShowTimestamps(before);
     EXPECT_EQ(timestamps->isChecked(), before);
+}
+
+// Answers the question that New Project asks, once it is up, with the button of that text.
+void answerReplaceQuestion(const QString& choice, bool& asked) {
+    QTimer::singleShot(0, [choice, &asked] {
+        auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(question, nullptr);
+        asked = question->objectName() == "replaceProjectQuestion";
+        EXPECT_EQ(question->text(), "Replace the current project?");
+        EXPECT_EQ(question->informativeText(), "Its polls and datapoints are removed.");
+        for (QAbstractButton* button : question->buttons()) {
+            if (button->text() == choice) {
+                button->click();
+                return;
+            }
+        }
+        ADD_FAILURE() << "no button " << choice.toStdString();
+        question->reject();
+    });
+}
+
+TEST(MainWindowMenus, NewProjectAsksBeforeItDropsDatapoints) {
+    const struct {
+        const char* choice;
+        bool replaced;
+    } rows[] = {{"Cancel", false}, {"Replace", true}};
+    for (const auto& row : rows) {
+        inEnglish([&] {
+            auto model = makeModel(PollerProject::firstRun());
+            MainWindow window(*model);
+            activate(window);
+            bool asked = false;
+            answerReplaceQuestion(QString::fromLatin1(row.choice), asked);
+            QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
+            EXPECT_TRUE(asked) << row.choice;
+            EXPECT_EQ(model->polls().front().datapoints.empty(), row.replaced) << row.choice;
+        });
+    }
+}
+
+TEST(MainWindowMenus, NewProjectReplacesAProjectWithoutDatapointsAtOnce) {
+    auto model = makeModel(project({poll("Empty", {}), poll("Also empty", {})}));
+    MainWindow window(*model);
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier); // a question would block here
+    EXPECT_EQ(model->polls().size(), 1u);
+}
+
+TEST(MainWindowMenus, QuitClosesTheWindows) {
+    auto model = makeModel(PollerProject::firstRun());
+    MainWindow window(*model);
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(window.isVisible());
 }
 
 } // namespace

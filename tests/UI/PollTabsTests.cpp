@@ -53,8 +53,13 @@ TEST(PollTabMenu, RemovalWaitsForConfirmation) {
             QMessageBox* question = bar.removeConfirmation();
             ASSERT_NE(question, nullptr);
             EXPECT_EQ(bar.confirmDelete(), pump);
-            EXPECT_EQ(question->text(), "Remove poll?");
+            EXPECT_EQ(question->windowTitle(), "Remove poll?");
+            EXPECT_EQ(question->text(), "Remove the poll “Pump”?");
             EXPECT_EQ(question->informativeText(), "The datapoints in this poll are removed too.");
+            // Room for the title beside the title bar's buttons, which Qt leaves out.
+            QApplication::processEvents();
+            EXPECT_GT(question->width(),
+                      question->fontMetrics().horizontalAdvance(question->windowTitle()) + 100);
             EXPECT_EQ(model->polls().size(), 2u) << "removed before the answer";
             const char* button = confirm ? "confirmRemovePollButton" : "cancelRemovePollButton";
             QTest::mouseClick(question->findChild<QPushButton*>(QString::fromLatin1(button)),
