@@ -10,7 +10,7 @@ constexpr HelpContent dutch{
             .intro =
                 [](std::string_view product) {
                     return concat(product,
-                                  " is een Modbus RTU-master: het leest waarden uit apparaten op "
+                                  " is een Modbus-RTU-master: het leest waarden uit apparaten op "
                                   "een RS-485- of RS-232-bus, zoals energiemeters, regelaars en "
                                   "sensoren, en kan er ook waarden naartoe schrijven.");
                 },
@@ -19,15 +19,15 @@ constexpr HelpContent dutch{
                        "op B).",
             .enterDatapoints = "Voer de **datapunten** van het apparaat in de tabel in: unit-ID, "
                                "tabel, adres en type, zoals in de handleiding van het apparaat.",
-            .choosePort = "Kies bovenaan de **seriële poort**, de **baudrate** en met de knop met "
-                          "de schuifregelaars het frame (bijvoorbeeld `8E1`), net zoals op het "
-                          "apparaat.",
+            .choosePort = "Kies bovenaan de **seriële poort**, de **baudrate** en via de knop met "
+                          "de schuifregelaars het frameformaat (bijvoorbeeld `8E1`), zoals ze op "
+                          "het apparaat zijn ingesteld.",
             .clickStart = "Klik op **Start** (Ctrl+R). De kolom **Waarde** toont de actuele "
                           "waarden, **Status** of het uitlezen werkt.",
             .overviewCaption = "Een poll met live waarden en de status per datapunt, met de "
                                "communicatie eronder.",
             .simulatorTip = "Geen apparaat bij de hand? Start `kestrin --demo`: het venster leest "
-                            "dan een gesimuleerd apparaat dat de voorbeeldlijst aanbiedt.",
+                            "dan een gesimuleerd apparaat met de voorbeeldlijst.",
             .autosave =
                 "Polls en datapunten worden automatisch opgeslagen. **Bestand ▸ Project opslaan "
                 "als…** (Ctrl+Shift+S) maakt een apart projectbestand, bijvoorbeeld per "
@@ -38,8 +38,8 @@ constexpr HelpContent dutch{
             .title = "Polls",
             .intro =
                 "Een poll is een groep datapunten met een eigen interval, bovenaan weergegeven als "
-                "tabblad. Zo worden snelle metingen bijvoorbeeld elke 250 ms gelezen en tellers "
-                "elke minuut. **+** (Ctrl+T) maakt een nieuwe poll; klik met de rechtermuisknop op "
+                "tabblad. Zo kunnen snelle metingen elke 250 ms worden gelezen en tellers elke "
+                "minuut. **+** (Ctrl+T) maakt een nieuwe poll; klik met de rechtermuisknop op "
                 "een tabblad om de poll te dupliceren of te verwijderen.",
             .tabDot = "De stip in een tabblad is groen als alles wordt gelezen en oranje als er "
                       "iets mislukt. Zet **Actief** uit om een poll tijdelijk over te slaan.",
@@ -69,7 +69,8 @@ constexpr HelpContent dutch{
                         "en de 64-bittypen vier opeenvolgende registers",
             .wordOrder =
                 "de bytevolgorde van waarden die meerdere registers beslaan, zie hieronder",
-            .scale = "waarde = ruwe waarde × schaal; met `0,1` wordt `215` dan `21,5`",
+            .scale = "waarde = ruwe waarde × schaal; met schaal `0,1` wordt `215` gelezen als "
+                     "`21,5`",
             .format =
                 "decimaal, hex (`0x00FF`) of binair; hex en binair tonen de ruwe registerbits",
             .wordOrderHeading = "Woordvolgorde",
@@ -77,7 +78,7 @@ constexpr HelpContent dutch{
                 "Modbus kent alleen 16-bitregisters. Hoe een 32- of 64-bitwaarde over "
                 "de registers is verdeeld, verschilt per fabrikant. De letters staan "
                 "voor de bytes, de meest significante eerst:",
-            .abcd = "hoog woord eerst: de Modbus-standaard",
+            .abcd = "hoogste woord eerst: de Modbus-standaard",
             .cdab = "woorden verwisseld, gebruikelijk bij PLC's en energiemeters",
             .badc = "bytes verwisseld binnen elk woord",
             .dcba = "volledig omgekeerd (little-endian)",
@@ -104,8 +105,8 @@ constexpr HelpContent dutch{
         {
             .title = "Grafiek en export",
             .howTo = "Vink in de kolom **Grafiek** de datapunten aan die gevolgd moeten worden en "
-                     "kies onderaan **Grafiek**. Kies rechtsboven de periode: 1 minuut tot een "
-                     "uur, of alles.",
+                     "kies onderaan **Grafiek**. Kies rechtsboven de periode: van 1 minuut tot "
+                     "een uur, of alles.",
             .chartCaption = "De temperatuur over de laatste minuten.",
             .history = "Elke gelezen waarde wordt bewaard (tot 20.000 per datapunt). **Historie "
                        "exporteren (CSV)…** geeft één regel per meting met tijd, poll, naam, "
@@ -132,9 +133,10 @@ constexpr HelpContent dutch{
                 "bevat het bestand puntkomma's en decimale komma's (`21,5`), anders komma's en "
                 "decimale punten (`21.5`). Bij het importeren worden komma, puntkomma en tab "
                 "herkend, en zowel `21,5` als `21.5`.",
-            .simulatorTip = "Om andere programma's of kestrin-cli te testen, biedt de simulator "
-                            "kestrin-sim een geëxporteerde lijst aan als apparaat op een tweede "
-                            "adapter: `kestrin-sim --csv lijst.csv --port /dev/ttyUSB1`.",
+            .simulatorTip = "Om andere programma's of kestrin-cli te testen, speelt de simulator "
+                            "kestrin-sim op een tweede adapter een apparaat na met een "
+                            "geëxporteerde lijst: `kestrin-sim --csv lijst.csv --port "
+                            "/dev/ttyUSB1`.",
         },
     .log =
         {
@@ -166,18 +168,20 @@ constexpr HelpContent dutch{
                        "instellingen.",
             .frame = "Zijn baudrate, pariteit en stopbits aan beide kanten gelijk? Probeer `8N1` "
                      "of `8N2` als `8E1` niet werkt.",
-            .wiring = "Zijn A en B niet verwisseld? Omwisselen kan geen kwaad en lost het probleem "
-                      "vaak op.",
+            .wiring =
+                "Zijn A en B misschien verwisseld? Omwisselen kan geen kwaad en lost het probleem "
+                "vaak op.",
             .cabling = "Gebruik twisted-pair-kabel, een afsluitweerstand van 120 Ω aan beide "
                        "uiteinden van de bus en een gemeenschappelijke massa.",
             .busyPort = "Is de poort bezet of verdwenen? Sluit andere programma's die hem "
                         "gebruiken, zoals een seriële terminal. ModemManager test een nieuwe "
                         "adapter een paar seconden lang, en brltty (voor brailleleesregels) eist "
                         "CH34x-adapters op: verwijder brltty als het niet nodig is. De "
-                        "gangbare chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) hebben geen eigen "
+                        "gangbare chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) hebben geen extra "
                         "driver nodig.",
             .oddValuesHeading = "Vreemde waarden",
-            .scale = "Klopt de grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 of 0,01).",
+            .scale = "Klopt de orde van grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 "
+                     "of 0,01).",
             .order = "Klopt een 32-bitwaarde niet? Probeer een andere **volgorde**, meestal CDAB.",
             .offByOne = "Is alles één adres verschoven? Trek er 1 af: de handleiding telt de "
                         "adressen dan vanaf 1 (of 40001).",

@@ -19,12 +19,12 @@ constexpr Texts dutch{
         .stopHelp = "Uitlezen stoppen (Ctrl+R)",
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
         .demoDevice = "Demo-apparaat (gesimuleerd)",
-        .startNeedsPort = "Sluit een seriële poort aan en selecteer deze om te starten",
+        .startNeedsPort = "Sluit een seriële poort aan en kies die om te starten",
         .startNeedsDatapoints = "Voeg datapunten toe aan een actieve poll om te starten",
     },
     .settings =
         {
-            .frame = "Frame",
+            .frame = "Frameformaat",
             .dataBits = "Databits",
             .parity = "Pariteit",
             .stopBits = "Stopbits",
@@ -69,8 +69,8 @@ constexpr Texts dutch{
             .rawFramesHelp = "Toon het volledige RTU-frame (unit-ID, PDU en CRC) in plaats van "
                              "alleen de data.",
             .onlyProblems = "Alleen fouten en schrijfacties loggen",
-            .onlyProblemsHelp = "Snelle polls vullen het log snel. Met deze optie aan verschijnt "
-                                "alleen wat aandacht nodig heeft.",
+            .onlyProblemsHelp = "Snelle polls vullen het log in korte tijd. Staat deze optie aan, "
+                                "dan verschijnt alleen wat aandacht vraagt.",
             .save = "Opslaan…",
             .saveHelp = "Log opslaan als tekstbestand (Ctrl+S)",
             .clear = "Log wissen",
@@ -92,7 +92,7 @@ constexpr Texts dutch{
             .replaceProjectTitle = "Het huidige project vervangen?",
             .replaceProjectMessage = "De polls en datapunten ervan worden verwijderd.",
             .csvFiles = "CSV-bestanden",
-            .datapointLists = "Datapuntlijsten",
+            .datapointLists = "Datapuntenlijsten",
             .projectFiles = "Projectbestanden",
             .textFiles = "Tekstbestanden",
             .allFiles = "Alle bestanden",
@@ -127,7 +127,7 @@ constexpr Texts dutch{
                      "215 stuurt voor 21,5.",
         .plotHelp = "Dit datapunt in de grafiek tonen",
         .rawHelp = [](std::string_view raw) { return concat("Ruwe registers: ", raw); },
-        .overlapHelp = "Dit adres overlapt met een ander datapunt of loopt door voorbij adres "
+        .overlapHelp = "Dit adres overlapt met een ander datapunt of reikt tot voorbij adres "
                        "65535.",
         .emptyTitle = "Nog geen datapunten",
         .emptyText = "Voeg de datapunten toe die gelezen moeten worden, of importeer een lijst "
@@ -226,23 +226,23 @@ constexpr Texts dutch{
         .csvMissingColumns = "de kolommen Table en Address ontbreken",
         .csvInvalidTable =
             [](std::string_view text) {
-                return concat("onbekende tabel '", text, "' (gebruik CO, DI, HR of IR)");
+                return concat("onbekende tabel ‘", text, "’ (gebruik CO, DI, HR of IR)");
             },
         .csvInvalidAddress =
             [](std::string_view text) {
-                return concat("ongeldig adres '", text, "' (0 tot en met 65535)");
+                return concat("ongeldig adres ‘", text, "’ (0 tot en met 65535)");
             },
         .csvInvalidUnit =
             [](std::string_view text) {
-                return concat("ongeldige unit-ID '", text, "' (1 tot en met 247)");
+                return concat("ongeldige unit-ID ‘", text, "’ (1 tot en met 247)");
             },
         .csvInvalidDataType =
-            [](std::string_view text) { return concat("onbekend datatype '", text, "'"); },
+            [](std::string_view text) { return concat("onbekend datatype ‘", text, "’"); },
         .csvInvalidNumber =
-            [](std::string_view text) { return concat("ongeldig getal '", text, "'"); },
+            [](std::string_view text) { return concat("ongeldig getal ‘", text, "’"); },
         .invalidPath =
             [](std::string_view path) {
-                return concat("'", path, "' is geen geldige seriële poort.");
+                return concat("‘", path, "’ is geen geldige seriële poort.");
             },
         .openFailed =
             [](std::string_view path, std::string_view reason) {
@@ -292,7 +292,7 @@ constexpr Texts dutch{
         .missing = "ontbreekt",
         .unknownValue =
             [](std::string_view found, std::string_view choices) {
-                return concat("onbekende waarde '", found, "' (gebruik ", choices, ")");
+                return concat("onbekende waarde ‘", found, "’ (gebruik ", choices, ")");
             },
         .emptyList = "minstens één item verwacht",
     },
@@ -413,10 +413,10 @@ constexpr Texts dutch{
             [](std::string_view name) { return concat("Schrijven van ", name, " mislukt"); },
         .serialLost =
             [](std::string_view path) {
-                return concat("Seriële poort ", path, " is verdwenen; wachten op terugkeer");
+                return concat("Seriële poort ", path, " is verdwenen; wachten tot hij terug is");
             },
         .serialRestored = "Seriële poort weer geopend",
-        .lateAnswer = "Laat antwoord genegeerd",
+        .lateAnswer = "Te laat antwoord genegeerd",
     },
     .example =
         {
