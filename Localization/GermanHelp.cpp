@@ -48,8 +48,8 @@ constexpr HelpContent german{
                          "Register oder 2000 Bits). In den Einstellungen (Schieberegler oben) "
                          "können Sie auch kleine Lücken überbrücken lassen: Das ist schneller, "
                          "aber manche Geräte antworten dann mit Ausnahme 02.",
-            .oneRequest = "Es ist immer nur eine Anfrage auf der Leitung. Schreibzugriffe haben "
-                          "Vorrang vor Lesezugriffen.",
+            .oneRequest = "Auf der Leitung ist immer nur eine Anfrage unterwegs. Schreibzugriffe "
+                          "haben Vorrang vor Lesezugriffen.",
         },
     .datapoints =
         {

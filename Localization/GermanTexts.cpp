@@ -398,7 +398,8 @@ constexpr Texts german{
     .log = {
         .failure =
             {
-                .unexpectedUnit = [](int unit) { return concat("Antwort von Gerät ", unit); },
+                .unexpectedUnit =
+                    [](int unit) { return concat("Antwort mit Geräteadresse ", unit); },
                 .unexpectedFunction =
                     [](std::string_view code) {
                         return concat("Antwort mit Funktionscode ", code);
@@ -422,9 +423,11 @@ constexpr Texts german{
                 return concat("Lesen über ", port, " @ ", serial, " gestartet");
             },
         .stopped = "Lesen gestoppt",
-        .unit = [](int id) { return concat("Gerät ", id); },
-        .unitFunction = [](int id,
-                           std::string_view code) { return concat("Gerät ", id, " · FC ", code); },
+        .unit = [](int id) { return concat("Geräteadresse ", id); },
+        .unitFunction =
+            [](int id, std::string_view code) {
+                return concat("Geräteadresse ", id, " · FC ", code);
+            },
         .writeFailed =
             [](std::string_view name) {
                 return concat("Schreiben von „", name, "“ fehlgeschlagen");
