@@ -153,7 +153,7 @@ constexpr Texts french{
             [](std::string_view type) {
                 return concat("Cette valeur ne peut pas être représentée en ", type, ".");
             },
-        .unitIDInvalid = "L'adresse de l'esclave est un nombre entier de 1 à 247.",
+        .unitIDInvalid = "L'adresse esclave est un nombre entier de 1 à 247.",
         .addressInvalid = "L'adresse est un nombre entier de 0 à 65535.",
         .scaleInvalid = "L'échelle est un nombre, par exemple 0,1 ou 10.",
     },

@@ -146,7 +146,7 @@ constexpr HelpContent spanish{
         {
             .title = "Estado y traza",
             .ok = "leído, con el tiempo de respuesta",
-            .noResponse = "ninguna respuesta dentro del tiempo de espera de respuesta",
+            .noResponse = "ninguna respuesta dentro del tiempo de espera",
             .exception = "el dispositivo rechaza la solicitud; véase más abajo",
             .crcError = "la respuesta se ha dañado por el camino",
             .lastGoodValue = "Tras un fallo se mantiene el último valor correcto, en gris. Sitúe "

@@ -150,9 +150,9 @@ constexpr Texts spanish{
                      "binario (0b101).",
         .valueInvalid =
             [](std::string_view type) { return concat("Este valor no cabe en ", type, "."); },
-        .unitIDInvalid = "La dirección del esclavo es un número entero del 1 al 247.",
+        .unitIDInvalid = "La dirección de esclavo es un número entero del 1 al 247.",
         .addressInvalid = "La dirección es un número entero del 0 al 65535.",
-        .scaleInvalid = "La escala es un número, por ejemplo 0.1 o 10.",
+        .scaleInvalid = "La escala es un número, por ejemplo 0,1 o 10.",
     },
     .import = {
         .title =
@@ -228,23 +228,23 @@ constexpr Texts spanish{
         .csvMissingColumns = "faltan las columnas Table y Address",
         .csvInvalidTable =
             [](std::string_view text) {
-                return concat("tabla desconocida '", text, "' (use CO, DI, HR o IR)");
+                return concat("tabla desconocida «", text, "» (use CO, DI, HR o IR)");
             },
         .csvInvalidAddress =
             [](std::string_view text) {
-                return concat("dirección no válida '", text, "' (de 0 a 65535)");
+                return concat("dirección no válida «", text, "» (de 0 a 65535)");
             },
         .csvInvalidUnit =
             [](std::string_view text) {
-                return concat("dirección de esclavo no válida '", text, "' (de 1 a 247)");
+                return concat("dirección de esclavo no válida «", text, "» (de 1 a 247)");
             },
         .csvInvalidDataType =
-            [](std::string_view text) { return concat("tipo de datos desconocido '", text, "'"); },
+            [](std::string_view text) { return concat("tipo de datos desconocido «", text, "»"); },
         .csvInvalidNumber =
-            [](std::string_view text) { return concat("número no válido '", text, "'"); },
+            [](std::string_view text) { return concat("número no válido «", text, "»"); },
         .invalidPath =
             [](std::string_view path) {
-                return concat("'", path, "' no es un puerto serie válido.");
+                return concat("«", path, "» no es un puerto serie válido.");
             },
         .openFailed =
             [](std::string_view path, std::string_view reason) {
@@ -294,7 +294,7 @@ constexpr Texts spanish{
         .missing = "falta",
         .unknownValue =
             [](std::string_view found, std::string_view choices) {
-                return concat("valor desconocido '", found, "' (use ", choices, ")");
+                return concat("valor desconocido «", found, "» (use ", choices, ")");
             },
         .emptyList = "se esperaba al menos una entrada",
     },
