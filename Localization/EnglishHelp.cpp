@@ -153,7 +153,7 @@ constexpr HelpContent english{
                 "Is the device slow to respond? Increase the **response timeout** in the settings.",
             .frame = "Are baud rate, parity and stop bits the same on both sides? Try `8N1` or "
                      "`8N2` if `8E1` does not work.",
-            .wiring = "Are A and B not swapped? Swapping them is harmless and often the fix.",
+            .wiring = "Are A and B swapped? Swapping them is harmless and often the fix.",
             .cabling = "Use twisted-pair cable, a 120 Ω termination resistor at both ends of the "
                        "bus and a common ground.",
             .busyPort = "Is the port busy or gone? Close other programs that use it, such as a "
