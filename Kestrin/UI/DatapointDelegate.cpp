@@ -231,7 +231,7 @@ QWidget* DatapointDelegate::createEditor(QWidget* parent, const QStyleOptionView
 bool DatapointDelegate::eventFilter(QObject* object, QEvent* event) {
     auto* field = qobject_cast<QLineEdit*>(object);
     const QVariant column = field != nullptr ? field->property(numberColumn) : QVariant();
-    if (!column.isValid()) {
+    if (field == nullptr || !column.isValid()) {
         return QStyledItemDelegate::eventFilter(object, event);
     }
     const bool commits = event->type() == QEvent::KeyPress && isCommitKey(*event);

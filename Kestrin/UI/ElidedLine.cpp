@@ -35,7 +35,7 @@ void ElidedLine::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(palette().color(QPalette::WindowText));
     const QRect area = contentsRect();
-    painter.drawText(area, alignment_,
+    painter.drawText(area, static_cast<int>(alignment_),
                      fontMetrics().elidedText(text_, Qt::ElideRight, area.width()));
 }
 

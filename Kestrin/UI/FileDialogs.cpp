@@ -19,7 +19,7 @@ QString filter(const std::string& name, const QString& patterns) {
 }
 
 QString startFolder() {
-    const QString last = QSettings("Kestrin", "Kestrin").value(folderPreference).toString();
+    QString last = QSettings("Kestrin", "Kestrin").value(folderPreference).toString();
     // A folder removed since, or on a drive no longer there, is no place to start.
     if (!last.isEmpty() && QFileInfo(last).isDir()) {
         return last;
@@ -36,15 +36,14 @@ void rememberFolder(const QString& chosenFile) {
 }
 
 QString openFile(QWidget* parent, const QString& title, const QStringList& filters) {
-    const QString path =
-        QFileDialog::getOpenFileName(parent, title, startFolder(), filters.join(";;"));
+    QString path = QFileDialog::getOpenFileName(parent, title, startFolder(), filters.join(";;"));
     rememberFolder(path);
     return path;
 }
 
 QString saveFile(QWidget* parent, const QString& title, const QString& fileName,
                  const QStringList& filters) {
-    const QString path = QFileDialog::getSaveFileName(
+    QString path = QFileDialog::getSaveFileName(
         parent, title, QDir(startFolder()).filePath(fileName), filters.join(";;"));
     rememberFolder(path);
     return path;
