@@ -231,10 +231,7 @@ Dialect Dialect::forStyle(const NumberStyle& style) {
 }
 
 std::string Dialect::decimal(std::string number) const {
-    if (decimalComma) {
-        std::replace(number.begin(), number.end(), '.', ',');
-    }
-    return number;
+    return NumberStyle{decimalComma ? "," : "."}.localized(std::move(number));
 }
 
 std::vector<Record> records(std::string_view text, char separator) {

@@ -191,10 +191,7 @@ void ChartView::applyTheme() {
     chartView_->setBackgroundBrush(palette().color(QPalette::Base));
 }
 
-void ChartView::redraw() {
-    stale_ = false;
-    const std::vector<ChartSeries> lines =
-        model_.chartSeries(QDateTime::currentDateTimeUtc(), periodSeconds_);
+void ChartView::matchSeries(const std::vector<ChartSeries>& lines) {
     // The series stay empty: they give the legend its entries and the theme's colours, while
     // ChartLines draws the samples.
     const QList<QAbstractSeries*> shown = chart_->series();
@@ -213,6 +210,39 @@ void ChartView::redraw() {
             series->attachAxis(valueAxis_);
         }
     }
+}
+
+QRectF ChartView::fitAxes(qint64 first, qint64 last, double low, double high) {
+    if (first > last) {
+        first = last = QDateTime::currentMSecsSinceEpoch();
+    }
+    const TimeScale times = TimeScale::around(
+        first, last, 1000LL * QDateTime::fromMSecsSinceEpoch(first).offsetFromUtc());
+    // Setting even the same format or count lays the chart out again.
+    if (timeAxis_->format() != times.format) {
+        timeAxis_->setFormat(times.format);
+    }
+    if (timeAxis_->tickCount() != times.ticks) {
+        timeAxis_->setTickCount(times.ticks);
+    }
+    timeAxis_->setRange(QDateTime::fromMSecsSinceEpoch(times.startMs),
+                        QDateTime::fromMSecsSinceEpoch(times.endMs));
+    const ValueScale scale = ValueScale::around(low, high);
+    valueAxis_->setRange(scale.low, scale.high);
+    valueAxis_->setTickCount(scale.ticks);
+    const QString labels = QStringLiteral("%.%1f").arg(scale.decimals);
+    if (valueAxis_->labelFormat() != labels) {
+        valueAxis_->setLabelFormat(labels);
+    }
+    return {static_cast<double>(times.startMs), scale.low,
+            static_cast<double>(times.endMs - times.startMs), scale.high - scale.low};
+}
+
+void ChartView::redraw() {
+    stale_ = false;
+    const std::vector<ChartSeries> lines =
+        model_.chartSeries(QDateTime::currentDateTimeUtc(), periodSeconds_);
+    matchSeries(lines);
     if (lines.empty()) {
         lines_->setLines({}, {});
         pages_->setCurrentIndex(1);
@@ -248,33 +278,8 @@ void ChartView::redraw() {
         drawn.push_back({static_cast<QLineSeries*>(series[static_cast<qsizetype>(index)])->pen(),
                          ChartLines::split(points, maxGapMs)});
     }
-    if (first > last) {
-        first = last = QDateTime::currentMSecsSinceEpoch();
-    }
-    const TimeScale times = TimeScale::around(
-        first, last, 1000LL * QDateTime::fromMSecsSinceEpoch(first).offsetFromUtc());
-    first = times.startMs;
-    last = times.endMs;
-    // Setting even the same format or count lays the chart out again.
-    if (timeAxis_->format() != times.format) {
-        timeAxis_->setFormat(times.format);
-    }
-    if (timeAxis_->tickCount() != times.ticks) {
-        timeAxis_->setTickCount(times.ticks);
-    }
-    timeAxis_->setRange(QDateTime::fromMSecsSinceEpoch(first),
-                        QDateTime::fromMSecsSinceEpoch(last));
-    const ValueScale scale = ValueScale::around(low, high);
-    valueAxis_->setRange(scale.low, scale.high);
-    valueAxis_->setTickCount(scale.ticks);
-    // Setting even the same format lays the chart out again.
-    const QString labels = QStringLiteral("%.%1f").arg(scale.decimals);
-    if (valueAxis_->labelFormat() != labels) {
-        valueAxis_->setLabelFormat(labels);
-    }
-    lines_->setLines(std::move(drawn),
-                     QRectF(static_cast<double>(first), scale.low,
-                            static_cast<double>(last - first), scale.high - scale.low));
+    const QRectF domain = fitAxes(first, last, low, high);
+    lines_->setLines(std::move(drawn), domain);
     pages_->setCurrentIndex(0);
 }
 

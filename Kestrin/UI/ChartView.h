@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include <QRectF>
 #include <QWidget>
 
 class QChart;
@@ -12,6 +15,7 @@ class QStackedWidget;
 namespace kestrin {
 
 class ChartLines;
+struct ChartSeries;
 class PollerModel;
 
 // The recorded values of the selected poll's plotted datapoints over the chosen period, one line
@@ -37,6 +41,10 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // One empty series per line, for the legend's entries and the theme's colours.
+    void matchSeries(const std::vector<ChartSeries>& lines);
+    // The axes around the data, on round ticks; their ranges as the lines' domain.
+    QRectF fitAxes(qint64 first, qint64 last, double low, double high);
     void redraw();
     void applyTheme();
 

@@ -73,6 +73,17 @@ std::optional<double> scaleOf(const QString& text) {
     return parsed && std::isfinite(*parsed) ? parsed : std::nullopt;
 }
 
+// The case a picker's row index stands for; nothing for an index outside the cases.
+template <typename Enumeration>
+std::optional<Enumeration> caseAt(const QVariant& input) {
+    bool ok = false;
+    const int index = input.toInt(&ok);
+    if (!ok || index < 0 || index >= static_cast<int>(Enumeration::allCases.size())) {
+        return std::nullopt;
+    }
+    return Enumeration::allCases[static_cast<std::size_t>(index)];
+}
+
 } // namespace
 
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
@@ -458,8 +469,6 @@ Qt::ItemFlags DatapointTableModel::flags(const QModelIndex& index) const {
 }
 
 bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& input) const {
-    bool ok = false;
-    const int number = input.toInt(&ok);
     switch (static_cast<Column>(column)) {
     case name:
         point.name = input.toString().toStdString();
@@ -489,31 +498,30 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
         }
         return false;
     case table:
-        if (!ok || number < 0 || number >= static_cast<int>(RegisterTable::allCases.size())) {
-            return false;
+        if (const auto chosen = caseAt<RegisterTable>(input)) {
+            point.setTable(*chosen);
+            return true;
         }
-        point.setTable(RegisterTable::allCases[static_cast<std::size_t>(number)]);
-        return true;
+        return false;
     case dataType:
-        if (!ok || number < 0 || number >= static_cast<int>(DataType::allCases.size()) ||
-            !DataType(DataType::allCases[static_cast<std::size_t>(number)])
-                 .isAllowed(point.table())) {
-            return false;
+        if (const auto chosen = caseAt<DataType>(input);
+            chosen && chosen->isAllowed(point.table())) {
+            point.dataType = *chosen;
+            return true;
         }
-        point.dataType = DataType::allCases[static_cast<std::size_t>(number)];
-        return true;
+        return false;
     case wordOrder:
-        if (!ok || number < 0 || number >= static_cast<int>(WordOrder::allCases.size())) {
-            return false;
+        if (const auto chosen = caseAt<WordOrder>(input)) {
+            point.wordOrder = *chosen;
+            return true;
         }
-        point.wordOrder = WordOrder::allCases[static_cast<std::size_t>(number)];
-        return true;
+        return false;
     case format:
-        if (!ok || number < 0 || number >= static_cast<int>(DisplayFormat::allCases.size())) {
-            return false;
+        if (const auto chosen = caseAt<DisplayFormat>(input)) {
+            point.format = *chosen;
+            return true;
         }
-        point.format = DisplayFormat::allCases[static_cast<std::size_t>(number)];
-        return true;
+        return false;
     case value:
     case status:
     case chart:

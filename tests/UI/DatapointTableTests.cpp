@@ -3,6 +3,7 @@
 #include "DatapointTableModel.h"
 #include "DatapointTableView.h"
 #include "LogPalette.h"
+#include "MessageBoxClick.h"
 #include "TableFixture.h"
 
 #include <QApplication>
@@ -430,14 +431,7 @@ void answerImportQuestion(const QString& choice) {
             QTest::keyClick(question, Qt::Key_Escape);
             return;
         }
-        for (QAbstractButton* button : question->buttons()) {
-            if (button->text() == choice) {
-                button->click();
-                return;
-            }
-        }
-        ADD_FAILURE() << "no button " << choice.toStdString();
-        question->reject();
+        clickButton(question, choice);
     });
 }
 

@@ -1,6 +1,7 @@
 #include "BottomPane.h"
 #include "HelpWindow.h"
 #include "LogPalette.h"
+#include "MessageBoxClick.h"
 #include "PollTabBar.h"
 #include "ShellFixture.h"
 #include "TopBar.h"
@@ -165,14 +166,7 @@ void answerReplaceQuestion(const QString& choice, bool& asked) {
         asked = question->objectName() == "replaceProjectQuestion";
         EXPECT_EQ(question->text(), "Replace the current project?");
         EXPECT_EQ(question->informativeText(), "Its polls and datapoints are removed.");
-        for (QAbstractButton* button : question->buttons()) {
-            if (button->text() == choice) {
-                button->click();
-                return;
-            }
-        }
-        ADD_FAILURE() << "no button " << choice.toStdString();
-        question->reject();
+        clickButton(question, choice);
     });
 }
 
