@@ -37,7 +37,7 @@ struct HelpBlock {
         std::vector<HelpRow> rows;
         friend bool operator==(const Table&, const Table&) = default;
     };
-    // A highlighted hint, shown with the label L10n::Help::tipLabel().
+    // A highlighted hint, shown with the label L10n::texts().help.tipLabel().
     struct Tip {
         std::string text;
         friend bool operator==(const Tip&, const Tip&) = default;

@@ -15,10 +15,6 @@ namespace {
 // Set only by withLanguageForTesting, and only for the thread that called it.
 thread_local std::optional<Language> testLanguage;
 
-const Texts& now() {
-    return texts(language());
-}
-
 std::string str(Literal literal) {
     return std::string(literal.value);
 }
@@ -34,6 +30,10 @@ Language language() {
     return testLanguage ? *testLanguage : Language::current();
 }
 
+const Texts& texts() {
+    return texts(language());
+}
+
 void withLanguageForTesting(Language chosen, const std::function<void()>& body) {
     const std::optional<Language> previous = testLanguage;
     testLanguage = chosen;
@@ -47,306 +47,306 @@ std::string appName() {
 
 namespace Header {
 std::string port() {
-    return str(now().header.port);
+    return str(texts().header.port);
 }
 std::string noPortsFound() {
-    return str(now().header.noPortsFound);
+    return str(texts().header.noPortsFound);
 }
 std::string choosePort() {
-    return str(now().header.choosePort);
+    return str(texts().header.choosePort);
 }
 std::string portNotConnected(std::string_view port) {
-    return now().header.portNotConnected(port);
+    return texts().header.portNotConnected(port);
 }
 std::string baudRate() {
-    return str(now().header.baudRate);
+    return str(texts().header.baudRate);
 }
 std::string baudLabel(int baudRate) {
-    return now().header.baudLabel(baudRate);
+    return texts().header.baudLabel(baudRate);
 }
 std::string start() {
-    return str(now().header.start);
+    return str(texts().header.start);
 }
 std::string stop() {
-    return str(now().header.stop);
+    return str(texts().header.stop);
 }
 std::string frameSettingsHelp() {
-    return str(now().header.frameSettingsHelp);
+    return str(texts().header.frameSettingsHelp);
 }
 std::string startHelp() {
-    return str(now().header.startHelp);
+    return str(texts().header.startHelp);
 }
 std::string stopHelp() {
-    return str(now().header.stopHelp);
+    return str(texts().header.stopHelp);
 }
 std::string lockedWhileRunning() {
-    return str(now().header.lockedWhileRunning);
+    return str(texts().header.lockedWhileRunning);
 }
 std::string demoDevice() {
-    return str(now().header.demoDevice);
+    return str(texts().header.demoDevice);
 }
 std::string startNeedsPort() {
-    return str(now().header.startNeedsPort);
+    return str(texts().header.startNeedsPort);
 }
 std::string startNeedsDatapoints() {
-    return str(now().header.startNeedsDatapoints);
+    return str(texts().header.startNeedsDatapoints);
 }
 } // namespace Header
 
 namespace Settings {
 std::string frame() {
-    return str(now().settings.frame);
+    return str(texts().settings.frame);
 }
 std::string dataBits() {
-    return str(now().settings.dataBits);
+    return str(texts().settings.dataBits);
 }
 std::string parity() {
-    return str(now().settings.parity);
+    return str(texts().settings.parity);
 }
 std::string stopBits() {
-    return str(now().settings.stopBits);
+    return str(texts().settings.stopBits);
 }
 std::string parityNone() {
-    return str(now().settings.parityNone);
+    return str(texts().settings.parityNone);
 }
 std::string parityEven() {
-    return str(now().settings.parityEven);
+    return str(texts().settings.parityEven);
 }
 std::string parityOdd() {
-    return str(now().settings.parityOdd);
+    return str(texts().settings.parityOdd);
 }
 std::string modbusDefault() {
-    return str(now().settings.modbusDefault);
+    return str(texts().settings.modbusDefault);
 }
 std::string standardNote() {
-    return str(now().settings.standardNote);
+    return str(texts().settings.standardNote);
 }
 std::string requests() {
-    return str(now().settings.requests);
+    return str(texts().settings.requests);
 }
 std::string responseTimeout() {
-    return str(now().settings.responseTimeout);
+    return str(texts().settings.responseTimeout);
 }
 std::string timeoutLabel(int timeoutMs) {
     return concat(timeoutMs, " ms");
 }
 std::string timeoutHelp() {
-    return str(now().settings.timeoutHelp);
+    return str(texts().settings.timeoutHelp);
 }
 std::string combine() {
-    return str(now().settings.combine);
+    return str(texts().settings.combine);
 }
 std::string gapLabel(int gap) {
-    return gap == 0 ? str(now().settings.adjacentOnly) : now().settings.gapsUpTo(gap);
+    return gap == 0 ? str(texts().settings.adjacentOnly) : texts().settings.gapsUpTo(gap);
 }
 std::string combineHelp() {
-    return str(now().settings.combineHelp);
+    return str(texts().settings.combineHelp);
 }
 std::string writeMode() {
-    return str(now().settings.writeMode);
+    return str(texts().settings.writeMode);
 }
 std::string writeSingle() {
-    return str(now().settings.writeSingle);
+    return str(texts().settings.writeSingle);
 }
 std::string writeMultiple() {
-    return str(now().settings.writeMultiple);
+    return str(texts().settings.writeMultiple);
 }
 std::string writeModeHelp() {
-    return str(now().settings.writeModeHelp);
+    return str(texts().settings.writeModeHelp);
 }
 } // namespace Settings
 
 namespace Footer {
 std::string statistics(std::int64_t requests, std::int64_t responses, std::int64_t timeouts,
                        std::int64_t exceptions, std::int64_t errors) {
-    return now().footer.statistics(requests, responses, timeouts, exceptions, errors);
+    return texts().footer.statistics(requests, responses, timeouts, exceptions, errors);
 }
 std::string options() {
-    return str(now().footer.options);
+    return str(texts().footer.options);
 }
 std::string optionsHelp() {
-    return str(now().footer.optionsHelp);
+    return str(texts().footer.optionsHelp);
 }
 std::string autoscroll() {
-    return str(now().footer.autoscroll);
+    return str(texts().footer.autoscroll);
 }
 std::string timestamps() {
-    return str(now().footer.timestamps);
+    return str(texts().footer.timestamps);
 }
 std::string rawFrames() {
-    return str(now().footer.rawFrames);
+    return str(texts().footer.rawFrames);
 }
 std::string rawFramesHelp() {
-    return str(now().footer.rawFramesHelp);
+    return str(texts().footer.rawFramesHelp);
 }
 std::string onlyProblems() {
-    return str(now().footer.onlyProblems);
+    return str(texts().footer.onlyProblems);
 }
 std::string onlyProblemsHelp() {
-    return str(now().footer.onlyProblemsHelp);
+    return str(texts().footer.onlyProblemsHelp);
 }
 std::string save() {
-    return str(now().footer.save);
+    return str(texts().footer.save);
 }
 std::string saveHelp() {
-    return str(now().footer.saveHelp);
+    return str(texts().footer.saveHelp);
 }
 std::string clear() {
-    return str(now().footer.clear);
+    return str(texts().footer.clear);
 }
 std::string clearHelp() {
-    return str(now().footer.clearHelp);
+    return str(texts().footer.clearHelp);
 }
 std::string outputAccessibility() {
-    return str(now().footer.outputAccessibility);
+    return str(texts().footer.outputAccessibility);
 }
 } // namespace Footer
 
 namespace Menu {
 std::string newProject() {
-    return str(now().menu.newProject);
+    return str(texts().menu.newProject);
 }
 std::string openProject() {
-    return str(now().menu.openProject);
+    return str(texts().menu.openProject);
 }
 std::string saveProject() {
-    return str(now().menu.saveProject);
+    return str(texts().menu.saveProject);
 }
 std::string importCSV() {
-    return str(now().menu.importCSV);
+    return str(texts().menu.importCSV);
 }
 std::string exportCSV() {
-    return str(now().menu.exportCSV);
+    return str(texts().menu.exportCSV);
 }
 std::string saveLog() {
-    return str(now().menu.saveLog);
+    return str(texts().menu.saveLog);
 }
 std::string clearLog() {
-    return str(now().menu.clearLog);
+    return str(texts().menu.clearLog);
 }
 std::string file() {
-    return str(now().menu.file);
+    return str(texts().menu.file);
 }
 std::string help() {
-    return str(now().menu.help);
+    return str(texts().menu.help);
 }
 std::string poller() {
     return "Poller";
 }
 std::string quit() {
-    return str(now().menu.quit);
+    return str(texts().menu.quit);
 }
 std::string replaceProjectTitle() {
-    return str(now().menu.replaceProjectTitle);
+    return str(texts().menu.replaceProjectTitle);
 }
 std::string replaceProjectMessage() {
-    return str(now().menu.replaceProjectMessage);
+    return str(texts().menu.replaceProjectMessage);
 }
 std::string csvFiles() {
-    return str(now().menu.csvFiles);
+    return str(texts().menu.csvFiles);
 }
 std::string datapointLists() {
-    return str(now().menu.datapointLists);
+    return str(texts().menu.datapointLists);
 }
 std::string projectFiles() {
-    return str(now().menu.projectFiles);
+    return str(texts().menu.projectFiles);
 }
 std::string textFiles() {
-    return str(now().menu.textFiles);
+    return str(texts().menu.textFiles);
 }
 std::string allFiles() {
-    return str(now().menu.allFiles);
+    return str(texts().menu.allFiles);
 }
 } // namespace Menu
 
 namespace Table {
 std::string name() {
-    return str(now().table.name);
+    return str(texts().table.name);
 }
 std::string unitID() {
-    return str(now().table.unitID);
+    return str(texts().table.unitID);
 }
 std::string table() {
-    return str(now().table.table);
+    return str(texts().table.table);
 }
 std::string address() {
-    return str(now().table.address);
+    return str(texts().table.address);
 }
 std::string dataType() {
-    return str(now().table.dataType);
+    return str(texts().table.dataType);
 }
 std::string wordOrder() {
-    return str(now().table.wordOrder);
+    return str(texts().table.wordOrder);
 }
 std::string scale() {
-    return str(now().table.scale);
+    return str(texts().table.scale);
 }
 std::string value() {
-    return str(now().table.value);
+    return str(texts().table.value);
 }
 std::string unit() {
-    return str(now().table.unit);
+    return str(texts().table.unit);
 }
 std::string format() {
-    return str(now().table.format);
+    return str(texts().table.format);
 }
 std::string description() {
-    return str(now().table.description);
+    return str(texts().table.description);
 }
 std::string status() {
-    return str(now().table.status);
+    return str(texts().table.status);
 }
 std::string add() {
-    return str(now().table.add);
+    return str(texts().table.add);
 }
 std::string addHelp() {
-    return str(now().table.addHelp);
+    return str(texts().table.addHelp);
 }
 std::string duplicate() {
-    return str(now().table.duplicate);
+    return str(texts().table.duplicate);
 }
 std::string deleteRows() {
-    return str(now().table.deleteRows);
+    return str(texts().table.deleteRows);
 }
 std::string csv() {
     return "CSV";
 }
 std::string csvHelp() {
-    return str(now().table.csvHelp);
+    return str(texts().table.csvHelp);
 }
 std::string unitIDHelp() {
-    return str(now().table.unitIDHelp);
+    return str(texts().table.unitIDHelp);
 }
 std::string addressHelp(std::string_view modicon) {
-    return now().table.addressHelp(modicon);
+    return texts().table.addressHelp(modicon);
 }
 std::string wordOrderHelp() {
-    return str(now().table.wordOrderHelp);
+    return str(texts().table.wordOrderHelp);
 }
 std::string scaleHelp() {
-    return str(now().table.scaleHelp);
+    return str(texts().table.scaleHelp);
 }
 std::string plotHelp() {
-    return str(now().table.plotHelp);
+    return str(texts().table.plotHelp);
 }
 std::string rawHelp(std::string_view raw) {
-    return now().table.rawHelp(raw);
+    return texts().table.rawHelp(raw);
 }
 std::string overlapHelp() {
-    return str(now().table.overlapHelp);
+    return str(texts().table.overlapHelp);
 }
 std::string emptyTitle() {
-    return str(now().table.emptyTitle);
+    return str(texts().table.emptyTitle);
 }
 std::string emptyText() {
-    return str(now().table.emptyText);
+    return str(texts().table.emptyText);
 }
 std::string newName(RegisterTable table, int address) {
     return concat(table.code(), " ", address);
 }
 
 std::string tableName(RegisterTable table) {
-    const Texts::TableTexts::TableNames& names = now().table.tableNames;
+    const Texts::TableTexts::TableNames& names = texts().table.tableNames;
     switch (table) {
     case RegisterTable::coil:
         return str(names.coil);
@@ -369,65 +369,65 @@ std::string dataTypeName(DataType type) {
 std::string formatName(DisplayFormat format) {
     switch (format) {
     case DisplayFormat::decimal:
-        return str(now().table.formatNames.decimal);
+        return str(texts().table.formatNames.decimal);
     case DisplayFormat::hex:
         return "Hex";
     case DisplayFormat::binary:
-        return str(now().table.formatNames.binary);
+        return str(texts().table.formatNames.binary);
     }
     return {};
 }
 
 std::string waiting() {
-    return str(now().table.waiting);
+    return str(texts().table.waiting);
 }
 std::string ok(int ms) {
     return concat("OK · ", ms, " ms");
 }
 std::string updatedHelp(std::string_view time) {
-    return now().table.updatedHelp(time);
+    return texts().table.updatedHelp(time);
 }
 std::string valueHelp() {
-    return str(now().table.valueHelp);
+    return str(texts().table.valueHelp);
 }
 std::string valueInvalid(DataType type) {
-    return now().table.valueInvalid(dataTypeName(type));
+    return texts().table.valueInvalid(dataTypeName(type));
 }
 std::string unitIDInvalid() {
-    return str(now().table.unitIDInvalid);
+    return str(texts().table.unitIDInvalid);
 }
 std::string addressInvalid() {
-    return str(now().table.addressInvalid);
+    return str(texts().table.addressInvalid);
 }
 std::string scaleInvalid() {
-    return str(now().table.scaleInvalid);
+    return str(texts().table.scaleInvalid);
 }
 } // namespace Table
 
 namespace Import {
 std::string title(int count) {
-    return now().import.title(count);
+    return texts().import.title(count);
 }
 std::string question() {
-    return str(now().import.question);
+    return str(texts().import.question);
 }
 std::string skipped(int count) {
-    return now().import.skipped(count);
+    return texts().import.skipped(count);
 }
 std::string add() {
-    return str(now().import.add);
+    return str(texts().import.add);
 }
 std::string replace() {
-    return str(now().import.replace);
+    return str(texts().import.replace);
 }
 std::string cancel() {
-    return str(now().import.cancel);
+    return str(texts().import.cancel);
 }
 } // namespace Import
 
 namespace Modbus {
 std::string functionName(std::uint8_t code) {
-    const Texts::ModbusTexts::FunctionNames& names = now().modbus.functionNames;
+    const Texts::ModbusTexts::FunctionNames& names = texts().modbus.functionNames;
     switch (code) {
     case 1:
         return str(names.readCoils);
@@ -459,7 +459,7 @@ std::string functionName(std::uint8_t code) {
 }
 
 std::string exceptionName(std::uint8_t code) {
-    const Texts::ModbusTexts::ExceptionNames& names = now().modbus.exceptionNames;
+    const Texts::ModbusTexts::ExceptionNames& names = texts().modbus.exceptionNames;
     Literal name = names.other;
     switch (code) {
     case 1:
@@ -498,82 +498,82 @@ std::string exceptionName(std::uint8_t code) {
 
 namespace Board {
 std::string usbSerial(std::string_view chip) {
-    return now().board.usbSerial(chip);
+    return texts().board.usbSerial(chip);
 }
 } // namespace Board
 
 namespace Errors {
 std::string alertTitle() {
-    return str(now().errors.alertTitle);
+    return str(texts().errors.alertTitle);
 }
 std::string ok() {
     return "OK";
 }
 std::string selectPortFirst() {
-    return str(now().errors.selectPortFirst);
+    return str(texts().errors.selectPortFirst);
 }
 std::string saveFailed(std::string_view reason) {
-    return now().errors.saveFailed(reason);
+    return texts().errors.saveFailed(reason);
 }
 std::string fileOpenFailed(std::string_view file) {
-    return now().errors.fileOpenFailed(file);
+    return texts().errors.fileOpenFailed(file);
 }
 std::string importNothing(std::string_view details) {
-    return now().errors.importNothing(details);
+    return texts().errors.importNothing(details);
 }
 std::string importIssue(int line, std::string_view problem) {
-    return now().errors.importIssue(line, problem);
+    return texts().errors.importIssue(line, problem);
 }
 std::string csvMissingColumns() {
-    return str(now().errors.csvMissingColumns);
+    return str(texts().errors.csvMissingColumns);
 }
 std::string csvInvalidTable(std::string_view text) {
-    return now().errors.csvInvalidTable(text);
+    return texts().errors.csvInvalidTable(text);
 }
 std::string csvInvalidAddress(std::string_view text) {
-    return now().errors.csvInvalidAddress(text);
+    return texts().errors.csvInvalidAddress(text);
 }
 std::string csvInvalidUnit(std::string_view text) {
-    return now().errors.csvInvalidUnit(text);
+    return texts().errors.csvInvalidUnit(text);
 }
 std::string csvInvalidDataType(std::string_view text) {
-    return now().errors.csvInvalidDataType(text);
+    return texts().errors.csvInvalidDataType(text);
 }
 std::string csvInvalidNumber(std::string_view text) {
-    return now().errors.csvInvalidNumber(text);
+    return texts().errors.csvInvalidNumber(text);
 }
 std::string invalidPath(std::string_view path) {
-    return now().errors.invalidPath(path);
+    return texts().errors.invalidPath(path);
 }
 std::string openFailed(std::string_view path, std::string_view reason) {
-    return now().errors.openFailed(path, reason);
+    return texts().errors.openFailed(path, reason);
 }
 std::string openPermissionDenied() {
-    return str(now().errors.openPermissionDenied);
+    return str(texts().errors.openPermissionDenied);
 }
 std::string busy(std::string_view path) {
-    return now().errors.busy(path);
+    return texts().errors.busy(path);
 }
 std::string configurationFailed(std::string_view reason) {
-    return now().errors.configurationFailed(reason);
+    return texts().errors.configurationFailed(reason);
 }
 std::string unsupportedBaud(int baudRate) {
-    return now().errors.unsupportedBaud(baudRate);
+    return texts().errors.unsupportedBaud(baudRate);
 }
 std::string notOpen() {
-    return str(now().errors.notOpen);
+    return str(texts().errors.notOpen);
 }
 std::string writeFailed(std::string_view reason) {
-    return now().errors.writeFailed(reason);
+    return texts().errors.writeFailed(reason);
 }
 std::string timeout() {
-    return str(now().errors.timeout);
+    return str(texts().errors.timeout);
 }
 std::string deviceDisconnected() {
-    return str(now().errors.deviceDisconnected);
+    return str(texts().errors.deviceDisconnected);
 }
 std::string demoFailed(std::string_view reason) {
-    return now().errors.demoFailed(reason);
+    return texts().errors.demoFailed(reason);
 }
 
 std::string systemMessage(int code) {
@@ -681,244 +681,244 @@ std::string projectUnreadable(std::string_view file, std::string_view detail) {
 
 namespace Document {
 std::string problemAt(std::string_view path, std::string_view problem) {
-    return now().document.problemAt(path, problem);
+    return texts().document.problemAt(path, problem);
 }
 std::string notJSON() {
-    return str(now().document.notJSON);
+    return str(texts().document.notJSON);
 }
 std::string expectedObject() {
-    return str(now().document.expectedObject);
+    return str(texts().document.expectedObject);
 }
 std::string expectedList() {
-    return str(now().document.expectedList);
+    return str(texts().document.expectedList);
 }
 std::string expectedText() {
-    return str(now().document.expectedText);
+    return str(texts().document.expectedText);
 }
 std::string expectedNumber() {
-    return str(now().document.expectedNumber);
+    return str(texts().document.expectedNumber);
 }
 std::string expectedFiniteNumber() {
-    return str(now().document.expectedFiniteNumber);
+    return str(texts().document.expectedFiniteNumber);
 }
 std::string expectedInteger(std::int64_t minimum, std::int64_t maximum) {
-    return now().document.expectedInteger(minimum, maximum);
+    return texts().document.expectedInteger(minimum, maximum);
 }
 std::string expectedBoolean() {
-    return str(now().document.expectedBoolean);
+    return str(texts().document.expectedBoolean);
 }
 std::string expectedUUID() {
-    return str(now().document.expectedUUID);
+    return str(texts().document.expectedUUID);
 }
 std::string missing() {
-    return str(now().document.missing);
+    return str(texts().document.missing);
 }
 std::string unknownValue(std::string_view found, std::string_view choices) {
-    return now().document.unknownValue(found, choices);
+    return texts().document.unknownValue(found, choices);
 }
 std::string emptyList() {
-    return str(now().document.emptyList);
+    return str(texts().document.emptyList);
 }
 } // namespace Document
 
 namespace Help {
 std::string windowTitle() {
-    return str(now().help.windowTitle);
+    return str(texts().help.windowTitle);
 }
 std::string searchPrompt() {
-    return str(now().help.searchPrompt);
+    return str(texts().help.searchPrompt);
 }
 std::string noResults() {
-    return str(now().help.noResults);
+    return str(texts().help.noResults);
 }
 std::string tipLabel() {
-    return str(now().help.tipLabel);
+    return str(texts().help.tipLabel);
 }
 } // namespace Help
 
 namespace State {
 std::string running() {
-    return str(now().state.running);
+    return str(texts().state.running);
 }
 std::string stopped() {
-    return str(now().state.stopped);
+    return str(texts().state.stopped);
 }
 std::string serialLost() {
-    return str(now().state.serialLost);
+    return str(texts().state.serialLost);
 }
 } // namespace State
 
 namespace Notice {
 std::string emptyTitle() {
-    return str(now().notice.emptyTitle);
+    return str(texts().notice.emptyTitle);
 }
 std::string emptySteps() {
-    return str(now().notice.emptySteps);
+    return str(texts().notice.emptySteps);
 }
 std::string emptyNoDevice() {
-    return str(now().notice.emptyNoDevice);
+    return str(texts().notice.emptyNoDevice);
 }
 std::string emptyNoDeviceSteps() {
-    return str(now().notice.emptyNoDeviceSteps);
+    return str(texts().notice.emptyNoDeviceSteps);
 }
 std::string startPolling() {
-    return str(now().notice.startPolling);
+    return str(texts().notice.startPolling);
 }
 std::string noResponse() {
-    return str(now().notice.noResponse);
+    return str(texts().notice.noResponse);
 }
 std::string serialLost() {
-    return str(now().notice.serialLost);
+    return str(texts().notice.serialLost);
 }
 std::string dismiss() {
-    return str(now().notice.dismiss);
+    return str(texts().notice.dismiss);
 }
 std::string writeFailed(std::string_view name, std::string_view reason) {
-    return now().notice.writeFailed(name, reason);
+    return texts().notice.writeFailed(name, reason);
 }
 std::string startFirst() {
-    return str(now().notice.startFirst);
+    return str(texts().notice.startFirst);
 }
 } // namespace Notice
 
 namespace Polls {
 std::string add() {
-    return str(now().polls.add);
+    return str(texts().polls.add);
 }
 std::string addHelp() {
-    return str(now().polls.addHelp);
+    return str(texts().polls.addHelp);
 }
 std::string namePlaceholder() {
-    return str(now().polls.namePlaceholder);
+    return str(texts().polls.namePlaceholder);
 }
 std::string interval() {
-    return str(now().polls.interval);
+    return str(texts().polls.interval);
 }
 std::string intervalLabel(int ms) {
     return ms < 1000 ? concat(ms, " ms") : concat(ms / 1000, " s");
 }
 std::string intervalHelp() {
-    return str(now().polls.intervalHelp);
+    return str(texts().polls.intervalHelp);
 }
 std::string active() {
-    return str(now().polls.active);
+    return str(texts().polls.active);
 }
 std::string activeHelp() {
-    return str(now().polls.activeHelp);
+    return str(texts().polls.activeHelp);
 }
 std::string removeTitle() {
-    return str(now().polls.removeTitle);
+    return str(texts().polls.removeTitle);
 }
 std::string remove() {
-    return str(now().polls.remove);
+    return str(texts().polls.remove);
 }
 std::string removeMessage() {
-    return str(now().polls.removeMessage);
+    return str(texts().polls.removeMessage);
 }
 std::string unnamed() {
-    return str(now().polls.unnamed);
+    return str(texts().polls.unnamed);
 }
 std::string duplicate() {
-    return str(now().polls.duplicate);
+    return str(texts().polls.duplicate);
 }
 std::string tabHelp() {
-    return str(now().polls.tabHelp);
+    return str(texts().polls.tabHelp);
 }
 std::string newName(int number) {
-    return now().polls.newName(number);
+    return texts().polls.newName(number);
 }
 std::string copyName(std::string_view name) {
-    return now().polls.copyName(name);
+    return texts().polls.copyName(name);
 }
 std::string removeQuestion(std::string_view name) {
-    return now().polls.removeQuestion(name);
+    return texts().polls.removeQuestion(name);
 }
 } // namespace Polls
 
 namespace Write {
 std::string help() {
-    return str(now().write.help);
+    return str(texts().write.help);
 }
 std::string title(std::string_view name) {
-    return now().write.title(name);
+    return texts().write.title(name);
 }
 std::string off() {
-    return str(now().write.off);
+    return str(texts().write.off);
 }
 std::string on() {
-    return str(now().write.on);
+    return str(texts().write.on);
 }
 std::string placeholder() {
-    return str(now().write.placeholder);
+    return str(texts().write.placeholder);
 }
 std::string button() {
-    return str(now().write.button);
+    return str(texts().write.button);
 }
 } // namespace Write
 
 namespace Pane {
 std::string title() {
-    return str(now().pane.title);
+    return str(texts().pane.title);
 }
 std::string log() {
-    return str(now().pane.log);
+    return str(texts().pane.log);
 }
 std::string chart() {
-    return str(now().pane.chart);
+    return str(texts().pane.chart);
 }
 std::string clearHistory() {
-    return str(now().pane.clearHistory);
+    return str(texts().pane.clearHistory);
 }
 std::string clearHistoryHelp() {
-    return str(now().pane.clearHistoryHelp);
+    return str(texts().pane.clearHistoryHelp);
 }
 std::string exportHistory() {
-    return str(now().pane.exportHistory);
+    return str(texts().pane.exportHistory);
 }
 std::string exportHistoryHelp() {
-    return str(now().pane.exportHistoryHelp);
+    return str(texts().pane.exportHistoryHelp);
 }
 std::string findPlaceholder() {
-    return str(now().pane.findPlaceholder);
+    return str(texts().pane.findPlaceholder);
 }
 std::string findNext() {
-    return str(now().pane.findNext);
+    return str(texts().pane.findNext);
 }
 std::string findPrevious() {
-    return str(now().pane.findPrevious);
+    return str(texts().pane.findPrevious);
 }
 std::string findDone() {
-    return str(now().pane.findDone);
+    return str(texts().pane.findDone);
 }
 } // namespace Pane
 
 namespace Chart {
 std::string emptyTitle() {
-    return str(now().chart.emptyTitle);
+    return str(texts().chart.emptyTitle);
 }
 std::string emptyText() {
-    return str(now().chart.emptyText);
+    return str(texts().chart.emptyText);
 }
 std::string time() {
-    return str(now().chart.time);
+    return str(texts().chart.time);
 }
 std::string window() {
-    return str(now().chart.window);
+    return str(texts().chart.window);
 }
 std::string windowLabel(int seconds) {
     if (seconds == 0) {
-        return str(now().chart.windowAll);
+        return str(texts().chart.windowAll);
     }
     return seconds >= 3600 ? concat(seconds / 3600, " h") : concat(seconds / 60, " min");
 }
 std::string windowHelp() {
-    return str(now().chart.windowHelp);
+    return str(texts().chart.windowHelp);
 }
 } // namespace Chart
 
 namespace Log {
 std::string failure(PollFailure failure, int timeoutMs) {
-    const Texts::LogTexts::FailureTexts& phrases = now().log.failure;
+    const Texts::LogTexts::FailureTexts& phrases = texts().log.failure;
     switch (failure.kind) {
     case PollFailure::Kind::unexpectedUnit:
         return phrases.unexpectedUnit(failure.value);
@@ -937,7 +937,7 @@ std::string failure(PollFailure failure, int timeoutMs) {
 }
 
 std::string shortFailure(PollFailure failure) {
-    const Texts::LogTexts::ShortFailureTexts& phrases = now().log.shortFailure;
+    const Texts::LogTexts::ShortFailureTexts& phrases = texts().log.shortFailure;
     switch (failure.kind) {
     case PollFailure::Kind::exception:
         return phrases.exception(hexByte(failure.value));
@@ -954,16 +954,16 @@ std::string shortFailure(PollFailure failure) {
 }
 
 std::string started(std::string_view port, std::string_view serial) {
-    return now().log.started(port, serial);
+    return texts().log.started(port, serial);
 }
 std::string stopped() {
-    return str(now().log.stopped);
+    return str(texts().log.stopped);
 }
 std::string unit(int id) {
-    return now().log.unit(id);
+    return texts().log.unit(id);
 }
 std::string unitFunction(int id, std::uint8_t function) {
-    return now().log.unitFunction(id, hexByte(function));
+    return texts().log.unitFunction(id, hexByte(function));
 }
 std::string range(RegisterTable table, int start, int count) {
     if (count == 1) {
@@ -972,43 +972,43 @@ std::string range(RegisterTable table, int start, int count) {
     return concat(table.code(), " ", start, "–", start + count - 1);
 }
 std::string writeFailed(std::string_view name) {
-    return now().log.writeFailed(name);
+    return texts().log.writeFailed(name);
 }
 std::string serialLost(std::string_view path) {
-    return now().log.serialLost(path);
+    return texts().log.serialLost(path);
 }
 std::string serialRestored() {
-    return str(now().log.serialRestored);
+    return str(texts().log.serialRestored);
 }
 std::string lateAnswer() {
-    return str(now().log.lateAnswer);
+    return str(texts().log.lateAnswer);
 }
 } // namespace Log
 
 namespace Example {
 std::string pollName() {
-    return str(now().example.pollName);
+    return str(texts().example.pollName);
 }
 std::string temperature() {
-    return str(now().example.temperature);
+    return str(texts().example.temperature);
 }
 std::string pressure() {
-    return str(now().example.pressure);
+    return str(texts().example.pressure);
 }
 std::string runtime() {
-    return str(now().example.runtime);
+    return str(texts().example.runtime);
 }
 std::string setpoint() {
-    return str(now().example.setpoint);
+    return str(texts().example.setpoint);
 }
 std::string mode() {
-    return str(now().example.mode);
+    return str(texts().example.mode);
 }
 std::string pump() {
-    return str(now().example.pump);
+    return str(texts().example.pump);
 }
 std::string alarm() {
-    return str(now().example.alarm);
+    return str(texts().example.alarm);
 }
 } // namespace Example
 

@@ -8,6 +8,7 @@
 #include "PollFailure.h"
 #include "RegisterTable.h"
 #include "SerialLinkError.h"
+#include "Texts.h"
 
 #include <cstdint>
 #include <functional>

@@ -19,6 +19,8 @@ namespace kestrin::L10n {
 struct Literal {
     consteval Literal(const char* text)
         : value(text) {}
+    // Called like the texts with values, so that every text reads texts().section.key(…).
+    std::string operator()() const { return std::string(value); }
     std::string_view value;
 };
 
@@ -81,7 +83,7 @@ struct Texts {
         Literal startHelp;
         Literal stopHelp;
         Literal lockedWhileRunning;
-        Literal demoDevice; // the name of the simulated device of --demo
+        Literal demoDevice;           // the name of the simulated device of --demo
         Literal startNeedsPort;       // beside a Start that is off: no port present or chosen
         Literal startNeedsDatapoints; // beside a Start that is off: no active poll has datapoints
     } header;
@@ -414,5 +416,7 @@ const Texts& frenchTexts();
 const Texts& spanishTexts();
 
 const Texts& texts(Language language);
+// The texts of this thread's language (see language()).
+const Texts& texts();
 
 } // namespace kestrin::L10n

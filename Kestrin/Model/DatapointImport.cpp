@@ -30,13 +30,13 @@ std::string decodedText(std::string_view bytes) {
 
 Result<Question, std::string> question(const DatapointCSV::ImportResult& result) {
     if (result.datapoints.empty()) {
-        return L10n::Errors::importNothing(
+        return L10n::texts().errors.importNothing(
             result.issues.empty() ? std::string() : L10n::Errors::describe(result.issues.front()));
     }
-    Question asked{L10n::Import::title(static_cast<int>(result.datapoints.size())),
-                   L10n::Import::question()};
+    Question asked{L10n::texts().import.title(static_cast<int>(result.datapoints.size())),
+                   L10n::texts().import.question()};
     if (!result.issues.empty()) {
-        asked.text += "\n\n" + L10n::Import::skipped(static_cast<int>(result.issues.size()));
+        asked.text += "\n\n" + L10n::texts().import.skipped(static_cast<int>(result.issues.size()));
         const std::size_t listed = std::min(result.issues.size(), listedIssues);
         for (std::size_t index = 0; index < listed; ++index) {
             asked.text += "\n" + L10n::Errors::describe(result.issues[index]);

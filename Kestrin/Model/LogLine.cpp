@@ -47,23 +47,23 @@ LogLineSegments stamped(LogLineSegments line, const QDateTime& now, const Option
 }
 
 LogLineSegments readingStarted(std::string_view path, std::string_view serial) {
-    return systemLine(L10n::Log::started(path, serial));
+    return systemLine(L10n::texts().log.started(path, serial));
 }
 
 LogLineSegments readingStopped() {
-    return systemLine(L10n::Log::stopped());
+    return systemLine(L10n::texts().log.stopped());
 }
 
 LogLineSegments portReopened() {
-    return systemLine(L10n::Log::serialRestored());
+    return systemLine(L10n::texts().log.serialRestored());
 }
 
 LogLineSegments portLost(std::string_view path) {
-    return {{Kind::error, L10n::Log::serialLost(path)}};
+    return {{Kind::error, L10n::texts().log.serialLost(path)}};
 }
 
 LogLineSegments lateAnswer(ByteView bytes, const Options& options) {
-    LogLineSegments line{{Kind::warning, "⚠ " + L10n::Log::lateAnswer()}};
+    LogLineSegments line{{Kind::warning, "⚠ " + L10n::texts().log.lateAnswer()}};
     if (options.showRawFrames) {
         line.push_back({Kind::meta, "  ←  "});
         line.push_back({Kind::response, hexString(bytes)});
@@ -122,7 +122,7 @@ std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_
 
 LogLineSegments writeConfirmed(const Datapoint& datapoint, const Value& value,
                                const NumberStyle& style, double seconds) {
-    std::string text = "✎ " + L10n::Log::unit(datapoint.unitID) + " · " +
+    std::string text = "✎ " + L10n::texts().log.unit(datapoint.unitID) + " · " +
                        DatapointLabel::name(datapoint) + " = " + datapoint.formatted(value, style);
     if (!datapoint.engineeringUnit.empty()) {
         text += " " + datapoint.engineeringUnit;
@@ -132,8 +132,8 @@ LogLineSegments writeConfirmed(const Datapoint& datapoint, const Value& value,
 
 LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int timeoutMs) {
     const std::string name = datapoint == nullptr ? "?" : DatapointLabel::name(*datapoint);
-    return {{Kind::error,
-             "✕ " + L10n::Log::writeFailed(name) + " · " + L10n::Log::failure(failure, timeoutMs)}};
+    return {{Kind::error, "✕ " + L10n::texts().log.writeFailed(name) + " · " +
+                              L10n::Log::failure(failure, timeoutMs)}};
 }
 
 std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,

@@ -40,7 +40,7 @@ std::optional<std::uint16_t> nextAddress(const Datapoint& datapoint, int count) 
 
 Selection addPoll(std::vector<Poll> polls) {
     Poll poll;
-    poll.name = L10n::Polls::newName(static_cast<int>(polls.size()) + 1);
+    poll.name = L10n::texts().polls.newName(static_cast<int>(polls.size()) + 1);
     const Uuid selected = poll.id;
     polls.push_back(std::move(poll));
     return {std::move(polls), selected};
@@ -53,7 +53,7 @@ std::optional<Selection> duplicatePoll(std::vector<Poll> polls, const Uuid& poll
     }
     Poll copy = *original;
     copy.id = Uuid::random();
-    copy.name = L10n::Polls::copyName(original->name);
+    copy.name = L10n::texts().polls.copyName(original->name);
     std::map<Uuid, Uuid> newIDs;
     for (Datapoint& datapoint : copy.datapoints) {
         datapoint.id = newIDs[datapoint.id] = Uuid::random();

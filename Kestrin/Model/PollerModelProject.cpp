@@ -92,7 +92,7 @@ void PollerModel::openProject(const QString& path) {
 
 void PollerModel::saveProjectAs(const QString& path) {
     if (auto saved = ProjectStore::saveAs(currentProject(), path); !saved) {
-        setErrorMessage(L10n::Errors::saveFailed(saved.error()));
+        setErrorMessage(L10n::texts().errors.saveFailed(saved.error()));
     }
 }
 
@@ -210,12 +210,12 @@ void PollerModel::updateDatapoint(const Datapoint& edited) {
 std::optional<PollerModel::ImportOffer> PollerModel::readDatapointFile(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        setErrorMessage(L10n::Errors::fileOpenFailed(fileNameOf(path)));
+        setErrorMessage(L10n::texts().errors.fileOpenFailed(fileNameOf(path)));
         return std::nullopt;
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        setErrorMessage(L10n::Errors::fileOpenFailed(fileNameOf(path)));
+        setErrorMessage(L10n::texts().errors.fileOpenFailed(fileNameOf(path)));
         return std::nullopt;
     }
     const std::string text =
@@ -256,7 +256,7 @@ void PollerModel::exportDatapoints(const QString& path) {
     }
     const std::string text = DatapointCSV::exportText(exported, DatapointCSV::Dialect::current());
     if (auto written = TextFile::write(path, text); !written) {
-        setErrorMessage(L10n::Errors::saveFailed(written.error()));
+        setErrorMessage(L10n::texts().errors.saveFailed(written.error()));
     }
 }
 
@@ -283,7 +283,7 @@ void PollerModel::clearHistory() {
 void PollerModel::exportHistory(const QString& path) {
     const std::string text = HistoryCSV::text(polls_, history_, DatapointCSV::Dialect::current());
     if (auto written = TextFile::write(path, text); !written) {
-        setErrorMessage(L10n::Errors::saveFailed(written.error()));
+        setErrorMessage(L10n::texts().errors.saveFailed(written.error()));
     }
 }
 
@@ -314,7 +314,7 @@ void PollerModel::clearLog() {
 
 void PollerModel::saveLog(const QString& path) {
     if (auto saved = output_->save(path); !saved) {
-        setErrorMessage(L10n::Errors::saveFailed(saved.error()));
+        setErrorMessage(L10n::texts().errors.saveFailed(saved.error()));
     }
 }
 

@@ -44,7 +44,7 @@ void PollerModel::start() {
         return;
     }
     if (selectedPath_.empty()) {
-        setErrorMessage(L10n::Errors::selectPortFirst());
+        setErrorMessage(L10n::texts().errors.selectPortFirst());
         return;
     }
     if (!startEngine()) {
@@ -218,7 +218,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
 
 void PollerModel::write(const Datapoint& target, const Value& value) {
     if (state_ == PollerState::stopped || !engine_) {
-        setWriteError(L10n::Notice::startFirst());
+        setWriteError(L10n::texts().notice.startFirst());
         return;
     }
     const std::optional<Bytes> pdu = WriteRequest::pdu(target, value, writeMode_);
@@ -265,7 +265,8 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
         countFailure(failure);
         appendLog(LogLine::writeFailed(current, failure, timeoutMs_));
         const std::string name = current != nullptr ? DatapointLabel::name(*current) : "?";
-        setWriteError(L10n::Notice::writeFailed(name, L10n::Log::failure(failure, timeoutMs_)));
+        setWriteError(
+            L10n::texts().notice.writeFailed(name, L10n::Log::failure(failure, timeoutMs_)));
     }
     if (auto line = LogLine::writeFrames(wrote.request, wrote.response, logOptions_)) {
         appendLog(std::move(*line));

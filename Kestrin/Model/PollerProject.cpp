@@ -158,7 +158,7 @@ Result<PollerProject, JSONValue::Error> PollerProject::decode(std::string_view t
 
 PollerProject PollerProject::firstRun() {
     Poll example;
-    example.name = L10n::Example::pollName();
+    example.name = L10n::texts().example.pollName();
     example.intervalMs = ExampleList::intervalMs;
     example.datapoints = ExampleList::datapoints();
     example.plotted.insert(example.datapoints.front().id);
@@ -174,7 +174,7 @@ PollerProject PollerProject::newProject(const PollerProject& current) {
     project.writeMode = current.writeMode;
     project.maxGap = current.maxGap;
     Poll poll;
-    poll.name = L10n::Polls::newName(1);
+    poll.name = L10n::texts().polls.newName(1);
     project.polls.push_back(std::move(poll));
     return project;
 }

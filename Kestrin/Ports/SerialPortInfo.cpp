@@ -146,7 +146,7 @@ namespace {
 // The name from the tables or the product, absent when only the path can name the port.
 std::optional<std::string> displayName(const SerialPortInfo& port) {
     if (const auto known = port.knownName()) {
-        return known->isChip ? L10n::Board::usbSerial(known->name) : known->name;
+        return known->isChip ? L10n::texts().board.usbSerial(known->name) : known->name;
     }
     if (port.productName && !port.productName->empty()) {
         return *port.productName;

@@ -95,12 +95,12 @@ QWidget* BottomPane::makeBar() {
     row->setSpacing(8);
 
     auto* picker = new QWidget(bar);
-    picker->setAccessibleName(text(L10n::Pane::title()));
+    picker->setAccessibleName(text(L10n::texts().pane.title()));
     auto* segments = new QHBoxLayout(picker);
     segments->setContentsMargins(0, 0, 0, 0);
     segments->setSpacing(0);
-    logButton_ = segment(L10n::Pane::log(), "logPageButton", picker);
-    chartButton_ = segment(L10n::Pane::chart(), "chartPageButton", picker);
+    logButton_ = segment(L10n::texts().pane.log(), "logPageButton", picker);
+    chartButton_ = segment(L10n::texts().pane.chart(), "chartPageButton", picker);
     segments->addWidget(logButton_);
     segments->addWidget(chartButton_);
     // The style's own checked tool button is a shade darker, which a dark palette all but hides.
@@ -138,18 +138,18 @@ QWidget* BottomPane::makeBar() {
     options->setObjectName("logOptionsButton");
     options->setIcon(Icons::symbol(Symbol::sliders));
     options->setAutoRaise(true);
-    options->setAccessibleName(text(L10n::Footer::options()));
-    options->setToolTip(text(L10n::Footer::optionsHelp()));
+    options->setAccessibleName(text(L10n::texts().footer.options()));
+    options->setToolTip(text(L10n::texts().footer.optionsHelp()));
     connect(options, &QToolButton::clicked, this, &BottomPane::toggleLogOptions);
     optionsButton_ = options;
     logRow->addWidget(options);
 
-    auto* save =
-        barButton(L10n::Footer::save(), L10n::Footer::saveHelp(), "saveLogButton", logTools);
+    auto* save = barButton(L10n::texts().footer.save(), L10n::texts().footer.saveHelp(),
+                           "saveLogButton", logTools);
     connect(save, &QPushButton::clicked, this, &BottomPane::saveLog);
     logRow->addWidget(save);
-    auto* clear =
-        barButton(L10n::Footer::clear(), L10n::Footer::clearHelp(), "clearLogButton", logTools);
+    auto* clear = barButton(L10n::texts().footer.clear(), L10n::texts().footer.clearHelp(),
+                            "clearLogButton", logTools);
     connect(clear, &QPushButton::clicked, this, &BottomPane::clearLog);
     logRow->addWidget(clear);
     tools_->addWidget(logTools);
@@ -159,12 +159,14 @@ QWidget* BottomPane::makeBar() {
     chartRow->setContentsMargins(0, 0, 0, 0);
     chartRow->setSpacing(8);
     chartRow->addStretch(1);
-    auto* clearHistory = barButton(L10n::Pane::clearHistory(), L10n::Pane::clearHistoryHelp(),
-                                   "clearHistoryButton", chartTools);
+    auto* clearHistory =
+        barButton(L10n::texts().pane.clearHistory(), L10n::texts().pane.clearHistoryHelp(),
+                  "clearHistoryButton", chartTools);
     connect(clearHistory, &QPushButton::clicked, &model_, &PollerModel::clearHistory);
     chartRow->addWidget(clearHistory);
-    auto* export_ = barButton(L10n::Pane::exportHistory(), L10n::Pane::exportHistoryHelp(),
-                              "exportHistoryButton", chartTools);
+    auto* export_ =
+        barButton(L10n::texts().pane.exportHistory(), L10n::texts().pane.exportHistoryHelp(),
+                  "exportHistoryButton", chartTools);
     connect(export_, &QPushButton::clicked, this, &BottomPane::exportHistory);
     chartRow->addWidget(export_);
     tools_->addWidget(chartTools);
@@ -187,7 +189,7 @@ void BottomPane::setPage(Page page) {
 
 void BottomPane::refreshStatistics() {
     const PollerStatistics& counts = model_.statistics();
-    statistics_->setText(text(L10n::Footer::statistics(
+    statistics_->setText(text(L10n::texts().footer.statistics(
         counts.requests, counts.responses, counts.timeouts, counts.exceptions, counts.errors)));
 }
 
@@ -204,8 +206,9 @@ void BottomPane::toggleLogOptions() {
 
 void BottomPane::saveLog() {
     const QString path = FileDialogs::saveFile(
-        this, text(L10n::Menu::saveLog()), OutputBuffer::fileName(QDateTime::currentDateTime()),
-        {FileDialogs::filter(L10n::Menu::textFiles(), QStringLiteral("*.txt"))});
+        this, text(L10n::texts().menu.saveLog()),
+        OutputBuffer::fileName(QDateTime::currentDateTime()),
+        {FileDialogs::filter(L10n::texts().menu.textFiles(), QStringLiteral("*.txt"))});
     if (!path.isEmpty()) {
         model_.saveLog(path);
     }
@@ -217,8 +220,9 @@ void BottomPane::clearLog() {
 
 void BottomPane::exportHistory() {
     const QString path = FileDialogs::saveFile(
-        this, text(L10n::Pane::exportHistory()), HistoryCSV::fileName(QDateTime::currentDateTime()),
-        {FileDialogs::filter(L10n::Menu::csvFiles(), QStringLiteral("*.csv"))});
+        this, text(L10n::texts().pane.exportHistory()),
+        HistoryCSV::fileName(QDateTime::currentDateTime()),
+        {FileDialogs::filter(L10n::texts().menu.csvFiles(), QStringLiteral("*.csv"))});
     if (!path.isEmpty()) {
         model_.exportHistory(path);
     }

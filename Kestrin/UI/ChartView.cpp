@@ -70,14 +70,14 @@ QWidget* makeEmptyView(QWidget* parent) {
         Icons::tinted(Symbol::chart, secondary).pixmap(emptySymbolSide, emptySymbolSide));
     column->addWidget(symbol, 0, Qt::AlignHCenter);
 
-    auto* title = new QLabel(text(L10n::Chart::emptyTitle()), view);
+    auto* title = new QLabel(text(L10n::texts().chart.emptyTitle()), view);
     title->setObjectName("chartEmptyTitle");
     QFont headline = title->font();
     headline.setWeight(QFont::DemiBold);
     title->setFont(headline);
     column->addWidget(title, 0, Qt::AlignHCenter);
 
-    auto* message = new QLabel(text(L10n::Chart::emptyText()), view);
+    auto* message = new QLabel(text(L10n::texts().chart.emptyText()), view);
     message->setWordWrap(true);
     message->setAlignment(Qt::AlignCenter);
     message->setFixedWidth(emptyMessageWidth);
@@ -108,8 +108,8 @@ ChartView::ChartView(PollerModel& model, QWidget* parent)
     column->setSpacing(0);
 
     period_->setObjectName("chartPeriod");
-    period_->setAccessibleName(text(L10n::Chart::window()));
-    period_->setToolTip(text(L10n::Chart::windowHelp()));
+    period_->setAccessibleName(text(L10n::texts().chart.window()));
+    period_->setToolTip(text(L10n::texts().chart.windowHelp()));
     for (const int seconds : ChartSeries::periods) {
         period_->addItem(text(L10n::Chart::windowLabel(seconds)), seconds);
     }
@@ -122,14 +122,14 @@ ChartView::ChartView(PollerModel& model, QWidget* parent)
     chart_->legend()->setAlignment(Qt::AlignTop);
     chart_->setMargins(QMargins(4, 4, 4, 4));
     applyTheme();
-    timeAxis_->setTitleText(text(L10n::Chart::time()));
+    timeAxis_->setTitleText(text(L10n::texts().chart.time()));
     timeAxis_->setFormat("HH:mm:ss");
     timeAxis_->setTickCount(6);
     // The axis starts with an empty range; laid out once like that, it never draws again.
     const QDateTime now = QDateTime::currentDateTime();
     timeAxis_->setRange(now.addSecs(-std::max(periodSeconds_, minimumSpanSeconds)), now);
     chart_->addAxis(timeAxis_, Qt::AlignBottom);
-    valueAxis_->setTitleText(text(L10n::Table::value()));
+    valueAxis_->setTitleText(text(L10n::texts().table.value()));
     chart_->addAxis(valueAxis_, Qt::AlignLeft);
 
     pages_->addWidget(chartView_);

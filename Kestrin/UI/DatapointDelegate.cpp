@@ -319,14 +319,14 @@ bool DatapointDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     QString help;
     if (index.column() == Model::value && index.data(Model::WritableRole).toBool() &&
         pencilRect(option.rect).contains(event->pos())) {
-        help = QString::fromStdString(L10n::Write::help());
+        help = QString::fromStdString(L10n::texts().write.help());
     } else if (index.column() == Model::address && index.data(Model::OverlapRole).toBool()) {
         QStyleOptionViewItem item = option;
         initStyleOption(&item, index);
         const QStyle* style = view->style();
         const QRect mark = style->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, view);
         if (mark.adjusted(-2, -2, 2, 2).contains(event->pos())) {
-            help = QString::fromStdString(L10n::Table::overlapHelp());
+            help = QString::fromStdString(L10n::texts().table.overlapHelp());
         }
     }
     if (help.isEmpty()) {

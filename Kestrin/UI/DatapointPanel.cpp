@@ -81,13 +81,13 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     , table_(new DatapointTableView(this))
     , stack_(new QStackedWidget(this))
     , tableArea_(new QWidget(this))
-    , addAction_(action(L10n::Table::add(), this, "addDatapoint"))
-    , duplicateAction_(action(L10n::Table::duplicate(), this, "duplicateDatapoints"))
-    , deleteAction_(action(L10n::Table::deleteRows(), this, "deleteDatapoints"))
-    , importAction_(action(L10n::Menu::importCSV(), this, "importDatapoints"))
-    , exportAction_(action(L10n::Menu::exportCSV(), this, "exportDatapoints")) {
+    , addAction_(action(L10n::texts().table.add(), this, "addDatapoint"))
+    , duplicateAction_(action(L10n::texts().table.duplicate(), this, "duplicateDatapoints"))
+    , deleteAction_(action(L10n::texts().table.deleteRows(), this, "deleteDatapoints"))
+    , importAction_(action(L10n::texts().menu.importCSV(), this, "importDatapoints"))
+    , exportAction_(action(L10n::texts().menu.exportCSV(), this, "exportDatapoints")) {
     addAction_->setIcon(Icons::symbol(Symbol::plus));
-    addAction_->setToolTip(qt(L10n::Table::addHelp()));
+    addAction_->setToolTip(qt(L10n::texts().table.addHelp()));
     deleteAction_->setIcon(Icons::symbol(Symbol::trash));
     // Only while the table has the focus, so that Delete in a text field stays a text edit.
     deleteAction_->setShortcut(QKeySequence::Delete);
@@ -178,7 +178,7 @@ void DatapointPanel::buildToolRow() {
     csv->setObjectName("csvMenuButton");
     csv->setText(qt(L10n::Table::csv()));
     csv->setIcon(Icons::symbol(Symbol::tableCells));
-    csv->setToolTip(qt(L10n::Table::csvHelp()));
+    csv->setToolTip(qt(L10n::texts().table.csvHelp()));
     csv->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     csv->setAutoRaise(true);
     csv->setPopupMode(QToolButton::InstantPopup);
@@ -204,7 +204,7 @@ void DatapointPanel::buildEmptyView() {
     symbol->setAlignment(Qt::AlignCenter);
     layout->addWidget(symbol);
 
-    auto* title = new QLabel(qt(L10n::Table::emptyTitle()), emptyView_);
+    auto* title = new QLabel(qt(L10n::texts().table.emptyTitle()), emptyView_);
     QFont headline = title->font();
     headline.setBold(true);
     headline.setPointSizeF(headline.pointSizeF() * 1.15);
@@ -212,7 +212,7 @@ void DatapointPanel::buildEmptyView() {
     title->setAlignment(Qt::AlignCenter);
     layout->addWidget(title);
 
-    auto* text = new QLabel(qt(L10n::Table::emptyText()), emptyView_);
+    auto* text = new QLabel(qt(L10n::texts().table.emptyText()), emptyView_);
     text->setWordWrap(true);
     text->setFixedWidth(400);
     // A wrapped label under an alignment gets no height for its width unless told.
@@ -225,11 +225,12 @@ void DatapointPanel::buildEmptyView() {
 
     auto* buttons = new QHBoxLayout();
     buttons->addStretch();
-    auto* add = new QPushButton(Icons::symbol(Symbol::plus), qt(L10n::Table::add()), emptyView_);
+    auto* add =
+        new QPushButton(Icons::symbol(Symbol::plus), qt(L10n::texts().table.add()), emptyView_);
     add->setObjectName("emptyAddButton");
-    add->setToolTip(qt(L10n::Table::addHelp()));
+    add->setToolTip(qt(L10n::texts().table.addHelp()));
     connect(add, &QPushButton::clicked, this, &DatapointPanel::addDatapoint);
-    auto* import = new QPushButton(qt(L10n::Menu::importCSV()), emptyView_);
+    auto* import = new QPushButton(qt(L10n::texts().menu.importCSV()), emptyView_);
     import->setObjectName("emptyImportButton");
     connect(import, &QPushButton::clicked, this, &DatapointPanel::importCSV);
     buttons->addWidget(add);
@@ -324,9 +325,10 @@ void DatapointPanel::deleteSelected() {
 void DatapointPanel::importCSV() {
     // The import reads comma- and tab-separated lists, whatever their ending.
     const QString path = FileDialogs::openFile(
-        this, qt(L10n::Menu::importCSV()),
-        {FileDialogs::filter(L10n::Menu::datapointLists(), QStringLiteral("*.csv *.tsv *.txt")),
-         FileDialogs::filter(L10n::Menu::allFiles(), QStringLiteral("*"))});
+        this, qt(L10n::texts().menu.importCSV()),
+        {FileDialogs::filter(L10n::texts().menu.datapointLists(),
+                             QStringLiteral("*.csv *.tsv *.txt")),
+         FileDialogs::filter(L10n::texts().menu.allFiles(), QStringLiteral("*"))});
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -340,10 +342,11 @@ void DatapointPanel::importFile(const QString& path) {
     QMessageBox question(QMessageBox::Question, qt(offer->question.title), qt(offer->question.text),
                          QMessageBox::NoButton, this);
     question.setObjectName("importQuestion");
-    QPushButton* add = question.addButton(qt(L10n::Import::add()), QMessageBox::AcceptRole);
+    QPushButton* add = question.addButton(qt(L10n::texts().import.add()), QMessageBox::AcceptRole);
     QPushButton* replace =
-        question.addButton(qt(L10n::Import::replace()), QMessageBox::DestructiveRole);
-    QPushButton* cancel = question.addButton(qt(L10n::Import::cancel()), QMessageBox::RejectRole);
+        question.addButton(qt(L10n::texts().import.replace()), QMessageBox::DestructiveRole);
+    QPushButton* cancel =
+        question.addButton(qt(L10n::texts().import.cancel()), QMessageBox::RejectRole);
     question.setDefaultButton(add);
     question.setEscapeButton(cancel);
     question.exec();
@@ -357,8 +360,8 @@ void DatapointPanel::importFile(const QString& path) {
 
 void DatapointPanel::exportCSV() {
     const QString path = FileDialogs::saveFile(
-        this, qt(L10n::Menu::exportCSV()), model_.proposedDatapointFileName(),
-        {FileDialogs::filter(L10n::Menu::csvFiles(), QStringLiteral("*.csv"))});
+        this, qt(L10n::texts().menu.exportCSV()), model_.proposedDatapointFileName(),
+        {FileDialogs::filter(L10n::texts().menu.csvFiles(), QStringLiteral("*.csv"))});
     if (!path.isEmpty()) {
         model_.exportDatapoints(path);
     }

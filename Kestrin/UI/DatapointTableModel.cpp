@@ -89,7 +89,8 @@ std::optional<Enumeration> caseAt(const QVariant& input) {
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
                                                                 bool polling) {
     if (status == nullptr) {
-        return {Symbol::circleDashed, Tone::secondary, polling ? L10n::Table::waiting() : "—"};
+        return {Symbol::circleDashed, Tone::secondary,
+                polling ? L10n::texts().table.waiting() : "—"};
     }
     if (!status->failure) {
         const int ms = static_cast<int>(std::lround(status->duration * 1000));
@@ -118,7 +119,7 @@ std::string DatapointTableModel::rawRegistersHelp(const PointStatus* status) {
         registers += registers.empty() ? "" : " ";
         registers += hex.data();
     }
-    return L10n::Table::rawHelp(registers);
+    return L10n::texts().table.rawHelp(registers);
 }
 
 std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>& datapoints) {
@@ -150,11 +151,11 @@ std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>
 std::optional<std::string> DatapointTableModel::refusal(int column, const QString& text) {
     switch (column) {
     case unitID:
-        return unitIDOf(text) ? std::nullopt : std::optional(L10n::Table::unitIDInvalid());
+        return unitIDOf(text) ? std::nullopt : std::optional(L10n::texts().table.unitIDInvalid());
     case address:
-        return addressOf(text) ? std::nullopt : std::optional(L10n::Table::addressInvalid());
+        return addressOf(text) ? std::nullopt : std::optional(L10n::texts().table.addressInvalid());
     case scale:
-        return scaleOf(text) ? std::nullopt : std::optional(L10n::Table::scaleInvalid());
+        return scaleOf(text) ? std::nullopt : std::optional(L10n::texts().table.scaleInvalid());
     default:
         return std::nullopt;
     }
@@ -254,31 +255,31 @@ QVariant DatapointTableModel::headerData(int section, Qt::Orientation orientatio
     }
     switch (static_cast<Column>(section)) {
     case name:
-        return qt(L10n::Table::name());
+        return qt(L10n::texts().table.name());
     case unitID:
-        return qt(L10n::Table::unitID());
+        return qt(L10n::texts().table.unitID());
     case table:
-        return qt(L10n::Table::table());
+        return qt(L10n::texts().table.table());
     case address:
-        return qt(L10n::Table::address());
+        return qt(L10n::texts().table.address());
     case dataType:
-        return qt(L10n::Table::dataType());
+        return qt(L10n::texts().table.dataType());
     case wordOrder:
-        return qt(L10n::Table::wordOrder());
+        return qt(L10n::texts().table.wordOrder());
     case scale:
-        return qt(L10n::Table::scale());
+        return qt(L10n::texts().table.scale());
     case value:
-        return qt(L10n::Table::value());
+        return qt(L10n::texts().table.value());
     case unit:
-        return qt(L10n::Table::unit());
+        return qt(L10n::texts().table.unit());
     case status:
-        return qt(L10n::Table::status());
+        return qt(L10n::texts().table.status());
     case chart:
-        return qt(L10n::Pane::chart());
+        return qt(L10n::texts().pane.chart());
     case format:
-        return qt(L10n::Table::format());
+        return qt(L10n::texts().table.format());
     case description:
-        return qt(L10n::Table::description());
+        return qt(L10n::texts().table.description());
     case columnCount_:
         break;
     }
@@ -359,15 +360,15 @@ QVariant DatapointTableModel::edit(const Datapoint& point, int column) const {
 QVariant DatapointTableModel::toolTip(const Datapoint& point, int column) const {
     switch (column) {
     case unitID:
-        return qt(L10n::Table::unitIDHelp());
+        return qt(L10n::texts().table.unitIDHelp());
     case address:
-        return qt(L10n::Table::addressHelp(point.modiconAddress()));
+        return qt(L10n::texts().table.addressHelp(point.modiconAddress()));
     case wordOrder:
-        return qt(L10n::Table::wordOrderHelp());
+        return qt(L10n::texts().table.wordOrderHelp());
     case scale:
-        return qt(L10n::Table::scaleHelp());
+        return qt(L10n::texts().table.scaleHelp());
     case chart:
-        return qt(L10n::Table::plotHelp());
+        return qt(L10n::texts().table.plotHelp());
     case value: {
         // The whole value too: a 64-bit one is often wider than its column.
         const PointStatus* pointStatus = model_.status(point.id);
@@ -382,7 +383,7 @@ QVariant DatapointTableModel::toolTip(const Datapoint& point, int column) const 
         if (pointStatus == nullptr || !pointStatus->updated) {
             return {};
         }
-        return qt(L10n::Table::updatedHelp(timeOfDay(*pointStatus->updated).toStdString()));
+        return qt(L10n::texts().table.updatedHelp(timeOfDay(*pointStatus->updated).toStdString()));
     }
     default:
         return {};

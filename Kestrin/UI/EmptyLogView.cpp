@@ -56,7 +56,7 @@ EmptyLogView::EmptyLogView(PollerModel& model, QWidget* parent)
     layout->addWidget(message_, 0, Qt::AlignHCenter);
 
     start_->setObjectName("startReadingButton");
-    start_->setText(QString::fromStdString(L10n::Notice::startPolling()));
+    start_->setText(QString::fromStdString(L10n::texts().notice.startPolling()));
     start_->setIcon(Icons::tinted(Symbol::play, Qt::white));
     start_->setCursor(Qt::PointingHandCursor);
     // The program's accent colour marks its one prominent action.
@@ -78,10 +78,10 @@ EmptyLogView::EmptyLogView(PollerModel& model, QWidget* parent)
 
 void EmptyLogView::refresh() {
     const bool hasPorts = !model_.ports().empty();
-    title_->setText(QString::fromStdString(hasPorts ? L10n::Notice::emptyTitle()
-                                                    : L10n::Notice::emptyNoDevice()));
-    message_->setText(QString::fromStdString(hasPorts ? L10n::Notice::emptySteps()
-                                                      : L10n::Notice::emptyNoDeviceSteps()));
+    title_->setText(QString::fromStdString(hasPorts ? L10n::texts().notice.emptyTitle()
+                                                    : L10n::texts().notice.emptyNoDevice()));
+    message_->setText(QString::fromStdString(hasPorts ? L10n::texts().notice.emptySteps()
+                                                      : L10n::texts().notice.emptyNoDeviceSteps()));
     start_->setVisible(model_.canStart() && model_.state() == PollerState::stopped);
     chooseLayout();
 }

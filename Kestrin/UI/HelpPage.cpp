@@ -111,7 +111,7 @@ QString html(const HelpTopic& topic, const ScreenshotPath& screenshot, int colum
                        "<img src=\"%2\" width=\"16\" height=\"16\"></td><td><b>%3</b> %4</td>"
                        "</tr></table>")
                        .arg(tipBackground, QString::fromLatin1(tipSymbolSource),
-                            escaped(L10n::Help::tipLabel()), inlineHtml(tip->text));
+                            escaped(L10n::texts().help.tipLabel()), inlineHtml(tip->text));
         } else if (const auto* shot = std::get_if<HelpBlock::Screenshot>(&block.value)) {
             appendScreenshot(out, *shot, screenshot, columnWidth, colours);
         }

@@ -77,7 +77,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     , noResults_(new QLabel(this))
     , page_(new QTextBrowser(this)) {
     setObjectName("helpWindow");
-    setWindowTitle(text(L10n::Help::windowTitle()));
+    setWindowTitle(text(L10n::texts().help.windowTitle()));
     setMinimumSize(720, 460);
     resize(900, 640);
     if (!topics_.empty()) {
@@ -89,7 +89,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     auto* column = new QVBoxLayout(sidebar);
     column->setContentsMargins(8, 8, 0, 8);
     search_->setObjectName("helpSearch");
-    search_->setPlaceholderText(text(L10n::Help::searchPrompt()));
+    search_->setPlaceholderText(text(L10n::texts().help.searchPrompt()));
     search_->setClearButtonEnabled(true);
     search_->addAction(Icons::symbol(Symbol::magnifyingGlass), QLineEdit::LeadingPosition);
     column->addWidget(search_);
@@ -98,7 +98,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     list_->setIconSize(QSize(16, 16));
     column->addWidget(list_, 1);
     noResults_->setObjectName("helpNoResults");
-    noResults_->setText(text(L10n::Help::noResults()));
+    noResults_->setText(text(L10n::texts().help.noResults()));
     noResults_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     QPalette muted = noResults_->palette();
     muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));

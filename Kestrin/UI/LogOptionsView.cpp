@@ -47,18 +47,19 @@ LogOptionsView::LogOptionsView(PollerModel& model, QWidget* parent)
     setFixedWidth(popoverWidth);
     QVBoxLayout* layout = contentLayout();
 
-    auto* title = new QLabel(text(L10n::Footer::options()), this);
+    auto* title = new QLabel(text(L10n::texts().footer.options()), this);
     QFont headline = title->font();
     headline.setWeight(QFont::DemiBold);
     title->setFont(headline);
     layout->addWidget(title);
 
-    autoscroll_ = addToggle(layout, "autoscrollToggle", L10n::Footer::autoscroll(), this);
-    timestamps_ = addToggle(layout, "timestampsToggle", L10n::Footer::timestamps(), this);
-    rawFrames_ = addToggle(layout, "rawFramesToggle", L10n::Footer::rawFrames(), this);
-    addExplanation(layout, L10n::Footer::rawFramesHelp(), this);
-    onlyProblems_ = addToggle(layout, "onlyProblemsToggle", L10n::Footer::onlyProblems(), this);
-    addExplanation(layout, L10n::Footer::onlyProblemsHelp(), this);
+    autoscroll_ = addToggle(layout, "autoscrollToggle", L10n::texts().footer.autoscroll(), this);
+    timestamps_ = addToggle(layout, "timestampsToggle", L10n::texts().footer.timestamps(), this);
+    rawFrames_ = addToggle(layout, "rawFramesToggle", L10n::texts().footer.rawFrames(), this);
+    addExplanation(layout, L10n::texts().footer.rawFramesHelp(), this);
+    onlyProblems_ =
+        addToggle(layout, "onlyProblemsToggle", L10n::texts().footer.onlyProblems(), this);
+    addExplanation(layout, L10n::texts().footer.onlyProblemsHelp(), this);
 
     connect(autoscroll_, &QCheckBox::toggled, &model_, &PollerModel::setAutoscroll);
     connect(timestamps_, &QCheckBox::toggled, &model_, &PollerModel::setShowTimestamps);

@@ -30,7 +30,7 @@ LogView::LogView(OutputBuffer& buffer, QWidget* parent)
     setLineWrapMode(QPlainTextEdit::WidgetWidth);
     setFont(LogPalette::bufferFont());
     document()->setDocumentMargin(textInset);
-    setAccessibleName(QString::fromStdString(L10n::Footer::outputAccessibility()));
+    setAccessibleName(QString::fromStdString(L10n::texts().footer.outputAccessibility()));
 
     appendRuns(buffer_.runs());
     connect(&buffer_, &OutputBuffer::appended, this, &LogView::appendRuns);

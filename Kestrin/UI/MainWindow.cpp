@@ -99,24 +99,26 @@ MainWindow::MainWindow(PollerModel& model, QWidget* parent)
 }
 
 void MainWindow::buildMenus() {
-    QMenu* file = menuBar()->addMenu(qs(L10n::Menu::file()));
+    QMenu* file = menuBar()->addMenu(qs(L10n::texts().menu.file()));
     file->setObjectName(QStringLiteral("fileMenu"));
-    connect(command(file, L10n::Menu::newProject(), QKeySequence(Qt::CTRL | Qt::Key_N)),
+    connect(command(file, L10n::texts().menu.newProject(), QKeySequence(Qt::CTRL | Qt::Key_N)),
             &QAction::triggered, this, &MainWindow::newProject);
-    connect(command(file, L10n::Menu::openProject(), QKeySequence(Qt::CTRL | Qt::Key_O)),
+    connect(command(file, L10n::texts().menu.openProject(), QKeySequence(Qt::CTRL | Qt::Key_O)),
             &QAction::triggered, this, &MainWindow::openProject);
-    connect(
-        command(file, L10n::Menu::saveProject(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_S)),
-        &QAction::triggered, this, &MainWindow::saveProjectAs);
-    connect(command(file, L10n::Menu::saveLog(), QKeySequence(Qt::CTRL | Qt::Key_S)),
+    connect(command(file, L10n::texts().menu.saveProject(),
+                    QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_S)),
+            &QAction::triggered, this, &MainWindow::saveProjectAs);
+    connect(command(file, L10n::texts().menu.saveLog(), QKeySequence(Qt::CTRL | Qt::Key_S)),
             &QAction::triggered, bottom_, &BottomPane::saveLog);
     file->addSeparator();
-    connect(command(file, L10n::Menu::importCSV(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_I)),
+    connect(command(file, L10n::texts().menu.importCSV(),
+                    QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_I)),
             &QAction::triggered, table_, &DatapointPanel::importCSV);
-    connect(command(file, L10n::Menu::exportCSV(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_E)),
+    connect(command(file, L10n::texts().menu.exportCSV(),
+                    QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_E)),
             &QAction::triggered, table_, &DatapointPanel::exportCSV);
     file->addSeparator();
-    QAction* quit = command(file, L10n::Menu::quit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
+    QAction* quit = command(file, L10n::texts().menu.quit(), QKeySequence(Qt::CTRL | Qt::Key_Q));
     quit->setObjectName(QStringLiteral("quitAction"));
     // Closing every window ends the program the way closing the main window does, with the
     // autosave written on the way out.
@@ -124,31 +126,32 @@ void MainWindow::buildMenus() {
 
     QMenu* poller = menuBar()->addMenu(qs(L10n::Menu::poller()));
     poller->setObjectName(QStringLiteral("pollerMenu"));
-    startStop_ = command(poller, L10n::Header::start(), QKeySequence(Qt::CTRL | Qt::Key_R));
+    startStop_ = command(poller, L10n::texts().header.start(), QKeySequence(Qt::CTRL | Qt::Key_R));
     startStop_->setObjectName(QStringLiteral("startStopAction"));
     connect(startStop_, &QAction::triggered, &model_, &PollerModel::toggle);
     poller->addSeparator();
-    connect(command(poller, L10n::Polls::add(), QKeySequence(Qt::CTRL | Qt::Key_T)),
+    connect(command(poller, L10n::texts().polls.add(), QKeySequence(Qt::CTRL | Qt::Key_T)),
             &QAction::triggered, &model_, &PollerModel::addPoll);
-    connect(command(poller, L10n::Table::add(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_D)),
-            &QAction::triggered, table_, &DatapointPanel::addDatapoint);
+    connect(
+        command(poller, L10n::texts().table.add(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_D)),
+        &QAction::triggered, table_, &DatapointPanel::addDatapoint);
     poller->addSeparator();
-    connect(command(poller, L10n::Pane::exportHistory()), &QAction::triggered, bottom_,
+    connect(command(poller, L10n::texts().pane.exportHistory()), &QAction::triggered, bottom_,
             &BottomPane::exportHistory);
-    connect(command(poller, L10n::Menu::clearLog(), QKeySequence(Qt::CTRL | Qt::Key_K)),
+    connect(command(poller, L10n::texts().menu.clearLog(), QKeySequence(Qt::CTRL | Qt::Key_K)),
             &QAction::triggered, bottom_, &BottomPane::clearLog);
-    autoscroll_ = toggle(poller, L10n::Footer::autoscroll());
-    timestamps_ = toggle(poller, L10n::Footer::timestamps());
-    rawFrames_ = toggle(poller, L10n::Footer::rawFrames());
-    onlyProblems_ = toggle(poller, L10n::Footer::onlyProblems());
+    autoscroll_ = toggle(poller, L10n::texts().footer.autoscroll());
+    timestamps_ = toggle(poller, L10n::texts().footer.timestamps());
+    rawFrames_ = toggle(poller, L10n::texts().footer.rawFrames());
+    onlyProblems_ = toggle(poller, L10n::texts().footer.onlyProblems());
     connect(autoscroll_, &QAction::toggled, &model_, &PollerModel::setAutoscroll);
     connect(timestamps_, &QAction::toggled, &model_, &PollerModel::setShowTimestamps);
     connect(rawFrames_, &QAction::toggled, &model_, &PollerModel::setShowRawFrames);
     connect(onlyProblems_, &QAction::toggled, &model_, &PollerModel::setLogOnlyProblems);
 
-    QMenu* help = menuBar()->addMenu(qs(L10n::Menu::help()));
+    QMenu* help = menuBar()->addMenu(qs(L10n::texts().menu.help()));
     help->setObjectName(QStringLiteral("helpMenu"));
-    QAction* showHelp = command(help, L10n::Help::windowTitle(), QKeySequence(Qt::Key_F1));
+    QAction* showHelp = command(help, L10n::texts().help.windowTitle(), QKeySequence(Qt::Key_F1));
     showHelp->setIcon(Icons::symbol(Symbol::book));
     connect(showHelp, &QAction::triggered, this, &MainWindow::showHelp);
 }
@@ -156,7 +159,7 @@ void MainWindow::buildMenus() {
 void MainWindow::refreshState() {
     const bool stopped = model_.state() == PollerState::stopped;
     setWindowTitle(qs(L10n::appName()) + QStringLiteral(" — ") + StatusDot::text(model_.state()));
-    startStop_->setText(qs(stopped ? L10n::Header::start() : L10n::Header::stop()));
+    startStop_->setText(qs(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
     startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
     startStop_->setEnabled(!stopped || model_.canStart());
 }
@@ -184,8 +187,8 @@ void MainWindow::showError() {
         alert_->setText(qs(*message));
         return;
     }
-    alert_ = new QMessageBox(QMessageBox::Warning, qs(L10n::Errors::alertTitle()), qs(*message),
-                             QMessageBox::NoButton, this);
+    alert_ = new QMessageBox(QMessageBox::Warning, qs(L10n::texts().errors.alertTitle()),
+                             qs(*message), QMessageBox::NoButton, this);
     alert_->setObjectName(QStringLiteral("errorAlert"));
     alert_->setAttribute(Qt::WA_DeleteOnClose);
     QPushButton* ok = alert_->addButton(qs(L10n::Errors::ok()), QMessageBox::AcceptRole);
@@ -208,16 +211,17 @@ bool MainWindow::hasDatapoints() const {
 void MainWindow::newProject() {
     // The autosave would overwrite the only copy of the list a second later: ask first.
     if (hasDatapoints()) {
-        QMessageBox question(QMessageBox::Warning, qs(L10n::Menu::newProject()),
-                             qs(L10n::Menu::replaceProjectTitle()), QMessageBox::NoButton, this);
+        QMessageBox question(QMessageBox::Warning, qs(L10n::texts().menu.newProject()),
+                             qs(L10n::texts().menu.replaceProjectTitle()), QMessageBox::NoButton,
+                             this);
         question.setObjectName(QStringLiteral("replaceProjectQuestion"));
-        question.setInformativeText(qs(L10n::Menu::replaceProjectMessage()));
+        question.setInformativeText(qs(L10n::texts().menu.replaceProjectMessage()));
         QPushButton* save =
-            question.addButton(qs(L10n::Menu::saveProject()), QMessageBox::AcceptRole);
+            question.addButton(qs(L10n::texts().menu.saveProject()), QMessageBox::AcceptRole);
         QPushButton* replace =
-            question.addButton(qs(L10n::Import::replace()), QMessageBox::DestructiveRole);
+            question.addButton(qs(L10n::texts().import.replace()), QMessageBox::DestructiveRole);
         QPushButton* cancel =
-            question.addButton(qs(L10n::Import::cancel()), QMessageBox::RejectRole);
+            question.addButton(qs(L10n::texts().import.cancel()), QMessageBox::RejectRole);
         question.setDefaultButton(save);
         question.setEscapeButton(cancel);
         MessageBoxes::fitTitle(question);
@@ -232,20 +236,20 @@ void MainWindow::newProject() {
 }
 
 QStringList MainWindow::projectFilters() {
-    return {FileDialogs::filter(L10n::Menu::projectFiles(), QStringLiteral("*.json")),
-            FileDialogs::filter(L10n::Menu::allFiles(), QStringLiteral("*"))};
+    return {FileDialogs::filter(L10n::texts().menu.projectFiles(), QStringLiteral("*.json")),
+            FileDialogs::filter(L10n::texts().menu.allFiles(), QStringLiteral("*"))};
 }
 
 void MainWindow::openProject() {
     const QString path =
-        FileDialogs::openFile(this, qs(L10n::Menu::openProject()), projectFilters());
+        FileDialogs::openFile(this, qs(L10n::texts().menu.openProject()), projectFilters());
     if (!path.isEmpty()) {
         model_.openProject(path);
     }
 }
 
 bool MainWindow::saveProjectAs() {
-    const QString path = FileDialogs::saveFile(this, qs(L10n::Menu::saveProject()),
+    const QString path = FileDialogs::saveFile(this, qs(L10n::texts().menu.saveProject()),
                                                QStringLiteral("kestrin.json"), projectFilters());
     if (path.isEmpty()) {
         return false;

@@ -50,7 +50,7 @@ NoticeBanner::NoticeBanner(Symbol symbol, const QColor& tint, const QString& tex
         dismissButton_->setAutoRaise(true);
         dismissButton_->setIcon(Icons::symbol(Symbol::xmark));
         dismissButton_->setIconSize(QSize(10, 10));
-        const QString dismiss = QString::fromStdString(L10n::Notice::dismiss());
+        const QString dismiss = QString::fromStdString(L10n::texts().notice.dismiss());
         dismissButton_->setToolTip(dismiss);
         dismissButton_->setAccessibleName(dismiss);
         connect(dismissButton_, &QToolButton::clicked, this,

@@ -13,10 +13,11 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     : QWidget(parent)
     , model_(model)
     , serialLost_(new NoticeBanner(Symbol::xmarkOctagon, LogPalette::red(palette()),
-                                   QString::fromStdString(L10n::Notice::serialLost()), {}, this))
+                                   QString::fromStdString(L10n::texts().notice.serialLost()), {},
+                                   this))
     , noResponse_(new NoticeBanner(
           Symbol::warning, LogPalette::orange(palette()),
-          QString::fromStdString(L10n::Notice::noResponse()),
+          QString::fromStdString(L10n::texts().notice.noResponse()),
           [&model] { model.dismissNoResponseHint(); }, this)) {
     setObjectName("noticeOverlays");
     serialLost_->setObjectName("serialLostNotice");

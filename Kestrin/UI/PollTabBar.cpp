@@ -34,7 +34,7 @@ QString qs(const std::string& text) {
 constexpr std::array intervals{100, 250, 500, 1000, 2000, 5000, 10000, 30000, 60000};
 
 QString title(const Poll& poll) {
-    return poll.name.empty() ? qs(L10n::Polls::unnamed()) : qs(poll.name);
+    return poll.name.empty() ? qs(L10n::texts().polls.unnamed()) : qs(poll.name);
 }
 
 } // namespace
@@ -46,7 +46,7 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     , add_(new QToolButton(this))
     , name_(new QLineEdit(this))
     , interval_(new QComboBox(this))
-    , active_(new QCheckBox(qs(L10n::Polls::active()), this)) {
+    , active_(new QCheckBox(qs(L10n::texts().polls.active()), this)) {
     setObjectName(QStringLiteral("pollTabBar"));
     setAutoFillBackground(true);
 
@@ -74,8 +74,8 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     add_->setAutoRaise(true);
     add_->setFixedSize(20, 20);
     add_->setIconSize(QSize(14, 14));
-    add_->setAccessibleName(qs(L10n::Polls::add()));
-    add_->setToolTip(qs(L10n::Polls::addHelp()));
+    add_->setAccessibleName(qs(L10n::texts().polls.add()));
+    add_->setToolTip(qs(L10n::texts().polls.addHelp()));
 
     auto* divider = new QFrame(this);
     divider->setFrameShape(QFrame::VLine);
@@ -83,17 +83,17 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
 
     name_->setObjectName(QStringLiteral("pollNameField"));
     name_->setFixedWidth(140);
-    name_->setPlaceholderText(qs(L10n::Polls::namePlaceholder()));
-    name_->setAccessibleName(qs(L10n::Table::name()));
+    name_->setPlaceholderText(qs(L10n::texts().polls.namePlaceholder()));
+    name_->setAccessibleName(qs(L10n::texts().table.name()));
     interval_->setObjectName(QStringLiteral("pollIntervalPicker"));
     interval_->setFixedWidth(120);
-    interval_->setToolTip(qs(L10n::Polls::intervalHelp()));
-    interval_->setAccessibleName(qs(L10n::Polls::interval()));
+    interval_->setToolTip(qs(L10n::texts().polls.intervalHelp()));
+    interval_->setAccessibleName(qs(L10n::texts().polls.interval()));
     for (const int ms : intervals) {
         interval_->addItem(qs(L10n::Polls::intervalLabel(ms)), ms);
     }
     active_->setObjectName(QStringLiteral("pollActiveToggle"));
-    active_->setToolTip(qs(L10n::Polls::activeHelp()));
+    active_->setToolTip(qs(L10n::texts().polls.activeHelp()));
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(10, 4, 10, 4);
@@ -101,9 +101,9 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     row->addWidget(scroller, 1);
     row->addWidget(add_);
     row->addWidget(divider);
-    row->addWidget(new QLabel(qs(L10n::Table::name()), this));
+    row->addWidget(new QLabel(qs(L10n::texts().table.name()), this));
     row->addWidget(name_);
-    row->addWidget(new QLabel(qs(L10n::Polls::interval()), this));
+    row->addWidget(new QLabel(qs(L10n::texts().polls.interval()), this));
     row->addWidget(interval_);
     row->addWidget(active_);
 
@@ -149,7 +149,7 @@ void PollTabBar::rebuildTabs() {
         tabs_.clear();
         for (const Poll& poll : polls) {
             auto* tab = new PollTab(poll.id);
-            tab->setToolTip(qs(L10n::Polls::tabHelp()));
+            tab->setToolTip(qs(L10n::texts().polls.tabHelp()));
             const Uuid id = poll.id;
             connect(tab, &PollTab::clicked, this, [this, id] { model_.setSelectedPollID(id); });
             connect(tab, &PollTab::customContextMenuRequested, this, [this, tab](QPoint at) {
@@ -206,10 +206,10 @@ QMenu* PollTabBar::contextMenu(const Uuid& pollID) {
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("pollTabMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction* duplicate = menu->addAction(qs(L10n::Polls::duplicate()));
+    QAction* duplicate = menu->addAction(qs(L10n::texts().polls.duplicate()));
     duplicate->setObjectName(QStringLiteral("duplicatePollAction"));
     connect(duplicate, &QAction::triggered, this, [this, pollID] { model_.duplicatePoll(pollID); });
-    QAction* remove = menu->addAction(qs(L10n::Polls::remove()));
+    QAction* remove = menu->addAction(qs(L10n::texts().polls.remove()));
     remove->setObjectName(QStringLiteral("removePollAction"));
     remove->setEnabled(model_.polls().size() >= 2);
     connect(remove, &QAction::triggered, this, [this, pollID] { askToRemove(pollID); });
@@ -229,15 +229,17 @@ void PollTabBar::askToRemove(const Uuid& pollID) {
         return;
     }
     confirmDelete_ = pollID;
-    auto* box = new QMessageBox(QMessageBox::Warning, qs(L10n::Polls::removeTitle()),
-                                qs(L10n::Polls::removeQuestion(title(*poll).toStdString())),
+    auto* box = new QMessageBox(QMessageBox::Warning, qs(L10n::texts().polls.removeTitle()),
+                                qs(L10n::texts().polls.removeQuestion(title(*poll).toStdString())),
                                 QMessageBox::NoButton, this);
     box->setObjectName(QStringLiteral("removePollConfirmation"));
-    box->setInformativeText(qs(L10n::Polls::removeMessage()));
+    box->setInformativeText(qs(L10n::texts().polls.removeMessage()));
     box->setAttribute(Qt::WA_DeleteOnClose);
-    QPushButton* remove = box->addButton(qs(L10n::Polls::remove()), QMessageBox::DestructiveRole);
+    QPushButton* remove =
+        box->addButton(qs(L10n::texts().polls.remove()), QMessageBox::DestructiveRole);
     remove->setObjectName(QStringLiteral("confirmRemovePollButton"));
-    QPushButton* cancel = box->addButton(qs(L10n::Import::cancel()), QMessageBox::RejectRole);
+    QPushButton* cancel =
+        box->addButton(qs(L10n::texts().import.cancel()), QMessageBox::RejectRole);
     cancel->setObjectName(QStringLiteral("cancelRemovePollButton"));
     box->setDefaultButton(cancel);
     MessageBoxes::fitTitle(*box);

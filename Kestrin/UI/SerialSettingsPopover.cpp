@@ -69,7 +69,7 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     , dataBits_(picker("dataBitsPicker", this))
     , parity_(picker("parityPicker", this))
     , stopBits_(picker("stopBitsPicker", this))
-    , modbusDefault_(new QPushButton(qs(L10n::Settings::modbusDefault()), this))
+    , modbusDefault_(new QPushButton(qs(L10n::texts().settings.modbusDefault()), this))
     , timeout_(picker("timeoutPicker", this))
     , gap_(picker("gapPicker", this))
     , writeMode_(picker("writeModePicker", this)) {
@@ -81,9 +81,9 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     for (const int bits : {8, 7}) {
         dataBits_->addItem(QString::number(bits), bits);
     }
-    parity_->addItem(qs(L10n::Settings::parityNone()), int(Parity::none));
-    parity_->addItem(qs(L10n::Settings::parityEven()), int(Parity::even));
-    parity_->addItem(qs(L10n::Settings::parityOdd()), int(Parity::odd));
+    parity_->addItem(qs(L10n::texts().settings.parityNone()), int(Parity::none));
+    parity_->addItem(qs(L10n::texts().settings.parityEven()), int(Parity::even));
+    parity_->addItem(qs(L10n::texts().settings.parityOdd()), int(Parity::odd));
     for (const int bits : {1, 2}) {
         stopBits_->addItem(QString::number(bits), bits);
     }
@@ -93,8 +93,8 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     for (const int gap : gaps) {
         gap_->addItem(qs(L10n::Settings::gapLabel(gap)), gap);
     }
-    writeMode_->addItem(qs(L10n::Settings::writeSingle()), int(WriteMode::single));
-    writeMode_->addItem(qs(L10n::Settings::writeMultiple()), int(WriteMode::multiple));
+    writeMode_->addItem(qs(L10n::texts().settings.writeSingle()), int(WriteMode::single));
+    writeMode_->addItem(qs(L10n::texts().settings.writeMultiple()), int(WriteMode::multiple));
 
     const QPalette palette = this->palette();
     const auto footer = [&](const std::string& text) {
@@ -110,23 +110,23 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     };
 
     auto* frame = form();
-    frame->addRow(qs(L10n::Settings::dataBits()), dataBits_);
-    frame->addRow(qs(L10n::Settings::parity()), parity_);
-    frame->addRow(qs(L10n::Settings::stopBits()), stopBits_);
+    frame->addRow(qs(L10n::texts().settings.dataBits()), dataBits_);
+    frame->addRow(qs(L10n::texts().settings.parity()), parity_);
+    frame->addRow(qs(L10n::texts().settings.stopBits()), stopBits_);
     frame->addRow(QString(), modbusDefault_);
     auto* requests = form();
-    requests->addRow(qs(L10n::Settings::responseTimeout()), timeout_);
-    requests->addRow(qs(L10n::Settings::combine()), gap_);
-    requests->addRow(qs(L10n::Settings::writeMode()), writeMode_);
-    timeout_->setToolTip(qs(L10n::Settings::timeoutHelp()));
-    gap_->setToolTip(qs(L10n::Settings::combineHelp()));
-    writeMode_->setToolTip(qs(L10n::Settings::writeModeHelp()));
+    requests->addRow(qs(L10n::texts().settings.responseTimeout()), timeout_);
+    requests->addRow(qs(L10n::texts().settings.combine()), gap_);
+    requests->addRow(qs(L10n::texts().settings.writeMode()), writeMode_);
+    timeout_->setToolTip(qs(L10n::texts().settings.timeoutHelp()));
+    gap_->setToolTip(qs(L10n::texts().settings.combineHelp()));
+    writeMode_->setToolTip(qs(L10n::texts().settings.writeModeHelp()));
 
-    contentLayout()->addWidget(sectionTitle(L10n::Settings::frame(), this));
+    contentLayout()->addWidget(sectionTitle(L10n::texts().settings.frame(), this));
     contentLayout()->addLayout(frame);
-    contentLayout()->addWidget(footer(L10n::Settings::standardNote()));
+    contentLayout()->addWidget(footer(L10n::texts().settings.standardNote()));
     contentLayout()->addSpacing(6);
-    contentLayout()->addWidget(sectionTitle(L10n::Settings::requests(), this));
+    contentLayout()->addWidget(sectionTitle(L10n::texts().settings.requests(), this));
     contentLayout()->addLayout(requests);
 
     const auto changeSerial = [this](auto change) {
@@ -179,15 +179,15 @@ void SerialSettingsPopover::refresh() {
     select(writeMode_, int(model_.writeMode()), QString());
 
     const bool locked = model_.state() != PollerState::stopped;
-    const QString lockedTip = qs(L10n::Header::lockedWhileRunning());
+    const QString lockedTip = qs(L10n::texts().header.lockedWhileRunning());
     for (QWidget* control : std::initializer_list<QWidget*>{
              dataBits_, parity_, stopBits_, modbusDefault_, timeout_, gap_, writeMode_}) {
         control->setEnabled(!locked);
     }
     setToolTip(locked ? lockedTip : QString());
-    timeout_->setToolTip(locked ? lockedTip : qs(L10n::Settings::timeoutHelp()));
-    gap_->setToolTip(locked ? lockedTip : qs(L10n::Settings::combineHelp()));
-    writeMode_->setToolTip(locked ? lockedTip : qs(L10n::Settings::writeModeHelp()));
+    timeout_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.timeoutHelp()));
+    gap_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.combineHelp()));
+    writeMode_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.writeModeHelp()));
     for (QWidget* control :
          std::initializer_list<QWidget*>{dataBits_, parity_, stopBits_, modbusDefault_}) {
         control->setToolTip(locked ? lockedTip : QString());

@@ -17,11 +17,11 @@ StatusDot::StatusDot(QWidget* parent)
 QString StatusDot::text(PollerState state) {
     switch (state) {
     case PollerState::running:
-        return QString::fromStdString(L10n::State::running());
+        return QString::fromStdString(L10n::texts().state.running());
     case PollerState::stopped:
-        return QString::fromStdString(L10n::State::stopped());
+        return QString::fromStdString(L10n::texts().state.stopped());
     case PollerState::serialLost:
-        return QString::fromStdString(L10n::State::serialLost());
+        return QString::fromStdString(L10n::texts().state.serialLost());
     }
     return {};
 }

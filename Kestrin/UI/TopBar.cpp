@@ -37,15 +37,15 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     , startStop_(new QPushButton(this)) {
     setObjectName(QStringLiteral("topBar"));
     port_->setObjectName(QStringLiteral("portPicker"));
-    port_->setAccessibleName(qs(L10n::Header::port()));
+    port_->setAccessibleName(qs(L10n::texts().header.port()));
     port_->setMinimumWidth(150);
     port_->setMaximumWidth(380);
     port_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     baud_->setObjectName(QStringLiteral("baudPicker"));
-    baud_->setAccessibleName(qs(L10n::Header::baudRate()));
+    baud_->setAccessibleName(qs(L10n::texts().header.baudRate()));
     baud_->setFixedWidth(124);
     for (const int rate : SerialConfiguration::standardBaudRates) {
-        baud_->addItem(qs(L10n::Header::baudLabel(rate)), rate);
+        baud_->addItem(qs(L10n::texts().header.baudLabel(rate)), rate);
     }
     frame_->setObjectName(QStringLiteral("frameSettingsButton"));
     frame_->setIcon(Icons::symbol(Symbol::sliders));
@@ -126,12 +126,12 @@ void TopBar::refreshPorts() {
     const bool present = std::any_of(ports.begin(), ports.end(),
                                      [&](const SerialPortInfo& p) { return p.path == selected; });
     if (!selected.empty() && !present) {
-        port_->addItem(qs(L10n::Header::portNotConnected(selected)), qs(selected));
+        port_->addItem(qs(L10n::texts().header.portNotConnected(selected)), qs(selected));
     }
     if (port_->count() == 0) {
-        port_->addItem(qs(L10n::Header::noPortsFound()));
+        port_->addItem(qs(L10n::texts().header.noPortsFound()));
     } else if (selected.empty()) {
-        port_->insertItem(0, qs(L10n::Header::choosePort()));
+        port_->insertItem(0, qs(L10n::texts().header.choosePort()));
     }
     const int index = selected.empty() ? 0 : port_->findData(qs(selected));
     port_->setCurrentIndex(std::max(index, 0));
@@ -142,7 +142,7 @@ void TopBar::refreshBaud() {
     const int rate = model_.serial().baudRate;
     int index = baud_->findData(rate);
     if (index < 0) {
-        baud_->addItem(qs(L10n::Header::baudLabel(rate)), rate);
+        baud_->addItem(qs(L10n::texts().header.baudLabel(rate)), rate);
         index = baud_->count() - 1;
     }
     baud_->setCurrentIndex(index);
@@ -155,8 +155,8 @@ QString TopBar::startReason() const {
         return {};
     }
     return qs(*obstacle == PollerModel::StartObstacle::noPort
-                  ? L10n::Header::startNeedsPort()
-                  : L10n::Header::startNeedsDatapoints());
+                  ? L10n::texts().header.startNeedsPort()
+                  : L10n::texts().header.startNeedsDatapoints());
 }
 
 void TopBar::refreshState() {
@@ -164,9 +164,10 @@ void TopBar::refreshState() {
     const bool stopped = state == PollerState::stopped;
     dot_->setState(state);
 
-    startStop_->setText(qs(stopped ? L10n::Header::start() : L10n::Header::stop()));
+    startStop_->setText(qs(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
     startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
-    startStop_->setToolTip(qs(stopped ? L10n::Header::startHelp() : L10n::Header::stopHelp()));
+    startStop_->setToolTip(
+        qs(stopped ? L10n::texts().header.startHelp() : L10n::texts().header.stopHelp()));
     startStop_->setEnabled(!stopped || model_.canStart());
     // Prominent: the accent colour while stopped, orange while reading. The disabled group keeps
     // the style's own colours, so a Start that is off looks off.
@@ -183,12 +184,12 @@ void TopBar::refreshState() {
     startReason_->setVisible(!reason.isEmpty());
     startStop_->setAccessibleDescription(reason);
 
-    const QString lockedTip = qs(L10n::Header::lockedWhileRunning());
+    const QString lockedTip = qs(L10n::texts().header.lockedWhileRunning());
     port_->setEnabled(stopped);
     baud_->setEnabled(stopped);
     port_->setToolTip(stopped ? QString() : lockedTip);
     baud_->setToolTip(stopped ? QString() : lockedTip);
-    frame_->setToolTip(stopped ? qs(L10n::Header::frameSettingsHelp()) : lockedTip);
+    frame_->setToolTip(stopped ? qs(L10n::texts().header.frameSettingsHelp()) : lockedTip);
 }
 
 } // namespace kestrin

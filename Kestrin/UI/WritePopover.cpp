@@ -53,7 +53,7 @@ WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<Va
     setObjectName("writePopover");
     setAttribute(Qt::WA_DeleteOnClose);
 
-    auto* title = new QLabel(qt(L10n::Write::title(point_.name)), this);
+    auto* title = new QLabel(qt(L10n::texts().write.title(point_.name)), this);
     title->setObjectName("writeTitle");
     title->setTextFormat(Qt::PlainText);
     QFont headline = title->font();
@@ -64,10 +64,10 @@ WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<Va
     auto* row = new QHBoxLayout();
     row->setSpacing(8);
     if (point_.dataType == DataType::boolean) {
-        auto* off = new QPushButton(qt(L10n::Write::off()), this);
+        auto* off = new QPushButton(qt(L10n::texts().write.off()), this);
         off->setObjectName("writeOff");
         off->setFlat(true);
-        auto* on = new QPushButton(qt(L10n::Write::on()), this);
+        auto* on = new QPushButton(qt(L10n::texts().write.on()), this);
         on->setObjectName("writeOn");
         on->setStyleSheet(QStringLiteral("QPushButton { background-color: %1; color: white; "
                                          "border-radius: 5px; padding: 4px 12px; }")
@@ -81,7 +81,7 @@ WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<Va
     } else {
         field_ = new QLineEdit(this);
         field_->setObjectName("writeValue");
-        field_->setPlaceholderText(qt(L10n::Write::placeholder()));
+        field_->setPlaceholderText(qt(L10n::texts().write.placeholder()));
         field_->setFixedWidth(fieldWidth);
         field_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
         field_->setClearButtonEnabled(false);
@@ -89,7 +89,7 @@ WritePopover::WritePopover(PollerModel& model, Datapoint point, std::optional<Va
             field_->setText(qt(point_.formatted(*current, NumberStyle::current())));
             field_->selectAll();
         }
-        auto* button = new QPushButton(qt(L10n::Write::button()), this);
+        auto* button = new QPushButton(qt(L10n::texts().write.button()), this);
         button->setObjectName("writeButton");
         button->setDefault(true);
         connect(field_, &QLineEdit::returnPressed, this, &WritePopover::commit);
@@ -138,7 +138,7 @@ void WritePopover::setInvalid(bool invalid) {
         message_->setText(qt(L10n::Table::valueInvalid(point_.dataType)));
         setTextColour(message_, LogPalette::red(palette()));
     } else {
-        message_->setText(qt(L10n::Table::valueHelp()));
+        message_->setText(qt(L10n::texts().table.valueHelp()));
         setTextColour(message_, LogPalette::secondaryLabel(palette()));
     }
 }

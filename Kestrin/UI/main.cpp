@@ -47,16 +47,16 @@ bool wantsScreenshot(int argc, char** argv) {
 void startDemo(PollerModel& model, std::unique_ptr<DemoDevice>& demo) {
     const QString simulator = DemoDevice::findSimulator(QCoreApplication::applicationDirPath());
     if (simulator.isEmpty()) {
-        model.setErrorMessage(L10n::Errors::demoFailed("kestrin-sim"));
+        model.setErrorMessage(L10n::texts().errors.demoFailed("kestrin-sim"));
         return;
     }
     auto started = DemoDevice::start(simulator, model.serial());
     if (!started) {
-        model.setErrorMessage(L10n::Errors::demoFailed(started.error()));
+        model.setErrorMessage(L10n::texts().errors.demoFailed(started.error()));
         return;
     }
     demo = std::move(started).value();
-    model.addTestDevice(demo->path(), L10n::Header::demoDevice());
+    model.addTestDevice(demo->path(), L10n::texts().header.demoDevice());
 }
 
 // A picture shows the first-run project with default preferences, and leaves the user's own

@@ -124,7 +124,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
     if (arguments.baud) {
         const std::optional<int> baud = integerIn(*arguments.baud, 1, largestInt);
         if (!baud) {
-            return UsageError{L10n::Errors::csvInvalidNumber(*arguments.baud),
+            return UsageError{L10n::texts().errors.csvInvalidNumber(*arguments.baud),
                               typed("--baud", *arguments.baud)};
         }
         result.serial.baudRate = *baud;
@@ -139,7 +139,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
     if (arguments.timeout) {
         const std::optional<int> timeoutMs = integerIn(*arguments.timeout, 1, largestInt);
         if (!timeoutMs) {
-            return UsageError{L10n::Errors::csvInvalidNumber(*arguments.timeout),
+            return UsageError{L10n::texts().errors.csvInvalidNumber(*arguments.timeout),
                               typed("--timeout-ms", *arguments.timeout)};
         }
         result.timeoutMs = *timeoutMs;
@@ -150,28 +150,28 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         const std::optional<int> unit =
             integerIn(*arguments.unit, RTUFrame::unitRange.first, RTUFrame::unitRange.last);
         if (!unit) {
-            return UsageError{L10n::Errors::csvInvalidUnit(*arguments.unit),
+            return UsageError{L10n::texts().errors.csvInvalidUnit(*arguments.unit),
                               typed("--unit", *arguments.unit)};
         }
         datapoint.unitID = static_cast<std::uint8_t>(*unit);
     }
     const std::optional<RegisterTable> table = RegisterTable::fromText(*arguments.table);
     if (!table) {
-        return UsageError{L10n::Errors::csvInvalidTable(*arguments.table),
+        return UsageError{L10n::texts().errors.csvInvalidTable(*arguments.table),
                           typed("--table", *arguments.table)};
     }
     datapoint.setTable(*table);
     const std::optional<int> address =
         integerIn(*arguments.address, 0, std::numeric_limits<std::uint16_t>::max());
     if (!address) {
-        return UsageError{L10n::Errors::csvInvalidAddress(*arguments.address),
+        return UsageError{L10n::texts().errors.csvInvalidAddress(*arguments.address),
                           typed("--address", *arguments.address)};
     }
     datapoint.address = static_cast<std::uint16_t>(*address);
     if (arguments.type) {
         const std::optional<DataType> type = DataType::fromText(*arguments.type);
         if (!type || !type->isAllowed(*table)) {
-            return UsageError{L10n::Errors::csvInvalidDataType(*arguments.type),
+            return UsageError{L10n::texts().errors.csvInvalidDataType(*arguments.type),
                               typed("--type", *arguments.type)};
         }
         datapoint.dataType = *type;
@@ -186,7 +186,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
     if (arguments.scale) {
         const std::optional<double> scale = toDouble(Datapoint::parseNumber(*arguments.scale));
         if (!scale || !std::isfinite(*scale)) {
-            return UsageError{L10n::Errors::csvInvalidNumber(*arguments.scale),
+            return UsageError{L10n::texts().errors.csvInvalidNumber(*arguments.scale),
                               typed("--scale", *arguments.scale)};
         }
         datapoint.scale = *scale;

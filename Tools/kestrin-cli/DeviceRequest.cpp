@@ -15,7 +15,7 @@ ExitCode settled(ExitCode failed, SerialLink& link, bool timedOut, double timeou
                  std::ostream& err) {
     const auto late = timedOut ? link.lateAnswer(timeout) : link.restOfAnswer();
     if (late && !late.value().empty()) {
-        err << L10n::Log::lateAnswer() << '\n';
+        err << L10n::texts().log.lateAnswer() << '\n';
     }
     return failed;
 }

@@ -31,11 +31,11 @@ namespace {
 Result<PollerProject, std::string> csvProject(const QString& path, std::ostream& err) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+        return L10n::texts().errors.fileOpenFailed(QFileInfo(path).fileName().toStdString());
     }
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        return L10n::Errors::fileOpenFailed(QFileInfo(path).fileName().toStdString());
+        return L10n::texts().errors.fileOpenFailed(QFileInfo(path).fileName().toStdString());
     }
     const std::string text = DatapointImport::decodedText(
         std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
@@ -155,7 +155,7 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
 
     model.start();
     if (!model.isEngineHeld()) {
-        err << model.errorMessage().value_or(L10n::Errors::notOpen()) << '\n';
+        err << model.errorMessage().value_or(L10n::texts().errors.notOpen()) << '\n';
         return ExitCode::portFailed;
     }
     QTimer deadline;
@@ -168,8 +168,9 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
 
     model.stop();
     const PollerStatistics& statistics = model.statistics();
-    out << L10n::Footer::statistics(statistics.requests, statistics.responses, statistics.timeouts,
-                                    statistics.exceptions, statistics.errors)
+    out << L10n::texts().footer.statistics(statistics.requests, statistics.responses,
+                                           statistics.timeouts, statistics.exceptions,
+                                           statistics.errors)
         << '\n'
         << std::flush;
 

@@ -86,7 +86,7 @@ Result<std::optional<int>, UsageError> wholeNumber(std::string_view name,
     }
     const std::optional<int> number = CliOptions::wholeNumber(*text, minimum, maximum);
     if (!number) {
-        return UsageError{L10n::Errors::csvInvalidNumber(*text), typed(name, *text)};
+        return UsageError{L10n::texts().errors.csvInvalidNumber(*text), typed(name, *text)};
     }
     return number;
 }
@@ -119,7 +119,7 @@ Result<PollOptions, UsageError> check(const Arguments& arguments) {
     if (arguments.seconds) {
         const std::optional<double> seconds = toDouble(Datapoint::parseNumber(*arguments.seconds));
         if (!seconds || !(*seconds > 0 && *seconds <= longestSeconds)) {
-            return UsageError{L10n::Errors::csvInvalidNumber(*arguments.seconds),
+            return UsageError{L10n::texts().errors.csvInvalidNumber(*arguments.seconds),
                               typed("--seconds", *arguments.seconds)};
         }
         result.seconds = seconds;

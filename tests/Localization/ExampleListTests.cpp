@@ -75,7 +75,7 @@ TEST(ExampleList, FollowsTheLanguageOfTheTexts) {
     L10n::withLanguageForTesting(Language::es, [] {
         const std::vector<Datapoint> list = ExampleList::datapoints();
         ASSERT_FALSE(list.empty());
-        EXPECT_EQ(list.front().name, L10n::Example::temperature());
+        EXPECT_EQ(list.front().name, L10n::texts().example.temperature());
         EXPECT_EQ(list.front().name, ExampleList::datapoints(Language::es).front().name);
     });
 }

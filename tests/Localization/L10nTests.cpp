@@ -125,7 +125,7 @@ TEST(L10n, DifferentThingsReadDifferentlyInEveryLanguage) {
 TEST(L10n, ColumnsForTheUnitIDAndTheEngineeringUnitDifferOutsideEnglish) {
     forEachLanguage([](Language language) {
         if (language != Language::en) {
-            EXPECT_NE(L10n::Table::unit(), L10n::Table::unitID());
+            EXPECT_NE(L10n::texts().table.unit(), L10n::texts().table.unitID());
         }
     });
 }
@@ -142,13 +142,13 @@ std::string aroundNumber(const std::string& text, int number) {
 
 TEST(L10n, ImportTitleFollowsEachLanguagesPluralRule) {
     forEachLanguage([](Language language) {
-        const std::string one = aroundNumber(L10n::Import::title(1), 1);
-        const std::string two = aroundNumber(L10n::Import::title(2), 2);
-        const std::string none = aroundNumber(L10n::Import::title(0), 0);
+        const std::string one = aroundNumber(L10n::texts().import.title(1), 1);
+        const std::string two = aroundNumber(L10n::texts().import.title(2), 2);
+        const std::string none = aroundNumber(L10n::texts().import.title(0), 0);
         EXPECT_NE(one, two);
         // French counts zero as singular.
         EXPECT_EQ(none, language == Language::fr ? one : two);
-        EXPECT_EQ(aroundNumber(L10n::Import::title(15), 15), two);
+        EXPECT_EQ(aroundNumber(L10n::texts().import.title(15), 15), two);
     });
 }
 
@@ -264,8 +264,8 @@ TEST(L10n, OnlyRefusedAccessNamesTheDialoutGroupInEveryLanguage) {
     using E = SerialLinkError;
     forEachLanguage([](Language) {
         const std::string refused = L10n::Errors::describe({E::OpenFailed{"/dev/ttyUSB0", EACCES}});
-        EXPECT_EQ(refused, L10n::Errors::openFailed("/dev/ttyUSB0", "Permission denied") + " " +
-                               L10n::Errors::openPermissionDenied());
+        EXPECT_EQ(refused, L10n::texts().errors.openFailed("/dev/ttyUSB0", "Permission denied") +
+                               " " + L10n::texts().errors.openPermissionDenied());
         EXPECT_NE(refused.find("dialout"), std::string::npos);
         EXPECT_NE(refused.find("sudo usermod -aG dialout $USER"), std::string::npos);
         for (const SerialLinkError& other : {SerialLinkError{E::OpenFailed{"/dev/ttyUSB0", ENOENT}},

@@ -41,9 +41,11 @@ TEST(DatapointImport, AsksWithTheCountAndAtMostFiveSkippedLines) {
 }
 
 TEST(DatapointImport, NothingFoundNamesTheFirstProblem) {
-    EXPECT_EQ(DatapointImport::question(found(0, 2)).error(),
-              L10n::Errors::importNothing(L10n::Errors::describe(found(0, 2).issues.front())));
-    EXPECT_EQ(DatapointImport::question(found(0, 0)).error(), L10n::Errors::importNothing(""));
+    EXPECT_EQ(
+        DatapointImport::question(found(0, 2)).error(),
+        L10n::texts().errors.importNothing(L10n::Errors::describe(found(0, 2).issues.front())));
+    EXPECT_EQ(DatapointImport::question(found(0, 0)).error(),
+              L10n::texts().errors.importNothing(""));
 }
 
 } // namespace

@@ -36,7 +36,7 @@ Datapoint moved(Datapoint datapoint, const Uuid& id, int address) {
 TEST(PollOperations, AddPollAppendsANumberedPollAndSelectsIt) {
     const Selection added = addPoll({poll("Meter"), poll("Pump")});
     ASSERT_EQ(added.polls.size(), 3u);
-    Poll expected = poll(L10n::Polls::newName(3));
+    Poll expected = poll(L10n::texts().polls.newName(3));
     expected.id = added.polls[2].id;
     EXPECT_EQ(added.polls[2], expected);
     EXPECT_EQ(added.selectedPollID, expected.id);
@@ -57,7 +57,7 @@ TEST(PollOperations, DuplicatePollCopiesWithNewIdsAndKeepsTheChartOnTheCopies) {
     EXPECT_EQ(duplicated->selectedPollID, copy.id);
     Poll expected = meter;
     expected.id = copy.id;
-    expected.name = L10n::Polls::copyName("Meter");
+    expected.name = L10n::texts().polls.copyName("Meter");
     for (std::size_t index = 0; index < 2; ++index) {
         EXPECT_NE(copy.datapoints.at(index).id, meter.datapoints[index].id);
         expected.datapoints[index].id = copy.datapoints[index].id;

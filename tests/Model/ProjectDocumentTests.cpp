@@ -159,7 +159,7 @@ TEST(FirstRunProject, HoldsTheExampleDeviceInTheCurrentLanguage) {
     PollerProject project = PollerProject::firstRun();
     ASSERT_EQ(project.polls.size(), 1u);
     const Poll poll = project.polls.front();
-    EXPECT_EQ(poll.name, L10n::Example::pollName());
+    EXPECT_EQ(poll.name, L10n::texts().example.pollName());
     EXPECT_TRUE(poll.enabled);
     EXPECT_EQ(poll.intervalMs, 1000);
     ASSERT_EQ(poll.datapoints.size(), 7u);
@@ -169,8 +169,8 @@ TEST(FirstRunProject, HoldsTheExampleDeviceInTheCurrentLanguage) {
 
     L10n::withLanguageForTesting(Language::nl, [] {
         const Poll translated = PollerProject::firstRun().polls.front();
-        EXPECT_EQ(translated.name, L10n::Example::pollName());
-        EXPECT_EQ(translated.datapoints.front().name, L10n::Example::temperature());
+        EXPECT_EQ(translated.name, L10n::texts().example.pollName());
+        EXPECT_EQ(translated.datapoints.front().name, L10n::texts().example.temperature());
     });
 }
 
@@ -180,7 +180,7 @@ TEST(NewProject, KeepsTheLineSettingsAndStartsWithOneEmptyPoll) {
     ASSERT_EQ(fresh.polls.size(), 1u);
     Poll expected;
     expected.id = fresh.polls[0].id;
-    expected.name = L10n::Polls::newName(1);
+    expected.name = L10n::texts().polls.newName(1);
     EXPECT_EQ(fresh.polls[0], expected);
     fresh.polls.clear();
     current.polls.clear();

@@ -27,7 +27,7 @@ PollerProject editedProject() {
 
 bool isFirstRun(const PollerProject& project) {
     return project.polls.size() == 1 && project.polls[0].datapoints.size() == 7 &&
-           project.polls[0].name == L10n::Example::pollName();
+           project.polls[0].name == L10n::texts().example.pollName();
 }
 
 class ProjectStoreTest : public testing::Test {

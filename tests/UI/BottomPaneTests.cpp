@@ -36,11 +36,11 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
         std::string title;
         bool offersStart;
     } rows[] = {
-        {"no adapter", false, "", true, L10n::Notice::emptyNoDevice(), false},
+        {"no adapter", false, "", true, L10n::texts().notice.emptyNoDevice(), false},
         {"a remembered adapter that is unplugged", false, "/dev/ttyUSB0", true,
-         L10n::Notice::emptyNoDevice(), false},
-        {"adapter, empty poll", true, "", false, L10n::Notice::emptyTitle(), false},
-        {"adapter and datapoints", true, "", true, L10n::Notice::emptyTitle(), true},
+         L10n::texts().notice.emptyNoDevice(), false},
+        {"adapter, empty poll", true, "", false, L10n::texts().notice.emptyTitle(), false},
+        {"adapter and datapoints", true, "", true, L10n::texts().notice.emptyTitle(), true},
     };
     for (const auto& row : rows) {
         std::vector<FakePortRegistry::Entry> ports;
@@ -90,8 +90,8 @@ TEST(BottomPane, WelcomeMessageShowsEveryWrappedLineAtAnyWidthInEveryLanguage) {
                         .boundingRect(QRect(0, 0, message->contentsRect().width(), 10000),
                                       Qt::TextWordWrap | Qt::AlignHCenter, message->text())
                         .height();
-                const std::string where =
-                    L10n::Notice::emptyNoDeviceSteps() + " at " + std::to_string(size.width());
+                const std::string where = L10n::texts().notice.emptyNoDeviceSteps() + " at " +
+                                          std::to_string(size.width());
                 EXPECT_GE(message->height(), lines) << where;
                 EXPECT_LT(message->height(), lines + metrics.lineSpacing()) << where;
                 EXPECT_GE(message->geometry().top(), 0) << where;
@@ -116,7 +116,7 @@ TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
     QTest::mouseClick(pane.findChild<QPushButton*>("clearLogButton"), Qt::LeftButton);
     EXPECT_TRUE(welcome->isVisible());
     EXPECT_EQ(pane.findChild<ElidedLine*>("statisticsLabel")->text(),
-              text(L10n::Footer::statistics(0, 0, 0, 0, 0)));
+              text(L10n::texts().footer.statistics(0, 0, 0, 0, 0)));
 }
 
 TEST(BottomPane, NoticesFollowTheReadingState) {
@@ -151,7 +151,7 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     model->handleEvent(PollerEvent{PollerEvent::SerialLost{terminal.path()}});
     EXPECT_TRUE(lost->isVisible());
     EXPECT_FALSE(lost->isDismissable());
-    EXPECT_EQ(lost->text(), text(L10n::Notice::serialLost()));
+    EXPECT_EQ(lost->text(), text(L10n::texts().notice.serialLost()));
 
     model->stop();
     EXPECT_FALSE(lost->isVisible());

@@ -23,7 +23,7 @@ TEST(DemoDevice, ServesTheExampleListAtWireTimingUntilItGoes) {
     ASSERT_TRUE(std::filesystem::exists(path)) << path;
 
     auto model = makeModel(PollerProject::firstRun());
-    model->addTestDevice(path, L10n::Header::demoDevice());
+    model->addTestDevice(path, L10n::texts().header.demoDevice());
     model->start();
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }))
         << model->errorMessage().value_or("");
@@ -48,7 +48,7 @@ TEST(DemoDevice, MeasurementsMoveAndSetValuesStartPlausible) {
     project.polls.front().intervalMs = 200;
     const std::vector<Datapoint> shown = project.polls.front().datapoints;
     auto model = makeModel(std::move(project));
-    model->addTestDevice(demo->path(), L10n::Header::demoDevice());
+    model->addTestDevice(demo->path(), L10n::texts().header.demoDevice());
     model->start();
     ASSERT_TRUE(waitUntil([&] { return valueOf(*model, shown[2]).has_value(); }))
         << model->errorMessage().value_or("");

@@ -86,7 +86,7 @@ TEST(HelpWindow, NoMatchShowsTheNoticeAndKeepsThePage) {
     parts.search->setText("zzqx no such words");
     EXPECT_TRUE(parts.noResults->isVisible());
     EXPECT_FALSE(parts.list->isVisible());
-    EXPECT_EQ(parts.noResults->text(), QString::fromStdString(L10n::Help::noResults()));
+    EXPECT_EQ(parts.noResults->text(), QString::fromStdString(L10n::texts().help.noResults()));
     EXPECT_EQ(window.selection(), "writing");
     EXPECT_EQ(parts.pageTitle(), titleOf("writing"));
 

@@ -144,7 +144,7 @@ TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
     QAction* timestamps = nullptr;
     for (QAction* menu : window.menuBar()->actions()) {
         for (QAction* action : menu->menu()->actions()) {
-            if (action->text() == QString::fromStdString(L10n::Footer::timestamps())) {
+            if (action->text() == QString::fromStdString(L10n::texts().footer.timestamps())) {
                 timestamps = action;
             }
         }

@@ -32,10 +32,14 @@ TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
                 const char* shortcut;
             };
             const Quote quotes[] = {
-                {L10n::Header::startHelp(), "Ctrl+R"},    {L10n::Header::stopHelp(), "Ctrl+R"},
-                {L10n::Notice::emptySteps(), "Ctrl+R"},   {L10n::Notice::startFirst(), "Ctrl+R"},
-                {L10n::Footer::saveHelp(), "Ctrl+S"},     {L10n::Footer::clearHelp(), "Ctrl+K"},
-                {L10n::Table::addHelp(), "Ctrl+Shift+D"}, {L10n::Polls::addHelp(), "Ctrl+T"},
+                {L10n::texts().header.startHelp(), "Ctrl+R"},
+                {L10n::texts().header.stopHelp(), "Ctrl+R"},
+                {L10n::texts().notice.emptySteps(), "Ctrl+R"},
+                {L10n::texts().notice.startFirst(), "Ctrl+R"},
+                {L10n::texts().footer.saveHelp(), "Ctrl+S"},
+                {L10n::texts().footer.clearHelp(), "Ctrl+K"},
+                {L10n::texts().table.addHelp(), "Ctrl+Shift+D"},
+                {L10n::texts().polls.addHelp(), "Ctrl+T"},
             };
             for (const Quote& quote : quotes) {
                 EXPECT_NE(quote.text.find("(" + menuText(quote.shortcut) + ")"), std::string::npos)
