@@ -1,6 +1,5 @@
 #include "HelpTopic.h"
 
-#include "CaseFolding.h"
 #include "DatapointCSV.h"
 #include "HelpContent.h"
 #include "L10n.h"
@@ -259,12 +258,12 @@ std::vector<HelpTopic> HelpTopic::all() {
 
 std::vector<HelpTopic> HelpTopic::matching(std::vector<HelpTopic> topics,
                                            std::string_view searchText) {
-    const std::string wanted = CaseFolding::folded(Text::trimmed(searchText));
+    const std::string wanted = Text::folded(Text::trimmed(searchText));
     if (wanted.empty()) {
         return topics;
     }
     std::erase_if(topics, [&](const HelpTopic& topic) {
-        return CaseFolding::folded(searchableText(topic)).find(wanted) == std::string::npos;
+        return Text::folded(searchableText(topic)).find(wanted) == std::string::npos;
     });
     return topics;
 }

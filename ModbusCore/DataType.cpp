@@ -47,7 +47,7 @@ std::optional<DataType> DataType::fromRawValue(std::string_view text) noexcept {
 }
 
 std::optional<DataType> DataType::fromText(std::string_view text) {
-    std::string key = Text::lowercased(Text::trimmed(text));
+    std::string key = Text::folded(Text::trimmed(text));
     if (auto type = fromRawValue(key)) {
         return type;
     }

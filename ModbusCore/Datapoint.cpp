@@ -154,7 +154,7 @@ std::string Datapoint::formatted(const Value& engineeringValue, const NumberStyl
 }
 
 std::optional<Value> Datapoint::parse(std::string_view text) const {
-    const std::string typed = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
+    const std::string typed = Text::removingSpaces(Text::folded(Text::trimmed(text)));
     if (table_.isBit() || dataType == DataType::boolean) {
         if (contains(onWords, typed)) {
             return 1.0;

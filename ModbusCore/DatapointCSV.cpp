@@ -44,7 +44,7 @@ constexpr std::array<std::span<const std::string_view>, 11> aliasLists{
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 std::string headerKey(std::string_view text) {
-    return Text::removingSpaces(Text::lowercased(text));
+    return Text::removingSpaces(Text::folded(text));
 }
 
 // The separator a spreadsheet used, from the first line: ";" unless tab or "," is more frequent.

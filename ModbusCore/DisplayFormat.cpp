@@ -38,7 +38,7 @@ std::optional<DisplayFormat> DisplayFormat::fromRawValue(std::string_view text) 
 }
 
 std::optional<DisplayFormat> DisplayFormat::fromText(std::string_view text) {
-    std::string key = Text::lowercased(Text::trimmed(text));
+    std::string key = Text::folded(Text::trimmed(text));
     for (const auto& [accepted, format] : texts) {
         if (accepted == key) {
             return DisplayFormat(format);

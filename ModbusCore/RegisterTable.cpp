@@ -54,7 +54,7 @@ std::optional<RegisterTable> RegisterTable::fromRawValue(std::string_view text) 
 }
 
 std::optional<RegisterTable> RegisterTable::fromText(std::string_view text) {
-    const std::string key = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
+    const std::string key = Text::removingSpaces(Text::folded(Text::trimmed(text)));
     for (const auto& [accepted, table] : texts) {
         if (accepted == key) {
             return RegisterTable(table);

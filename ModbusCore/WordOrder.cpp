@@ -25,7 +25,7 @@ std::optional<WordOrder> WordOrder::fromRawValue(std::string_view text) noexcept
 }
 
 std::optional<WordOrder> WordOrder::fromText(std::string_view text) {
-    return fromRawValue(Text::lowercased(Text::trimmed(text)));
+    return fromRawValue(Text::folded(Text::trimmed(text)));
 }
 
 std::string_view WordOrder::label() const noexcept {

@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     // A raw pattern (0x…, 0b…) stands for itself, NaN and infinities included; a decimal number
     // must be finite and fit the type, so that writing it never clamps.
-    const std::string compact = Text::removingSpaces(Text::lowercased(Text::trimmed(text)));
+    const std::string compact = Text::removingSpaces(Text::folded(Text::trimmed(text)));
     const bool pattern = compact.starts_with("0x") || compact.starts_with("0b");
     const DataType type = point.dataType;
     const Value raw = ValueCodec::raw(*typed, point.scale);

@@ -208,7 +208,7 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
     }
     if (arguments.writeMode) {
         const std::optional<WriteMode> mode =
-            WriteMode::fromRawValue(Text::lowercased(Text::trimmed(*arguments.writeMode)));
+            WriteMode::fromRawValue(Text::folded(Text::trimmed(*arguments.writeMode)));
         if (!mode) {
             return UsageError{{}, typed("--write-mode", *arguments.writeMode)};
         }
