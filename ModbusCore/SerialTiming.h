@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 namespace kestrin {
 
 // Character times and the RTU silent interval between frames (Modbus over Serial Line V1.02,
@@ -20,6 +22,15 @@ double interFrameDelay(int baud, int bitsPerCharacter) noexcept;
 
 // The wire time of this many characters: 8 characters of 11 bits at 9600 baud = 9.17 ms.
 double transmissionTime(int characters, int baud, int bitsPerCharacter) noexcept;
+
+// The longest wait or interval a duration stands for. Time-outs and poll intervals come from
+// project files and command lines unchecked; a day lies beyond any sensible one, and every sum
+// and doubling of it stays far inside the clock's range and its milliseconds inside poll's int.
+inline constexpr double longestDuration = 86400.0;
+
+// Seconds as a clock duration: NaN, negative and zero are no time, above longestDuration (the
+// infinities included) is longestDuration.
+std::chrono::steady_clock::duration duration(double seconds) noexcept;
 
 } // namespace SerialTiming
 } // namespace kestrin

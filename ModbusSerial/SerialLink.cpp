@@ -1,6 +1,7 @@
 #include "SerialLink.h"
 
 #include "RTUFrame.h"
+#include "RawTerminal.h"
 #include "SerialTiming.h"
 
 #include <algorithm>
@@ -27,14 +28,6 @@ constexpr auto broadcastTurnaround = 100ms;
 constexpr int writableWaitMs = 1000;
 // Silence that ends an answer of unknown length, unless the inter-frame silence is longer.
 constexpr auto unknownLengthGap = 20ms;
-
-// Seconds as a clock duration; NaN and negative times are no time, a day bounds the rest so the
-// conversion cannot overflow.
-Clock::duration duration(double seconds) {
-    constexpr double longest = 86400.0;
-    const double clamped = seconds > 0.0 ? std::min(seconds, longest) : 0.0;
-    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(clamped));
-}
 
 // poll's time-out: rounded up to whole milliseconds, at least 1, so no wait ends early.
 int pollMilliseconds(Clock::duration wait) {
@@ -75,31 +68,6 @@ bool SerialLink::isValidPath(std::string_view path) {
            name.size() < 128;
 }
 
-termios SerialLink::rawAttributes(const termios& original,
-                                  const SerialConfiguration& configuration) {
-    termios attributes = original;
-    cfmakeraw(&attributes);
-    attributes.c_cflag &= ~(CSIZE | CSTOPB | CREAD | PARENB | PARODD | CLOCAL | CRTSCTS);
-    attributes.c_cflag |= (configuration.dataBits == 7 ? CS7 : CS8) | CLOCAL | CREAD;
-    if (configuration.parity == Parity::even) {
-        attributes.c_cflag |= PARENB;
-    } else if (configuration.parity == Parity::odd) {
-        attributes.c_cflag |= PARENB | PARODD;
-    }
-    if (configuration.stopBits == 2) {
-        attributes.c_cflag |= CSTOPB;
-    }
-    attributes.c_iflag &= ~(INPCK | ISTRIP | IXON | IXOFF | IXANY);
-    if (configuration.parity.isEnabled()) {
-        attributes.c_iflag |= INPCK;
-    }
-    attributes.c_cc[VMIN] = 1;
-    attributes.c_cc[VTIME] = 0;
-    // A placeholder: the exact rate is set afterwards, for standard and other rates alike.
-    cfsetspeed(&attributes, B9600);
-    return attributes;
-}
-
 Result<void, SerialLinkError> SerialLink::open() {
     if (fd_ != -1) {
         return {};
@@ -129,27 +97,16 @@ Result<void, SerialLinkError> SerialLink::open() {
         return code == EBUSY ? fail(SerialLinkError::Busy{path_})
                              : fail(SerialLinkError::ConfigurationFailed{code});
     }
-    if (terminal_.tcgetattr(fd, &originalAttributes_) != 0) {
-        return fail(SerialLinkError::ConfigurationFailed{errno});
+    // A test device may be a pseudo-terminal, which refuses what an adapter takes.
+    const auto configured =
+        RawTerminal::configure(terminal_, fd, configuration_,
+                               {.plainFrame = allowsTestDevice_, .anySpeed = allowsTestDevice_});
+    if (!configured) {
+        return configured.error().step == RawTerminal::Failure::Step::speed
+                   ? fail(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate})
+                   : fail(SerialLinkError::ConfigurationFailed{configured.error().code});
     }
-    termios attributes = rawAttributes(originalAttributes_, configuration_);
-    int result = terminal_.tcsetattr(fd, TCSANOW, &attributes);
-    if (result != 0 && errno == EINVAL && allowsTestDevice_) {
-        // Some pseudo-terminals refuse parity or 7 data bits: take 8N and carry on; timing still
-        // follows the configured frame.
-        SerialConfiguration plain = configuration_;
-        plain.dataBits = 8;
-        plain.parity = Parity::none;
-        attributes = rawAttributes(originalAttributes_, plain);
-        result = terminal_.tcsetattr(fd, TCSANOW, &attributes);
-    }
-    if (result != 0) {
-        return fail(SerialLinkError::ConfigurationFailed{errno});
-    }
-    if (terminal_.setExactBaudRate(fd, configuration_.baudRate) != 0 && !allowsTestDevice_) {
-        terminal_.tcsetattr(fd, TCSANOW, &originalAttributes_);
-        return fail(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate});
-    }
+    originalAttributes_ = configured.value();
     terminal_.tcflush(fd, TCIOFLUSH);
     fd_ = fd;
     return {};
@@ -178,7 +135,7 @@ Result<Bytes, SerialLinkError> SerialLink::transact(ByteView frame, bool expects
     }
     // Only the part of the silence that has not yet passed; comparing avoids overflowing the
     // distant past.
-    const Clock::time_point silenceEnd = lastActivity_ + duration(interFrameDelay());
+    const Clock::time_point silenceEnd = lastActivity_ + SerialTiming::duration(interFrameDelay());
     if (!sleepUntil(silenceEnd)) {
         return error(SerialLinkError::Cancelled{});
     }
@@ -199,7 +156,7 @@ Result<Bytes, SerialLinkError> SerialLink::transact(ByteView frame, bool expects
         }
         return Bytes{};
     }
-    auto answer = readAnswer(duration(timeout));
+    auto answer = readAnswer(SerialTiming::duration(timeout));
     lastActivity_ = Clock::now();
     return answer;
 }
@@ -210,7 +167,7 @@ Result<Bytes, SerialLinkError> SerialLink::lateAnswer(double timeout) {
     }
     // Compared rather than added to, so that the distant past of a link that never sent stays
     // in range.
-    const Clock::duration window = 2 * duration(timeout);
+    const Clock::duration window = 2 * SerialTiming::duration(timeout);
     const Clock::time_point now = Clock::now();
     const Clock::time_point firstByteBy = sentAt_ < now - window ? now : sentAt_ + window;
     return collectLate(firstByteBy);
@@ -377,7 +334,7 @@ Result<SerialLink::Input, SerialLinkError> SerialLink::awaitInput(Bytes& receive
 }
 
 SerialLink::Clock::duration SerialLink::silentGap() const {
-    return std::max<Clock::duration>(duration(interFrameDelay()), unknownLengthGap);
+    return std::max<Clock::duration>(SerialTiming::duration(interFrameDelay()), unknownLengthGap);
 }
 
 bool SerialLink::sleepUntil(Clock::time_point until) const {

@@ -40,10 +40,6 @@ public:
     // name of fewer than 128 characters.
     static bool isValidPath(std::string_view path);
 
-    // The attributes open applies: raw mode and the frame of configuration on top of original,
-    // every other control flag (such as HUPCL) kept. The speed is a placeholder of 9600.
-    static termios rawAttributes(const termios& original, const SerialConfiguration& configuration);
-
     // Exclusive use, raw mode, the exact speed, both queues flushed. Does nothing when open.
     Result<void, SerialLinkError> open();
     // Restores the attributes found at open and gives up exclusive use. Does nothing when closed.

@@ -4,6 +4,7 @@
 #include "PDU.h"
 #include "RTUFrame.h"
 #include "SerialLink.h"
+#include "SerialTiming.h"
 #include "WakeSignal.h"
 
 #include <algorithm>
@@ -20,14 +21,6 @@ namespace {
 
 using Clock = PollerEngine::Clock;
 using namespace std::chrono_literals;
-
-// Seconds as a clock duration: NaN and negative times are none, a year bounds the rest so that
-// due times cannot overflow.
-Clock::duration duration(double seconds) {
-    constexpr double longest = 365.0 * 86400.0;
-    const double clamped = seconds > 0.0 ? std::min(seconds, longest) : 0.0;
-    return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(clamped));
-}
 
 double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
@@ -320,7 +313,7 @@ PollerEngine::choosePoll(const std::vector<PollPlan>& plans,
     if (earliestDue > now) {
         return SleepUntil{earliestDue};
     }
-    const Clock::duration interval = duration(plans[*earliest].interval);
+    const Clock::duration interval = SerialTiming::duration(plans[*earliest].interval);
     const Clock::time_point next = earliestDue + interval;
     return ReadNow{*earliest, next > now ? next : now + interval};
 }
@@ -401,7 +394,7 @@ void PollerEngine::stop() {
     // Destroyed from its own thread (a direct handler): waiting for itself would never end.
     if (thread_.joinable() && thread_.get_id() != std::this_thread::get_id()) {
         // Ending takes only the link's close; the bound is for a driver that hangs in it.
-        joinThread(Clock::now() + duration(timeout_) + 1s);
+        joinThread(Clock::now() + SerialTiming::duration(timeout_) + 1s);
     }
 }
 

@@ -1,14 +1,12 @@
 #include "ServedLine.h"
 
-#include "ExactBaudRate.h"
-#include "SerialLink.h"
+#include "RawTerminal.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 #include <unistd.h>
 #include <utility>
 
@@ -16,20 +14,12 @@ namespace kestrin {
 
 namespace {
 
-std::string failure(const std::string& what) {
-    return what + ": " + std::strerror(errno);
+std::string failure(const std::string& what, int code = errno) {
+    return what + ": " + std::strerror(code);
 }
 
-bool makeRaw(int fd) {
-    termios attributes{};
-    if (tcgetattr(fd, &attributes) != 0) {
-        return false;
-    }
-    cfmakeraw(&attributes);
-    attributes.c_cc[VMIN] = 1;
-    attributes.c_cc[VTIME] = 0;
-    return tcsetattr(fd, TCSANOW, &attributes) == 0;
-}
+// A pseudo-terminal has no wire: 8N1 passes every byte through unchanged, at any speed.
+constexpr SerialConfiguration byteFrame{9600, 8, Parity::none, 1};
 
 void closeIfOpen(int fd) {
     if (fd != -1) {
@@ -67,12 +57,21 @@ Result<ServedLine, std::string> ServedLine::pseudoTerminal() {
         return message;
     }
     const int held = ::open(name, O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
-    // Echo would send every answer straight back as if it were a request: raw on both ends.
-    if (held < 0 || !makeRaw(held) || !makeRaw(master)) {
-        std::string message = failure(std::string("cannot configure ") + name);
+    const auto fail = [&](int code) {
         closeIfOpen(held);
         ::close(master);
-        return message;
+        return failure(std::string("cannot configure ") + name, code);
+    };
+    if (held < 0) {
+        return fail(errno);
+    }
+    // Echo would send every answer straight back as if it were a request: raw on both ends.
+    for (const int fd : {held, master}) {
+        if (auto raw =
+                RawTerminal::configure(PosixTerminal::system(), fd, byteFrame, {.anySpeed = true});
+            !raw) {
+            return fail(raw.error().code);
+        }
     }
     return ServedLine(master, held, name);
 }
@@ -83,32 +82,23 @@ Result<ServedLine, std::string> ServedLine::port(const std::string& path,
     if (fd < 0) {
         return failure("cannot open " + path);
     }
-    const auto fail = [&](const std::string& what) {
-        std::string message = failure(what);
+    const auto fail = [&](const std::string& what, int code) {
         ::close(fd);
-        return message;
+        return failure(what, code);
     };
     if (ioctl(fd, TIOCEXCL) != 0) {
-        return fail("cannot claim " + path);
+        return fail("cannot claim " + path, errno);
     }
-    termios original{};
-    if (tcgetattr(fd, &original) != 0) {
-        return fail("cannot configure " + path);
-    }
-    termios attributes = SerialLink::rawAttributes(original, configuration);
-    int result = tcsetattr(fd, TCSANOW, &attributes);
-    if (result != 0 && errno == EINVAL) {
-        SerialConfiguration plain = configuration;
-        plain.dataBits = 8;
-        plain.parity = Parity::none;
-        attributes = SerialLink::rawAttributes(original, plain);
-        result = tcsetattr(fd, TCSANOW, &attributes);
-    }
-    if (result != 0) {
-        return fail("cannot configure " + path);
-    }
-    if (ExactBaudRate::set(fd, configuration.baudRate) != 0) {
-        return fail("cannot set " + std::to_string(configuration.baudRate) + " baud on " + path);
+    // A port that is really a pseudo-terminal may refuse the frame; the speed it must take.
+    const auto configured =
+        RawTerminal::configure(PosixTerminal::system(), fd, configuration, {.plainFrame = true});
+    if (!configured) {
+        const RawTerminal::Failure failed = configured.error();
+        return failed.step == RawTerminal::Failure::Step::speed
+                   ? fail("cannot set " + std::to_string(configuration.baudRate) + " baud on " +
+                              path,
+                          failed.code)
+                   : fail("cannot configure " + path, failed.code);
     }
     tcflush(fd, TCIOFLUSH);
     return ServedLine(fd, -1, path);

@@ -1,5 +1,8 @@
 #include "SerialTiming.h"
 
+#include <limits>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 namespace kestrin {
@@ -24,6 +27,29 @@ TEST(SerialTiming, InterFrameDelayIsFixedOnlyAbove19200Baud) {
 TEST(SerialTiming, TransmissionTimeIsCharactersTimesCharacterTime) {
     EXPECT_NEAR(SerialTiming::transmissionTime(8, 9600, 11), 0.0091666666666667, 1e-12);
     EXPECT_NEAR(SerialTiming::transmissionTime(256, 115200, 10), 0.0222222222222222, 1e-12);
+}
+
+// Project files and command lines hand over any double: none may wrap the clock.
+TEST(SerialTiming, DurationsAreNeverNegativeAndAtMostADay) {
+    using std::chrono::nanoseconds;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const nanoseconds day = std::chrono::hours(24);
+    const std::pair<double, nanoseconds> rows[] = {
+        {std::numeric_limits<double>::quiet_NaN(), nanoseconds(0)},
+        {-infinity, nanoseconds(0)},
+        {-1.0, nanoseconds(0)},
+        {0.0, nanoseconds(0)},
+        {0.00175, std::chrono::microseconds(1750)},
+        {1.5, std::chrono::milliseconds(1500)},
+        {86400.0, day},
+        {86400.5, day},
+        {1e300, day},
+        {infinity, day},
+    };
+    for (const auto& [seconds, expected] : rows) {
+        SCOPED_TRACE(seconds);
+        EXPECT_EQ(SerialTiming::duration(seconds), expected);
+    }
 }
 
 } // namespace

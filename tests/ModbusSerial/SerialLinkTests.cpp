@@ -1,4 +1,5 @@
 #include "RTUFrame.h"
+#include "RawTerminal.h"
 #include "SerialLink.h"
 
 #include <algorithm>
@@ -115,7 +116,7 @@ TEST(SerialLink, PathsMustNameASerialDevice) {
     EXPECT_TRUE(terminal.calls.empty());
 }
 
-TEST(SerialLink, RawAttributesCarryTheFrameAndKeepOtherControlFlags) {
+TEST(RawTerminal, AttributesCarryTheFrameAndKeepOtherControlFlags) {
     const std::tuple<SerialConfiguration, tcflag_t, tcflag_t> rows[] = {
         {{9600, 8, Parity::even, 1}, CS8 | PARENB, INPCK},
         {{19200, 8, Parity::none, 2}, CS8 | CSTOPB, 0},
@@ -127,7 +128,7 @@ TEST(SerialLink, RawAttributesCarryTheFrameAndKeepOtherControlFlags) {
     original.c_iflag = IXON | IXOFF | ISTRIP | INPCK;
     for (const auto& [configuration, frame, parityCheck] : rows) {
         SCOPED_TRACE(configuration.shortDescription());
-        const termios raw = SerialLink::rawAttributes(original, configuration);
+        const termios raw = RawTerminal::attributes(original, configuration);
         EXPECT_EQ(raw.c_cflag & (CSIZE | PARENB | PARODD | CSTOPB), frame);
         EXPECT_EQ(raw.c_cflag & (HUPCL | CLOCAL | CREAD | CRTSCTS), HUPCL | CLOCAL | CREAD);
         EXPECT_EQ(raw.c_iflag & (IXON | IXOFF | ISTRIP | INPCK), parityCheck);
