@@ -2,6 +2,7 @@
 #include "DatapointPanel.h"
 #include "DatapointTableModel.h"
 #include "DatapointTableView.h"
+#include "LanguageForTesting.h"
 #include "LogPalette.h"
 #include "MessageBoxClick.h"
 #include "TableFixture.h"
@@ -50,12 +51,10 @@ TEST(StatusLook, EachOutcomeHasItsSymbolColourAndText) {
          true,
          {Symbol::warning, Tone::red, "Invalid response"}},
     };
-    inEnglish([&] {
-        for (const auto& row : rows) {
-            const PointStatus* status = row.status ? &*row.status : nullptr;
-            EXPECT_EQ(Model::statusLook(status, row.polling), row.look) << row.look.text;
-        }
-    });
+    for (const auto& row : rows) {
+        const PointStatus* status = row.status ? &*row.status : nullptr;
+        EXPECT_EQ(Model::statusLook(status, row.polling), row.look) << row.look.text;
+    }
 }
 
 TEST(ValueCell, MutedAfterAFailureFaintWithoutValue) {
@@ -69,13 +68,11 @@ TEST(ValueCell, MutedAfterAFailureFaintWithoutValue) {
         {succeeded({0x0000, 0x00D7}), Tone::primary, "Raw registers: 0000 00D7"},
         {failed(PollFailure::timeout(), 0xBEEF), Tone::secondary, "Raw registers: BEEF"},
     };
-    inEnglish([&] {
-        for (const auto& row : rows) {
-            const PointStatus* status = row.status ? &*row.status : nullptr;
-            EXPECT_EQ(Model::valueTone(status), row.tone) << row.rawHelp;
-            EXPECT_EQ(Model::rawRegistersHelp(status), row.rawHelp);
-        }
-    });
+    for (const auto& row : rows) {
+        const PointStatus* status = row.status ? &*row.status : nullptr;
+        EXPECT_EQ(Model::valueTone(status), row.tone) << row.rawHelp;
+        EXPECT_EQ(Model::rawRegistersHelp(status), row.rawHelp);
+    }
 }
 
 TEST(OverlapMarks, SameUnitAndTableWithIntersectingAddressesOrPastTheEnd) {
@@ -135,17 +132,15 @@ TEST_F(QuietTable, StatusesArriveRowByRowWithoutAReset) {
     const auto text = [&](int row, int column) {
         return table.index(row, column).data().toString();
     };
-    inEnglish([&] {
-        EXPECT_EQ(text(0, Model::status), "Waiting…");
-        answerBoth(215, 7);
-        EXPECT_EQ(text(0, Model::status), "OK · 12 ms");
-        EXPECT_EQ(text(1, Model::value), "7");
-        fail(PollFailure::exception(2));
-        EXPECT_EQ(text(0, Model::status), "Exception 02");
-        EXPECT_EQ(text(0, Model::value), "215");
-        const QModelIndex status = table.index(0, Model::status);
-        EXPECT_TRUE(status.data(Qt::ToolTipRole).toString().startsWith("Last read at "));
-    });
+    EXPECT_EQ(text(0, Model::status), "Waiting…");
+    answerBoth(215, 7);
+    EXPECT_EQ(text(0, Model::status), "OK · 12 ms");
+    EXPECT_EQ(text(1, Model::value), "7");
+    fail(PollFailure::exception(2));
+    EXPECT_EQ(text(0, Model::status), "Exception 02");
+    EXPECT_EQ(text(0, Model::value), "215");
+    const QModelIndex status = table.index(0, Model::status);
+    EXPECT_TRUE(status.data(Qt::ToolTipRole).toString().startsWith("Last read at "));
     EXPECT_EQ(resets.count(), 0);
     EXPECT_GE(changes.count(), 2);
 }
@@ -224,67 +219,55 @@ TEST_F(DatapointTable, CellsThatDoNotApplyCannotBeEdited) {
     }
 }
 
-TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFit) {
+TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFitNamingTheRange) {
     create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
     Model table(*model);
+    const std::string unitRange = "The unit ID is a whole number from 1 to 247.";
+    const std::string addressRange = "The address is a whole number from 0 to 65535.";
+    const std::string scaleRange = "The scale is a number, for example 0.1 or 10.";
     const struct {
         int column;
         const char* typed;
-        bool accepted;
+        std::optional<std::string> refusal;
     } rows[] = {
-        {Model::unitID, "247", true},     {Model::unitID, "0", false},
-        {Model::unitID, "1.5", false},    {Model::address, "65535", true},
-        {Model::address, "65536", false}, {Model::address, "-1", false},
-        {Model::scale, "0,1", true},      {Model::scale, "inf", false},
+        {Model::unitID, "247", {}},           {Model::unitID, "0", unitRange},
+        {Model::unitID, "300", unitRange},    {Model::unitID, "1.5", unitRange},
+        {Model::address, "65535", {}},        {Model::address, "65536", addressRange},
+        {Model::address, "-1", addressRange}, {Model::scale, "0,1", {}},
+        {Model::scale, "inf", scaleRange},    {Model::scale, "ten", scaleRange},
     };
     for (const auto& row : rows) {
         const Datapoint before = poll().datapoints[0];
-        EXPECT_EQ(table.setData(table.index(0, row.column), row.typed, Qt::EditRole), row.accepted)
+        EXPECT_EQ(Model::refusal(row.column, row.typed), row.refusal) << row.typed;
+        const bool accepted = !row.refusal;
+        EXPECT_EQ(table.setData(table.index(0, row.column), row.typed, Qt::EditRole), accepted)
             << row.typed;
-        EXPECT_EQ(poll().datapoints[0] == before, !row.accepted) << row.typed;
-        EXPECT_EQ(Model::refusal(row.column, row.typed).has_value(), !row.accepted) << row.typed;
+        EXPECT_EQ(poll().datapoints[0] == before, !accepted) << row.typed;
     }
     EXPECT_EQ(poll().datapoints[0].scale, 0.1);
 }
 
 // What the user sees after typing a number that does not fit and pressing Return.
 TEST_F(DatapointTable, ARefusedNumberKeepsItsFieldOpenAndSaysWhy) {
-    const struct {
-        int column;
-        const char* typed;
-        const char* reason;
-    } rows[] = {
-        {Model::unitID, "0", "The unit ID is a whole number from 1 to 247."},
-        {Model::unitID, "300", "The unit ID is a whole number from 1 to 247."},
-        {Model::address, "70000", "The address is a whole number from 0 to 65535."},
-        {Model::scale, "ten", "The scale is a number, for example 0.1 or 10."},
-    };
+    const QString reason = "The address is a whole number from 0 to 65535.";
     create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
-    shown();
-    inEnglish([&] {
-        for (const auto& row : rows) {
-            const Datapoint before = poll().datapoints[0];
-            panel->tableView()->edit(cell(0, row.column));
-            auto* field = panel->tableView()->findChild<QLineEdit*>("fieldEditor");
-            ASSERT_NE(field, nullptr) << row.typed;
-            field->selectAll();
-            QTest::keyClicks(field, row.typed);
-            QTest::keyClick(field, Qt::Key_Return);
-            QApplication::processEvents();
-            EXPECT_TRUE(field->isVisible()) << row.typed;
-            EXPECT_EQ(field->text(), row.typed);
-            EXPECT_EQ(field->toolTip(), row.reason);
-            const auto* note = panel->tableView()->findChild<QLabel*>("fieldNote");
-            ASSERT_NE(note, nullptr) << row.typed;
-            EXPECT_EQ(note->text(), row.reason);
-            EXPECT_EQ(note->palette().color(note->foregroundRole()),
-                      LogPalette::red(note->palette()));
-            EXPECT_TRUE(poll().datapoints[0] == before) << row.typed;
-            QTest::keyClick(field, Qt::Key_Escape);
-            // The closed field and its note go before the next row looks for them.
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        }
-    });
+    const Datapoint before = poll().datapoints[0];
+    shown().tableView()->edit(cell(0, Model::address));
+    auto* field = panel->tableView()->findChild<QLineEdit*>("fieldEditor");
+    ASSERT_NE(field, nullptr);
+    field->selectAll();
+    QTest::keyClicks(field, "70000");
+    QTest::keyClick(field, Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_TRUE(field->isVisible());
+    EXPECT_EQ(field->text(), "70000");
+    EXPECT_EQ(field->toolTip(), reason);
+    const auto* note = panel->tableView()->findChild<QLabel*>("fieldNote");
+    ASSERT_NE(note, nullptr);
+    EXPECT_EQ(note->text(), reason);
+    EXPECT_EQ(note->palette().color(note->foregroundRole()), LogPalette::red(note->palette()));
+    EXPECT_TRUE(poll().datapoints[0] == before);
+    QTest::keyClick(field, Qt::Key_Escape);
 }
 
 TEST_F(DatapointTable, TabGoesFromOneEditableCellToTheNext) {
@@ -447,22 +430,20 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosen) {
         {"Cancel", {"Level"}},
         {"", {"Level"}}, // Escape
     };
-    inEnglish([&] {
-        for (const auto& row : rows) {
-            panel.reset(); // before the model it draws
-            create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
-            shown();
-            answerImportQuestion(row.choice);
-            Testing::put(file("points.csv"), csv);
-            panel->importFile(file("points.csv"));
-            std::vector<std::string> names;
-            for (const Datapoint& point : poll().datapoints) {
-                names.push_back(point.name);
-            }
-            EXPECT_EQ(names, row.names) << "choice " << row.choice;
-            EXPECT_FALSE(model->errorMessage()) << row.choice;
+    for (const auto& row : rows) {
+        panel.reset(); // before the model it draws
+        create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+        shown();
+        answerImportQuestion(row.choice);
+        Testing::put(file("points.csv"), csv);
+        panel->importFile(file("points.csv"));
+        std::vector<std::string> names;
+        for (const Datapoint& point : poll().datapoints) {
+            names.push_back(point.name);
         }
-    });
+        EXPECT_EQ(names, row.names) << "choice " << row.choice;
+        EXPECT_FALSE(model->errorMessage()) << row.choice;
+    }
 }
 
 TEST_F(DatapointTable, AnUnreadableImportAsksNothingAndSaysWhy) {

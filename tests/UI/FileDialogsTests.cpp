@@ -9,22 +9,9 @@
 namespace kestrin {
 namespace {
 
-// The preferences of this test in a folder of its own, the user's own ones back afterwards.
-class FileDialogsTest : public ::testing::Test {
-protected:
-    QTemporaryDir preferences;
-    QTemporaryDir files;
-
-    void SetUp() override {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, preferences.path());
-    }
-    void TearDown() override {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                           QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-    }
-};
-
-TEST_F(FileDialogsTest, StartInTheFolderUsedLastWhileItExists) {
+TEST(FileDialogs, StartInTheFolderUsedLastWhileItExists) {
+    QSettings("Kestrin", "Kestrin").clear();
+    const QTemporaryDir files;
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const QString fallback = QDir(documents).exists() ? documents : QDir::homePath();
     EXPECT_EQ(FileDialogs::startFolder(), fallback);

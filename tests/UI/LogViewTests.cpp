@@ -34,10 +34,14 @@ QPalette darkPalette() {
     return dark;
 }
 
-TEST(LogView, MirrorsAppendsAndTrimsCharacterForCharacter) {
+// Lines from before the view, appends, trims and a clear.
+TEST(LogView, MirrorsTheBufferCharacterForCharacter) {
     // Small limits so that trimming happens many times.
     OutputBuffer buffer(300, 200);
+    appendLine(buffer, {{Kind::system, "--- Reading started ---"}});
     LogView view(buffer);
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+    EXPECT_EQ(LogPalette::kind(formatAt(view, 0)), Kind::system);
     for (int line = 0; line < 60; ++line) {
         appendLine(buffer, {{Kind::response, "← Unit 1 · FC 03 "},
                             {Kind::meta, "line " + std::to_string(line) + " · "},
@@ -46,21 +50,7 @@ TEST(LogView, MirrorsAppendsAndTrimsCharacterForCharacter) {
     }
     EXPECT_LE(buffer.length(), 300);
     EXPECT_TRUE(view.toPlainText().startsWith(QStringLiteral("← Unit 1")));
-}
 
-TEST(LogView, ShowsLinesWrittenBeforeItWasCreated) {
-    OutputBuffer buffer;
-    appendLine(buffer, {{Kind::system, "--- Reading started ---"}});
-    appendLine(buffer, {{Kind::request, "→ write"}});
-    LogView view(buffer);
-    EXPECT_EQ(view.toPlainText(), buffer.text());
-    EXPECT_EQ(LogPalette::kind(formatAt(view, 0)), Kind::system);
-}
-
-TEST(LogView, ClearingTheBufferEmptiesTheView) {
-    OutputBuffer buffer;
-    LogView view(buffer);
-    appendLine(buffer, {{Kind::text, "something"}});
     buffer.clear();
     EXPECT_TRUE(view.toPlainText().isEmpty());
     appendLine(buffer, {{Kind::text, "again"}});

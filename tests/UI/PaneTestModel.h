@@ -6,19 +6,11 @@
 #include <vector>
 
 #include <QSettings>
-#include <QTemporaryDir>
 
 namespace kestrin::PaneTest {
 
 using namespace std::chrono_literals;
 using Testing::holding;
-
-// View preferences go to a folder of the test's own, never the user's settings.
-inline void isolatePreferences() {
-    static QTemporaryDir folder;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    QSettings("Kestrin", "Kestrin").clear();
-}
 
 inline FakePortRegistry::Entry usbAdapter(const std::string& path) {
     FakePortRegistry::Entry entry;
@@ -29,10 +21,11 @@ inline FakePortRegistry::Entry usbAdapter(const std::string& path) {
     return entry;
 }
 
-// A model that reads nothing from disk, with the given ports present and one poll. Recorded
-// samples are published on the next turn of the event loop, so a view shows them at once.
+// A model that reads nothing from disk, with the given ports present and one poll, and views that
+// start from their default preferences. Recorded samples are published on the next turn of the
+// event loop, so a view shows them at once.
 inline std::unique_ptr<PollerModel> model(std::vector<FakePortRegistry::Entry> ports, Poll poll) {
-    isolatePreferences();
+    QSettings("Kestrin", "Kestrin").clear();
     auto registry = std::make_shared<FakePortRegistry::State>();
     registry->entries = std::move(ports);
     PollerModel::Environment environment = Testing::environment(std::move(registry));

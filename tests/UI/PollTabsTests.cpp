@@ -43,77 +43,74 @@ TEST(PollTabMenu, RemoveIsOfferedOnlyWhenAnotherPollRemains) {
 
 TEST(PollTabMenu, RemovalWaitsForConfirmation) {
     for (const bool confirm : {false, true}) {
-        inEnglish([&] {
-            auto model = makeModel(project(twoPolls()));
-            PollTabBar bar(*model);
-            const Uuid pump = model->polls().back().id;
-            QMenu* menu = bar.contextMenu(pump);
-            action(menu, "removePollAction")->trigger();
-            delete menu;
-            QMessageBox* question = bar.removeConfirmation();
-            ASSERT_NE(question, nullptr);
-            EXPECT_EQ(bar.confirmDelete(), pump);
-            EXPECT_EQ(question->windowTitle(), "Remove poll?");
-            EXPECT_EQ(question->text(), "Remove the poll “Pump”?");
-            EXPECT_EQ(question->informativeText(), "The datapoints in this poll are removed too.");
-            // Room for the title beside the title bar's buttons, which Qt leaves out.
-            QApplication::processEvents();
-            EXPECT_GT(question->width(),
-                      question->fontMetrics().horizontalAdvance(question->windowTitle()) + 100);
-            EXPECT_EQ(model->polls().size(), 2u) << "removed before the answer";
-            const char* button = confirm ? "confirmRemovePollButton" : "cancelRemovePollButton";
-            QTest::mouseClick(question->findChild<QPushButton*>(QString::fromLatin1(button)),
-                              Qt::LeftButton);
-            EXPECT_EQ(model->polls().size(), confirm ? 1u : 2u) << confirm;
-            EXPECT_FALSE(bar.confirmDelete().has_value()) << confirm;
-            EXPECT_EQ(bar.tabs().size(), model->polls().size()) << confirm;
-        });
+        auto model = makeModel(project(twoPolls()));
+        PollTabBar bar(*model);
+        const Uuid pump = model->polls().back().id;
+        QMenu* menu = bar.contextMenu(pump);
+        action(menu, "removePollAction")->trigger();
+        delete menu;
+        QMessageBox* question = bar.removeConfirmation();
+        ASSERT_NE(question, nullptr);
+        EXPECT_EQ(bar.confirmDelete(), pump);
+        EXPECT_EQ(question->windowTitle(), "Remove poll?");
+        EXPECT_EQ(question->text(), "Remove the poll “Pump”?");
+        EXPECT_EQ(question->informativeText(), "The datapoints in this poll are removed too.");
+        // Room for the title beside the title bar's buttons, which Qt leaves out.
+        QApplication::processEvents();
+        EXPECT_GT(question->width(),
+                  question->fontMetrics().horizontalAdvance(question->windowTitle()) + 100);
+        EXPECT_EQ(model->polls().size(), 2u) << "removed before the answer";
+        const char* button = confirm ? "confirmRemovePollButton" : "cancelRemovePollButton";
+        QTest::mouseClick(question->findChild<QPushButton*>(QString::fromLatin1(button)),
+                          Qt::LeftButton);
+        EXPECT_EQ(model->polls().size(), confirm ? 1u : 2u) << confirm;
+        EXPECT_FALSE(bar.confirmDelete().has_value()) << confirm;
+        EXPECT_EQ(bar.tabs().size(), model->polls().size()) << confirm;
     }
 }
 
-TEST(PollTabMenu, DuplicateAddsANamedCopyAndSelectsIt) {
-    inEnglish([&] {
-        auto model = makeModel(project(twoPolls()));
-        PollTabBar bar(*model);
-        QMenu* menu = bar.contextMenu(model->polls().front().id);
-        action(menu, "duplicatePollAction")->trigger();
-        delete menu;
-        ASSERT_EQ(bar.tabs().size(), 3u);
-        const PollTab* copy = bar.tab(*model->selectedPollID());
-        ASSERT_NE(copy, nullptr);
-        EXPECT_EQ(copy->text(), "Boiler (copy)");
-        EXPECT_TRUE(copy->isSelected());
-    });
+TEST(PollTabMenu, DuplicateAndPlusAddAPollAndSelectItsTab) {
+    auto model = makeModel(project(twoPolls()));
+    PollTabBar bar(*model);
+    QMenu* menu = bar.contextMenu(model->polls().front().id);
+    action(menu, "duplicatePollAction")->trigger();
+    delete menu;
+    ASSERT_EQ(bar.tabs().size(), 3u);
+    const PollTab* copy = bar.tab(*model->selectedPollID());
+    ASSERT_NE(copy, nullptr);
+    EXPECT_EQ(copy->text(), "Boiler (copy)");
+    EXPECT_TRUE(copy->isSelected());
+
+    QTest::mouseClick(bar.findChild<QToolButton*>("addPollButton"), Qt::LeftButton);
+    ASSERT_EQ(bar.tabs().size(), 4u);
+    EXPECT_EQ(model->selectedPollID(), model->polls().back().id);
+    EXPECT_TRUE(bar.tabs().back()->isSelected());
 }
 
 TEST(PollTabs, AnEmptyNameReadsUntitled) {
-    inEnglish([&] {
-        auto model = makeModel(project({poll("", {}), poll("Named", {})}));
-        PollTabBar bar(*model);
-        ASSERT_EQ(bar.tabs().size(), 2u);
-        EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
-        EXPECT_EQ(bar.tabs()[1]->text(), "Named");
-        model->renamePoll(model->polls()[1].id, "");
-        EXPECT_EQ(bar.tabs()[1]->text(), "Untitled");
-    });
+    auto model = makeModel(project({poll("", {}), poll("Named", {})}));
+    PollTabBar bar(*model);
+    ASSERT_EQ(bar.tabs().size(), 2u);
+    EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
+    EXPECT_EQ(bar.tabs()[1]->text(), "Named");
+    model->renamePoll(model->polls()[1].id, "");
+    EXPECT_EQ(bar.tabs()[1]->text(), "Untitled");
 }
 
 TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorFollows) {
-    inEnglish([&] {
-        std::vector<Poll> polls = twoPolls();
-        polls[1].intervalMs = 5000;
-        polls[1].enabled = false;
-        auto model = makeModel(project(polls));
-        PollTabBar bar(*model);
-        QTest::mouseClick(bar.tabs()[1], Qt::LeftButton);
-        EXPECT_EQ(model->selectedPollID(), model->polls()[1].id);
-        EXPECT_TRUE(bar.tabs()[1]->isSelected());
-        EXPECT_FALSE(bar.tabs()[0]->isSelected());
-        EXPECT_EQ(bar.findChild<QLineEdit*>("pollNameField")->text(), "Pump");
-        EXPECT_EQ(bar.findChild<QComboBox*>("pollIntervalPicker")->currentText(), "5 s");
-        EXPECT_FALSE(bar.findChild<QCheckBox*>("pollActiveToggle")->isChecked());
-        EXPECT_TRUE(bar.tabs()[1]->isPaused());
-    });
+    std::vector<Poll> polls = twoPolls();
+    polls[1].intervalMs = 5000;
+    polls[1].enabled = false;
+    auto model = makeModel(project(polls));
+    PollTabBar bar(*model);
+    QTest::mouseClick(bar.tabs()[1], Qt::LeftButton);
+    EXPECT_EQ(model->selectedPollID(), model->polls()[1].id);
+    EXPECT_TRUE(bar.tabs()[1]->isSelected());
+    EXPECT_FALSE(bar.tabs()[0]->isSelected());
+    EXPECT_EQ(bar.findChild<QLineEdit*>("pollNameField")->text(), "Pump");
+    EXPECT_EQ(bar.findChild<QComboBox*>("pollIntervalPicker")->currentText(), "5 s");
+    EXPECT_FALSE(bar.findChild<QCheckBox*>("pollActiveToggle")->isChecked());
+    EXPECT_TRUE(bar.tabs()[1]->isPaused());
 }
 
 TEST(PollTabs, TheEditorChangesTheSelectedPoll) {
@@ -132,15 +129,6 @@ TEST(PollTabs, TheEditorChangesTheSelectedPoll) {
     EXPECT_FALSE(edited.enabled);
     EXPECT_EQ(model->polls()[0].name, "Boiler");
     EXPECT_EQ(bar.tabs()[1]->text(), "Tank");
-}
-
-TEST(PollTabs, PlusAddsAPollAndSelectsIt) {
-    auto model = makeModel(project(twoPolls()));
-    PollTabBar bar(*model);
-    QTest::mouseClick(bar.findChild<QToolButton*>("addPollButton"), Qt::LeftButton);
-    ASSERT_EQ(model->polls().size(), 3u);
-    EXPECT_EQ(model->selectedPollID(), model->polls().back().id);
-    EXPECT_TRUE(bar.tabs().back()->isSelected());
 }
 
 TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {

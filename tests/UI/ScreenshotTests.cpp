@@ -29,56 +29,39 @@ TEST(Screenshot, EveryHelpPictureIsAResourceInEveryLanguage) {
     }
 }
 
-struct ScreenshotFixture {
-    ScreenshotFixture()
-        : model(makeModel(PollerProject::firstRun(), portsAt({"/dev/ttyUSB0"})))
-        , window(*model) {
-        window.show();
-    }
-
-    QImage render(const std::string& name, int maxWidth = 0) {
+TEST(Screenshot, EveryViewRendersAPicture) {
+    QTemporaryDir folder;
+    const auto model = makeModel(PollerProject::firstRun(), portsAt({"/dev/ttyUSB0"}));
+    MainWindow shown(*model);
+    shown.show();
+    const auto render = [&](const std::string& name, int maxWidth = 0) {
         const QString file = folder.filePath(QString::fromStdString(name) + ".png");
-        const auto rendered = Screenshot::render(*model, window, name, file, maxWidth);
+        const auto rendered = Screenshot::render(*model, shown, name, file, maxWidth);
         EXPECT_TRUE(rendered.ok()) << (rendered.ok() ? "" : rendered.error());
         return QImage(file);
-    }
-
-    QTemporaryDir folder;
-    std::unique_ptr<PollerModel> model;
-    MainWindow window;
-};
-
-TEST(Screenshot, EveryViewRendersAPicture) {
-    ScreenshotFixture fixture;
-    const QSize window = fixture.render("window").size();
+    };
+    const QImage plain = render("window");
+    const QSize window = plain.size();
     ASSERT_FALSE(window.isEmpty());
     for (const std::string& name : Screenshot::names()) {
-        const QImage image = fixture.render(name);
+        const QImage image = render(name);
         EXPECT_FALSE(image.isNull()) << name;
         EXPECT_GE(image.width(), 600) << name;
         EXPECT_GE(image.height(), 300) << name;
     }
     // The chart is the bottom pane alone; the popovers are drawn into the whole window.
-    EXPECT_EQ(fixture.render("chart").width(), window.width());
-    EXPECT_LT(fixture.render("chart").height(), window.height());
-    EXPECT_EQ(fixture.render("settings").size(), window);
-}
+    EXPECT_EQ(render("chart").width(), window.width());
+    EXPECT_LT(render("chart").height(), window.height());
+    EXPECT_EQ(render("settings").size(), window);
+    const QImage withPopover = render("write");
+    ASSERT_EQ(withPopover.size(), window);
+    EXPECT_NE(withPopover, plain);
 
-TEST(Screenshot, APopoverIsDrawnIntoTheWindowPicture) {
-    ScreenshotFixture fixture;
-    const QImage plain = fixture.render("window");
-    const QImage withPopover = fixture.render("write");
-    ASSERT_EQ(plain.size(), withPopover.size());
-    EXPECT_NE(plain, withPopover);
-}
-
-TEST(Screenshot, AWidthScalesDownButNeverUp) {
-    ScreenshotFixture fixture;
-    const QImage full = fixture.render("window");
-    const QImage scaled = fixture.render("window", 632);
+    // A width scales down, never up.
+    const QImage scaled = render("window", 632);
     EXPECT_EQ(scaled.width(), 632);
-    EXPECT_NEAR(scaled.height(), full.height() * 632.0 / full.width(), 1);
-    EXPECT_EQ(fixture.render("window", full.width() + 200).size(), full.size());
+    EXPECT_NEAR(scaled.height(), window.height() * 632.0 / window.width(), 1);
+    EXPECT_EQ(render("window", window.width() + 200).size(), window);
 }
 
 } // namespace

@@ -16,7 +16,6 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 namespace kestrin::ShellTesting {
 
 using namespace std::chrono_literals;
-using TableTesting::inEnglish;
 using TableTesting::QuietTerminal;
 using TableTesting::waitUntil;
 using Testing::datapoint;

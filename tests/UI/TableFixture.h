@@ -23,11 +23,6 @@ inline PollerProject project(std::vector<Datapoint> datapoints) {
     return Testing::project({Testing::poll("Plant", std::move(datapoints))});
 }
 
-// Texts compared with their English wording, whatever the machine's locale.
-inline void inEnglish(const std::function<void()>& body) {
-    L10n::withLanguageForTesting(Language::en, body);
-}
-
 inline bool waitUntil(const std::function<bool()>& condition,
                       std::chrono::milliseconds limit = 5s) {
     return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
