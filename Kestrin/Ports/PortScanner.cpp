@@ -1,29 +1,11 @@
 #include "PortScanner.h"
 
 #include "SerialLink.h"
-
-#include <algorithm>
-#include <string_view>
+#include "Text.h"
 
 #include <QTimer>
 
 namespace kestrin {
-namespace {
-
-std::optional<std::string> trimmed(std::optional<std::string> text) {
-    if (!text) {
-        return text;
-    }
-    constexpr std::string_view blanks = " \t\n\r\v\f";
-    const std::size_t first = text->find_first_not_of(blanks);
-    if (first == std::string::npos) {
-        return std::string();
-    }
-    const std::size_t last = text->find_last_not_of(blanks);
-    return text->substr(first, last - first + 1);
-}
-
-} // namespace
 
 PortScanner::PortScanner(std::unique_ptr<PortRegistry> registry,
                          std::chrono::milliseconds settleDelay, QObject* parent)
@@ -56,10 +38,13 @@ std::vector<SerialPortInfo> PortScanner::currentPorts() const {
             continue;
         }
         auto usb = device->usbIdentity();
-        ports.push_back(
-            {std::move(*path), trimmed(std::move(usb.productName)), usb.vendorID, usb.productID});
+        std::optional<std::string> productName;
+        if (usb.productName) {
+            productName = std::string(Text::trimmed(*usb.productName));
+        }
+        ports.push_back({std::move(*path), std::move(productName), usb.vendorID, usb.productID});
     }
-    std::sort(ports.begin(), ports.end(), SerialPortInfo::listedBefore);
+    SerialPortInfo::sortForListing(ports);
     return ports;
 }
 

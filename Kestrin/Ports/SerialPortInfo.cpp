@@ -6,6 +6,10 @@
 #include <array>
 #include <functional>
 
+#include <QCollator>
+#include <QLocale>
+#include <QString>
+
 namespace kestrin {
 namespace {
 
@@ -65,59 +69,6 @@ std::optional<std::string_view> lookUp(const std::array<ProductEntry, N>& table,
     return found == table.end() ? std::nullopt : std::optional(found->name);
 }
 
-constexpr bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-constexpr char foldCase(char c) {
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
-}
-
-std::size_t digitRunEnd(std::string_view text, std::size_t start) {
-    while (start < text.size() && isDigit(text[start])) {
-        ++start;
-    }
-    return start;
-}
-
-// Compares digit runs of any length by value without converting them to integers.
-int compareNumbers(std::string_view a, std::string_view b) {
-    a.remove_prefix(std::min(a.find_first_not_of('0'), a.size()));
-    b.remove_prefix(std::min(b.find_first_not_of('0'), b.size()));
-    if (a.size() != b.size()) {
-        return a.size() < b.size() ? -1 : 1;
-    }
-    return a.compare(b);
-}
-
-// Negative, zero or positive as a sorts before, with or after b in file-browser order.
-int compareNaturally(std::string_view a, std::string_view b) {
-    std::size_t i = 0;
-    std::size_t j = 0;
-    while (i < a.size() && j < b.size()) {
-        if (isDigit(a[i]) && isDigit(b[j])) {
-            const std::size_t endA = digitRunEnd(a, i);
-            const std::size_t endB = digitRunEnd(b, j);
-            if (const int order = compareNumbers(a.substr(i, endA - i), b.substr(j, endB - j))) {
-                return order;
-            }
-            i = endA;
-            j = endB;
-            continue;
-        }
-        const char ca = foldCase(a[i]);
-        const char cb = foldCase(b[j]);
-        if (ca != cb) {
-            return ca < cb ? -1 : 1;
-        }
-        ++i;
-        ++j;
-    }
-    const std::size_t restA = a.size() - i;
-    const std::size_t restB = b.size() - j;
-    return restA == restB ? 0 : (restA < restB ? -1 : 1);
-}
-
 } // namespace
 
 std::optional<SerialPortInfo::KnownName> SerialPortInfo::knownName() const {
@@ -171,13 +122,21 @@ std::string SerialPortInfo::menuTitle() const {
     return path;
 }
 
-bool SerialPortInfo::listedBefore(const SerialPortInfo& a, const SerialPortInfo& b) {
-    if (a.isUSB() != b.isUSB()) {
-        return a.isUSB();
-    }
-    const int order = compareNaturally(a.path, b.path);
-    // Paths equal in that order (case or leading zeros apart) still need a fixed order.
-    return order != 0 ? order < 0 : a.path < b.path;
+void SerialPortInfo::sortForListing(std::vector<SerialPortInfo>& ports) {
+    // Qt compares code points under the C locale and ignores numeric mode there; English has no
+    // tailoring of its own, so it stands for the Unicode default order.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    collator.setNumericMode(true);
+    std::sort(ports.begin(), ports.end(), [&](const SerialPortInfo& a, const SerialPortInfo& b) {
+        if (a.isUSB() != b.isUSB()) {
+            return a.isUSB();
+        }
+        const int order =
+            collator.compare(QString::fromStdString(a.path), QString::fromStdString(b.path));
+        // Paths equal in that order (leading zeros apart) still need a fixed order.
+        return order != 0 ? order < 0 : a.path < b.path;
+    });
 }
 
 } // namespace kestrin

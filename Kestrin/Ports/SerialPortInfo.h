@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestrin {
 
@@ -34,9 +35,9 @@ struct SerialPortInfo {
     // The path, and " — " with the name when the port has a known or product name.
     std::string menuTitle() const;
 
-    // USB adapters first, then paths in file-browser order: case-insensitive, digit runs by
-    // value, so ttyUSB2 comes before ttyUSB10.
-    static bool listedBefore(const SerialPortInfo& a, const SerialPortInfo& b);
+    // USB adapters first, then paths in the order of the user's locale with digit runs by value:
+    // ttyUSB2 before ttyUSB10, case and accents as the locale has them.
+    static void sortForListing(std::vector<SerialPortInfo>& ports);
 
     friend bool operator==(const SerialPortInfo&, const SerialPortInfo&) = default;
 };

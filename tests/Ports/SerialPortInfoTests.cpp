@@ -1,9 +1,10 @@
-#include "L10n.h"
+#include "LanguageForTesting.h"
 #include "SerialPortInfo.h"
 
-#include <algorithm>
+#include <utility>
 #include <vector>
 
+#include <QLocale>
 #include <gtest/gtest.h>
 
 namespace kestrin {
@@ -48,22 +49,27 @@ TEST(SerialPortInfo, NamesComeFromTablesThenProductThenPath) {
     });
 }
 
-TEST(SerialPortInfo, SortsUSBFirstThenPathsCaseInsensitiveWithDigitRunsByValue) {
+// The order follows the default locale, which each row sets; the C locale sorts as English.
+TEST(SerialPortInfo, ListsUSBFirstThenPathsInTheLocalesOrderWithDigitRunsByValue) {
     const auto usb = [](std::string path) { return SerialPortInfo{path, none, 0x0403, 0x6001}; };
     const auto builtIn = [](std::string path) { return SerialPortInfo{path, none, none, none}; };
-    const std::vector<SerialPortInfo> expected{
-        usb("/dev/ttyab"),
-        usb("/dev/ttyAc"),
-        usb("/dev/ttyUSB2"),
-        usb("/dev/ttyUSB10"),
-        usb("/dev/ttyX99999999999999999999"),
-        usb("/dev/ttyX100000000000000000000"),
-        builtIn("/dev/ttyS9"),
-        builtIn("/dev/ttyS10"),
+    const std::pair<QLocale, std::vector<SerialPortInfo>> rows[] = {
+        {QLocale::c(),
+         {usb("/dev/ttyab"), usb("/dev/ttyAc"), usb("/dev/ttyUSB02"), usb("/dev/ttyUSB2"),
+          usb("/dev/ttyUSB10"), usb("/dev/ttyX99999999999999999999"),
+          usb("/dev/ttyX100000000000000000000"), builtIn("/dev/ttyS9"), builtIn("/dev/ttyS10")}},
+        {QLocale(QLocale::German), {builtIn("/dev/ttyä"), builtIn("/dev/ttyb")}},
+        {QLocale(QLocale::Swedish), {builtIn("/dev/ttyz"), builtIn("/dev/ttyä")}},
     };
-    std::vector<SerialPortInfo> ports(expected.rbegin(), expected.rend());
-    std::sort(ports.begin(), ports.end(), SerialPortInfo::listedBefore);
-    EXPECT_EQ(ports, expected);
+    const QLocale before;
+    for (const auto& [locale, expected] : rows) {
+        SCOPED_TRACE(locale.name().toStdString());
+        QLocale::setDefault(locale);
+        std::vector<SerialPortInfo> ports(expected.rbegin(), expected.rend());
+        SerialPortInfo::sortForListing(ports);
+        EXPECT_EQ(ports, expected);
+    }
+    QLocale::setDefault(before);
 }
 
 } // namespace
