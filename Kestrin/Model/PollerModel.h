@@ -33,8 +33,10 @@
 #include <QString>
 #include <QTimer>
 
+class QDateTime;
 class QFileSystemWatcher;
 class QSettings;
+class QVariant;
 
 namespace kestrin {
 

@@ -7,12 +7,43 @@
 #include "WriteRequest.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <initializer_list>
 #include <utility>
 
 #include <QDateTime>
 
 // Reading: the engine's life, its events, and writes.
 namespace kestrin {
+
+namespace {
+
+using Counter = std::int64_t PollerStatistics::*;
+
+// The statistics with each of counters one higher.
+PollerStatistics counted(PollerStatistics statistics, std::initializer_list<Counter> counters) {
+    for (const Counter counter : counters) {
+        ++(statistics.*counter);
+    }
+    return statistics;
+}
+
+Counter failureCounter(PollFailure::Kind kind) {
+    switch (kind) {
+    case PollFailure::Kind::exception:
+        return &PollerStatistics::exceptions;
+    case PollFailure::Kind::timeout:
+        return &PollerStatistics::timeouts;
+    case PollFailure::Kind::crcMismatch:
+    case PollFailure::Kind::malformed:
+    case PollFailure::Kind::unexpectedUnit:
+    case PollFailure::Kind::unexpectedFunction:
+        break;
+    }
+    return &PollerStatistics::errors;
+}
+
+} // namespace
 
 std::vector<PollPlan> PollerModel::buildPlans() const {
     std::vector<PollPlan> plans;
@@ -131,23 +162,11 @@ void PollerModel::handleEvent(const PollerEvent& event) {
 }
 
 void PollerModel::countFailure(PollFailure failure) {
-    PollerStatistics counted = statistics_;
-    switch (failure.kind) {
-    case PollFailure::Kind::exception:
-        ++counted.exceptions;
-        ++counted.responses;
-        break;
-    case PollFailure::Kind::timeout:
-        ++counted.timeouts;
-        break;
-    case PollFailure::Kind::crcMismatch:
-    case PollFailure::Kind::malformed:
-    case PollFailure::Kind::unexpectedUnit:
-    case PollFailure::Kind::unexpectedFunction:
-        ++counted.errors;
-        break;
-    }
-    setStatistics(counted);
+    const Counter counter = failureCounter(failure.kind);
+    // An exception is an answer as well.
+    setStatistics(failure.kind == PollFailure::Kind::exception
+                      ? counted(statistics_, {counter, &PollerStatistics::responses})
+                      : counted(statistics_, {counter}));
     if (failure.kind == PollFailure::Kind::timeout ||
         failure.kind == PollFailure::Kind::crcMismatch) {
         ++consecutiveFailures_;
@@ -158,9 +177,7 @@ void PollerModel::countFailure(PollFailure failure) {
 }
 
 void PollerModel::handleRead(const PollerEvent::Read& read) {
-    PollerStatistics counted = statistics_;
-    ++counted.requests;
-    setStatistics(counted);
+    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
 
     const auto poll = std::find_if(polls_.begin(), polls_.end(), [&](const Poll& candidate) {
         return candidate.id == read.poll;
@@ -190,9 +207,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
         return;
     }
 
-    counted = statistics_;
-    ++counted.responses;
-    setStatistics(counted);
+    setStatistics(counted(statistics_, {&PollerStatistics::responses}));
     consecutiveFailures_ = 0;
     for (const Datapoint& point : poll->datapoints) {
         if (!read.block.covers(point)) {
@@ -235,9 +250,7 @@ void PollerModel::write(const Datapoint& target, const Value& value) {
 }
 
 void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
-    PollerStatistics counted = statistics_;
-    ++counted.requests;
-    setStatistics(counted);
+    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
 
     std::optional<PendingWrite> record;
     if (const auto found = pendingWrites_.find(wrote.token); found != pendingWrites_.end()) {
@@ -247,9 +260,7 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
     const Datapoint* current = record ? datapoint(record->datapoint.id) : nullptr;
 
     if (wrote.result) {
-        counted = statistics_;
-        ++counted.responses;
-        setStatistics(counted);
+        setStatistics(counted(statistics_, {&PollerStatistics::responses}));
         consecutiveFailures_ = 0;
         if (record && current != nullptr) {
             PointStatus& entry = status_[current->id];
