@@ -93,7 +93,17 @@ QWidget* BottomPane::makeBar() {
     auto* row = new QHBoxLayout(bar);
     row->setContentsMargins(8, 4, 8, 4);
     row->setSpacing(8);
+    row->addWidget(makePagePicker(bar));
 
+    tools_ = new QStackedWidget(bar);
+    tools_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    tools_->addWidget(makeLogTools(tools_));
+    tools_->addWidget(makeChartTools(tools_));
+    row->addWidget(tools_, 1);
+    return bar;
+}
+
+QWidget* BottomPane::makePagePicker(QWidget* bar) {
     auto* picker = new QWidget(bar);
     picker->setAccessibleName(text(L10n::texts().pane.title()));
     auto* segments = new QHBoxLayout(picker);
@@ -118,12 +128,11 @@ QWidget* BottomPane::makeBar() {
     group->addButton(chartButton_);
     connect(logButton_, &QAbstractButton::clicked, this, [this] { setPage(Page::log); });
     connect(chartButton_, &QAbstractButton::clicked, this, [this] { setPage(Page::chart); });
-    row->addWidget(picker);
+    return picker;
+}
 
-    tools_ = new QStackedWidget(bar);
-    tools_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-
-    auto* logTools = new QWidget(tools_);
+QWidget* BottomPane::makeLogTools(QWidget* parent) {
+    auto* logTools = new QWidget(parent);
     auto* logRow = new QHBoxLayout(logTools);
     logRow->setContentsMargins(0, 0, 0, 0);
     logRow->setSpacing(8);
@@ -152,9 +161,11 @@ QWidget* BottomPane::makeBar() {
                             "clearLogButton", logTools);
     connect(clear, &QPushButton::clicked, this, &BottomPane::clearLog);
     logRow->addWidget(clear);
-    tools_->addWidget(logTools);
+    return logTools;
+}
 
-    auto* chartTools = new QWidget(tools_);
+QWidget* BottomPane::makeChartTools(QWidget* parent) {
+    auto* chartTools = new QWidget(parent);
     auto* chartRow = new QHBoxLayout(chartTools);
     chartRow->setContentsMargins(0, 0, 0, 0);
     chartRow->setSpacing(8);
@@ -169,10 +180,7 @@ QWidget* BottomPane::makeBar() {
                   "exportHistoryButton", chartTools);
     connect(export_, &QPushButton::clicked, this, &BottomPane::exportHistory);
     chartRow->addWidget(export_);
-    tools_->addWidget(chartTools);
-
-    row->addWidget(tools_, 1);
-    return bar;
+    return chartTools;
 }
 
 void BottomPane::setPage(Page page) {

@@ -39,6 +39,12 @@ public slots:
 
 private:
     QWidget* makeBar();
+    // The switch between the log and the chart.
+    QWidget* makePagePicker(QWidget* bar);
+    // The statistics, the log options, Save and Clear.
+    QWidget* makeLogTools(QWidget* parent);
+    // Clear and export the history.
+    QWidget* makeChartTools(QWidget* parent);
     void refreshStatistics();
 
     PollerModel& model_;

@@ -86,6 +86,24 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     , deleteAction_(action(L10n::texts().table.deleteRows(), this, "deleteDatapoints"))
     , importAction_(action(L10n::texts().menu.importCSV(), this, "importDatapoints"))
     , exportAction_(action(L10n::texts().menu.exportCSV(), this, "exportDatapoints")) {
+    setUpActions();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(4);
+    buildToolRow();
+    setUpTable();
+    stack_->addWidget(tableArea_);
+    buildEmptyView();
+    layout->addWidget(stack_, 1);
+    buildBanner();
+    connectSignals();
+
+    showTableOrEmpty();
+    selectionChanged();
+    writeErrorChanged();
+}
+
+void DatapointPanel::setUpActions() {
     addAction_->setIcon(Icons::symbol(Symbol::plus));
     addAction_->setToolTip(qt(L10n::texts().table.addHelp()));
     deleteAction_->setIcon(Icons::symbol(Symbol::trash));
@@ -98,12 +116,9 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     connect(deleteAction_, &QAction::triggered, this, &DatapointPanel::deleteSelected);
     connect(importAction_, &QAction::triggered, this, &DatapointPanel::importCSV);
     connect(exportAction_, &QAction::triggered, this, &DatapointPanel::exportCSV);
+}
 
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(4);
-    buildToolRow();
-
+void DatapointPanel::setUpTable() {
     table_->setObjectName("datapointTable");
     table_->setModel(tableModel_);
     table_->setItemDelegate(delegate_);
@@ -127,10 +142,9 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     auto* tableLayout = new QVBoxLayout(tableArea_);
     tableLayout->setContentsMargins(0, 0, 0, 0);
     tableLayout->addWidget(table_);
-    stack_->addWidget(tableArea_);
-    buildEmptyView();
-    layout->addWidget(stack_, 1);
+}
 
+void DatapointPanel::buildBanner() {
     banner_ = new NoticeBanner(
         Symbol::warning, LogPalette::orange(palette()), QString(),
         [this] { model_.setWriteError(std::nullopt); }, this);
@@ -140,8 +154,10 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
     bannerRow->addStretch();
     bannerRow->addWidget(banner_);
     bannerRow->addStretch();
-    layout->addLayout(bannerRow);
+    static_cast<QVBoxLayout*>(layout())->addLayout(bannerRow);
+}
 
+void DatapointPanel::connectSignals() {
     connect(tableModel_, &QAbstractItemModel::modelAboutToBeReset, this,
             [this] { keptSelection_ = selectedIDs(); });
     connect(tableModel_, &QAbstractItemModel::modelReset, this, [this] {
@@ -160,10 +176,6 @@ DatapointPanel::DatapointPanel(PollerModel& model, QWidget* parent)
                 openWriteEditor(index.row(), pencil);
             });
     connect(&model_, &PollerModel::writeErrorChanged, this, &DatapointPanel::writeErrorChanged);
-
-    showTableOrEmpty();
-    selectionChanged();
-    writeErrorChanged();
 }
 
 void DatapointPanel::buildToolRow() {

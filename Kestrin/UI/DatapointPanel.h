@@ -44,8 +44,15 @@ public slots:
     void openWriteEditor(int row, const QRect& anchor);
 
 private:
+    // Icons, shortcuts and slots of the tool row's actions.
+    void setUpActions();
     void buildToolRow();
+    void setUpTable();
     void buildEmptyView();
+    // The banner of a failed write, centred under the table.
+    void buildBanner();
+    // The table's rows, selection, menu and pencil, and the model's write error.
+    void connectSignals();
     void showTableOrEmpty();
     void selectionChanged();
     void writeErrorChanged();

@@ -84,7 +84,22 @@ HelpWindow::HelpWindow(QWidget* parent)
         selection_ = topics_.front().id;
     }
     matches_ = topics_;
+    QWidget* sidebar = buildSidebar();
+    setUpPage();
+    layOut(sidebar);
 
+    connect(search_, &QLineEdit::textChanged, this, &HelpWindow::searchChanged);
+    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0 && row < static_cast<int>(matches_.size())) {
+            selection_ = matches_[static_cast<std::size_t>(row)].id;
+            showPage();
+        }
+    });
+    fillList();
+    showPage();
+}
+
+QWidget* HelpWindow::buildSidebar() {
     auto* sidebar = new QWidget(this);
     auto* column = new QVBoxLayout(sidebar);
     column->setContentsMargins(8, 8, 0, 8);
@@ -106,7 +121,10 @@ HelpWindow::HelpWindow(QWidget* parent)
     noResults_->hide();
     column->addWidget(noResults_, 1);
     sidebar->setMinimumWidth(190);
+    return sidebar;
+}
 
+void HelpWindow::setUpPage() {
     page_->setObjectName("helpPage");
     page_->setFrameShape(QFrame::NoFrame);
     page_->setOpenLinks(false);
@@ -115,7 +133,9 @@ HelpWindow::HelpWindow(QWidget* parent)
     page_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     page_->document()->setDocumentMargin(pagePadding);
     page_->viewport()->installEventFilter(this);
+}
 
+void HelpWindow::layOut(QWidget* sidebar) {
     auto* split = new QSplitter(this);
     split->addWidget(sidebar);
     split->addWidget(page_);
@@ -125,16 +145,6 @@ HelpWindow::HelpWindow(QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(split);
-
-    connect(search_, &QLineEdit::textChanged, this, &HelpWindow::searchChanged);
-    connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0 && row < static_cast<int>(matches_.size())) {
-            selection_ = matches_[static_cast<std::size_t>(row)].id;
-            showPage();
-        }
-    });
-    fillList();
-    showPage();
 }
 
 void HelpWindow::showSingle(QWidget* parent) {

@@ -41,6 +41,11 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // The search field over the topics, or over the note that none matches.
+    QWidget* buildSidebar();
+    void setUpPage();
+    // The sidebar and the page side by side.
+    void layOut(QWidget* sidebar);
     void searchChanged(const QString& text);
     void fillList();
     // keepPlace: the same page again (narrower or in new colours), where the reader was.

@@ -49,7 +49,15 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     , active_(new QCheckBox(qs(L10n::texts().polls.active()), this)) {
     setObjectName(QStringLiteral("pollTabBar"));
     setAutoFillBackground(true);
+    buildTabScroller();
+    setUpControls();
+    layOutRow();
+    connectControls();
+    connectModel();
+    rebuildTabs();
+}
 
+void PollTabBar::buildTabScroller() {
     auto* strip = new QWidget;
     strip->setLayout(tabRow_);
     tabRow_->setContentsMargins(0, 0, 0, 0);
@@ -68,7 +76,9 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     scroller_ = scroller;
     scroller->viewport()->setAutoFillBackground(false);
     strip->setAutoFillBackground(false);
+}
 
+void PollTabBar::setUpControls() {
     add_->setObjectName(QStringLiteral("addPollButton"));
     add_->setIcon(Icons::symbol(Symbol::plus));
     add_->setAutoRaise(true);
@@ -76,10 +86,6 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     add_->setIconSize(QSize(14, 14));
     add_->setAccessibleName(qs(L10n::texts().polls.add()));
     add_->setToolTip(qs(L10n::texts().polls.addHelp()));
-
-    auto* divider = new QFrame(this);
-    divider->setFrameShape(QFrame::VLine);
-    divider->setFrameShadow(QFrame::Sunken);
 
     name_->setObjectName(QStringLiteral("pollNameField"));
     name_->setFixedWidth(140);
@@ -94,11 +100,17 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     }
     active_->setObjectName(QStringLiteral("pollActiveToggle"));
     active_->setToolTip(qs(L10n::texts().polls.activeHelp()));
+}
+
+void PollTabBar::layOutRow() {
+    auto* divider = new QFrame(this);
+    divider->setFrameShape(QFrame::VLine);
+    divider->setFrameShadow(QFrame::Sunken);
 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(10, 4, 10, 4);
     row->setSpacing(8);
-    row->addWidget(scroller, 1);
+    row->addWidget(scroller_, 1);
     row->addWidget(add_);
     row->addWidget(divider);
     row->addWidget(new QLabel(qs(L10n::texts().table.name()), this));
@@ -106,7 +118,9 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     row->addWidget(new QLabel(qs(L10n::texts().polls.interval()), this));
     row->addWidget(interval_);
     row->addWidget(active_);
+}
 
+void PollTabBar::connectControls() {
     connect(add_, &QToolButton::clicked, &model_, &PollerModel::addPoll);
     connect(name_, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (const auto& id = model_.selectedPollID()) {
@@ -123,12 +137,13 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
             model_.setEnabled(*id, on);
         }
     });
+}
 
+void PollTabBar::connectModel() {
     connect(&model_, &PollerModel::pollsChanged, this, &PollTabBar::rebuildTabs);
     connect(&model_, &PollerModel::selectedPollIDChanged, this, &PollTabBar::rebuildTabs);
     connect(&model_, &PollerModel::stateChanged, this, &PollTabBar::refreshTabs);
     connect(&model_, &PollerModel::statusChanged, this, &PollTabBar::refreshTabs);
-    rebuildTabs();
 }
 
 PollTab* PollTabBar::tab(const Uuid& pollID) const {

@@ -44,6 +44,13 @@ public slots:
     void askToRemove(const Uuid& pollID);
 
 private:
+    void buildTabScroller();
+    // The "+" and the selected poll's name, interval and active flag.
+    void setUpControls();
+    void layOutRow();
+    // The controls edit the selected poll.
+    void connectControls();
+    void connectModel();
     void rebuildTabs();
     void refreshTabs();
     void refreshEditor();

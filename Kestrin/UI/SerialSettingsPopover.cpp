@@ -61,6 +61,19 @@ QLabel* sectionTitle(const std::string& text, QWidget* parent) {
     return label;
 }
 
+// A smaller, fainter note below a section's fields.
+QLabel* footer(const std::string& text, QWidget* parent) {
+    auto* label = new QLabel(qs(text), parent);
+    label->setWordWrap(true);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 0.85);
+    label->setFont(font);
+    QPalette faded = label->palette();
+    faded.setColor(QPalette::WindowText, LogPalette::secondaryLabel(parent->palette()));
+    label->setPalette(faded);
+    return label;
+}
+
 } // namespace
 
 SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent)
@@ -77,7 +90,14 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     // At least the width the popover was drawn for; wider where a language needs it.
     setMinimumWidth(400);
     modbusDefault_->setObjectName(QStringLiteral("modbusDefaultButton"));
+    addChoices();
+    layOutSections();
+    connectPickers();
+    connectModel();
+    refresh();
+}
 
+void SerialSettingsPopover::addChoices() {
     for (const int bits : {8, 7}) {
         dataBits_->addItem(QString::number(bits), bits);
     }
@@ -95,20 +115,9 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     }
     writeMode_->addItem(qs(L10n::texts().settings.writeSingle()), int(WriteMode::single));
     writeMode_->addItem(qs(L10n::texts().settings.writeMultiple()), int(WriteMode::multiple));
+}
 
-    const QPalette palette = this->palette();
-    const auto footer = [&](const std::string& text) {
-        auto* label = new QLabel(qs(text), this);
-        label->setWordWrap(true);
-        QFont font = label->font();
-        font.setPointSizeF(font.pointSizeF() * 0.85);
-        label->setFont(font);
-        QPalette faded = label->palette();
-        faded.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette));
-        label->setPalette(faded);
-        return label;
-    };
-
+void SerialSettingsPopover::layOutSections() {
     auto* frame = form();
     frame->addRow(qs(L10n::texts().settings.dataBits()), dataBits_);
     frame->addRow(qs(L10n::texts().settings.parity()), parity_);
@@ -124,11 +133,13 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
 
     contentLayout()->addWidget(sectionTitle(L10n::texts().settings.frame(), this));
     contentLayout()->addLayout(frame);
-    contentLayout()->addWidget(footer(L10n::texts().settings.standardNote()));
+    contentLayout()->addWidget(footer(L10n::texts().settings.standardNote(), this));
     contentLayout()->addSpacing(6);
     contentLayout()->addWidget(sectionTitle(L10n::texts().settings.requests(), this));
     contentLayout()->addLayout(requests);
+}
 
+void SerialSettingsPopover::connectPickers() {
     const auto changeSerial = [this](auto change) {
         SerialConfiguration serial = model_.serial();
         change(serial);
@@ -160,13 +171,14 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     connect(writeMode_, &QComboBox::activated, this, [this](int index) {
         model_.setWriteMode(WriteMode::allCases.at(writeMode_->itemData(index).toUInt()));
     });
+}
 
+void SerialSettingsPopover::connectModel() {
     connect(&model_, &PollerModel::serialChanged, this, &SerialSettingsPopover::refresh);
     connect(&model_, &PollerModel::timeoutMsChanged, this, &SerialSettingsPopover::refresh);
     connect(&model_, &PollerModel::maxGapChanged, this, &SerialSettingsPopover::refresh);
     connect(&model_, &PollerModel::writeModeChanged, this, &SerialSettingsPopover::refresh);
     connect(&model_, &PollerModel::stateChanged, this, &SerialSettingsPopover::refresh);
-    refresh();
 }
 
 void SerialSettingsPopover::refresh() {

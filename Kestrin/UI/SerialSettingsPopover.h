@@ -18,6 +18,12 @@ public:
     explicit SerialSettingsPopover(PollerModel& model, QWidget* parent = nullptr);
 
 private:
+    void addChoices();
+    void layOutSections();
+    // The user's picks become the model's settings.
+    void connectPickers();
+    // The model's settings and reading state show in the pickers.
+    void connectModel();
     void refresh();
 
     PollerModel& model_;

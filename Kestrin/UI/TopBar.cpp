@@ -36,6 +36,16 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     , dot_(new StatusDot(this))
     , startStop_(new QPushButton(this)) {
     setObjectName(QStringLiteral("topBar"));
+    setUpControls();
+    layOutRow();
+    connectControls();
+    connectModel();
+    refreshPorts();
+    refreshBaud();
+    refreshState();
+}
+
+void TopBar::setUpControls() {
     port_->setObjectName(QStringLiteral("portPicker"));
     port_->setAccessibleName(qs(L10n::texts().header.port()));
     port_->setMinimumWidth(150);
@@ -59,7 +69,9 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     startStop_->setObjectName(QStringLiteral("startStopButton"));
     startStop_->setMinimumWidth(80);
     startStop_->setAutoFillBackground(true);
+}
 
+void TopBar::layOutRow() {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(10, 8, 10, 8);
     row->setSpacing(8);
@@ -70,7 +82,9 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     row->addWidget(startReason_, 1);
     row->addWidget(dot_);
     row->addWidget(startStop_);
+}
 
+void TopBar::connectControls() {
     connect(port_, &QComboBox::activated, this, [this](int index) {
         const QVariant path = port_->itemData(index);
         if (path.isValid()) {
@@ -84,7 +98,9 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     });
     connect(frame_, &QToolButton::clicked, this, &TopBar::showSerialSettings);
     connect(startStop_, &QPushButton::clicked, &model_, &PollerModel::toggle);
+}
 
+void TopBar::connectModel() {
     connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshPorts);
     connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshPorts);
     connect(&model_, &PollerModel::serialChanged, this, &TopBar::refreshBaud);
@@ -93,9 +109,6 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshState);
     connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshState);
     connect(&model_, &PollerModel::pollsChanged, this, &TopBar::refreshState);
-    refreshPorts();
-    refreshBaud();
-    refreshState();
 }
 
 SerialSettingsPopover* TopBar::serialSettings() {

@@ -29,6 +29,12 @@ public slots:
     void showSerialSettings();
 
 private:
+    void setUpControls();
+    void layOutRow();
+    // The pickers and buttons change the model.
+    void connectControls();
+    // The model's ports, serial settings and state show in the row.
+    void connectModel();
     void refreshPorts();
     void refreshBaud();
     void refreshState();
