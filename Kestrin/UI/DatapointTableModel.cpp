@@ -84,6 +84,31 @@ std::optional<Enumeration> caseAt(const QVariant& input) {
     return Enumeration::allCases[static_cast<std::size_t>(index)];
 }
 
+// Takes a parsed value into the datapoint's field; a text that did not parse changes nothing.
+template <typename Field, typename Value>
+bool assign(Field& field, const std::optional<Value>& parsed) {
+    if (!parsed) {
+        return false;
+    }
+    field = static_cast<Field>(*parsed);
+    return true;
+}
+
+QVariant fontOf(int column) {
+    using Model = DatapointTableModel;
+    if (column == Model::unitID || column == Model::value) {
+        return monospaced();
+    }
+    return column == Model::status ? QVariant(callout()) : QVariant();
+}
+
+QVariant alignmentOf(int column) {
+    using Model = DatapointTableModel;
+    return column == Model::unitID || column == Model::address || column == Model::scale
+               ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+               : QVariant();
+}
+
 } // namespace
 
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
@@ -390,13 +415,48 @@ QVariant DatapointTableModel::toolTip(const Datapoint& point, int column) const 
     }
 }
 
+QVariant DatapointTableModel::checkState(const Datapoint& point, int column) const {
+    const Poll* poll = model_.selectedPoll();
+    if (column != chart || poll == nullptr) {
+        return {};
+    }
+    return poll->plotted.contains(point.id) ? Qt::Checked : Qt::Unchecked;
+}
+
+QVariant DatapointTableModel::tone(const Datapoint& point, int column) const {
+    const PointStatus* pointStatus = model_.status(point.id);
+    if (column == value) {
+        return static_cast<int>(valueTone(pointStatus));
+    }
+    if (column == status) {
+        return static_cast<int>(
+            statusLook(pointStatus, model_.state() == PollerState::running).tone);
+    }
+    return {};
+}
+
+QVariant DatapointTableModel::symbol(const Datapoint& point, int row, int column) const {
+    if (column == status) {
+        return static_cast<int>(
+            statusLook(model_.status(point.id), model_.state() == PollerState::running).symbol);
+    }
+    if (overlaps(row, column)) {
+        return static_cast<int>(Symbol::warning);
+    }
+    return {};
+}
+
+bool DatapointTableModel::overlaps(int row, int column) const {
+    return column == address && static_cast<std::size_t>(row) < overlaps_.size() &&
+           overlaps_[static_cast<std::size_t>(row)];
+}
+
 QVariant DatapointTableModel::data(const QModelIndex& index, int role) const {
     const Datapoint* point = index.isValid() ? datapoint(index.row()) : nullptr;
     if (point == nullptr) {
         return {};
     }
     const int column = index.column();
-    const PointStatus* pointStatus = model_.status(point->id);
     switch (role) {
     case Qt::DisplayRole:
         return display(*point, column);
@@ -405,45 +465,19 @@ QVariant DatapointTableModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
         return toolTip(*point, column);
     case Qt::CheckStateRole:
-        if (column != chart) {
-            return {};
-        }
-        if (const Poll* poll = model_.selectedPoll(); poll != nullptr) {
-            return poll->plotted.contains(point->id) ? Qt::Checked : Qt::Unchecked;
-        }
-        return {};
+        return checkState(*point, column);
     case Qt::FontRole:
-        if (column == unitID || column == value) {
-            return monospaced();
-        }
-        return column == status ? QVariant(callout()) : QVariant();
+        return fontOf(column);
     case Qt::TextAlignmentRole:
-        return column == unitID || column == address || column == scale
-                   ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
-                   : QVariant();
+        return alignmentOf(column);
     case ToneRole:
-        if (column == value) {
-            return static_cast<int>(valueTone(pointStatus));
-        }
-        if (column == status) {
-            return static_cast<int>(
-                statusLook(pointStatus, model_.state() == PollerState::running).tone);
-        }
-        return {};
+        return tone(*point, column);
     case SymbolRole:
-        if (column == status) {
-            return static_cast<int>(
-                statusLook(pointStatus, model_.state() == PollerState::running).symbol);
-        }
-        if (column == address && data(index, OverlapRole).toBool()) {
-            return static_cast<int>(Symbol::warning);
-        }
-        return {};
+        return symbol(*point, index.row(), column);
     case InactiveRole:
         return isInactive(*point, column);
     case OverlapRole:
-        return column == address && static_cast<std::size_t>(index.row()) < overlaps_.size() &&
-               overlaps_[static_cast<std::size_t>(index.row())];
+        return overlaps(index.row(), column);
     case WritableRole:
         return column == value && point->table().isWritable();
     case DatapointRole:
@@ -481,48 +515,26 @@ bool DatapointTableModel::apply(Datapoint& point, int column, const QVariant& in
         point.notes = input.toString().toStdString();
         return true;
     case unitID:
-        if (const std::optional<int> parsed = unitIDOf(input.toString())) {
-            point.unitID = static_cast<std::uint8_t>(*parsed);
-            return true;
-        }
-        return false;
+        return assign(point.unitID, unitIDOf(input.toString()));
     case address:
-        if (const std::optional<int> parsed = addressOf(input.toString())) {
-            point.address = static_cast<std::uint16_t>(*parsed);
-            return true;
-        }
-        return false;
+        return assign(point.address, addressOf(input.toString()));
     case scale:
-        if (const std::optional<double> parsed = scaleOf(input.toString())) {
-            point.scale = *parsed;
-            return true;
-        }
-        return false;
-    case table:
-        if (const auto chosen = caseAt<RegisterTable>(input)) {
+        return assign(point.scale, scaleOf(input.toString()));
+    case table: {
+        const auto chosen = caseAt<RegisterTable>(input);
+        if (chosen) {
             point.setTable(*chosen);
-            return true;
         }
-        return false;
-    case dataType:
-        if (const auto chosen = caseAt<DataType>(input);
-            chosen && chosen->isAllowed(point.table())) {
-            point.dataType = *chosen;
-            return true;
-        }
-        return false;
+        return chosen.has_value();
+    }
+    case dataType: {
+        const auto chosen = caseAt<DataType>(input);
+        return chosen && chosen->isAllowed(point.table()) && assign(point.dataType, chosen);
+    }
     case wordOrder:
-        if (const auto chosen = caseAt<WordOrder>(input)) {
-            point.wordOrder = *chosen;
-            return true;
-        }
-        return false;
+        return assign(point.wordOrder, caseAt<WordOrder>(input));
     case format:
-        if (const auto chosen = caseAt<DisplayFormat>(input)) {
-            point.format = *chosen;
-            return true;
-        }
-        return false;
+        return assign(point.format, caseAt<DisplayFormat>(input));
     case value:
     case status:
     case chart:

@@ -92,6 +92,12 @@ private:
     QVariant display(const Datapoint& point, int column) const;
     QVariant edit(const Datapoint& point, int column) const;
     QVariant toolTip(const Datapoint& point, int column) const;
+    // The chart column's tick: whether the selected poll plots the datapoint.
+    QVariant checkState(const Datapoint& point, int column) const;
+    QVariant tone(const Datapoint& point, int column) const;
+    QVariant symbol(const Datapoint& point, int row, int column) const;
+    // Whether the row's address cell marks an overlap.
+    bool overlaps(int row, int column) const;
     bool isInactive(const Datapoint& point, int column) const;
     bool apply(Datapoint& point, int column, const QVariant& input) const;
 

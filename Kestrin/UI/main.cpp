@@ -91,27 +91,16 @@ int takeScreenshot(PollerModel& model, MainWindow& window, const AppOptions& opt
     return result;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    // Past a file-size limit a save then fails with a message, where the default action would
-    // end the program without a word.
-    std::signal(SIGXFSZ, SIG_IGN);
-    // Screenshots need no display.
-    if (wantsScreenshot(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    QApplication application(argc, argv);
+// The name and mark the desktop shows, and the folder of the preferences.
+void describeApplication() {
     QApplication::setApplicationName(QStringLiteral("Kestrin"));
     QApplication::setOrganizationName(QStringLiteral("Kestrin"));
     QApplication::setDesktopFileName(QStringLiteral("kestrin"));
     QApplication::setWindowIcon(Icons::application());
-    // Before the first window, so that Qt's dialog buttons and shortcut names speak the language
-    // of Kestrin's own texts.
-    const QtTranslation qtTranslation(L10n::language());
+}
 
-    // Qt has taken its own options out of argv by now.
-    const auto options = AppOptions::parse(std::vector<std::string>(argv + 1, argv + argc));
+// The exit code when the options end the program before a window opens.
+std::optional<int> exitBeforeWindow(const Result<AppOptions, std::string>& options) {
     if (!options) {
         std::cerr << "kestrin: " << options.error() << "\n" << AppOptions::usage;
         return exitUsage;
@@ -127,23 +116,53 @@ int main(int argc, char** argv) {
             return exitUsage;
         }
     }
+    return std::nullopt;
+}
 
-    if (options.value().dark) {
+// The device given on the command line, or the simulated one of the demo.
+void addDevices(PollerModel& model, const AppOptions& options, std::unique_ptr<DemoDevice>& demo) {
+    if (options.port) {
+        model.addTestDevice(*options.port, *options.port);
+    }
+    if (options.demo) {
+        startDemo(model, demo);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    // Past a file-size limit a save then fails with a message, where the default action would
+    // end the program without a word.
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Screenshots need no display.
+    if (wantsScreenshot(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication application(argc, argv);
+    describeApplication();
+    // Before the first window, so that Qt's dialog buttons and shortcut names speak the language
+    // of Kestrin's own texts.
+    const QtTranslation qtTranslation(L10n::language());
+
+    // Qt has taken its own options out of argv by now.
+    const auto parsed = AppOptions::parse(std::vector<std::string>(argv + 1, argv + argc));
+    if (const std::optional<int> exitCode = exitBeforeWindow(parsed)) {
+        return *exitCode;
+    }
+    const AppOptions& options = parsed.value();
+
+    if (options.dark) {
         // The platform style may ignore a palette; Fusion draws with it everywhere.
         QApplication::setStyle(new DarkStyle);
         QApplication::setPalette(Screenshot::darkPalette());
     }
 
     std::optional<QTemporaryDir> screenshotPreferences;
-    PollerModel model(options.value().screenshot ? screenshotEnvironment(screenshotPreferences)
-                                                 : PollerModel::Environment::application());
+    PollerModel model(options.screenshot ? screenshotEnvironment(screenshotPreferences)
+                                         : PollerModel::Environment::application());
     std::unique_ptr<DemoDevice> demo;
-    if (options.value().port) {
-        model.addTestDevice(*options.value().port, *options.value().port);
-    }
-    if (options.value().demo) {
-        startDemo(model, demo);
-    }
+    addDevices(model, options, demo);
     // Stop reading and save at once, before the window and the demo device go.
     QObject::connect(&application, &QCoreApplication::aboutToQuit, &model,
                      [&model] { model.shutdown(); });
@@ -153,8 +172,8 @@ int main(int argc, char** argv) {
     MainWindow window(model);
     window.show();
 
-    if (options.value().screenshot) {
-        return takeScreenshot(model, window, options.value(), demo != nullptr);
+    if (options.screenshot) {
+        return takeScreenshot(model, window, options, demo != nullptr);
     }
     return QApplication::exec();
 }
