@@ -1,5 +1,4 @@
 #include "ChartSeries.h"
-#include "L10n.h"
 
 #include <vector>
 
@@ -29,28 +28,26 @@ TEST(ChartSeries, ThinsLongSeriesTo1501PointsKeepingFirstAndLast) {
 }
 
 TEST(ChartSeries, PlottedDatapointsWithSamplesInThePeriodInTableOrder) {
-    L10n::withLanguageForTesting(Language::en, [] {
-        Poll poll;
-        poll.datapoints.resize(4);
-        poll.datapoints[0].name = "Temperature";
-        poll.datapoints[0].engineeringUnit = "°C";
-        poll.datapoints[1].address = 100;
-        History history;
-        // Ages in seconds: exactly at the start of a 60-second period counts.
-        const int ages[] = {0, 60, 0, 61};
-        for (std::size_t index = 0; index < 4; ++index) {
-            (void)history.record(poll.datapoints[index].id, {now.addSecs(-ages[index]), 1});
-            if (index != 2) {
-                poll.plotted.insert(poll.datapoints[index].id);
-            }
+    Poll poll;
+    poll.datapoints.resize(4);
+    poll.datapoints[0].name = "Temperature";
+    poll.datapoints[0].engineeringUnit = "°C";
+    poll.datapoints[1].address = 100;
+    History history;
+    // Ages in seconds: exactly at the start of a 60-second period counts.
+    const int ages[] = {0, 60, 0, 61};
+    for (std::size_t index = 0; index < 4; ++index) {
+        (void)history.record(poll.datapoints[index].id, {now.addSecs(-ages[index]), 1});
+        if (index != 2) {
+            poll.plotted.insert(poll.datapoints[index].id);
         }
-        const std::vector<ChartSeries> lastMinute = ChartSeries::series(poll, history, now, 60);
-        ASSERT_EQ(lastMinute.size(), 2u);
-        EXPECT_EQ(lastMinute[0].label, "Temperature (°C)");
-        EXPECT_EQ(lastMinute[1].label, "HR 100");
-        EXPECT_EQ(lastMinute[1].points, (std::vector<Sample>{{now.addSecs(-60), 1}}));
-        EXPECT_EQ(ChartSeries::series(poll, history, now, 0).size(), 3u);
-    });
+    }
+    const std::vector<ChartSeries> lastMinute = ChartSeries::series(poll, history, now, 60);
+    ASSERT_EQ(lastMinute.size(), 2u);
+    EXPECT_EQ(lastMinute[0].label, "Temperature (°C)");
+    EXPECT_EQ(lastMinute[1].label, "HR 100");
+    EXPECT_EQ(lastMinute[1].points, (std::vector<Sample>{{now.addSecs(-60), 1}}));
+    EXPECT_EQ(ChartSeries::series(poll, history, now, 0).size(), 3u);
 }
 
 } // namespace

@@ -24,20 +24,18 @@ DatapointCSV::ImportResult found(int datapoints, int issues) {
 }
 
 TEST(DatapointImport, AsksWithTheCountAndAtMostFiveSkippedLines) {
-    L10n::withLanguageForTesting(Language::en, [] {
-        const std::string question =
-            "Do you want to add them to the current list, or replace the list?";
-        EXPECT_EQ(DatapointImport::question(found(1, 0)).value(),
-                  (DatapointImport::Question{"1 datapoint found", question}));
-        const auto skipped = DatapointImport::question(found(3, 7));
-        EXPECT_EQ(skipped.value().title, "3 datapoints found");
-        EXPECT_EQ(skipped.value().text,
-                  question + "\n\n7 line(s) skipped:\nLine 2: invalid address '2' (0 to 65535)\n"
-                             "Line 3: invalid address '3' (0 to 65535)\n"
-                             "Line 4: invalid address '4' (0 to 65535)\n"
-                             "Line 5: invalid address '5' (0 to 65535)\n"
-                             "Line 6: invalid address '6' (0 to 65535)");
-    });
+    const std::string question =
+        "Do you want to add them to the current list, or replace the list?";
+    EXPECT_EQ(DatapointImport::question(found(1, 0)).value(),
+              (DatapointImport::Question{"1 datapoint found", question}));
+    const auto skipped = DatapointImport::question(found(3, 7));
+    EXPECT_EQ(skipped.value().title, "3 datapoints found");
+    EXPECT_EQ(skipped.value().text,
+              question + "\n\n7 line(s) skipped:\nLine 2: invalid address '2' (0 to 65535)\n"
+                         "Line 3: invalid address '3' (0 to 65535)\n"
+                         "Line 4: invalid address '4' (0 to 65535)\n"
+                         "Line 5: invalid address '5' (0 to 65535)\n"
+                         "Line 6: invalid address '6' (0 to 65535)");
 }
 
 TEST(DatapointImport, NothingFoundNamesTheFirstProblem) {

@@ -49,22 +49,6 @@ TEST(OutputBuffer, TrimsToTheFirstLineStartInsideTheTargetCountingUTF16Units) {
     }
 }
 
-TEST(OutputBuffer, KeepsTheLastLinesAfterPassingTwoMillionUnits) {
-    OutputBuffer buffer;
-    Mirror mirror(buffer);
-    // 100 units a line: line 20,001 makes 2,000,100 and the cut at 500,100 is where line 5002
-    // begins, so exactly 1,500,000 units remain.
-    for (int number = 1; number <= 20'001; ++number) {
-        std::string line = std::to_string(number);
-        line.resize(99, '.');
-        appendText(buffer, line);
-        EXPECT_EQ(mirror.lastTrim, number <= 20'000 ? 0 : 5001 * 100);
-    }
-    EXPECT_EQ(buffer.length(), 1'500'000);
-    EXPECT_TRUE(buffer.text().startsWith("5002."));
-    EXPECT_EQ(mirror.text, buffer.text());
-}
-
 TEST(OutputBuffer, RunsMergeByRoleAndClearEmptiesTheView) {
     OutputBuffer buffer;
     Mirror mirror(buffer);

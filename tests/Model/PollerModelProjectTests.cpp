@@ -12,26 +12,19 @@ using Testing::put;
 
 using PollerModelProject = ModelFixture;
 
-TEST_F(PollerModelProject, SaveOpenSaveGivesTheSameBytes) {
-    PollerProject original =
-        project({poll("Boiler", {holding("Level", 100, 4.5, DataType::float32)}),
-                 poll("Pump", {holding("", 7)}, false)});
-    original.timeoutMs = 500;
-    original.writeMode = WriteMode::multiple;
+// Every key's way through the file is the document's test; here the model's use of the files.
+TEST_F(PollerModelProject, TheAutosaveIsLoadedAndASavedProjectOpensAgain) {
+    PollerProject original = project({poll("Boiler", {holding("Level", 100)})});
     original.maxGap = 6;
-    original.serial.baudRate = 19200;
-    original.polls[0].plotted.insert(original.polls[0].datapoints[0].id);
     put(autosavePath(), QByteArray::fromStdString(original.encoded()));
     create();
     EXPECT_EQ(model->currentProject(), original);
 
-    model->saveProjectAs(file("first.json"));
+    model->saveProjectAs(file("saved.json"));
     model->newProject();
-    model->openProject(file("first.json"));
-    model->saveProjectAs(file("second.json"));
+    model->openProject(file("saved.json"));
     EXPECT_FALSE(model->errorMessage());
     EXPECT_EQ(model->currentProject(), original);
-    EXPECT_EQ(contents(file("second.json")), contents(file("first.json")));
 }
 
 TEST_F(PollerModelProject, AnUnreadableProjectIsRefusedNamingWhatIsWrong) {
@@ -62,8 +55,8 @@ TEST_F(PollerModelProject, EveryProjectChangeIsAutosavedAfterTheDelayAndAtShutdo
     EXPECT_TRUE(saved());
 }
 
-// Each file the model writes, cut off by a file-size limit far before its end and one byte
-// before it: the message names the cause once and the previous file stays as it was.
+// Each file the model writes, cut off by a file-size limit: the message names the cause once and
+// the previous file stays as it was. Where in the file the cut falls is the writer's test.
 TEST_F(PollerModelProject, AFailedSaveKeepsThePreviousFileAndNamesTheCauseOnce) {
     const Datapoint level = holding("Level", 100);
     create(project({poll("Boiler", {level})}));
@@ -78,18 +71,14 @@ TEST_F(PollerModelProject, AFailedSaveKeepsThePreviousFileAndNamesTheCauseOnce) 
         const QString target = file(QString::fromUtf8(name));
         (model.get()->*save)(target);
         ASSERT_FALSE(model->errorMessage()) << *model->errorMessage();
-        const auto size = static_cast<rlim_t>(contents(target).size());
-        for (const rlim_t limit : {rlim_t{1}, size - 1}) {
-            SCOPED_TRACE(std::string(name) + " cut off at " + std::to_string(limit));
-            put(target, "old");
-            {
-                const Testing::FileSizeLimit cutOff(limit);
-                (model.get()->*save)(target);
-            }
-            EXPECT_EQ(model->errorMessage(), "Saving failed: File too large");
-            EXPECT_EQ(contents(target), "old");
-            model->setErrorMessage(std::nullopt);
+        put(target, "old");
+        {
+            const Testing::FileSizeLimit cutOff(1);
+            (model.get()->*save)(target);
         }
+        EXPECT_EQ(model->errorMessage(), "Saving failed: File too large") << name;
+        EXPECT_EQ(contents(target), "old") << name;
+        model->setErrorMessage(std::nullopt);
         // Nothing half-written is left beside it either.
         EXPECT_EQ(QDir(folder.path()).entryList({target.section('/', -1) + "*"}, QDir::Files),
                   QStringList{target.section('/', -1)});
