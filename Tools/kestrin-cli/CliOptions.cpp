@@ -13,6 +13,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace kestrin {
 
@@ -100,26 +101,22 @@ std::string typed(std::string_view name, std::string_view value) {
     return text;
 }
 
-// Everything after reading the option texts: each is checked in the order of the usage text.
-Result<CliOptions, UsageError> check(CliOptions::Command command, const Arguments& arguments) {
-    const auto missing = [](std::string_view name) { return UsageError{{}, std::string(name)}; };
-    if (!arguments.port) {
-        return missing("--port");
+// The first option the command cannot do without that is missing.
+std::optional<UsageError> missingOption(CliOptions::Command command, const Arguments& arguments) {
+    const bool needsValue = command == CliOptions::Command::write;
+    for (const auto& [name, given] : {std::pair{"--port", arguments.port.has_value()},
+                                      std::pair{"--table", arguments.table.has_value()},
+                                      std::pair{"--address", arguments.address.has_value()},
+                                      std::pair{"--value", !needsValue || arguments.value}}) {
+        if (!given) {
+            return UsageError{{}, name};
+        }
     }
-    if (!arguments.table) {
-        return missing("--table");
-    }
-    if (!arguments.address) {
-        return missing("--address");
-    }
-    if (command == CliOptions::Command::write && !arguments.value) {
-        return missing("--value");
-    }
+    return std::nullopt;
+}
 
-    CliOptions result;
-    result.command = command;
-    result.port = *arguments.port;
-    result.testDevice = arguments.testDevice;
+// Baud rate, frame and time-out.
+Result<void, UsageError> checkLine(const Arguments& arguments, CliOptions& result) {
     constexpr int largestInt = std::numeric_limits<int>::max();
     if (arguments.baud) {
         const std::optional<int> baud = integerIn(*arguments.baud, 1, largestInt);
@@ -144,8 +141,11 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         }
         result.timeoutMs = *timeoutMs;
     }
+    return {};
+}
 
-    Datapoint& datapoint = result.datapoint;
+// Unit, table and address: where the value is.
+Result<void, UsageError> checkLocation(const Arguments& arguments, Datapoint& datapoint) {
     if (arguments.unit) {
         const std::optional<int> unit =
             integerIn(*arguments.unit, RTUFrame::unitRange.first, RTUFrame::unitRange.last);
@@ -168,9 +168,14 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
                           typed("--address", *arguments.address)};
     }
     datapoint.address = static_cast<std::uint16_t>(*address);
+    return {};
+}
+
+// Type, order, scale, format and engineering unit: how the value reads.
+Result<void, UsageError> checkPresentation(const Arguments& arguments, Datapoint& datapoint) {
     if (arguments.type) {
         const std::optional<DataType> type = DataType::fromText(*arguments.type);
-        if (!type || !type->isAllowed(*table)) {
+        if (!type || !type->isAllowed(datapoint.table())) {
             return UsageError{L10n::texts().errors.csvInvalidDataType(*arguments.type),
                               typed("--type", *arguments.type)};
         }
@@ -199,11 +204,12 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         datapoint.format = *format;
     }
     datapoint.engineeringUnit = arguments.engineeringUnit.value_or("");
+    return {};
+}
 
-    if (command == CliOptions::Command::read) {
-        return result;
-    }
-    if (!table->isWritable()) {
+// A writable table, the write mode and the value, checked against the finished datapoint.
+Result<void, UsageError> checkWrite(const Arguments& arguments, CliOptions& result) {
+    if (!result.datapoint.table().isWritable()) {
         return UsageError{{}, typed("--table", *arguments.table)};
     }
     if (arguments.writeMode) {
@@ -214,12 +220,38 @@ Result<CliOptions, UsageError> check(CliOptions::Command command, const Argument
         }
         result.writeMode = *mode;
     }
-    const std::optional<Value> value = datapoint.parse(*arguments.value);
+    const std::optional<Value> value = result.datapoint.parse(*arguments.value);
     if (!value) {
-        return UsageError{L10n::Table::valueInvalid(datapoint.dataType),
+        return UsageError{L10n::Table::valueInvalid(result.datapoint.dataType),
                           typed("--value", *arguments.value)};
     }
     result.value = *value;
+    return {};
+}
+
+// Everything after reading the option texts: each is checked in the order of the usage text.
+Result<CliOptions, UsageError> check(CliOptions::Command command, const Arguments& arguments) {
+    if (auto missing = missingOption(command, arguments)) {
+        return *missing;
+    }
+    CliOptions result;
+    result.command = command;
+    result.port = *arguments.port;
+    result.testDevice = arguments.testDevice;
+    if (auto line = checkLine(arguments, result); !line) {
+        return line.error();
+    }
+    if (auto location = checkLocation(arguments, result.datapoint); !location) {
+        return location.error();
+    }
+    if (auto presentation = checkPresentation(arguments, result.datapoint); !presentation) {
+        return presentation.error();
+    }
+    if (command == CliOptions::Command::write) {
+        if (auto write = checkWrite(arguments, result); !write) {
+            return write.error();
+        }
+    }
     return result;
 }
 

@@ -8,6 +8,7 @@
 #include "PortScanner.h"
 #include "ProjectStore.h"
 #include "StopSignals.h"
+#include "TextFileReader.h"
 
 #include <array>
 #include <chrono>
@@ -29,16 +30,11 @@ namespace {
 // One poll, named after the file, of the datapoints the list holds; skipped lines are reported
 // and left out, as the import in the window does.
 Result<PollerProject, std::string> csvProject(const QString& path, std::ostream& err) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const auto bytes = TextFileReader::read(QFile::encodeName(path).toStdString());
+    if (!bytes) {
         return L10n::texts().errors.fileOpenFailed(QFileInfo(path).fileName().toStdString());
     }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        return L10n::texts().errors.fileOpenFailed(QFileInfo(path).fileName().toStdString());
-    }
-    const std::string text = DatapointImport::decodedText(
-        std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    const std::string text = DatapointImport::decodedText(bytes.value());
     DatapointCSV::ImportResult parsed = DatapointCSV::parse(text);
     if (auto question = DatapointImport::question(parsed); !question) {
         return question.error();
@@ -119,6 +115,29 @@ bool tookSaveError(PollerModel& model, std::ostream& err) {
     return true;
 }
 
+// The footer line of the log, once reading has stopped.
+void printStatistics(const PollerStatistics& statistics, std::ostream& out) {
+    out << L10n::texts().footer.statistics(statistics.requests, statistics.responses,
+                                           statistics.timeouts, statistics.exceptions,
+                                           statistics.errors)
+        << '\n'
+        << std::flush;
+}
+
+// Writes the history and the log where asked; false when either could not be written.
+bool saveFiles(PollerModel& model, const PollOptions& options, std::ostream& err) {
+    bool saved = true;
+    if (options.historyPath) {
+        model.exportHistory(QString::fromStdString(*options.historyPath));
+        saved = !tookSaveError(model, err) && saved;
+    }
+    if (options.logPath) {
+        model.saveLog(QString::fromStdString(*options.logPath));
+        saved = !tookSaveError(model, err) && saved;
+    }
+    return saved;
+}
+
 } // namespace
 
 ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
@@ -167,23 +186,8 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     QCoreApplication::exec();
 
     model.stop();
-    const PollerStatistics& statistics = model.statistics();
-    out << L10n::texts().footer.statistics(statistics.requests, statistics.responses,
-                                           statistics.timeouts, statistics.exceptions,
-                                           statistics.errors)
-        << '\n'
-        << std::flush;
-
-    bool saveFailed = false;
-    if (options.historyPath) {
-        model.exportHistory(QString::fromStdString(*options.historyPath));
-        saveFailed = tookSaveError(model, err) || saveFailed;
-    }
-    if (options.logPath) {
-        model.saveLog(QString::fromStdString(*options.logPath));
-        saveFailed = tookSaveError(model, err) || saveFailed;
-    }
-    return saveFailed ? ExitCode::requestFailed : ExitCode::success;
+    printStatistics(model.statistics(), out);
+    return saveFiles(model, options, err) ? ExitCode::success : ExitCode::requestFailed;
 }
 
 } // namespace kestrin::PollCommand
