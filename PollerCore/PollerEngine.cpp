@@ -128,17 +128,18 @@ private:
     bool perform(const Job& job) {
         return std::visit(Overloaded{
                               [&](const Job::Write& write) { return send(write); },
-                              [&](const Job::Poll& poll) { return read(poll.plan); },
+                              [&](const Job::Poll& due) { return poll(due.plan); },
                           },
                           job.value);
     }
 
-    bool read(const PollPlan& plan) {
+    // Reads every block of plan in turn; a queued write goes out between two blocks.
+    bool poll(const PollPlan& plan) {
         for (const ReadBlock& block : plan.blocks) {
             if (!isRunning()) {
                 return true;
             }
-            if (!read(plan.id, block)) {
+            if (!readBlock(plan.id, block)) {
                 return false;
             }
             // A write waits for one block at most, not for the whole poll.
@@ -164,7 +165,7 @@ private:
         return write;
     }
 
-    bool read(const Uuid& poll, const ReadBlock& block) {
+    bool readBlock(const Uuid& poll, const ReadBlock& block) {
         auto exchanged = exchange(PDU::read(block.table, block.address, block.count), block.unit);
         if (!exchanged) {
             return lose();
