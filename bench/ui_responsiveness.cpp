@@ -407,6 +407,141 @@ void profileChartParts(const PollerModel& model) {
                  static_cast<unsigned long long>(checksum));
 }
 
+// The slots of the model's four busiest signals, timed together.
+struct SignalCosts {
+    SignalCost status;
+    SignalCost log;
+    SignalCost chart;
+    SignalCost statistics;
+
+    // Before the window connects its handlers.
+    void open(PollerModel& model) {
+        status.open(&model, &PollerModel::statusChanged);
+        log.open(&model.output(), &OutputBuffer::appended);
+        chart.open(&model, &PollerModel::historyVersionChanged);
+        statistics.open(&model, &PollerModel::statisticsChanged);
+    }
+    // After it has.
+    void close(PollerModel& model) {
+        status.close(&model, &PollerModel::statusChanged);
+        log.close(&model.output(), &OutputBuffer::appended);
+        chart.close(&model, &PollerModel::historyVersionChanged);
+        statistics.close(&model, &PollerModel::statisticsChanged);
+    }
+    void record() {
+        for (SignalCost* signal : {&status, &log, &chart, &statistics}) {
+            signal->recording = true;
+        }
+    }
+    std::vector<std::pair<const char*, const SignalCost*>> named() const {
+        return {{"statusChanged (table, tabs)", &status},
+                {"appended (log view)", &log},
+                {"historyVersionChanged (chart)", &chart},
+                {"statisticsChanged (counters)", &statistics}};
+    }
+};
+
+// The lines the log has taken, and how many of them are the system's own.
+struct LogLines {
+    std::int64_t all = 0;
+    std::int64_t system = 0;
+
+    void count(OutputBuffer& output) {
+        QObject::connect(&output, &OutputBuffer::appended, [this](const QList<StyledRun>& runs) {
+            ++all;
+            system += std::any_of(runs.begin(), runs.end(), [](const StyledRun& run) {
+                return run.kind == LogSegment::Kind::system;
+            });
+        });
+    }
+};
+
+struct Measurement {
+    double elapsedSeconds = 0;
+    PollerStatistics before;
+    PollerStatistics after;
+    std::int64_t measuredLines = 0;
+    LogLines atEnd;
+    std::vector<double> stallsMs;
+    std::vector<double> queueMs;
+    double drainMs = 0;
+};
+
+// kestrin-sim reads the project from this file; false when it cannot be written.
+bool writeProject(const PollerProject& project, const QString& path) {
+    QFile file(path);
+    const std::string encoded = project.encoded();
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(encoded.data(), static_cast<qint64>(encoded.size())) ==
+               static_cast<qint64>(encoded.size());
+}
+
+// The project, and a port list that holds only the simulator's terminal.
+PollerModel::Environment benchEnvironment(PollerProject project) {
+    PollerModel::Environment environment;
+    environment.project = std::move(project);
+    environment.scanner = std::make_unique<PortScanner>(
+        std::make_unique<FakePortRegistry>(std::make_shared<FakePortRegistry::State>()));
+    return environment;
+}
+
+// Every line the log can show, so the log view does its most work.
+void logEverything(PollerModel& model) {
+    model.setShowTimestamps(true);
+    model.setShowRawFrames(true);
+    model.setLogOnlyProblems(false);
+    model.setAutoscroll(true);
+}
+
+// Reads for the measured seconds with the probes running.
+Measurement measure(ProfilingApplication& application, const Options& options,
+                    const PollerModel& model, SignalCosts& signalCosts, const LogLines& lines) {
+    TickProbe ticks;
+    QueueProbe queue;
+    Measurement result;
+    result.before = model.statistics();
+    const std::int64_t linesBefore = lines.all;
+    signalCosts.record();
+    application.profiling = options.profile;
+    const Clock::time_point begin = Clock::now();
+    ticks.start();
+    queue.start();
+    runFor(options.seconds);
+    ticks.stop();
+    queue.stop();
+    result.elapsedSeconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    application.profiling = false;
+    result.after = model.statistics();
+    result.measuredLines = lines.all - linesBefore;
+    result.atEnd = lines;
+    result.drainMs = queue.drainMs();
+    result.stallsMs = ticks.stallsMs();
+    result.queueMs = queue.latenciesMs();
+    return result;
+}
+
+void printMeasurement(const Measurement& measured) {
+    const std::vector<double>& stalls = measured.stallsMs;
+    const auto late = std::count_if(stalls.begin(), stalls.end(),
+                                    [](double stall) { return stall > visibleStallMs; });
+    const PollerStatistics& before = measured.before;
+    const PollerStatistics& after = measured.after;
+    const std::int64_t requests = after.requests - before.requests;
+    const std::int64_t failures =
+        requests - (after.responses - before.responses) + (after.exceptions - before.exceptions);
+    std::printf("max_stall_ms=%.2f p99_stall_ms=%.2f late_ticks=%lld ticks=%zu "
+                "requests_per_s=%.1f requests=%lld failures=%lld log_lines=%lld "
+                "total_requests=%lld total_log_lines=%lld system_lines=%lld "
+                "max_queue_ms=%.2f p99_queue_ms=%.2f drain_ms=%.2f\n",
+                largest(stalls), percentile(stalls, 0.99), static_cast<long long>(late),
+                stalls.size(), static_cast<double>(requests) / measured.elapsedSeconds,
+                static_cast<long long>(requests), static_cast<long long>(failures),
+                static_cast<long long>(measured.measuredLines),
+                static_cast<long long>(after.requests), static_cast<long long>(measured.atEnd.all),
+                static_cast<long long>(measured.atEnd.system), largest(measured.queueMs),
+                percentile(measured.queueMs, 0.99), measured.drainMs);
+}
+
 int run(ProfilingApplication& application, const Options& options) {
     // The views keep their own preferences; none of them may touch the user's.
     const QTemporaryDir settings;
@@ -419,15 +554,10 @@ int run(ProfilingApplication& application, const Options& options) {
 
     PollerProject project = benchProject(options);
     const QString projectFile = work.filePath("bench.json");
-    QFile file(projectFile);
-    const std::string encoded = project.encoded();
-    if (!file.open(QIODevice::WriteOnly) ||
-        file.write(encoded.data(), static_cast<qint64>(encoded.size())) !=
-            static_cast<qint64>(encoded.size())) {
+    if (!writeProject(project, projectFile)) {
         std::fputs("ui_responsiveness: cannot write the project\n", stderr);
         return 1;
     }
-    file.close();
     const auto simulator = Simulator::start(options.simulator, projectFile);
     if (!simulator) {
         std::fprintf(stderr, "ui_responsiveness: %s did not start\n",
@@ -435,49 +565,19 @@ int run(ProfilingApplication& application, const Options& options) {
         return 1;
     }
 
-    PollerModel::Environment environment;
-    environment.project = std::move(project);
-    environment.scanner = std::make_unique<PortScanner>(
-        std::make_unique<FakePortRegistry>(std::make_shared<FakePortRegistry::State>()));
-    PollerModel model(std::move(environment));
-    model.setShowTimestamps(true);
-    model.setShowRawFrames(true);
-    model.setLogOnlyProblems(false);
-    model.setAutoscroll(true);
+    PollerModel model(benchEnvironment(std::move(project)));
+    logEverything(model);
     model.addTestDevice(simulator->path(), "kestrin-sim");
-
-    SignalCost statusCost;
-    SignalCost logCost;
-    SignalCost chartCost;
-    SignalCost statisticsCost;
-    statusCost.open(&model, &PollerModel::statusChanged);
-    logCost.open(&model.output(), &OutputBuffer::appended);
-    chartCost.open(&model, &PollerModel::historyVersionChanged);
-    statisticsCost.open(&model, &PollerModel::statisticsChanged);
+    SignalCosts signalCosts;
+    signalCosts.open(model);
     MainWindow window(model);
-    statusCost.close(&model, &PollerModel::statusChanged);
-    logCost.close(&model.output(), &OutputBuffer::appended);
-    chartCost.close(&model, &PollerModel::historyVersionChanged);
-    statisticsCost.close(&model, &PollerModel::statisticsChanged);
-    const std::vector<std::pair<const char*, const SignalCost*>> signalCosts{
-        {"statusChanged (table, tabs)", &statusCost},
-        {"appended (log view)", &logCost},
-        {"historyVersionChanged (chart)", &chartCost},
-        {"statisticsChanged (counters)", &statisticsCost}};
-
-    std::int64_t lines = 0;
-    std::int64_t systemLines = 0;
-    QObject::connect(&model.output(), &OutputBuffer::appended, [&](const QList<StyledRun>& runs) {
-        ++lines;
-        systemLines += std::any_of(runs.begin(), runs.end(), [](const StyledRun& run) {
-            return run.kind == LogSegment::Kind::system;
-        });
-    });
+    signalCosts.close(model);
+    LogLines lines;
+    lines.count(model.output());
 
     window.resize(windowWidth, windowHeight);
     window.show();
     window.bottomPane()->setPage(options.page);
-
     model.start();
     if (!waitForRunning(model)) {
         std::fprintf(stderr, "ui_responsiveness: reading did not start: %s\n",
@@ -486,27 +586,7 @@ int run(ProfilingApplication& application, const Options& options) {
     }
     runFor(options.warmUpSeconds);
 
-    TickProbe ticks;
-    QueueProbe queue;
-    const PollerStatistics before = model.statistics();
-    const std::int64_t linesBefore = lines;
-    for (SignalCost* signal : {&statusCost, &logCost, &chartCost, &statisticsCost}) {
-        signal->recording = true;
-    }
-    application.profiling = options.profile;
-    const Clock::time_point begin = Clock::now();
-    ticks.start();
-    queue.start();
-    runFor(options.seconds);
-    ticks.stop();
-    queue.stop();
-    const double elapsed = std::chrono::duration<double>(Clock::now() - begin).count();
-    application.profiling = false;
-    const PollerStatistics after = model.statistics();
-    const std::int64_t linesAtEnd = lines;
-    const std::int64_t systemLinesAtEnd = systemLines;
-    const double drainMs = queue.drainMs();
-
+    const Measurement measured = measure(application, options, model, signalCosts, lines);
     if (options.profile) {
         profileChartParts(model);
     }
@@ -514,26 +594,9 @@ int run(ProfilingApplication& application, const Options& options) {
         window.grab().save(options.screenshot);
     }
     model.stop();
-
-    const std::vector<double>& stalls = ticks.stallsMs();
-    const auto late = std::count_if(stalls.begin(), stalls.end(),
-                                    [](double stall) { return stall > visibleStallMs; });
-    const std::int64_t requests = after.requests - before.requests;
-    const std::int64_t failures =
-        requests - (after.responses - before.responses) + (after.exceptions - before.exceptions);
-    std::printf("max_stall_ms=%.2f p99_stall_ms=%.2f late_ticks=%lld ticks=%zu "
-                "requests_per_s=%.1f requests=%lld failures=%lld log_lines=%lld "
-                "total_requests=%lld total_log_lines=%lld system_lines=%lld "
-                "max_queue_ms=%.2f p99_queue_ms=%.2f drain_ms=%.2f\n",
-                largest(stalls), percentile(stalls, 0.99), static_cast<long long>(late),
-                stalls.size(), static_cast<double>(requests) / elapsed,
-                static_cast<long long>(requests), static_cast<long long>(failures),
-                static_cast<long long>(linesAtEnd - linesBefore),
-                static_cast<long long>(after.requests), static_cast<long long>(linesAtEnd),
-                static_cast<long long>(systemLinesAtEnd), largest(queue.latenciesMs()),
-                percentile(queue.latenciesMs(), 0.99), drainMs);
+    printMeasurement(measured);
     if (options.profile) {
-        printProfile(application.costs, signalCosts, elapsed);
+        printProfile(application.costs, signalCosts.named(), measured.elapsedSeconds);
     }
     return 0;
 }
