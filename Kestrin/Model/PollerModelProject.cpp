@@ -5,6 +5,7 @@
 #include "PollerModel.h"
 #include "ProjectStore.h"
 #include "TextFile.h"
+#include "TextFileReader.h"
 
 #include <algorithm>
 #include <utility>
@@ -208,18 +209,12 @@ void PollerModel::updateDatapoint(const Datapoint& edited) {
 }
 
 std::optional<PollerModel::ImportOffer> PollerModel::readDatapointFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const auto bytes = TextFileReader::read(QFile::encodeName(path).toStdString());
+    if (!bytes) {
         setErrorMessage(L10n::texts().errors.fileOpenFailed(fileNameOf(path)));
         return std::nullopt;
     }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        setErrorMessage(L10n::texts().errors.fileOpenFailed(fileNameOf(path)));
-        return std::nullopt;
-    }
-    const std::string text =
-        DatapointImport::decodedText(std::string_view(bytes.constData(), bytes.size()));
+    const std::string text = DatapointImport::decodedText(bytes.value());
     DatapointCSV::ImportResult parsed = DatapointCSV::parse(text);
     auto question = DatapointImport::question(parsed);
     if (!question) {

@@ -2,6 +2,7 @@
 
 #include "L10n.h"
 #include "TextFile.h"
+#include "TextFileReader.h"
 
 #include <utility>
 
@@ -16,15 +17,11 @@ namespace kestrin {
 namespace {
 
 Result<PollerProject, std::string> readProject(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return file.errorString().toStdString();
+    const auto bytes = TextFileReader::read(QFile::encodeName(path).toStdString());
+    if (!bytes) {
+        return L10n::Errors::systemMessage(bytes.error());
     }
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        return file.errorString().toStdString();
-    }
-    auto project = PollerProject::decode(std::string_view(bytes.constData(), bytes.size()));
+    auto project = PollerProject::decode(bytes.value());
     if (!project) {
         return L10n::Errors::describe(project.error());
     }

@@ -19,6 +19,8 @@ namespace kestrin {
 // ("No space left on device") and later calls would overwrite errno.
 //
 // Thread contract: one thread at a time; holds an open descriptor until commit or destruction.
+// Its counterpart for reading is TextFileReader, in ModbusCore so that the tools without Qt share
+// it.
 class TextFileWriter {
 public:
     // Creates the temporary file at once; a failure to do so is reported by commit.
