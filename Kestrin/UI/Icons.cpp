@@ -38,14 +38,18 @@ struct Ink {
 
 // Each drawing is on a 24 × 24 grid and starts with the outline pen and no brush.
 
+QPainterPath triangle(QPointF a, QPointF b, QPointF c) {
+    QPainterPath path;
+    path.moveTo(a);
+    path.lineTo(b);
+    path.lineTo(c);
+    path.closeSubpath();
+    return path;
+}
+
 void drawPlay(QPainter& p, Ink& ink) {
     ink.filled();
-    QPainterPath path;
-    path.moveTo(7, 4.5);
-    path.lineTo(19.5, 12);
-    path.lineTo(7, 19.5);
-    path.closeSubpath();
-    p.drawPath(path);
+    p.drawPath(triangle({7, 4.5}, {19.5, 12}, {7, 19.5}));
 }
 
 void drawStop(QPainter& p, Ink& ink) {
@@ -92,12 +96,7 @@ void drawTrash(QPainter& p, Ink&) {
 
 void drawWarning(QPainter& p, Ink& ink) {
     ink.filled();
-    QPainterPath path;
-    path.moveTo(12, 3);
-    path.lineTo(22, 20.5);
-    path.lineTo(2, 20.5);
-    path.closeSubpath();
-    p.drawPath(path);
+    p.drawPath(triangle({12, 3}, {22, 20.5}, {2, 20.5}));
     ink.cut();
     p.drawLine(QPointF(12, 9), QPointF(12, 14));
     p.drawPoint(QPointF(12, 17.5));
