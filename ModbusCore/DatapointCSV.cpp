@@ -1,12 +1,10 @@
 #include "DatapointCSV.h"
 
-#include "NumberText.h"
 #include "Text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace kestrin::DatapointCSV {
@@ -81,6 +79,33 @@ std::optional<unsigned> decimalInteger(std::string_view text, unsigned maximum) 
         return std::nullopt;
     }
     return result;
+}
+
+// The character at text[i] inside quotes, added to the cell; returns the index of the last
+// character it took. A doubled quote is one quote, a single one closes the quotes, and line
+// breaks are kept and counted.
+std::size_t readQuoted(std::string_view text, std::size_t i, Field& cell, bool& inQuotes,
+                       int& line) {
+    const char c = text[i];
+    const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+    if (c == '"') {
+        if (next == '"') {
+            cell.fields += '"';
+            return i + 1;
+        }
+        inQuotes = false;
+        return i;
+    }
+    if (c == '\r' && next == '\n') {
+        cell.fields += "\r\n";
+        ++line;
+        return i + 1;
+    }
+    if (c == '\n') {
+        ++line;
+    }
+    cell.fields += c;
+    return i;
 }
 
 // Cells of one record by column; absent columns and short records read as empty.
@@ -168,35 +193,6 @@ Result<Datapoint, Problem> datapoint(const RecordReader& reader) {
         value, std::string(reader.cell(Column::notes)), Simulation{});
 }
 
-// Besides the usual reasons, white space at either end is quoted, so that it is seen.
-void appendCell(std::string& out, std::string_view cell, char separator) {
-    const bool needsQuotes =
-        cell.find_first_of(std::string{separator, '"', '\n', '\r'}) != std::string_view::npos ||
-        Text::trimmed(cell).size() != cell.size();
-    if (!needsQuotes) {
-        out += cell;
-        return;
-    }
-    out += '"';
-    for (char c : cell) {
-        if (c == '"') {
-            out += '"';
-        }
-        out += c;
-    }
-    out += '"';
-}
-
-void appendRow(std::string& out, std::span<const std::string> cells, char separator) {
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (i > 0) {
-            out += separator;
-        }
-        appendCell(out, cells[i], separator);
-    }
-    out += "\r\n";
-}
-
 } // namespace
 
 std::string_view Column::rawValue() const noexcept {
@@ -221,17 +217,6 @@ std::optional<Column> Column::fromHeader(std::string_view text) {
         }
     }
     return std::nullopt;
-}
-
-Dialect Dialect::forStyle(const NumberStyle& style) {
-    if (style.usesDecimalComma()) {
-        return {';', true};
-    }
-    return {',', false};
-}
-
-std::string Dialect::decimal(std::string number) const {
-    return NumberStyle{decimalComma ? "," : "."}.localized(std::move(number));
 }
 
 std::vector<Record> records(std::string_view text, char separator) {
@@ -262,23 +247,7 @@ std::vector<Record> records(std::string_view text, char separator) {
         const char c = text[i];
         const bool crlf = c == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
         if (inQuotes) {
-            if (c == '"') {
-                if (i + 1 < text.size() && text[i + 1] == '"') {
-                    cell.fields += '"';
-                    ++i;
-                } else {
-                    inQuotes = false;
-                }
-            } else if (crlf) {
-                cell.fields += "\r\n";
-                ++line;
-                ++i;
-            } else {
-                if (c == '\n') {
-                    ++line;
-                }
-                cell.fields += c;
-            }
+            i = readQuoted(text, i, cell, inQuotes, line);
         } else if (c == '"' && cell.fields.empty()) {
             inQuotes = true;
         } else if (c == separator) {
@@ -339,25 +308,20 @@ ImportResult parse(std::string_view text) {
     return result;
 }
 
-std::string exportText(std::span<const Datapoint> datapoints, const Dialect& dialect) {
+std::string exportText(std::span<const Datapoint> datapoints, const CSVDialect& dialect) {
+    // The import trims every cell, so white space at either end is quoted to show it is meant.
+    constexpr auto quoted = CSVDialect::EdgeSpace::quoted;
     std::string out(byteOrderMark);
-    std::vector<std::string> cells(headers.begin(), headers.end());
-    appendRow(out, cells, dialect.separator);
+    dialect.appendRow(out, headers, quoted);
     for (const Datapoint& point : datapoints) {
-        cells = {
-            point.name,
-            std::to_string(point.unitID),
-            std::string(point.table().code()),
-            std::to_string(point.address),
-            std::string(point.dataType.rawValue()),
-            point.dataType.usesWordOrder() ? std::string(point.wordOrder.label()) : std::string(),
-            dialect.decimal(NumberText::plain(point.scale)),
-            point.engineeringUnit,
-            std::string(point.format.rawValue()),
-            dialect.decimal(NumberText::plain(point.value)),
-            point.notes,
-        };
-        appendRow(out, cells, dialect.separator);
+        dialect.appendRow(
+            out,
+            {point.name, std::to_string(point.unitID), point.table().code(),
+             std::to_string(point.address), point.dataType.rawValue(),
+             point.dataType.usesWordOrder() ? point.wordOrder.label() : std::string_view(),
+             dialect.number(point.scale), point.engineeringUnit, point.format.rawValue(),
+             dialect.number(point.value), point.notes},
+            quoted);
     }
     return out;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "CSVDialect.h"
 #include "Datapoint.h"
-#include "NumberStyle.h"
 
 #include <array>
 #include <cstdint>
@@ -51,19 +51,6 @@ public:
 
 private:
     Case case_;
-};
-
-struct Dialect {
-    char separator = ',';
-    bool decimalComma = false;
-
-    // ";" with decimal commas where the locale writes "," as its decimal separator; "," otherwise.
-    static Dialect forStyle(const NumberStyle& style);
-    static Dialect current() { return forStyle(NumberStyle::current()); }
-    // A number written with "." as it goes into a cell: "," for "." with decimal commas.
-    std::string decimal(std::string number) const;
-
-    friend bool operator==(const Dialect&, const Dialect&) = default;
 };
 
 // One cell as read.
@@ -127,6 +114,6 @@ std::vector<Record> records(std::string_view text, char separator);
 ImportResult parse(std::string_view text);
 
 // The list as CSV text: byte-order mark, header row, one row per datapoint, CR LF line ends.
-std::string exportText(std::span<const Datapoint> datapoints, const Dialect& dialect);
+std::string exportText(std::span<const Datapoint> datapoints, const CSVDialect& dialect);
 
 } // namespace kestrin::DatapointCSV

@@ -45,8 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
     }
     // An exported list imports back to the same rows, in either dialect.
-    for (const DatapointCSV::Dialect dialect :
-         {DatapointCSV::Dialect{',', false}, DatapointCSV::Dialect{';', true}}) {
+    for (const CSVDialect dialect : {CSVDialect{',', false}, CSVDialect{';', true}}) {
         const auto again =
             DatapointCSV::parse(DatapointCSV::exportText(imported.datapoints, dialect));
         if (!again.issues.empty() || again.datapoints.size() != imported.datapoints.size()) {

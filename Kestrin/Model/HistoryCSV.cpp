@@ -18,24 +18,9 @@
 namespace kestrin::HistoryCSV {
 namespace {
 
-void appendField(std::string& out, std::string_view field, char separator) {
-    if (field.find_first_of(std::string{separator, '"', '\n', '\r'}) == std::string_view::npos) {
-        out += field;
-        return;
-    }
-    out += '"';
-    for (const char c : field) {
-        if (c == '"') {
-            out += '"';
-        }
-        out += c;
-    }
-    out += '"';
-}
-
 struct Row {
     QDateTime time;
-    std::string fields; // every field but the time, each preceded by the separator
+    std::string cells; // every cell but the time, each preceded by the separator
 };
 
 } // namespace
@@ -44,17 +29,16 @@ QString fileName(const QDateTime& now) {
     return TextFile::stampedName("modbus-history-", now, ".csv");
 }
 
-std::string valueText(const Datapoint& datapoint, const Value& value,
-                      const DatapointCSV::Dialect& dialect) {
+std::string valueText(const Datapoint& datapoint, const Value& value, const CSVDialect& dialect) {
     const DataType type = datapoint.dataType;
     const double real = value.toDouble();
     if (value.isInteger() || !std::isfinite(real)) {
-        return dialect.decimal(NumberText::plain(value));
+        return dialect.number(value);
     }
     if (type.isFloat()) {
         const bool single = type == DataType::float32 && !ValueCodec::scales(datapoint.scale);
-        return dialect.decimal(single ? NumberText::single(static_cast<float>(real))
-                                      : NumberText::plain(value));
+        return single ? dialect.decimal(NumberText::single(static_cast<float>(real)))
+                      : dialect.number(value);
     }
     std::string text = NumberText::fixed(real, datapoint.decimals());
     // 11.0 is written 11, as every other whole number.
@@ -71,34 +55,29 @@ std::string timeText(const QDateTime& time) {
         .toStdString();
 }
 
-std::string text(std::span<const Poll> polls, const History& history,
-                 const DatapointCSV::Dialect& dialect) {
-    const char separator = dialect.separator;
+std::string text(std::span<const Poll> polls, const History& history, const CSVDialect& dialect) {
+    // Names and units are written as they are; only the datapoint list is read back and trimmed.
+    constexpr auto plain = CSVDialect::EdgeSpace::plain;
     std::vector<Row> rows;
     for (const Poll& poll : polls) {
-        std::string pollField;
-        appendField(pollField, poll.name, separator);
+        std::string pollCell;
+        dialect.appendCell(pollCell, poll.name, plain);
         for (const Datapoint& datapoint : poll.datapoints) {
             const SampleRing* samples = history.samples(datapoint.id);
             if (samples == nullptr) {
                 continue;
             }
-            std::string nameField;
-            appendField(nameField, DatapointLabel::name(datapoint), separator);
-            std::string unitField;
-            appendField(unitField, datapoint.engineeringUnit, separator);
+            std::string nameCells = dialect.separator + pollCell + dialect.separator;
+            dialect.appendCell(nameCells, DatapointLabel::name(datapoint), plain);
+            std::string unitCell;
+            dialect.appendCell(unitCell, datapoint.engineeringUnit, plain);
             for (std::size_t index = 0; index < samples->size(); ++index) {
                 const Sample& sample = (*samples)[index];
-                std::string fields;
-                fields += separator;
-                fields += pollField;
-                fields += separator;
-                fields += nameField;
-                fields += separator;
-                appendField(fields, valueText(datapoint, sample.value, dialect), separator);
-                fields += separator;
-                fields += unitField;
-                rows.push_back({sample.time, std::move(fields)});
+                std::string cells = nameCells + dialect.separator;
+                dialect.appendCell(cells, valueText(datapoint, sample.value, dialect), plain);
+                cells += dialect.separator;
+                cells += unitCell;
+                rows.push_back({sample.time, std::move(cells)});
             }
         }
     }
@@ -106,17 +85,11 @@ std::string text(std::span<const Poll> polls, const History& history,
                      [](const Row& a, const Row& b) { return a.time < b.time; });
 
     std::string out;
-    for (const std::string_view header : {"Time", "Poll", "Name", "Value", "Unit"}) {
-        if (!out.empty()) {
-            out += separator;
-        }
-        out += header;
-    }
-    out += "\r\n";
+    dialect.appendRow(out, {"Time", "Poll", "Name", "Value", "Unit"}, plain);
     for (const Row& row : rows) {
-        appendField(out, timeText(row.time), separator);
-        out += row.fields;
-        out += "\r\n";
+        dialect.appendCell(out, timeText(row.time), plain);
+        out += row.cells;
+        out += CSVDialect::lineEnd;
     }
     return out;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "DatapointCSV.h"
+#include "CSVDialect.h"
+#include "Datapoint.h"
 #include "History.h"
 #include "Poll.h"
 
@@ -20,13 +21,11 @@ QString fileName(const QDateTime& now);
 // A value as the datapoint's device meant it: a scaled integer rounded to the digits the table
 // shows, a float32 in the shortest digits of the single; every other value as the datapoint list
 // writes numbers. A whole number has no decimal part; "," for "." in the decimal-comma dialect.
-std::string valueText(const Datapoint& datapoint, const Value& value,
-                      const DatapointCSV::Dialect& dialect);
+std::string valueText(const Datapoint& datapoint, const Value& value, const CSVDialect& dialect);
 // "2026-11-16 16:05:12.345" in the local time zone, whatever the user's locale.
 std::string timeText(const QDateTime& time);
 // Header "Time", "Poll", "Name", "Value", "Unit", then the rows sorted by time; rows of equal
 // time keep poll, table and recording order. Datapoints in no poll are left out. CR LF endings.
-std::string text(std::span<const Poll> polls, const History& history,
-                 const DatapointCSV::Dialect& dialect);
+std::string text(std::span<const Poll> polls, const History& history, const CSVDialect& dialect);
 
 } // namespace kestrin::HistoryCSV

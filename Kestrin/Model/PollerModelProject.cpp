@@ -249,7 +249,7 @@ void PollerModel::exportDatapoints(const QString& path) {
             point.value = *latest->value;
         }
     }
-    const std::string text = DatapointCSV::exportText(exported, DatapointCSV::Dialect::current());
+    const std::string text = DatapointCSV::exportText(exported, CSVDialect::current());
     if (auto written = TextFile::write(path, text); !written) {
         setErrorMessage(L10n::texts().errors.saveFailed(written.error()));
     }
@@ -276,7 +276,7 @@ void PollerModel::clearHistory() {
 }
 
 void PollerModel::exportHistory(const QString& path) {
-    const std::string text = HistoryCSV::text(polls_, history_, DatapointCSV::Dialect::current());
+    const std::string text = HistoryCSV::text(polls_, history_, CSVDialect::current());
     if (auto written = TextFile::write(path, text); !written) {
         setErrorMessage(L10n::texts().errors.saveFailed(written.error()));
     }

@@ -1,13 +1,13 @@
 #include "HistoryCSV.h"
-#include "L10n.h"
+#include "LanguageForTesting.h"
 
 #include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {
 
-const DatapointCSV::Dialect comma{',', false};
-const DatapointCSV::Dialect semicolon{';', true};
+const CSVDialect comma{',', false};
+const CSVDialect semicolon{';', true};
 
 Datapoint typed(DataType type, double scale) {
     Datapoint point;
@@ -23,22 +23,9 @@ TEST(HistoryCSV, ValuesAreWrittenAsTheDeviceMeantThemInTheDialect) {
         const char* withPoint;
         const char* withComma;
     };
-    const Datapoint float64 = typed(DataType::float64, 1);
-    const Datapoint uint64 = typed(DataType::uint64, 1);
     const std::vector<Row> rows{
-        {float64, 21.0, "21", "21"},
-        {float64, 21.5, "21.5", "21,5"},
-        {float64, -0.0, "0", "0"},
-        {float64, 1e15 - 1, "999999999999999", "999999999999999"},
-        {float64, 2.5e15 + 0.5, "2500000000000000.5", "2500000000000000,5"},
-        {float64, 0.0001, "0.0001", "0,0001"},
-        {float64, 1e21, "1e+21", "1e+21"},
-        {float64, -2.5e-7, "-2.5e-07", "-2,5e-07"},
-        // Every digit of a 64-bit counter, and the widest patterns of both signs.
-        {uint64, Value::unsignedInteger(0x0102030405060708), "72623859790382856",
-         "72623859790382856"},
-        {uint64, Value::unsignedInteger(UINT64_MAX), "18446744073709551615",
-         "18446744073709551615"},
+        // Integers and doubles are written as the datapoint list writes numbers.
+        {typed(DataType::float64, 1), 21.5, "21.5", "21,5"},
         {typed(DataType::int64, 1), Value::signedInteger(INT64_MIN), "-9223372036854775808",
          "-9223372036854775808"},
         // A scaled integer has the digits the table shows: 111 × 0.1 is 11.100000000000001.
@@ -73,6 +60,7 @@ TEST(HistoryCSV, RowsSortedByTimeThenPollAndTableOrderInBothDialects) {
         polls[1].name = "Pump";
         polls[1].datapoints.resize(1);
         polls[1].datapoints[0].name = "Say \"hi\"";
+        polls[1].datapoints[0].engineeringUnit = " kW"; // not quoted: nothing reads it back
         const QDateTime t0(QDate(2026, 11, 16), QTime(16, 5, 12, 5)); // local time
         History history;
         (void)history.record(polls[1].datapoints[0].id, {t0, 1});
@@ -83,13 +71,13 @@ TEST(HistoryCSV, RowsSortedByTimeThenPollAndTableOrderInBothDialects) {
 
         EXPECT_EQ(HistoryCSV::text(polls, history, comma),
                   "Time,Poll,Name,Value,Unit\r\n"
-                  "2026-11-16 16:05:12.005,Pump,\"Say \"\"hi\"\"\",1,\r\n"
+                  "2026-11-16 16:05:12.005,Pump,\"Say \"\"hi\"\"\",1, kW\r\n"
                   "2026-11-16 16:05:13.005,\"Boiler, east\",Temperature,21.5,°C\r\n"
                   "2026-11-16 16:05:13.005,\"Boiler, east\",HR 7,500,\r\n"
                   "2026-11-16 16:05:14.005,\"Boiler, east\",Temperature,22,°C\r\n");
         EXPECT_EQ(HistoryCSV::text(polls, history, semicolon),
                   "Time;Poll;Name;Value;Unit\r\n"
-                  "2026-11-16 16:05:12.005;Pump;\"Say \"\"hi\"\"\";1;\r\n"
+                  "2026-11-16 16:05:12.005;Pump;\"Say \"\"hi\"\"\";1; kW\r\n"
                   "2026-11-16 16:05:13.005;Boiler, east;Temperature;21,5;°C\r\n"
                   "2026-11-16 16:05:13.005;Boiler, east;HR 7;500;\r\n"
                   "2026-11-16 16:05:14.005;Boiler, east;Temperature;22;°C\r\n");
