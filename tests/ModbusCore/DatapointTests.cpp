@@ -132,28 +132,23 @@ TEST(DatapointJSON, WritesAllKeysAndReadsThemBack) {
     EXPECT_EQ(Datapoint::fromJSON(nlohmann::json::parse(counter.json().dump())), counter);
 }
 
-TEST(DatapointJSON, AbsentKeysTakeDefaultsAndBitTablesForceBool) {
-    const auto decoded = Datapoint::fromJSON(nlohmann::json{{"address", 5}});
-    ASSERT_TRUE(decoded.ok());
-    Datapoint expected = at(RegisterTable::holdingRegister, 5);
-    expected.id = decoded.value().id;
-    EXPECT_EQ(decoded.value(), expected);
-    EXPECT_NE(decoded.value().id, Datapoint::fromJSON(nlohmann::json::object()).value().id);
+TEST(DatapointJSON, AbsentAndNullKeysTakeDefaultsAndBitTablesForceBool) {
+    for (const char* text : {R"({"address": 5})", R"({
+        "id": null, "name": null, "unitID": null, "table": null, "address": 5,
+        "dataType": null, "wordOrder": null, "scale": null, "engineeringUnit": null,
+        "format": null, "value": null, "notes": null, "simulation": null})"}) {
+        const auto decoded = Datapoint::fromJSON(nlohmann::json::parse(text));
+        ASSERT_TRUE(decoded.ok()) << text;
+        Datapoint expected = at(RegisterTable::holdingRegister, 5);
+        expected.id = decoded.value().id;
+        EXPECT_EQ(decoded.value(), expected) << text;
+    }
+    EXPECT_NE(Datapoint::fromJSON(nlohmann::json::object()).value().id,
+              Datapoint::fromJSON(nlohmann::json::object()).value().id);
 
     const auto coil =
         Datapoint::fromJSON(nlohmann::json{{"table", "coil"}, {"dataType", "float32"}});
     EXPECT_EQ(coil.value().dataType, DataType::boolean);
-}
-
-TEST(DatapointJSON, NullKeysTakeTheirDefaults) {
-    const auto decoded = Datapoint::fromJSON(nlohmann::json::parse(R"({
-        "id": null, "name": null, "unitID": null, "table": null, "address": null,
-        "dataType": null, "wordOrder": null, "scale": null, "engineeringUnit": null,
-        "format": null, "value": null, "notes": null, "simulation": null})"));
-    ASSERT_TRUE(decoded.ok());
-    Datapoint expected;
-    expected.id = decoded.value().id;
-    EXPECT_EQ(decoded.value(), expected);
 }
 
 TEST(DatapointJSON, WrongTypesUnknownValuesAndUnusableScalesFailAtTheirKey) {

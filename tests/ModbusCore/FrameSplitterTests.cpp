@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <ostream>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -85,63 +86,85 @@ TEST(FrameSplitter, OverflowKeepsTheNewest512Bytes) {
     EXPECT_EQ(atOnce.buffer(), Bytes(bytes.end() - 512, bytes.end()));
 }
 
-// Random transactions made by the builders, fed in random chunks, come back as their frames.
-TEST(FrameSplitter, SplitsARandomStreamOfTransactionsBackIntoItsFrames) {
-    std::mt19937 random(0x4B37);
-    const auto uniform = [&random](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
-    const auto randomBits = [&](int count) {
-        std::vector<bool> values(static_cast<std::size_t>(count));
-        for (auto&& value : values) {
-            value = uniform(0, 1) == 1;
-        }
-        return values;
-    };
-    const auto randomRegisters = [&](int count) {
-        std::vector<std::uint16_t> values(static_cast<std::size_t>(count));
-        for (auto& value : values) {
-            value = static_cast<std::uint16_t>(uniform(0, 0xFFFF));
-        }
-        return values;
-    };
+// Random transactions made by the builders: a request PDU and the answer a device could give.
+class RandomTransactions {
+public:
+    explicit RandomTransactions(std::uint32_t seed)
+        : random_(seed) {}
 
+    int uniform(int low, int high) {
+        return std::uniform_int_distribution<int>(low, high)(random_);
+    }
+
+    std::pair<Bytes, Bytes> next() {
+        const auto address = static_cast<std::uint16_t>(uniform(0, 0xFFFF));
+        const int kind = uniform(0, 7);
+        std::pair<Bytes, Bytes> transaction =
+            kind < 4 ? read(RegisterTable::allCases[static_cast<std::size_t>(kind)], address)
+                     : write(kind, address);
+        if (uniform(0, 4) == 0) {
+            const auto& codes = ModbusException::allCases;
+            transaction.second =
+                ExceptionPDU::make(transaction.first[0],
+                                   codes[static_cast<std::size_t>(uniform(0, codes.size() - 1))]);
+        }
+        return transaction;
+    }
+
+private:
+    std::vector<bool> bits(int count) {
+        std::vector<bool> values(static_cast<std::size_t>(count));
+        std::generate(values.begin(), values.end(), [this] { return uniform(0, 1) == 1; });
+        return values;
+    }
+
+    std::vector<std::uint16_t> registers(int count) {
+        std::vector<std::uint16_t> values(static_cast<std::size_t>(count));
+        std::generate(values.begin(), values.end(),
+                      [this] { return static_cast<std::uint16_t>(uniform(0, 0xFFFF)); });
+        return values;
+    }
+
+    std::pair<Bytes, Bytes> read(RegisterTable table, std::uint16_t address) {
+        const int count = uniform(1, table.maxReadCount());
+        Bytes request = PDU::read(table, address, count);
+        Bytes data = table.isBit() ? packBits(bits(count)) : Bytes{};
+        for (std::uint16_t value :
+             table.isBit() ? std::vector<std::uint16_t>{} : registers(count)) {
+            appendUInt16(data, value);
+        }
+        Bytes answer = concat({request[0], static_cast<std::uint8_t>(data.size())}, data);
+        return {std::move(request), std::move(answer)};
+    }
+
+    // Kinds 4 and 5 write one coil or register and are echoed; 6 and 7 write several and are
+    // answered with the address and quantity.
+    std::pair<Bytes, Bytes> write(int kind, std::uint16_t address) {
+        if (kind < 6) {
+            Bytes request = kind == 4 ? PDU::writeSingleCoil(address, uniform(0, 1) == 1)
+                                      : PDU::writeSingleRegister(address, registers(1)[0]);
+            return {request, request};
+        }
+        Bytes request =
+            kind == 6
+                ? PDU::writeMultipleCoils(address, bits(uniform(1, FunctionCode::maxWriteBits)))
+                : PDU::writeMultipleRegisters(
+                      address, registers(uniform(1, FunctionCode::maxWriteRegisters)));
+        Bytes answer(request.begin(), request.begin() + 5);
+        return {std::move(request), std::move(answer)};
+    }
+
+    std::mt19937 random_;
+};
+
+// Random transactions fed in random chunks come back as their frames.
+TEST(FrameSplitter, SplitsARandomStreamOfTransactionsBackIntoItsFrames) {
+    RandomTransactions random(0x4B37);
     Bytes stream;
     std::vector<Frame> expected;
     for (int transaction = 0; transaction < 400; ++transaction) {
-        const auto address = static_cast<std::uint16_t>(uniform(0, 0xFFFF));
-        const int kind = uniform(0, 7);
-        Bytes request;
-        Bytes answer;
-        if (kind < 4) {
-            const RegisterTable table = RegisterTable::allCases[static_cast<std::size_t>(kind)];
-            const int count = uniform(1, table.maxReadCount());
-            request = PDU::read(table, address, count);
-            Bytes data = table.isBit() ? packBits(randomBits(count)) : Bytes{};
-            for (std::uint16_t value :
-                 table.isBit() ? std::vector<std::uint16_t>{} : randomRegisters(count)) {
-                appendUInt16(data, value);
-            }
-            answer = concat({request[0], static_cast<std::uint8_t>(data.size())}, data);
-        } else if (kind < 6) {
-            request = kind == 4 ? PDU::writeSingleCoil(address, uniform(0, 1) == 1)
-                                : PDU::writeSingleRegister(address, randomRegisters(1)[0]);
-            answer = request;
-        } else {
-            request =
-                kind == 6
-                    ? PDU::writeMultipleCoils(address,
-                                              randomBits(uniform(1, FunctionCode::maxWriteBits)))
-                    : PDU::writeMultipleRegisters(
-                          address, randomRegisters(uniform(1, FunctionCode::maxWriteRegisters)));
-            answer.assign(request.begin(), request.begin() + 5);
-        }
-        if (uniform(0, 4) == 0) {
-            const auto& codes = ModbusException::allCases;
-            answer = ExceptionPDU::make(
-                request[0], codes[static_cast<std::size_t>(uniform(0, codes.size() - 1))]);
-        }
-        const auto unit = static_cast<std::uint8_t>(uniform(1, 247));
+        const auto [request, answer] = random.next();
+        const auto unit = static_cast<std::uint8_t>(random.uniform(1, 247));
         const Bytes requestFrame = RTUFrame::build(unit, request);
         const Bytes answerFrame = RTUFrame::build(unit, answer);
         stream = concat(concat(std::move(stream), requestFrame), answerFrame);
@@ -158,7 +181,7 @@ TEST(FrameSplitter, SplitsARandomStreamOfTransactionsBackIntoItsFrames) {
     std::vector<Frame> frames;
     for (std::size_t offset = 0; offset < stream.size();) {
         const auto chunk =
-            std::min(static_cast<std::size_t>(uniform(1, 64)), stream.size() - offset);
+            std::min(static_cast<std::size_t>(random.uniform(1, 64)), stream.size() - offset);
         splitter.append(ByteView(stream).subspan(offset, chunk));
         offset += chunk;
         drainInto(frames, splitter, false);
