@@ -14,6 +14,11 @@ namespace kestrin::L10n {
 // constructor, so a language file whose designated initializer leaves out a key, or names keys
 // out of order, does not compile. Texts that are the same in every language ("OK", "CSV", the
 // data type names, units such as "ms") are not here; L10n.cpp holds them once.
+//
+// Each group names its keys once, one X(type, name) a line, in a KESTRIN_…_KEYS(X) list; the
+// list declares the members and forEach(visit), which calls visit("name", member) for each in
+// order. A nested group is visited as a member with a forEach of its own. A new text is thus
+// one line here and one line in each language file.
 
 // A text without values: a string literal, checked at compile time.
 struct Literal {
@@ -66,348 +71,434 @@ using OfText = Fn<std::string(std::string_view)>;
 using OfTwoTexts = Fn<std::string(std::string_view, std::string_view)>;
 using OfNumber = Fn<std::string(int)>;
 using OfNumberAndText = Fn<std::string(int, std::string_view)>;
+using OfTwoNumbers = Fn<std::string(std::int64_t, std::int64_t)>;
 using OfCounters =
     Fn<std::string(std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t)>;
 
+#define KESTRIN_TEXT_MEMBER(Type, name) Type name;
+#define KESTRIN_TEXT_VISIT(Type, name) visit(#name, name);
+#define KESTRIN_TEXT_GROUP(KEYS)                                                                   \
+    KEYS(KESTRIN_TEXT_MEMBER)                                                                      \
+    template <typename Visit>                                                                      \
+    constexpr void forEach(Visit&& visit) const {                                                  \
+        KEYS(KESTRIN_TEXT_VISIT)                                                                   \
+    }
+
 struct Texts {
     struct HeaderTexts {
-        Literal port;
-        Literal noPortsFound;
-        Literal choosePort;
-        OfText portNotConnected; // (port path)
-        Literal baudRate;
-        OfNumber baudLabel; // (rate): an entry of the baud-rate picker
-        Literal start;
-        Literal stop;
-        Literal frameSettingsHelp;
-        Literal startHelp;
-        Literal stopHelp;
-        Literal lockedWhileRunning;
-        Literal demoDevice;           // the name of the simulated device of --demo
-        Literal startNeedsPort;       // beside a Start that is off: no port present or chosen
-        Literal startNeedsDatapoints; // beside a Start that is off: no active poll has datapoints
-    } header;
+#define KESTRIN_HEADER_TEXTS_KEYS(X)                                                               \
+    X(Literal, port)                                                                               \
+    X(Literal, noPortsFound)                                                                       \
+    X(Literal, choosePort)                                                                         \
+    X(OfText, portNotConnected) /* (port path) */                                                  \
+    X(Literal, baudRate)                                                                           \
+    X(OfNumber, baudLabel) /* (rate): an entry of the baud-rate picker */                          \
+    X(Literal, start)                                                                              \
+    X(Literal, stop)                                                                               \
+    X(Literal, frameSettingsHelp)                                                                  \
+    X(Literal, startHelp)                                                                          \
+    X(Literal, stopHelp)                                                                           \
+    X(Literal, lockedWhileRunning)                                                                 \
+    X(Literal, demoDevice) /* the name of the simulated device of --demo */                        \
+    /* Beside a Start that is off: no port present or chosen; no active poll has datapoints. */    \
+    X(Literal, startNeedsPort)                                                                     \
+    X(Literal, startNeedsDatapoints)
+        KESTRIN_TEXT_GROUP(KESTRIN_HEADER_TEXTS_KEYS)
+    };
 
     struct SettingsTexts {
-        Literal frame;
-        Literal dataBits;
-        Literal parity;
-        Literal stopBits;
-        Literal parityNone;
-        Literal parityEven;
-        Literal parityOdd;
-        Literal modbusDefault;
-        Literal standardNote;
-        Literal requests;
-        Literal responseTimeout;
-        Literal timeoutHelp;
-        Literal combine;
-        Literal adjacentOnly; // the gap label for a gap of 0
-        OfNumber gapsUpTo;    // (gap) the gap label for any other gap
-        Literal combineHelp;
-        Literal writeMode;
-        Literal writeSingle;
-        Literal writeMultiple;
-        Literal writeModeHelp;
-    } settings;
+#define KESTRIN_SETTINGS_TEXTS_KEYS(X)                                                             \
+    X(Literal, frame)                                                                              \
+    X(Literal, dataBits)                                                                           \
+    X(Literal, parity)                                                                             \
+    X(Literal, stopBits)                                                                           \
+    X(Literal, parityNone)                                                                         \
+    X(Literal, parityEven)                                                                         \
+    X(Literal, parityOdd)                                                                          \
+    X(Literal, modbusDefault)                                                                      \
+    X(Literal, standardNote)                                                                       \
+    X(Literal, requests)                                                                           \
+    X(Literal, responseTimeout)                                                                    \
+    X(Literal, timeoutHelp)                                                                        \
+    X(Literal, combine)                                                                            \
+    X(Literal, adjacentOnly) /* the gap label for a gap of 0 */                                    \
+    X(OfNumber, gapsUpTo)    /* (gap) the gap label for any other gap */                           \
+    X(Literal, combineHelp)                                                                        \
+    X(Literal, writeMode)                                                                          \
+    X(Literal, writeSingle)                                                                        \
+    X(Literal, writeMultiple)                                                                      \
+    X(Literal, writeModeHelp)
+        KESTRIN_TEXT_GROUP(KESTRIN_SETTINGS_TEXTS_KEYS)
+    };
 
     struct FooterTexts {
-        OfCounters statistics; // (requests, responses, timeouts, exceptions, errors)
-        Literal options;
-        Literal optionsHelp;
-        Literal autoscroll;
-        Literal timestamps;
-        Literal rawFrames;
-        Literal rawFramesHelp;
-        Literal onlyProblems;
-        Literal onlyProblemsHelp;
-        Literal save;
-        Literal saveHelp;
-        Literal clear;
-        Literal clearHelp;
-        Literal outputAccessibility;
-    } footer;
+#define KESTRIN_FOOTER_TEXTS_KEYS(X)                                                               \
+    X(OfCounters, statistics) /* (requests, responses, timeouts, exceptions, errors) */            \
+    X(Literal, options)                                                                            \
+    X(Literal, optionsHelp)                                                                        \
+    X(Literal, autoscroll)                                                                         \
+    X(Literal, timestamps)                                                                         \
+    X(Literal, rawFrames)                                                                          \
+    X(Literal, rawFramesHelp)                                                                      \
+    X(Literal, onlyProblems)                                                                       \
+    X(Literal, onlyProblemsHelp)                                                                   \
+    X(Literal, save)                                                                               \
+    X(Literal, saveHelp)                                                                           \
+    X(Literal, clear)                                                                              \
+    X(Literal, clearHelp)                                                                          \
+    X(Literal, outputAccessibility)
+        KESTRIN_TEXT_GROUP(KESTRIN_FOOTER_TEXTS_KEYS)
+    };
 
     struct MenuTexts {
-        Literal newProject;
-        Literal openProject;
-        Literal saveProject;
-        Literal importCSV;
-        Literal exportCSV;
-        Literal saveLog;
-        Literal clearLog;
-        Literal file;
-        Literal help;
-        Literal quit;
-        Literal replaceProjectTitle;
-        Literal replaceProjectMessage;
-        // The names of the file dialogs' filters; the patterns are added by the window.
-        Literal csvFiles;
-        Literal datapointLists;
-        Literal projectFiles;
-        Literal textFiles;
-        Literal allFiles;
-    } menu;
+#define KESTRIN_MENU_TEXTS_KEYS(X)                                                                 \
+    X(Literal, newProject)                                                                         \
+    X(Literal, openProject)                                                                        \
+    X(Literal, saveProject)                                                                        \
+    X(Literal, importCSV)                                                                          \
+    X(Literal, exportCSV)                                                                          \
+    X(Literal, saveLog)                                                                            \
+    X(Literal, clearLog)                                                                           \
+    X(Literal, file)                                                                               \
+    X(Literal, help)                                                                               \
+    X(Literal, quit)                                                                               \
+    X(Literal, replaceProjectTitle)                                                                \
+    X(Literal, replaceProjectMessage)                                                              \
+    /* The names of the file dialogs' filters; the patterns are added by the window. */            \
+    X(Literal, csvFiles)                                                                           \
+    X(Literal, datapointLists)                                                                     \
+    X(Literal, projectFiles)                                                                       \
+    X(Literal, textFiles)                                                                          \
+    X(Literal, allFiles)
+        KESTRIN_TEXT_GROUP(KESTRIN_MENU_TEXTS_KEYS)
+    };
 
     struct TableTexts {
         struct TableNames {
-            Literal coil;
-            Literal discreteInput;
-            Literal holdingRegister;
-            Literal inputRegister;
+#define KESTRIN_TABLE_NAMES_KEYS(X)                                                                \
+    X(Literal, coil)                                                                               \
+    X(Literal, discreteInput)                                                                      \
+    X(Literal, holdingRegister)                                                                    \
+    X(Literal, inputRegister)
+            KESTRIN_TEXT_GROUP(KESTRIN_TABLE_NAMES_KEYS)
         };
         // "Hex" is the same in every language.
         struct FormatNames {
-            Literal decimal;
-            Literal binary;
+#define KESTRIN_FORMAT_NAMES_KEYS(X)                                                               \
+    X(Literal, decimal)                                                                            \
+    X(Literal, binary)
+            KESTRIN_TEXT_GROUP(KESTRIN_FORMAT_NAMES_KEYS)
         };
 
-        Literal name;
-        Literal unitID; // the unit ID column
-        Literal table;
-        Literal address;
-        Literal dataType;
-        Literal wordOrder;
-        Literal scale;
-        Literal value;
-        Literal unit; // the engineering unit column: a different word from unitID
-        Literal format;
-        Literal description;
-        Literal status;
-        Literal add;
-        Literal addHelp;
-        Literal duplicate;
-        Literal deleteRows;
-        Literal csvHelp;
-        Literal unitIDHelp;
-        OfText addressHelp; // (Modicon notation, "40001")
-        Literal wordOrderHelp;
-        Literal scaleHelp;
-        Literal plotHelp;
-        OfText rawHelp; // (registers, "0000 00D7")
-        Literal overlapHelp;
-        Literal emptyTitle;
-        Literal emptyText;
-        TableNames tableNames;
-        FormatNames formatNames;
-        Literal waiting;
-        OfText updatedHelp; // (time of day)
-        Literal valueHelp;
-        OfText valueInvalid; // (data type name, "UInt16")
-        // Why a typed unit ID, address or scale is refused.
-        Literal unitIDInvalid;
-        Literal addressInvalid;
-        Literal scaleInvalid;
-    } table;
+#define KESTRIN_TABLE_TEXTS_KEYS(X)                                                                \
+    X(Literal, name)                                                                               \
+    X(Literal, unitID) /* the unit ID column */                                                    \
+    X(Literal, table)                                                                              \
+    X(Literal, address)                                                                            \
+    X(Literal, dataType)                                                                           \
+    X(Literal, wordOrder)                                                                          \
+    X(Literal, scale)                                                                              \
+    X(Literal, value)                                                                              \
+    X(Literal, unit) /* the engineering unit column: a different word from unitID */               \
+    X(Literal, format)                                                                             \
+    X(Literal, description)                                                                        \
+    X(Literal, status)                                                                             \
+    X(Literal, add)                                                                                \
+    X(Literal, addHelp)                                                                            \
+    X(Literal, duplicate)                                                                          \
+    X(Literal, deleteRows)                                                                         \
+    X(Literal, csvHelp)                                                                            \
+    X(Literal, unitIDHelp)                                                                         \
+    X(OfText, addressHelp) /* (Modicon notation, "40001") */                                       \
+    X(Literal, wordOrderHelp)                                                                      \
+    X(Literal, scaleHelp)                                                                          \
+    X(Literal, plotHelp)                                                                           \
+    X(OfText, rawHelp) /* (registers, "0000 00D7") */                                              \
+    X(Literal, overlapHelp)                                                                        \
+    X(Literal, emptyTitle)                                                                         \
+    X(Literal, emptyText)                                                                          \
+    X(TableNames, tableNames)                                                                      \
+    X(FormatNames, formatNames)                                                                    \
+    X(Literal, waiting)                                                                            \
+    X(OfText, updatedHelp) /* (time of day) */                                                     \
+    X(Literal, valueHelp)                                                                          \
+    X(OfText, valueInvalid) /* (data type name, "UInt16") */                                       \
+    /* Why a typed unit ID, address or scale is refused. */                                        \
+    X(Literal, unitIDInvalid)                                                                      \
+    X(Literal, addressInvalid)                                                                     \
+    X(Literal, scaleInvalid)
+        KESTRIN_TEXT_GROUP(KESTRIN_TABLE_TEXTS_KEYS)
+    };
 
     struct ImportTexts {
-        OfNumber title; // (count): each language writes its own singular and plural
-        Literal question;
-        OfNumber skipped; // (count)
-        Literal add;
-        Literal replace;
-        Literal cancel;
-    } import;
+#define KESTRIN_IMPORT_TEXTS_KEYS(X)                                                               \
+    X(OfNumber, title) /* (count): each language writes its own singular and plural */             \
+    X(Literal, question)                                                                           \
+    X(OfNumber, skipped) /* (count) */                                                             \
+    X(Literal, add)                                                                                \
+    X(Literal, replace)                                                                            \
+    X(Literal, cancel)
+        KESTRIN_TEXT_GROUP(KESTRIN_IMPORT_TEXTS_KEYS)
+    };
 
     struct ModbusTexts {
         // Keyed by code byte; `other` names every code not listed, 0 included.
         struct FunctionNames {
-            Literal readCoils;                  // 01
-            Literal readDiscreteInputs;         // 02
-            Literal readHoldingRegisters;       // 03
-            Literal readInputRegisters;         // 04
-            Literal writeSingleCoil;            // 05
-            Literal writeSingleRegister;        // 06
-            Literal diagnostics;                // 08
-            Literal writeMultipleCoils;         // 15
-            Literal writeMultipleRegisters;     // 16
-            Literal maskWriteRegister;          // 22
-            Literal readWriteMultipleRegisters; // 23
-            Literal deviceIdentification;       // 43
-            Literal other;
+#define KESTRIN_FUNCTION_NAMES_KEYS(X)                                                             \
+    X(Literal, readCoils)                  /* 01 */                                                \
+    X(Literal, readDiscreteInputs)         /* 02 */                                                \
+    X(Literal, readHoldingRegisters)       /* 03 */                                                \
+    X(Literal, readInputRegisters)         /* 04 */                                                \
+    X(Literal, writeSingleCoil)            /* 05 */                                                \
+    X(Literal, writeSingleRegister)        /* 06 */                                                \
+    X(Literal, diagnostics)                /* 08 */                                                \
+    X(Literal, writeMultipleCoils)         /* 15 */                                                \
+    X(Literal, writeMultipleRegisters)     /* 16 */                                                \
+    X(Literal, maskWriteRegister)          /* 22 */                                                \
+    X(Literal, readWriteMultipleRegisters) /* 23 */                                                \
+    X(Literal, deviceIdentification)       /* 43 */                                                \
+    X(Literal, other)
+            KESTRIN_TEXT_GROUP(KESTRIN_FUNCTION_NAMES_KEYS)
         };
         // The code in parentheses is added by L10n: "Illegal data address (02)".
         struct ExceptionNames {
-            Literal illegalFunction;              // 01
-            Literal illegalDataAddress;           // 02
-            Literal illegalDataValue;             // 03
-            Literal serverDeviceFailure;          // 04
-            Literal acknowledge;                  // 05
-            Literal serverDeviceBusy;             // 06
-            Literal memoryParityError;            // 08
-            Literal gatewayPathUnavailable;       // 0A
-            Literal gatewayTargetFailedToRespond; // 0B
-            Literal other;
+#define KESTRIN_EXCEPTION_NAMES_KEYS(X)                                                            \
+    X(Literal, illegalFunction)              /* 01 */                                              \
+    X(Literal, illegalDataAddress)           /* 02 */                                              \
+    X(Literal, illegalDataValue)             /* 03 */                                              \
+    X(Literal, serverDeviceFailure)          /* 04 */                                              \
+    X(Literal, acknowledge)                  /* 05 */                                              \
+    X(Literal, serverDeviceBusy)             /* 06 */                                              \
+    X(Literal, memoryParityError)            /* 08 */                                              \
+    X(Literal, gatewayPathUnavailable)       /* 0A */                                              \
+    X(Literal, gatewayTargetFailedToRespond) /* 0B */                                              \
+    X(Literal, other)
+            KESTRIN_TEXT_GROUP(KESTRIN_EXCEPTION_NAMES_KEYS)
         };
 
-        FunctionNames functionNames;
-        ExceptionNames exceptionNames;
-    } modbus;
+#define KESTRIN_MODBUS_TEXTS_KEYS(X)                                                               \
+    X(FunctionNames, functionNames)                                                                \
+    X(ExceptionNames, exceptionNames)
+        KESTRIN_TEXT_GROUP(KESTRIN_MODBUS_TEXTS_KEYS)
+    };
 
     struct BoardTexts {
-        OfText usbSerial; // (chip, "FTDI FT232R")
-    } board;
+#define KESTRIN_BOARD_TEXTS_KEYS(X) X(OfText, usbSerial) /* (chip, "FTDI FT232R") */
+        KESTRIN_TEXT_GROUP(KESTRIN_BOARD_TEXTS_KEYS)
+    };
 
     struct ErrorsTexts {
-        Literal alertTitle;
-        Literal selectPortFirst;
-        OfText saveFailed;           // (reason)
-        OfText fileOpenFailed;       // (file name)
-        OfText importNothing;        // (details: the first issue, or empty)
-        OfNumberAndText importIssue; // (line, problem)
-        Literal csvMissingColumns;
-        OfText csvInvalidTable;       // (cell text)
-        OfText csvInvalidAddress;     // (cell text)
-        OfText csvInvalidUnit;        // (cell text)
-        OfText csvInvalidDataType;    // (cell text)
-        OfText csvInvalidNumber;      // (cell text)
-        OfText invalidPath;           // (path)
-        OfTwoTexts openFailed;        // (path, system message)
-        Literal openPermissionDenied; // added after openFailed for EACCES
-        OfText busy;                  // (path)
-        OfText configurationFailed;   // (system message)
-        OfNumber unsupportedBaud;     // (baud rate)
-        Literal notOpen;
-        OfText writeFailed; // (system message)
-        Literal timeout;
-        Literal deviceDisconnected;
-        OfText demoFailed; // (reason)
-    } errors;
+#define KESTRIN_ERRORS_TEXTS_KEYS(X)                                                               \
+    X(Literal, alertTitle)                                                                         \
+    X(Literal, selectPortFirst)                                                                    \
+    X(OfText, saveFailed)           /* (reason) */                                                 \
+    X(OfText, fileOpenFailed)       /* (file name) */                                              \
+    X(OfText, importNothing)        /* (details: the first issue, or empty) */                     \
+    X(OfNumberAndText, importIssue) /* (line, problem) */                                          \
+    X(Literal, csvMissingColumns)                                                                  \
+    X(OfText, csvInvalidTable)       /* (cell text) */                                             \
+    X(OfText, csvInvalidAddress)     /* (cell text) */                                             \
+    X(OfText, csvInvalidUnit)        /* (cell text) */                                             \
+    X(OfText, csvInvalidDataType)    /* (cell text) */                                             \
+    X(OfText, csvInvalidNumber)      /* (cell text) */                                             \
+    X(OfText, invalidPath)           /* (path) */                                                  \
+    X(OfTwoTexts, openFailed)        /* (path, system message) */                                  \
+    X(Literal, openPermissionDenied) /* added after openFailed for EACCES */                       \
+    X(OfText, busy)                  /* (path) */                                                  \
+    X(OfText, configurationFailed)   /* (system message) */                                        \
+    X(OfNumber, unsupportedBaud)     /* (baud rate) */                                             \
+    X(Literal, notOpen)                                                                            \
+    X(OfText, writeFailed) /* (system message) */                                                  \
+    X(Literal, timeout)                                                                            \
+    X(Literal, deviceDisconnected)                                                                 \
+    X(OfText, demoFailed) /* (reason) */
+        KESTRIN_TEXT_GROUP(KESTRIN_ERRORS_TEXTS_KEYS)
+    };
 
     // What is wrong in a project document, shown after the place: "timeoutMs: expected a number".
     struct DocumentTexts {
-        OfTwoTexts problemAt; // (key path, problem)
-        Literal notJSON;
-        Literal expectedObject;
-        Literal expectedList;
-        Literal expectedText;
-        Literal expectedNumber;
-        Literal expectedFiniteNumber;
-        Fn<std::string(std::int64_t, std::int64_t)> expectedInteger; // (minimum, maximum)
-        Literal expectedBoolean;
-        Literal expectedUUID;
-        Literal missing;
-        OfTwoTexts unknownValue; // (text found, accepted texts)
-        Literal emptyList;
-    } document;
+#define KESTRIN_DOCUMENT_TEXTS_KEYS(X)                                                             \
+    X(OfTwoTexts, problemAt) /* (key path, problem) */                                             \
+    X(Literal, notJSON)                                                                            \
+    X(Literal, expectedObject)                                                                     \
+    X(Literal, expectedList)                                                                       \
+    X(Literal, expectedText)                                                                       \
+    X(Literal, expectedNumber)                                                                     \
+    X(Literal, expectedFiniteNumber)                                                               \
+    X(OfTwoNumbers, expectedInteger) /* (minimum, maximum) */                                      \
+    X(Literal, expectedBoolean)                                                                    \
+    X(Literal, expectedUUID)                                                                       \
+    X(Literal, missing)                                                                            \
+    X(OfTwoTexts, unknownValue) /* (text found, accepted texts) */                                 \
+    X(Literal, emptyList)
+        KESTRIN_TEXT_GROUP(KESTRIN_DOCUMENT_TEXTS_KEYS)
+    };
 
     struct HelpTexts {
-        Literal windowTitle;
-        Literal searchPrompt;
-        Literal noResults;
-        Literal tipLabel;
-    } help;
+#define KESTRIN_HELP_TEXTS_KEYS(X)                                                                 \
+    X(Literal, windowTitle)                                                                        \
+    X(Literal, searchPrompt)                                                                       \
+    X(Literal, noResults)                                                                          \
+    X(Literal, tipLabel)
+        KESTRIN_TEXT_GROUP(KESTRIN_HELP_TEXTS_KEYS)
+    };
 
     struct StateTexts {
-        Literal running;
-        Literal stopped;
-        Literal serialLost;
-    } state;
+#define KESTRIN_STATE_TEXTS_KEYS(X)                                                                \
+    X(Literal, running)                                                                            \
+    X(Literal, stopped)                                                                            \
+    X(Literal, serialLost)
+        KESTRIN_TEXT_GROUP(KESTRIN_STATE_TEXTS_KEYS)
+    };
 
     struct NoticeTexts {
-        Literal emptyTitle;
-        Literal emptySteps;
-        Literal emptyNoDevice;
-        Literal emptyNoDeviceSteps;
-        Literal startPolling;
-        Literal noResponse;
-        Literal serialLost;
-        Literal dismiss;
-        OfTwoTexts writeFailed; // (datapoint name, reason)
-        Literal startFirst;
-    } notice;
+#define KESTRIN_NOTICE_TEXTS_KEYS(X)                                                               \
+    X(Literal, emptyTitle)                                                                         \
+    X(Literal, emptySteps)                                                                         \
+    X(Literal, emptyNoDevice)                                                                      \
+    X(Literal, emptyNoDeviceSteps)                                                                 \
+    X(Literal, startPolling)                                                                       \
+    X(Literal, noResponse)                                                                         \
+    X(Literal, serialLost)                                                                         \
+    X(Literal, dismiss)                                                                            \
+    X(OfTwoTexts, writeFailed) /* (datapoint name, reason) */                                      \
+    X(Literal, startFirst)
+        KESTRIN_TEXT_GROUP(KESTRIN_NOTICE_TEXTS_KEYS)
+    };
 
     struct PollsTexts {
-        Literal add;
-        Literal addHelp;
-        Literal namePlaceholder;
-        Literal interval;
-        Literal intervalHelp;
-        Literal active;
-        Literal activeHelp;
-        Literal removeTitle;
-        Literal remove;
-        Literal removeMessage;
-        Literal unnamed;
-        Literal duplicate;
-        Literal tabHelp;
-        OfNumber newName;      // (number)
-        OfText copyName;       // (poll name)
-        OfText removeQuestion; // (poll name)
-    } polls;
+#define KESTRIN_POLLS_TEXTS_KEYS(X)                                                                \
+    X(Literal, add)                                                                                \
+    X(Literal, addHelp)                                                                            \
+    X(Literal, namePlaceholder)                                                                    \
+    X(Literal, interval)                                                                           \
+    X(Literal, intervalHelp)                                                                       \
+    X(Literal, active)                                                                             \
+    X(Literal, activeHelp)                                                                         \
+    X(Literal, removeTitle)                                                                        \
+    X(Literal, remove)                                                                             \
+    X(Literal, removeMessage)                                                                      \
+    X(Literal, unnamed)                                                                            \
+    X(Literal, duplicate)                                                                          \
+    X(Literal, tabHelp)                                                                            \
+    X(OfNumber, newName)      /* (number) */                                                       \
+    X(OfText, copyName)       /* (poll name) */                                                    \
+    X(OfText, removeQuestion) /* (poll name) */
+        KESTRIN_TEXT_GROUP(KESTRIN_POLLS_TEXTS_KEYS)
+    };
 
     struct WriteTexts {
-        Literal help;
-        OfText title; // (datapoint name)
-        Literal off;
-        Literal on;
-        Literal placeholder;
-        Literal button;
-    } write;
+#define KESTRIN_WRITE_TEXTS_KEYS(X)                                                                \
+    X(Literal, help)                                                                               \
+    X(OfText, title) /* (datapoint name) */                                                        \
+    X(Literal, off)                                                                                \
+    X(Literal, on)                                                                                 \
+    X(Literal, placeholder)                                                                        \
+    X(Literal, button)
+        KESTRIN_TEXT_GROUP(KESTRIN_WRITE_TEXTS_KEYS)
+    };
 
     struct PaneTexts {
-        Literal title;
-        Literal log;
-        Literal chart;
-        Literal clearHistory;
-        Literal clearHistoryHelp;
-        Literal exportHistory;
-        Literal exportHistoryHelp;
-        Literal findPlaceholder;
-        Literal findNext;
-        Literal findPrevious;
-        Literal findDone;
-    } pane;
+#define KESTRIN_PANE_TEXTS_KEYS(X)                                                                 \
+    X(Literal, title)                                                                              \
+    X(Literal, log)                                                                                \
+    X(Literal, chart)                                                                              \
+    X(Literal, clearHistory)                                                                       \
+    X(Literal, clearHistoryHelp)                                                                   \
+    X(Literal, exportHistory)                                                                      \
+    X(Literal, exportHistoryHelp)                                                                  \
+    X(Literal, findPlaceholder)                                                                    \
+    X(Literal, findNext)                                                                           \
+    X(Literal, findPrevious)                                                                       \
+    X(Literal, findDone)
+        KESTRIN_TEXT_GROUP(KESTRIN_PANE_TEXTS_KEYS)
+    };
 
     struct ChartTexts {
-        Literal emptyTitle;
-        Literal emptyText;
-        Literal time;
-        Literal window;
-        Literal windowAll; // the period label for 0 seconds; "min" and "h" are the same everywhere
-        Literal windowHelp;
-    } chart;
+#define KESTRIN_CHART_TEXTS_KEYS(X)                                                                \
+    X(Literal, emptyTitle)                                                                         \
+    X(Literal, emptyText)                                                                          \
+    X(Literal, time)                                                                               \
+    X(Literal, window)                                                                             \
+    X(Literal, windowAll) /* the label for 0 seconds; "min" and "h" read the same everywhere */    \
+    X(Literal, windowHelp)
+        KESTRIN_TEXT_GROUP(KESTRIN_CHART_TEXTS_KEYS)
+    };
 
     struct LogTexts {
         // The long description of a failed request; an exception is named by ModbusTexts.
         struct FailureTexts {
-            OfNumber unexpectedUnit;   // (unit)
-            OfText unexpectedFunction; // (function code, "03")
-            OfNumber timeout;          // (time-out in ms)
-            Literal crcMismatch;
-            Literal malformed;
+#define KESTRIN_FAILURE_TEXTS_KEYS(X)                                                              \
+    X(OfNumber, unexpectedUnit)   /* (unit) */                                                     \
+    X(OfText, unexpectedFunction) /* (function code, "03") */                                      \
+    X(OfNumber, timeout)          /* (time-out in ms) */                                           \
+    X(Literal, crcMismatch)                                                                        \
+    X(Literal, malformed)
+            KESTRIN_TEXT_GROUP(KESTRIN_FAILURE_TEXTS_KEYS)
         };
         // The status column's short form; unexpected unit and function count as invalid.
         struct ShortFailureTexts {
-            OfText exception; // (exception code, "02")
-            Literal timeout;
-            Literal crcMismatch;
-            Literal invalid;
+#define KESTRIN_SHORT_FAILURE_TEXTS_KEYS(X)                                                        \
+    X(OfText, exception) /* (exception code, "02") */                                              \
+    X(Literal, timeout)                                                                            \
+    X(Literal, crcMismatch)                                                                        \
+    X(Literal, invalid)
+            KESTRIN_TEXT_GROUP(KESTRIN_SHORT_FAILURE_TEXTS_KEYS)
         };
 
-        FailureTexts failure;
-        ShortFailureTexts shortFailure;
-        OfTwoTexts started; // (port path, serial settings, "9600 8E1")
-        Literal stopped;
-        OfNumber unit;                // (unit ID)
-        OfNumberAndText unitFunction; // (unit ID, function code, "03")
-        OfText writeFailed;           // (datapoint name)
-        OfText serialLost;            // (port path)
-        Literal serialRestored;
-        Literal lateAnswer;
-    } log;
+#define KESTRIN_LOG_TEXTS_KEYS(X)                                                                  \
+    X(FailureTexts, failure)                                                                       \
+    X(ShortFailureTexts, shortFailure)                                                             \
+    X(OfTwoTexts, started) /* (port path, serial settings, "9600 8E1") */                          \
+    X(Literal, stopped)                                                                            \
+    X(OfNumber, unit)                /* (unit ID) */                                               \
+    X(OfNumberAndText, unitFunction) /* (unit ID, function code, "03") */                          \
+    X(OfText, writeFailed)           /* (datapoint name) */                                        \
+    X(OfText, serialLost)            /* (port path) */                                             \
+    X(Literal, serialRestored)                                                                     \
+    X(Literal, lateAnswer)
+        KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
+    };
 
     struct ExampleTexts {
-        Literal pollName;
-        Literal temperature;
-        Literal pressure;
-        Literal runtime;
-        Literal setpoint;
-        Literal mode;
-        Literal pump;
-        Literal alarm;
-    } example;
+#define KESTRIN_EXAMPLE_TEXTS_KEYS(X)                                                              \
+    X(Literal, pollName)                                                                           \
+    X(Literal, temperature)                                                                        \
+    X(Literal, pressure)                                                                           \
+    X(Literal, runtime)                                                                            \
+    X(Literal, setpoint)                                                                           \
+    X(Literal, mode)                                                                               \
+    X(Literal, pump)                                                                               \
+    X(Literal, alarm)
+        KESTRIN_TEXT_GROUP(KESTRIN_EXAMPLE_TEXTS_KEYS)
+    };
+
+#define KESTRIN_TEXTS_KEYS(X)                                                                      \
+    X(HeaderTexts, header)                                                                         \
+    X(SettingsTexts, settings)                                                                     \
+    X(FooterTexts, footer)                                                                         \
+    X(MenuTexts, menu)                                                                             \
+    X(TableTexts, table)                                                                           \
+    X(ImportTexts, import)                                                                         \
+    X(ModbusTexts, modbus)                                                                         \
+    X(BoardTexts, board)                                                                           \
+    X(ErrorsTexts, errors)                                                                         \
+    X(DocumentTexts, document)                                                                     \
+    X(HelpTexts, help)                                                                             \
+    X(StateTexts, state)                                                                           \
+    X(NoticeTexts, notice)                                                                         \
+    X(PollsTexts, polls)                                                                           \
+    X(WriteTexts, write)                                                                           \
+    X(PaneTexts, pane)                                                                             \
+    X(ChartTexts, chart)                                                                           \
+    X(LogTexts, log)                                                                               \
+    X(ExampleTexts, example)
+    KESTRIN_TEXT_GROUP(KESTRIN_TEXTS_KEYS)
 };
+
+#undef KESTRIN_TEXT_GROUP
+#undef KESTRIN_TEXT_VISIT
+#undef KESTRIN_TEXT_MEMBER
 
 const Texts& englishTexts();
 const Texts& dutchTexts();

@@ -1,6 +1,7 @@
 #include "HelpScreenshot.h"
 #include "HelpTopic.h"
 #include "L10n.h"
+#include "LanguageForTesting.h"
 #include "Overloaded.h"
 
 #include <set>

@@ -1,10 +1,12 @@
 #include "L10n.h"
+#include "LanguageForTesting.h"
 #include "TranslatedKeys.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <map>
-#include <set>
+#include <ranges>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -36,98 +38,92 @@ void expectAll(const std::vector<Expectation>& rows) {
 }
 
 TEST(L10n, EveryKeyHasTextShowingItsValuesInEveryLanguage) {
-    forEachLanguage([](Language) {
-        for (const TranslatedKey& key : translatedKeys()) {
-            const std::string text = key.text();
-            EXPECT_FALSE(text.empty()) << key.name;
+    for (Language language : Language::allCases) {
+        for (const TranslatedKey& key : translatedKeys(L10n::texts(language))) {
+            EXPECT_FALSE(key.text.empty()) << language.rawValue() << " " << key.name;
             for (const std::string& value : key.values) {
-                EXPECT_NE(text.find(value), std::string::npos) << key.name << ": " << text;
+                EXPECT_NE(key.text.find(value), std::string::npos)
+                    << language.rawValue() << " " << key.name << ": " << key.text;
             }
         }
-    });
+    }
 }
 
-TEST(L10n, NoLanguageIsLeftInEnglish) {
-    std::map<std::string, std::string> english;
-    inEnglish([&] {
-        for (const TranslatedKey& key : translatedKeys()) {
-            english[key.name] = key.text();
-        }
-    });
-    forEachLanguage([&](Language language) {
+TEST(L10n, NoLanguageOrSectionIsLeftInEnglish) {
+    const std::vector<TranslatedKey> english = translatedKeys(L10n::englishTexts());
+    for (Language language : Language::allCases) {
         if (language == Language::en) {
-            return;
+            continue;
         }
+        const std::vector<TranslatedKey> keys = translatedKeys(L10n::texts(language));
         std::string same;
         std::size_t count = 0;
-        for (const TranslatedKey& key : translatedKeys()) {
-            if (key.text() == english[key.name]) {
-                same += key.name + " ";
+        std::map<std::string, std::pair<std::size_t, std::size_t>> sections; // same, all
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            auto& [sameInSection, all] = sections[keys[i].name.substr(0, keys[i].name.find('.'))];
+            ++all;
+            if (keys[i].text == english[i].text) {
+                same += keys[i].name + " ";
+                ++sameInSection;
                 ++count;
             }
         }
         // Terms of the trade stay English in some languages (Dutch "Coil", "Setpoint", "Status"),
-        // but a file or group left untranslated shows up well above one key in eight.
-        EXPECT_LE(count, translatedKeys().size() / 8) << same;
-    });
+        // but a file left untranslated shows up above one key in eight, a section above half.
+        EXPECT_LE(count, keys.size() / 8) << language.rawValue() << ": " << same;
+        for (const auto& [section, counts] : sections) {
+            EXPECT_LE(counts.first * 2, counts.second) << language.rawValue() << " " << section;
+        }
+    }
 }
 
+// A name ending in "." stands for every key below it.
 TEST(L10n, DifferentThingsReadDifferentlyInEveryLanguage) {
     const std::vector<std::vector<std::string_view>> groups = {
-        {"Table.tableName(CO)", "Table.tableName(DI)", "Table.tableName(HR)",
-         "Table.tableName(IR)"},
-        {"Table.formatName(decimal)", "Table.formatName(binary)"},
-        {"Settings.parityNone", "Settings.parityEven", "Settings.parityOdd"},
-        {"Settings.writeSingle", "Settings.writeMultiple"},
-        {"Header.start", "Header.stop"},
-        {"Header.startHelp", "Header.stopHelp"},
-        {"State.running", "State.stopped", "State.serialLost"},
-        {"Write.off", "Write.on"},
-        {"Import.add", "Import.replace", "Import.cancel"},
-        {"Pane.log", "Pane.chart"},
-        {"Menu.newProject", "Menu.openProject", "Menu.saveProject", "Menu.importCSV",
-         "Menu.exportCSV", "Menu.saveLog", "Menu.clearLog"},
-        {"Modbus.functionName(1)", "Modbus.functionName(2)", "Modbus.functionName(3)",
-         "Modbus.functionName(4)", "Modbus.functionName(5)", "Modbus.functionName(6)",
-         "Modbus.functionName(8)", "Modbus.functionName(15)", "Modbus.functionName(16)",
-         "Modbus.functionName(22)", "Modbus.functionName(23)", "Modbus.functionName(43)",
-         "Modbus.functionName(0)"},
-        {"Log.failure(unexpectedUnit)", "Log.failure(unexpectedFunction)", "Log.failure(timeout)",
-         "Log.failure(crcMismatch)", "Log.failure(malformed)", "Modbus.exceptionName(2)"},
-        {"Log.shortFailure(exception)", "Log.shortFailure(timeout)",
-         "Log.shortFailure(crcMismatch)", "Log.shortFailure(malformed)"},
-        {"Example.pollName", "Example.temperature", "Example.pressure", "Example.runtime",
-         "Example.setpoint", "Example.mode", "Example.pump", "Example.alarm"},
+        {"table.tableNames."},
+        {"table.formatNames."},
+        {"modbus.functionNames."},
+        {"modbus.exceptionNames."},
+        {"log.failure."},
+        {"log.shortFailure."},
+        {"example."},
+        {"settings.parityNone", "settings.parityEven", "settings.parityOdd"},
+        {"settings.writeSingle", "settings.writeMultiple"},
+        {"header.start", "header.stop"},
+        {"header.startHelp", "header.stopHelp"},
+        {"state.running", "state.stopped", "state.serialLost"},
+        {"write.off", "write.on"},
+        {"import.add", "import.replace", "import.cancel"},
+        {"pane.log", "pane.chart"},
+        {"menu.newProject", "menu.openProject", "menu.saveProject", "menu.importCSV",
+         "menu.exportCSV", "menu.saveLog", "menu.clearLog"},
     };
-    std::map<std::string_view, const TranslatedKey*> byName;
-    for (const TranslatedKey& key : translatedKeys()) {
-        byName[key.name] = &key;
-    }
-    forEachLanguage([&](Language) {
+    for (Language language : Language::allCases) {
+        const std::vector<TranslatedKey> keys = translatedKeys(L10n::texts(language));
         for (const auto& group : groups) {
             std::map<std::string, std::string_view> seen;
             for (std::string_view name : group) {
-                ASSERT_EQ(byName.count(name), 1U) << name;
-                const auto [first, inserted] = seen.emplace(byName[name]->text(), name);
-                EXPECT_TRUE(inserted) << name << " reads like " << first->second;
+                const auto named = [&](const TranslatedKey& key) {
+                    return name.ends_with('.') ? key.name.starts_with(name) : key.name == name;
+                };
+                ASSERT_TRUE(std::any_of(keys.begin(), keys.end(), named)) << name;
+                for (const TranslatedKey& key : keys | std::views::filter(named)) {
+                    const auto [first, inserted] = seen.emplace(key.text, key.name);
+                    EXPECT_TRUE(inserted) << language.rawValue() << " " << key.name
+                                          << " reads like " << first->second;
+                }
             }
         }
-        // Each exception has its own name, not only its own code in parentheses.
-        std::set<std::string> exceptionNames;
-        for (std::uint8_t code : {1, 2, 3, 4, 5, 6, 7, 8, 10, 11}) {
-            const std::string name = L10n::Modbus::exceptionName(code);
-            exceptionNames.insert(name.substr(0, name.rfind(" (")));
-        }
-        EXPECT_EQ(exceptionNames.size(), 10U);
-    });
+    }
 }
 
 TEST(L10n, ColumnsForTheUnitIDAndTheEngineeringUnitDifferOutsideEnglish) {
-    forEachLanguage([](Language language) {
+    for (Language language : Language::allCases) {
+        const L10n::Texts::TableTexts& table = L10n::texts(language).table;
         if (language != Language::en) {
-            EXPECT_NE(L10n::texts().table.unit(), L10n::texts().table.unitID());
+            EXPECT_NE(table.unit(), table.unitID());
         }
-    });
+    }
 }
 
 // The text around the number: "# datapoints found".
@@ -140,16 +136,21 @@ std::string aroundNumber(const std::string& text, int number) {
     return pattern;
 }
 
-TEST(L10n, ImportTitleFollowsEachLanguagesPluralRule) {
-    forEachLanguage([](Language language) {
-        const std::string one = aroundNumber(L10n::texts().import.title(1), 1);
-        const std::string two = aroundNumber(L10n::texts().import.title(2), 2);
-        const std::string none = aroundNumber(L10n::texts().import.title(0), 0);
+TEST(L10n, CountsFollowEachLanguagesPluralRule) {
+    for (Language language : Language::allCases) {
+        SCOPED_TRACE(language.rawValue());
+        const L10n::Texts::ImportTexts& texts = L10n::texts(language).import;
+        for (int count : {0, 1, 2, 15}) {
+            EXPECT_NE(texts.title(count).find(std::to_string(count)), std::string::npos);
+            EXPECT_NE(texts.skipped(count).find(std::to_string(count)), std::string::npos);
+        }
+        const std::string one = aroundNumber(texts.title(1), 1);
+        const std::string two = aroundNumber(texts.title(2), 2);
         EXPECT_NE(one, two);
         // French counts zero as singular.
-        EXPECT_EQ(none, language == Language::fr ? one : two);
-        EXPECT_EQ(aroundNumber(L10n::texts().import.title(15), 15), two);
-    });
+        EXPECT_EQ(aroundNumber(texts.title(0), 0), language == Language::fr ? one : two);
+        EXPECT_EQ(aroundNumber(texts.title(15), 15), two);
+    }
 }
 
 TEST(L10n, CodesUnitsAndNumbersReadTheSameInEveryLanguage) {
@@ -190,18 +191,57 @@ TEST(L10n, EnglishSpecialFormsSwitchAtTheirThresholds) {
             {[] { return L10n::Settings::gapLabel(0); }, "Adjacent only"},
             {[] { return L10n::Settings::gapLabel(5); }, "Gaps up to 5 addresses"},
             {[] { return L10n::Chart::windowLabel(0); }, "All"},
-            {[] { return L10n::Modbus::exceptionName(0x0B); },
-             "Gateway target failed to respond (0B)"},
-            {[] { return L10n::Modbus::exceptionName(0xFF); }, "Exception (FF)"},
-            {[] { return L10n::Modbus::functionName(43); }, "Device identification"},
-            {[] { return L10n::Modbus::functionName(23); }, "Read/write multiple registers"},
-            {[] { return L10n::Modbus::functionName(0); }, "Function"},
-            {[] { return L10n::Modbus::functionName(99); }, "Function"},
             {[] { return L10n::Log::unitFunction(247, 0x10); }, "Unit 247 · FC 10"},
             {[] { return L10n::Table::valueInvalid(DataType::float32); },
              "This value does not fit in Float32."},
-            {[] { return L10n::Table::tableName(RegisterTable::discreteInput); }, "Discrete input"},
         });
+    });
+}
+
+TEST(L10n, EnglishNamesOfEveryCodeTableAndFormat) {
+    const std::map<std::uint8_t, std::string_view> functions = {
+        {0, "Function"},
+        {1, "Read coils"},
+        {2, "Read discrete inputs"},
+        {3, "Read holding registers"},
+        {4, "Read input registers"},
+        {5, "Write single coil"},
+        {6, "Write single register"},
+        {8, "Diagnostics"},
+        {15, "Write multiple coils"},
+        {16, "Write multiple registers"},
+        {22, "Mask write register"},
+        {23, "Read/write multiple registers"},
+        {43, "Device identification"},
+        {99, "Function"},
+    };
+    const std::map<std::uint8_t, std::string_view> exceptions = {
+        {1, "Illegal function (01)"},
+        {2, "Illegal data address (02)"},
+        {3, "Illegal data value (03)"},
+        {4, "Server device failure (04)"},
+        {5, "Acknowledge (05)"},
+        {6, "Server device busy (06)"},
+        {7, "Exception (07)"},
+        {8, "Memory parity error (08)"},
+        {10, "Gateway path unavailable (0A)"},
+        {11, "Gateway target failed to respond (0B)"},
+        {255, "Exception (FF)"},
+    };
+    inEnglish([&] {
+        for (const auto& [code, name] : functions) {
+            EXPECT_EQ(L10n::Modbus::functionName(code), name) << int(code);
+        }
+        for (const auto& [code, name] : exceptions) {
+            EXPECT_EQ(L10n::Modbus::exceptionName(code), name) << int(code);
+        }
+        std::string names;
+        for (RegisterTable table : RegisterTable::allCases) {
+            names += L10n::Table::tableName(table) + ", ";
+        }
+        EXPECT_EQ(names, "Coil, Discrete input, Holding register, Input register, ");
+        EXPECT_EQ(L10n::Table::formatName(DisplayFormat::decimal), "Decimal");
+        EXPECT_EQ(L10n::Table::formatName(DisplayFormat::binary), "Binary");
     });
 }
 

@@ -1,288 +1,56 @@
 #include "TranslatedKeys.h"
 
-#include "L10n.h"
-
 #include <array>
-#include <cstdio>
+#include <cstddef>
+#include <type_traits>
+#include <utility>
 
 namespace kestrin {
 
 namespace {
 
-// A text of one value, passed as a marker.
-TranslatedKey showing(std::string name, std::string (*text)(std::string_view), std::string marker) {
-    return {std::move(name), [text, marker] { return text(marker); }, {marker}};
+template <typename Value>
+Value marker(std::size_t position) {
+    constexpr std::array<std::string_view, 5> texts{"<1>", "<2>", "<3>", "<4>", "<5>"};
+    if constexpr (std::is_same_v<Value, std::string_view>) {
+        return texts.at(position - 1);
+    } else {
+        static_assert(std::is_integral_v<Value>);
+        return static_cast<Value>(101 * position);
+    }
 }
 
-std::vector<TranslatedKey> allKeys() {
-    using P = PollFailure;
-    std::vector<TranslatedKey> keys = {
-        {"Header.port", L10n::Header::port},
-        {"Header.noPortsFound", L10n::Header::noPortsFound},
-        {"Header.choosePort", L10n::Header::choosePort},
-        {"Header.baudRate", L10n::Header::baudRate},
-        {"Header.start", L10n::Header::start},
-        {"Header.stop", L10n::Header::stop},
-        {"Header.frameSettingsHelp", L10n::Header::frameSettingsHelp},
-        {"Header.startHelp", L10n::Header::startHelp},
-        {"Header.stopHelp", L10n::Header::stopHelp},
-        {"Header.lockedWhileRunning", L10n::Header::lockedWhileRunning},
-        {"Header.demoDevice", L10n::Header::demoDevice},
-        {"Settings.frame", L10n::Settings::frame},
-        {"Settings.dataBits", L10n::Settings::dataBits},
-        {"Settings.parity", L10n::Settings::parity},
-        {"Settings.stopBits", L10n::Settings::stopBits},
-        {"Settings.parityNone", L10n::Settings::parityNone},
-        {"Settings.parityEven", L10n::Settings::parityEven},
-        {"Settings.parityOdd", L10n::Settings::parityOdd},
-        {"Settings.modbusDefault", L10n::Settings::modbusDefault},
-        {"Settings.standardNote", L10n::Settings::standardNote},
-        {"Settings.requests", L10n::Settings::requests},
-        {"Settings.responseTimeout", L10n::Settings::responseTimeout},
-        {"Settings.timeoutHelp", L10n::Settings::timeoutHelp},
-        {"Settings.combine", L10n::Settings::combine},
-        {"Settings.combineHelp", L10n::Settings::combineHelp},
-        {"Settings.writeMode", L10n::Settings::writeMode},
-        {"Settings.writeSingle", L10n::Settings::writeSingle},
-        {"Settings.writeMultiple", L10n::Settings::writeMultiple},
-        {"Settings.writeModeHelp", L10n::Settings::writeModeHelp},
-        {"Footer.options", L10n::Footer::options},
-        {"Footer.optionsHelp", L10n::Footer::optionsHelp},
-        {"Footer.autoscroll", L10n::Footer::autoscroll},
-        {"Footer.timestamps", L10n::Footer::timestamps},
-        {"Footer.rawFrames", L10n::Footer::rawFrames},
-        {"Footer.rawFramesHelp", L10n::Footer::rawFramesHelp},
-        {"Footer.onlyProblems", L10n::Footer::onlyProblems},
-        {"Footer.onlyProblemsHelp", L10n::Footer::onlyProblemsHelp},
-        {"Footer.save", L10n::Footer::save},
-        {"Footer.saveHelp", L10n::Footer::saveHelp},
-        {"Footer.clear", L10n::Footer::clear},
-        {"Footer.clearHelp", L10n::Footer::clearHelp},
-        {"Footer.outputAccessibility", L10n::Footer::outputAccessibility},
-        {"Menu.newProject", L10n::Menu::newProject},
-        {"Menu.openProject", L10n::Menu::openProject},
-        {"Menu.saveProject", L10n::Menu::saveProject},
-        {"Menu.importCSV", L10n::Menu::importCSV},
-        {"Menu.exportCSV", L10n::Menu::exportCSV},
-        {"Menu.saveLog", L10n::Menu::saveLog},
-        {"Menu.clearLog", L10n::Menu::clearLog},
-        {"Menu.file", L10n::Menu::file},
-        {"Menu.help", L10n::Menu::help},
-        {"Table.name", L10n::Table::name},
-        {"Table.unitID", L10n::Table::unitID},
-        {"Table.table", L10n::Table::table},
-        {"Table.address", L10n::Table::address},
-        {"Table.dataType", L10n::Table::dataType},
-        {"Table.wordOrder", L10n::Table::wordOrder},
-        {"Table.scale", L10n::Table::scale},
-        {"Table.value", L10n::Table::value},
-        {"Table.unit", L10n::Table::unit},
-        {"Table.format", L10n::Table::format},
-        {"Table.description", L10n::Table::description},
-        {"Table.status", L10n::Table::status},
-        {"Table.add", L10n::Table::add},
-        {"Table.addHelp", L10n::Table::addHelp},
-        {"Table.duplicate", L10n::Table::duplicate},
-        {"Table.deleteRows", L10n::Table::deleteRows},
-        {"Table.csvHelp", L10n::Table::csvHelp},
-        {"Table.unitIDHelp", L10n::Table::unitIDHelp},
-        {"Table.wordOrderHelp", L10n::Table::wordOrderHelp},
-        {"Table.scaleHelp", L10n::Table::scaleHelp},
-        {"Table.plotHelp", L10n::Table::plotHelp},
-        {"Table.overlapHelp", L10n::Table::overlapHelp},
-        {"Table.emptyTitle", L10n::Table::emptyTitle},
-        {"Table.emptyText", L10n::Table::emptyText},
-        {"Table.waiting", L10n::Table::waiting},
-        {"Table.valueHelp", L10n::Table::valueHelp},
-        {"Import.question", L10n::Import::question},
-        {"Import.add", L10n::Import::add},
-        {"Import.replace", L10n::Import::replace},
-        {"Import.cancel", L10n::Import::cancel},
-        {"Errors.alertTitle", L10n::Errors::alertTitle},
-        {"Errors.selectPortFirst", L10n::Errors::selectPortFirst},
-        {"Errors.csvMissingColumns", L10n::Errors::csvMissingColumns},
-        {"Errors.openPermissionDenied", L10n::Errors::openPermissionDenied},
-        {"Errors.notOpen", L10n::Errors::notOpen},
-        {"Errors.timeout", L10n::Errors::timeout},
-        {"Errors.deviceDisconnected", L10n::Errors::deviceDisconnected},
-        {"Help.windowTitle", L10n::Help::windowTitle},
-        {"Help.searchPrompt", L10n::Help::searchPrompt},
-        {"Help.noResults", L10n::Help::noResults},
-        {"Help.tipLabel", L10n::Help::tipLabel},
-        {"State.running", L10n::State::running},
-        {"State.stopped", L10n::State::stopped},
-        {"State.serialLost", L10n::State::serialLost},
-        {"Notice.emptyTitle", L10n::Notice::emptyTitle},
-        {"Notice.emptySteps", L10n::Notice::emptySteps},
-        {"Notice.emptyNoDevice", L10n::Notice::emptyNoDevice},
-        {"Notice.emptyNoDeviceSteps", L10n::Notice::emptyNoDeviceSteps},
-        {"Notice.startPolling", L10n::Notice::startPolling},
-        {"Notice.noResponse", L10n::Notice::noResponse},
-        {"Notice.serialLost", L10n::Notice::serialLost},
-        {"Notice.dismiss", L10n::Notice::dismiss},
-        {"Notice.startFirst", L10n::Notice::startFirst},
-        {"Polls.add", L10n::Polls::add},
-        {"Polls.addHelp", L10n::Polls::addHelp},
-        {"Polls.namePlaceholder", L10n::Polls::namePlaceholder},
-        {"Polls.interval", L10n::Polls::interval},
-        {"Polls.intervalHelp", L10n::Polls::intervalHelp},
-        {"Polls.active", L10n::Polls::active},
-        {"Polls.activeHelp", L10n::Polls::activeHelp},
-        {"Polls.removeTitle", L10n::Polls::removeTitle},
-        {"Polls.remove", L10n::Polls::remove},
-        {"Polls.removeMessage", L10n::Polls::removeMessage},
-        {"Polls.unnamed", L10n::Polls::unnamed},
-        {"Polls.duplicate", L10n::Polls::duplicate},
-        {"Polls.tabHelp", L10n::Polls::tabHelp},
-        {"Write.help", L10n::Write::help},
-        {"Write.off", L10n::Write::off},
-        {"Write.on", L10n::Write::on},
-        {"Write.placeholder", L10n::Write::placeholder},
-        {"Write.button", L10n::Write::button},
-        {"Pane.title", L10n::Pane::title},
-        {"Pane.log", L10n::Pane::log},
-        {"Pane.chart", L10n::Pane::chart},
-        {"Pane.clearHistory", L10n::Pane::clearHistory},
-        {"Pane.clearHistoryHelp", L10n::Pane::clearHistoryHelp},
-        {"Pane.exportHistory", L10n::Pane::exportHistory},
-        {"Pane.exportHistoryHelp", L10n::Pane::exportHistoryHelp},
-        {"Pane.findPlaceholder", L10n::Pane::findPlaceholder},
-        {"Pane.findNext", L10n::Pane::findNext},
-        {"Pane.findPrevious", L10n::Pane::findPrevious},
-        {"Pane.findDone", L10n::Pane::findDone},
-        {"Chart.emptyTitle", L10n::Chart::emptyTitle},
-        {"Chart.emptyText", L10n::Chart::emptyText},
-        {"Chart.time", L10n::Chart::time},
-        {"Chart.window", L10n::Chart::window},
-        {"Chart.windowHelp", L10n::Chart::windowHelp},
-        {"Log.stopped", L10n::Log::stopped},
-        {"Log.serialRestored", L10n::Log::serialRestored},
-        {"Log.lateAnswer", L10n::Log::lateAnswer},
-        {"Example.pollName", L10n::Example::pollName},
-        {"Example.temperature", L10n::Example::temperature},
-        {"Example.pressure", L10n::Example::pressure},
-        {"Example.runtime", L10n::Example::runtime},
-        {"Example.setpoint", L10n::Example::setpoint},
-        {"Example.mode", L10n::Example::mode},
-        {"Example.pump", L10n::Example::pump},
-        {"Example.alarm", L10n::Example::alarm},
-        showing("Header.portNotConnected", L10n::Header::portNotConnected, "<port>"),
-        {"Header.baudLabel", [] { return L10n::texts().header.baudLabel(19200); }, {"19200"}},
-        {"Settings.gapLabel(0)", [] { return L10n::Settings::gapLabel(0); }},
-        {"Settings.gapLabel(12)", [] { return L10n::Settings::gapLabel(12); }, {"12"}},
-        {"Footer.statistics",
-         [] { return L10n::texts().footer.statistics(101, 202, 303, 404, 505); },
-         {"101", "202", "303", "404", "505"}},
-        showing("Table.addressHelp", L10n::Table::addressHelp, "<40001>"),
-        showing("Table.rawHelp", L10n::Table::rawHelp, "<raw>"),
-        {"Table.formatName(decimal)",
-         [] { return L10n::Table::formatName(DisplayFormat::decimal); }},
-        {"Table.formatName(binary)", [] { return L10n::Table::formatName(DisplayFormat::binary); }},
-        showing("Table.updatedHelp", L10n::Table::updatedHelp, "<time>"),
-        {"Table.valueInvalid",
-         [] { return L10n::Table::valueInvalid(DataType::uint32); },
-         {"UInt32"}},
-        {"Import.title(1)", [] { return L10n::texts().import.title(1); }, {"1"}},
-        {"Import.title(2)", [] { return L10n::texts().import.title(2); }, {"2"}},
-        {"Import.title(0)", [] { return L10n::texts().import.title(0); }, {"0"}},
-        {"Import.skipped(1)", [] { return L10n::texts().import.skipped(1); }, {"1"}},
-        {"Import.skipped(3)", [] { return L10n::texts().import.skipped(3); }, {"3"}},
-        showing("Board.usbSerial", L10n::Board::usbSerial, "<chip>"),
-        showing("Errors.saveFailed", L10n::Errors::saveFailed, "<reason>"),
-        showing("Errors.demoFailed", L10n::Errors::demoFailed, "<reason>"),
-        showing("Errors.fileOpenFailed", L10n::Errors::fileOpenFailed, "<file>"),
-        showing("Errors.importNothing", L10n::Errors::importNothing, "<details>"),
-        {"Errors.importIssue",
-         [] { return L10n::texts().errors.importIssue(37, "<problem>"); },
-         {"37", "<problem>"}},
-        showing("Errors.csvInvalidTable", L10n::Errors::csvInvalidTable, "<cell>"),
-        showing("Errors.csvInvalidAddress", L10n::Errors::csvInvalidAddress, "<cell>"),
-        showing("Errors.csvInvalidUnit", L10n::Errors::csvInvalidUnit, "<cell>"),
-        showing("Errors.csvInvalidDataType", L10n::Errors::csvInvalidDataType, "<cell>"),
-        showing("Errors.csvInvalidNumber", L10n::Errors::csvInvalidNumber, "<cell>"),
-        {"Document.problemAt",
-         [] { return L10n::texts().document.problemAt("<path>", "<problem>"); },
-         {"<path>", "<problem>"}},
-        {"Document.notJSON", L10n::Document::notJSON},
-        {"Document.expectedObject", L10n::Document::expectedObject},
-        {"Document.expectedList", L10n::Document::expectedList},
-        {"Document.expectedText", L10n::Document::expectedText},
-        {"Document.expectedNumber", L10n::Document::expectedNumber},
-        {"Document.expectedFiniteNumber", L10n::Document::expectedFiniteNumber},
-        {"Document.expectedInteger",
-         [] { return L10n::texts().document.expectedInteger(-2147483648, 65535); },
-         {"-2147483648", "65535"}},
-        {"Document.expectedBoolean", L10n::Document::expectedBoolean},
-        {"Document.expectedUUID", L10n::Document::expectedUUID},
-        {"Document.missing", L10n::Document::missing},
-        {"Document.unknownValue",
-         [] { return L10n::texts().document.unknownValue("<found>", "<choices>"); },
-         {"<found>", "<choices>"}},
-        {"Document.emptyList", L10n::Document::emptyList},
-        showing("Errors.invalidPath", L10n::Errors::invalidPath, "<path>"),
-        {"Errors.openFailed",
-         [] { return L10n::texts().errors.openFailed("<path>", "<reason>"); },
-         {"<path>", "<reason>"}},
-        showing("Errors.busy", L10n::Errors::busy, "<path>"),
-        showing("Errors.configurationFailed", L10n::Errors::configurationFailed, "<reason>"),
-        {"Errors.unsupportedBaud",
-         [] { return L10n::texts().errors.unsupportedBaud(250000); },
-         {"250000"}},
-        showing("Errors.writeFailed", L10n::Errors::writeFailed, "<reason>"),
-        {"Notice.writeFailed",
-         [] { return L10n::texts().notice.writeFailed("<name>", "<reason>"); },
-         {"<name>", "<reason>"}},
-        {"Polls.newName", [] { return L10n::texts().polls.newName(3); }, {"3"}},
-        showing("Polls.copyName", L10n::Polls::copyName, "<name>"),
-        showing("Write.title", L10n::Write::title, "<name>"),
-        {"Chart.windowLabel(0)", [] { return L10n::Chart::windowLabel(0); }},
-        {"Log.failure(unexpectedUnit)",
-         [] { return L10n::Log::failure(P::unexpectedUnit(17), 1000); },
-         {"17"}},
-        {"Log.failure(unexpectedFunction)",
-         [] { return L10n::Log::failure(P::unexpectedFunction(0x2B), 1000); },
-         {"2B"}},
-        {"Log.failure(timeout)", [] { return L10n::Log::failure(P::timeout(), 1234); }, {"1234"}},
-        {"Log.failure(crcMismatch)", [] { return L10n::Log::failure(P::crcMismatch(), 1000); }},
-        {"Log.failure(malformed)", [] { return L10n::Log::failure(P::malformed(), 1000); }},
-        {"Log.shortFailure(exception)",
-         [] { return L10n::Log::shortFailure(P::exception(2)); },
-         {"02"}},
-        {"Log.shortFailure(timeout)", [] { return L10n::Log::shortFailure(P::timeout()); }},
-        {"Log.shortFailure(crcMismatch)", [] { return L10n::Log::shortFailure(P::crcMismatch()); }},
-        {"Log.shortFailure(malformed)", [] { return L10n::Log::shortFailure(P::malformed()); }},
-        {"Log.started",
-         [] { return L10n::texts().log.started("<port>", "<serial>"); },
-         {"<port>", "<serial>"}},
-        {"Log.unit", [] { return L10n::texts().log.unit(247); }, {"247"}},
-        {"Log.unitFunction", [] { return L10n::Log::unitFunction(246, 0x10); }, {"246", "10"}},
-        showing("Log.writeFailed", L10n::Log::writeFailed, "<name>"),
-        showing("Log.serialLost", L10n::Log::serialLost, "<path>"),
-    };
-    for (const RegisterTable table : RegisterTable::allCases) {
-        keys.push_back({"Table.tableName(" + std::string(table.code()) + ")",
-                        [table] { return L10n::Table::tableName(table); }});
-    }
-    // The function codes with a name of their own and 0 for the others; the named exceptions
-    // and 7, which has none.
-    for (const int code : {1, 2, 3, 4, 5, 6, 8, 15, 16, 22, 23, 43, 0}) {
-        keys.push_back({"Modbus.functionName(" + std::to_string(code) + ")",
-                        [code] { return L10n::Modbus::functionName(code); }});
-    }
-    for (const int code : {1, 2, 3, 4, 5, 6, 8, 10, 11, 7}) {
-        std::array<char, 8> shown{};
-        std::snprintf(shown.data(), shown.size(), "(%02X)", code);
-        keys.push_back({"Modbus.exceptionName(" + std::to_string(code) + ")",
-                        [code] { return L10n::Modbus::exceptionName(code); },
-                        {shown.data()}});
-    }
-    return keys;
+void add(std::vector<TranslatedKey>& keys, const std::string& name, const L10n::Literal& text) {
+    keys.push_back({name, text(), {}});
+}
+
+template <typename... Values, std::size_t... Positions>
+void addCalled(std::vector<TranslatedKey>& keys, const std::string& name,
+               const L10n::Fn<std::string(Values...)>& text, std::index_sequence<Positions...>) {
+    keys.push_back({name,
+                    text(marker<Values>(Positions + 1)...),
+                    {L10n::concat(marker<Values>(Positions + 1))...}});
+}
+
+template <typename... Values>
+void add(std::vector<TranslatedKey>& keys, const std::string& name,
+         const L10n::Fn<std::string(Values...)>& text) {
+    addCalled(keys, name, text, std::index_sequence_for<Values...>{});
+}
+
+// A group: its keys are named below its own name.
+template <typename Group>
+void add(std::vector<TranslatedKey>& keys, const std::string& name, const Group& group) {
+    group.forEach([&](std::string_view key, const auto& member) {
+        add(keys, name.empty() ? std::string(key) : name + "." + std::string(key), member);
+    });
 }
 
 } // namespace
 
-const std::vector<TranslatedKey>& translatedKeys() {
-    static const std::vector<TranslatedKey> keys = allKeys();
+std::vector<TranslatedKey> translatedKeys(const L10n::Texts& texts) {
+    std::vector<TranslatedKey> keys;
+    add(keys, "", texts);
     return keys;
 }
 

@@ -1,20 +1,22 @@
 #pragma once
 
-#include <functional>
+#include "Texts.h"
+
 #include <string>
 #include <vector>
 
 namespace kestrin {
 
-// A key of the catalogue and the values its text must show, each passed as a marker that no
-// translation contains by itself.
+// A key of the catalogue with its text in one language. A text with values is called with one
+// marker per value, which no translation contains by itself: "<1>", "<2>" for texts, 101, 202
+// for numbers.
 struct TranslatedKey {
-    std::string name;
-    std::function<std::string()> text;
-    std::vector<std::string> values = {};
+    std::string name; // "table.tableNames.coil"
+    std::string text;
+    std::vector<std::string> values;
 };
 
-// Every key that each language translates (aggregates cannot be iterated, so they are listed).
-const std::vector<TranslatedKey>& translatedKeys();
+// Every key of texts in declaration order, the same order for every language.
+std::vector<TranslatedKey> translatedKeys(const L10n::Texts& texts);
 
 } // namespace kestrin

@@ -1,4 +1,4 @@
-#include "L10n.h"
+#include "LanguageForTesting.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>

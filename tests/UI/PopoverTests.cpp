@@ -1,3 +1,4 @@
+#include "LanguageForTesting.h"
 #include "SerialSettingsPopover.h"
 #include "ShellFixture.h"
 

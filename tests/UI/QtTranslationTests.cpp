@@ -1,5 +1,6 @@
 #include "HelpTopic.h"
 #include "L10n.h"
+#include "LanguageForTesting.h"
 #include "QtTranslation.h"
 
 #include <algorithm>
