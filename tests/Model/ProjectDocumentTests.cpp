@@ -1,4 +1,5 @@
 #include "L10n.h"
+#include "LanguageForTesting.h"
 #include "PollerProject.h"
 
 #include <set>
