@@ -16,33 +16,29 @@ namespace {
 using L10n::HelpContent;
 using L10n::Literal;
 
-std::string str(Literal literal) {
-    return std::string(literal.value);
-}
-
 HelpBlock paragraph(std::string text) {
     return {HelpBlock::Paragraph{std::move(text)}};
 }
 HelpBlock heading(Literal text) {
-    return {HelpBlock::Heading{str(text)}};
+    return {HelpBlock::Heading{text()}};
 }
 HelpBlock tip(Literal text) {
-    return {HelpBlock::Tip{str(text)}};
+    return {HelpBlock::Tip{text()}};
 }
 HelpBlock screenshot(std::string name, Literal caption) {
-    return {HelpBlock::Screenshot{std::move(name), str(caption)}};
+    return {HelpBlock::Screenshot{std::move(name), caption()}};
 }
 HelpBlock bullets(std::initializer_list<Literal> items) {
     HelpBlock::Bullets list;
     for (Literal item : items) {
-        list.items.push_back(str(item));
+        list.items.push_back(item());
     }
     return {std::move(list)};
 }
 HelpBlock table(std::initializer_list<std::pair<std::string, Literal>> rows) {
     HelpBlock::Table grid;
     for (const auto& [key, value] : rows) {
-        grid.rows.push_back({key, str(value)});
+        grid.rows.push_back({key, value()});
     }
     return {std::move(grid)};
 }
@@ -63,151 +59,185 @@ std::string csvHeader(DatapointCSV::Column column) {
     return std::string(column.rawValue());
 }
 
-std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts) {
+HelpTopic startTopic(const HelpContent& help) {
+    return {"start",
+            help.start.title(),
+            "play.circle",
+            {
+                paragraph(help.start.intro(L10n::appName())),
+                heading(help.start.stepsHeading),
+                bullets({help.start.connect, help.start.enterDatapoints, help.start.choosePort,
+                         help.start.clickStart}),
+                screenshot("overview", help.start.overviewCaption),
+                tip(help.start.simulatorTip),
+                paragraph(help.start.autosave()),
+            }};
+}
+
+HelpTopic pollsTopic(const HelpContent& help) {
+    return {"polls",
+            help.polls.title(),
+            "square.stack",
+            {
+                paragraph(help.polls.intro()),
+                paragraph(help.polls.tabDot()),
+                paragraph(help.polls.combining()),
+                paragraph(help.polls.oneRequest()),
+            }};
+}
+
+HelpTopic datapointsTopic(const HelpContent& help, const L10n::Texts::TableTexts& column) {
+    return {"datapoints",
+            help.datapoints.title(),
+            "tablecells",
+            {
+                paragraph(help.datapoints.intro()),
+                table({
+                    {column.unitID(), help.datapoints.unitID},
+                    {column.table(), help.datapoints.table},
+                    {column.address(), help.datapoints.address},
+                    {column.dataType(), help.datapoints.dataType},
+                    {column.wordOrder(), help.datapoints.wordOrder},
+                    {column.scale(), help.datapoints.scale},
+                    {column.format(), help.datapoints.format},
+                }),
+                heading(help.datapoints.wordOrderHeading),
+                paragraph(help.datapoints.wordOrderIntro()),
+                table({
+                    {"ABCD", help.datapoints.abcd},
+                    {"CDAB", help.datapoints.cdab},
+                    {"BADC", help.datapoints.badc},
+                    {"DCBA", help.datapoints.dcba},
+                }),
+                tip(help.datapoints.orderTip),
+                paragraph(help.datapoints.overlap()),
+            }};
+}
+
+HelpTopic writingTopic(const HelpContent& help) {
+    return {"writing",
+            help.writing.title(),
+            "pencil",
+            {
+                paragraph(help.writing.howTo()),
+                paragraph(help.writing.functionCodes()),
+                tip(help.writing.onlyWhileReading),
+            }};
+}
+
+HelpTopic chartTopic(const HelpContent& help) {
+    return {"chart",
+            help.chart.title(),
+            "chart.xyaxis.line",
+            {
+                paragraph(help.chart.howTo()),
+                screenshot("chart", help.chart.chartCaption),
+                paragraph(help.chart.history()),
+            }};
+}
+
+HelpTopic csvTopic(const HelpContent& help) {
     using Column = DatapointCSV::Column;
-    const auto& column = texts.table;
-    const auto& status = texts.log.shortFailure;
+    return {
+        "csv",
+        help.csv.title(),
+        "doc.text",
+        {
+            paragraph(help.csv.spreadsheets()),
+            paragraph(help.csv.columns()),
+            table({
+                {csvHeader(Column::name), help.csv.name},
+                {csvHeader(Column::unitID), help.csv.unitID},
+                {csvHeader(Column::table), help.csv.table},
+                {csvHeader(Column::address), help.csv.address},
+                {csvHeader(Column::dataType), help.csv.dataType},
+                {csvHeader(Column::wordOrder), help.csv.wordOrder},
+                {L10n::concat(csvHeader(Column::scale), ", ", csvHeader(Column::engineeringUnit),
+                              ", ", csvHeader(Column::format), ", ", csvHeader(Column::value), ", ",
+                              csvHeader(Column::notes)),
+                 help.csv.optional},
+            }),
+            tip(help.csv.separatorTip),
+            tip(help.csv.simulatorTip),
+        }};
+}
+
+HelpTopic logTopic(const HelpContent& help,
+                   const L10n::Texts::LogTexts::ShortFailureTexts& status) {
+    return {"log",
+            help.log.title(),
+            "text.alignleft",
+            {
+                table({
+                    {L10n::Table::ok(24), help.log.ok},
+                    {status.timeout(), help.log.noResponse},
+                    {status.exception("02"), help.log.exception},
+                    {status.crcMismatch(), help.log.crcError},
+                }),
+                paragraph(help.log.lastGoodValue()),
+                heading(help.log.exceptionCodesHeading),
+                table({
+                    {"01", help.log.exception01},
+                    {"02", help.log.exception02},
+                    {"03", help.log.exception03},
+                    {"04", help.log.exception04},
+                    {"06", help.log.exception06},
+                }),
+                paragraph(help.log.logLines()),
+            }};
+}
+
+HelpTopic troubleshootingTopic(const HelpContent& help) {
+    return {"troubleshooting",
+            help.troubleshooting.title(),
+            "wrench.and.screwdriver",
+            {
+                heading(help.troubleshooting.noResponseHeading),
+                bullets({help.troubleshooting.unitID, help.troubleshooting.timeout,
+                         help.troubleshooting.frame, help.troubleshooting.wiring,
+                         help.troubleshooting.cabling, help.troubleshooting.busyPort}),
+                heading(help.troubleshooting.oddValuesHeading),
+                bullets({help.troubleshooting.scale, help.troubleshooting.order,
+                         help.troubleshooting.offByOne}),
+                paragraph(help.troubleshooting.privacy()),
+            }};
+}
+
+HelpTopic shortcutsTopic(const HelpContent& help) {
     const std::string_view ctrl = help.shortcuts.ctrl.value;
     const std::string_view shift = help.shortcuts.shift.value;
-    return {
-        {"start",
-         str(help.start.title),
-         "play.circle",
-         {
-             paragraph(help.start.intro(L10n::appName())),
-             heading(help.start.stepsHeading),
-             bullets({help.start.connect, help.start.enterDatapoints, help.start.choosePort,
-                      help.start.clickStart}),
-             screenshot("overview", help.start.overviewCaption),
-             tip(help.start.simulatorTip),
-             paragraph(str(help.start.autosave)),
-         }},
-        {"polls",
-         str(help.polls.title),
-         "square.stack",
-         {
-             paragraph(str(help.polls.intro)),
-             paragraph(str(help.polls.tabDot)),
-             paragraph(str(help.polls.combining)),
-             paragraph(str(help.polls.oneRequest)),
-         }},
-        {"datapoints",
-         str(help.datapoints.title),
-         "tablecells",
-         {
-             paragraph(str(help.datapoints.intro)),
-             table({
-                 {str(column.unitID), help.datapoints.unitID},
-                 {str(column.table), help.datapoints.table},
-                 {str(column.address), help.datapoints.address},
-                 {str(column.dataType), help.datapoints.dataType},
-                 {str(column.wordOrder), help.datapoints.wordOrder},
-                 {str(column.scale), help.datapoints.scale},
-                 {str(column.format), help.datapoints.format},
-             }),
-             heading(help.datapoints.wordOrderHeading),
-             paragraph(str(help.datapoints.wordOrderIntro)),
-             table({
-                 {"ABCD", help.datapoints.abcd},
-                 {"CDAB", help.datapoints.cdab},
-                 {"BADC", help.datapoints.badc},
-                 {"DCBA", help.datapoints.dcba},
-             }),
-             tip(help.datapoints.orderTip),
-             paragraph(str(help.datapoints.overlap)),
-         }},
-        {"writing",
-         str(help.writing.title),
-         "pencil",
-         {
-             paragraph(str(help.writing.howTo)),
-             paragraph(str(help.writing.functionCodes)),
-             tip(help.writing.onlyWhileReading),
-         }},
-        {"chart",
-         str(help.chart.title),
-         "chart.xyaxis.line",
-         {
-             paragraph(str(help.chart.howTo)),
-             screenshot("chart", help.chart.chartCaption),
-             paragraph(str(help.chart.history)),
-         }},
-        {"csv",
-         str(help.csv.title),
-         "doc.text",
-         {
-             paragraph(str(help.csv.spreadsheets)),
-             paragraph(str(help.csv.columns)),
-             table({
-                 {csvHeader(Column::name), help.csv.name},
-                 {csvHeader(Column::unitID), help.csv.unitID},
-                 {csvHeader(Column::table), help.csv.table},
-                 {csvHeader(Column::address), help.csv.address},
-                 {csvHeader(Column::dataType), help.csv.dataType},
-                 {csvHeader(Column::wordOrder), help.csv.wordOrder},
-                 {L10n::concat(csvHeader(Column::scale), ", ", csvHeader(Column::engineeringUnit),
-                               ", ", csvHeader(Column::format), ", ", csvHeader(Column::value),
-                               ", ", csvHeader(Column::notes)),
-                  help.csv.optional},
-             }),
-             tip(help.csv.separatorTip),
-             tip(help.csv.simulatorTip),
-         }},
-        {"log",
-         str(help.log.title),
-         "text.alignleft",
-         {
-             table({
-                 {L10n::Table::ok(24), help.log.ok},
-                 {str(status.timeout), help.log.noResponse},
-                 {status.exception("02"), help.log.exception},
-                 {str(status.crcMismatch), help.log.crcError},
-             }),
-             paragraph(str(help.log.lastGoodValue)),
-             heading(help.log.exceptionCodesHeading),
-             table({
-                 {"01", help.log.exception01},
-                 {"02", help.log.exception02},
-                 {"03", help.log.exception03},
-                 {"04", help.log.exception04},
-                 {"06", help.log.exception06},
-             }),
-             paragraph(str(help.log.logLines)),
-         }},
-        {"troubleshooting",
-         str(help.troubleshooting.title),
-         "wrench.and.screwdriver",
-         {
-             heading(help.troubleshooting.noResponseHeading),
-             bullets({help.troubleshooting.unitID, help.troubleshooting.timeout,
-                      help.troubleshooting.frame, help.troubleshooting.wiring,
-                      help.troubleshooting.cabling, help.troubleshooting.busyPort}),
-             heading(help.troubleshooting.oddValuesHeading),
-             bullets({help.troubleshooting.scale, help.troubleshooting.order,
-                      help.troubleshooting.offByOne}),
-             paragraph(str(help.troubleshooting.privacy)),
-         }},
-        {"shortcuts",
-         str(help.shortcuts.title),
-         "keyboard",
-         {
-             table({
-                 {keys({ctrl, "R"}), help.shortcuts.startStop},
-                 {keys({ctrl, "T"}), help.shortcuts.newPoll},
-                 {keys({ctrl, shift, "D"}), help.shortcuts.addDatapoint},
-                 {str(help.shortcuts.del), help.shortcuts.deleteDatapoints},
-                 {L10n::concat(keys({ctrl, shift, "I"}), " / ", keys({ctrl, shift, "E"})),
-                  help.shortcuts.importExport},
-                 {L10n::concat(keys({ctrl, "N"}), " / ", keys({ctrl, "O"}), " / ",
-                               keys({ctrl, shift, "S"})),
-                  help.shortcuts.projects},
-                 {keys({ctrl, "F"}), help.shortcuts.findInLog},
-                 {keys({ctrl, "S"}), help.shortcuts.saveLog},
-                 {keys({ctrl, "K"}), help.shortcuts.clearLog},
-                 {"F1", help.shortcuts.openHelp},
-             }),
-         }},
-    };
+    return {"shortcuts",
+            help.shortcuts.title(),
+            "keyboard",
+            {
+                table({
+                    {keys({ctrl, "R"}), help.shortcuts.startStop},
+                    {keys({ctrl, "T"}), help.shortcuts.newPoll},
+                    {keys({ctrl, shift, "D"}), help.shortcuts.addDatapoint},
+                    {help.shortcuts.del(), help.shortcuts.deleteDatapoints},
+                    {L10n::concat(keys({ctrl, shift, "I"}), " / ", keys({ctrl, shift, "E"})),
+                     help.shortcuts.importExport},
+                    {L10n::concat(keys({ctrl, "N"}), " / ", keys({ctrl, "O"}), " / ",
+                                  keys({ctrl, shift, "S"})),
+                     help.shortcuts.projects},
+                    {keys({ctrl, "F"}), help.shortcuts.findInLog},
+                    {keys({ctrl, "S"}), help.shortcuts.saveLog},
+                    {keys({ctrl, "K"}), help.shortcuts.clearLog},
+                    {"F1", help.shortcuts.openHelp},
+                }),
+            }};
+}
+
+std::vector<HelpTopic> topics(const HelpContent& help, const L10n::Texts& texts) {
+    return {startTopic(help),
+            pollsTopic(help),
+            datapointsTopic(help, texts.table),
+            writingTopic(help),
+            chartTopic(help),
+            csvTopic(help),
+            logTopic(help, texts.log.shortFailure),
+            troubleshootingTopic(help),
+            shortcutsTopic(help)};
 }
 
 // The words the reader sees, without the ** and ` of emphasis and code.
