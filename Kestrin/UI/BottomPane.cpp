@@ -2,15 +2,16 @@
 
 #include "ChartView.h"
 #include "ElidedLine.h"
+#include "FaintText.h"
 #include "FileDialogs.h"
 #include "HistoryCSV.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogOptionsView.h"
-#include "LogPalette.h"
 #include "OutputArea.h"
 #include "OutputBuffer.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QButtonGroup>
 #include <QDateTime>
@@ -30,10 +31,6 @@ namespace {
 
 constexpr const char* pagePreference = "bottomPane";
 
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
-}
-
 const char* rawValue(BottomPane::Page page) {
     return page == BottomPane::Page::chart ? "chart" : "log";
 }
@@ -46,7 +43,7 @@ BottomPane::Page storedPage() {
 QToolButton* segment(const std::string& title, const char* name, QWidget* parent) {
     auto* button = new QToolButton(parent);
     button->setObjectName(name);
-    button->setText(text(title));
+    button->setText(qt(title));
     button->setCheckable(true);
     button->setToolButtonStyle(Qt::ToolButtonTextOnly);
     return button;
@@ -54,9 +51,9 @@ QToolButton* segment(const std::string& title, const char* name, QWidget* parent
 
 QPushButton* barButton(const std::string& title, const std::string& tooltip, const char* name,
                        QWidget* parent) {
-    auto* button = new QPushButton(text(title), parent);
+    auto* button = new QPushButton(qt(title), parent);
     button->setObjectName(name);
-    button->setToolTip(text(tooltip));
+    button->setToolTip(qt(tooltip));
     return button;
 }
 
@@ -105,7 +102,7 @@ QWidget* BottomPane::makeBar() {
 
 QWidget* BottomPane::makePagePicker(QWidget* bar) {
     auto* picker = new QWidget(bar);
-    picker->setAccessibleName(text(L10n::texts().pane.title()));
+    picker->setAccessibleName(qt(L10n::texts().pane.title()));
     auto* segments = new QHBoxLayout(picker);
     segments->setContentsMargins(0, 0, 0, 0);
     segments->setSpacing(0);
@@ -138,17 +135,15 @@ QWidget* BottomPane::makeLogTools(QWidget* parent) {
     logRow->setSpacing(8);
     statistics_ = new ElidedLine(logTools);
     statistics_->setObjectName("statisticsLabel");
-    QPalette muted = statistics_->palette();
-    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
-    statistics_->setPalette(muted);
+    FaintText::fade(*statistics_);
     logRow->addWidget(statistics_, 1);
 
     auto* options = new QToolButton(logTools);
     options->setObjectName("logOptionsButton");
     options->setIcon(Icons::symbol(Symbol::sliders));
     options->setAutoRaise(true);
-    options->setAccessibleName(text(L10n::texts().footer.options()));
-    options->setToolTip(text(L10n::texts().footer.optionsHelp()));
+    options->setAccessibleName(qt(L10n::texts().footer.options()));
+    options->setToolTip(qt(L10n::texts().footer.optionsHelp()));
     connect(options, &QToolButton::clicked, this, &BottomPane::toggleLogOptions);
     optionsButton_ = options;
     logRow->addWidget(options);
@@ -197,7 +192,7 @@ void BottomPane::setPage(Page page) {
 
 void BottomPane::refreshStatistics() {
     const PollerStatistics& counts = model_.statistics();
-    statistics_->setText(text(L10n::texts().footer.statistics(
+    statistics_->setText(qt(L10n::texts().footer.statistics(
         counts.requests, counts.responses, counts.timeouts, counts.exceptions, counts.errors)));
 }
 
@@ -214,7 +209,7 @@ void BottomPane::toggleLogOptions() {
 
 void BottomPane::saveLog() {
     const QString path = FileDialogs::saveFile(
-        this, text(L10n::texts().menu.saveLog()),
+        this, qt(L10n::texts().menu.saveLog()),
         OutputBuffer::fileName(QDateTime::currentDateTime()),
         {FileDialogs::filter(L10n::texts().menu.textFiles(), QStringLiteral("*.txt"))});
     if (!path.isEmpty()) {
@@ -228,7 +223,7 @@ void BottomPane::clearLog() {
 
 void BottomPane::exportHistory() {
     const QString path = FileDialogs::saveFile(
-        this, text(L10n::texts().pane.exportHistory()),
+        this, qt(L10n::texts().pane.exportHistory()),
         HistoryCSV::fileName(QDateTime::currentDateTime()),
         {FileDialogs::filter(L10n::texts().menu.csvFiles(), QStringLiteral("*.csv"))});
     if (!path.isEmpty()) {

@@ -2,10 +2,12 @@
 
 #include "ChartLines.h"
 #include "ChartSeries.h"
+#include "FaintText.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "TimeScale.h"
 #include "ValueScale.h"
 
@@ -40,10 +42,6 @@ constexpr int minimumSpanSeconds = 60;
 // fell silent.
 constexpr std::int64_t gapIntervals = 3;
 
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
-}
-
 int storedPeriod() {
     bool ok = false;
     const int stored = QSettings("Kestrin", "Kestrin").value(periodPreference).toInt(&ok);
@@ -70,20 +68,18 @@ QWidget* makeEmptyView(QWidget* parent) {
         Icons::tinted(Symbol::chart, secondary).pixmap(emptySymbolSide, emptySymbolSide));
     column->addWidget(symbol, 0, Qt::AlignHCenter);
 
-    auto* title = new QLabel(text(L10n::texts().chart.emptyTitle()), view);
+    auto* title = new QLabel(qt(L10n::texts().chart.emptyTitle()), view);
     title->setObjectName("chartEmptyTitle");
     QFont headline = title->font();
     headline.setWeight(QFont::DemiBold);
     title->setFont(headline);
     column->addWidget(title, 0, Qt::AlignHCenter);
 
-    auto* message = new QLabel(text(L10n::texts().chart.emptyText()), view);
+    auto* message = new QLabel(qt(L10n::texts().chart.emptyText()), view);
     message->setWordWrap(true);
     message->setAlignment(Qt::AlignCenter);
     message->setFixedWidth(emptyMessageWidth);
-    QPalette muted = message->palette();
-    muted.setColor(QPalette::WindowText, secondary);
-    message->setPalette(muted);
+    FaintText::fade(*message);
     column->addWidget(message, 0, Qt::AlignHCenter);
     column->addStretch(1);
     return view;
@@ -108,10 +104,10 @@ ChartView::ChartView(PollerModel& model, QWidget* parent)
     column->setSpacing(0);
 
     period_->setObjectName("chartPeriod");
-    period_->setAccessibleName(text(L10n::texts().chart.window()));
-    period_->setToolTip(text(L10n::texts().chart.windowHelp()));
+    period_->setAccessibleName(qt(L10n::texts().chart.window()));
+    period_->setToolTip(qt(L10n::texts().chart.windowHelp()));
     for (const int seconds : ChartSeries::periods) {
-        period_->addItem(text(L10n::Chart::windowLabel(seconds)), seconds);
+        period_->addItem(qt(L10n::Chart::windowLabel(seconds)), seconds);
     }
     period_->setCurrentIndex(period_->findData(periodSeconds_));
     connect(period_, &QComboBox::activated, this,
@@ -122,14 +118,14 @@ ChartView::ChartView(PollerModel& model, QWidget* parent)
     chart_->legend()->setAlignment(Qt::AlignTop);
     chart_->setMargins(QMargins(4, 4, 4, 4));
     applyTheme();
-    timeAxis_->setTitleText(text(L10n::texts().chart.time()));
+    timeAxis_->setTitleText(qt(L10n::texts().chart.time()));
     timeAxis_->setFormat("HH:mm:ss");
     timeAxis_->setTickCount(6);
     // The axis starts with an empty range; laid out once like that, it never draws again.
     const QDateTime now = QDateTime::currentDateTime();
     timeAxis_->setRange(now.addSecs(-std::max(periodSeconds_, minimumSpanSeconds)), now);
     chart_->addAxis(timeAxis_, Qt::AlignBottom);
-    valueAxis_->setTitleText(text(L10n::texts().table.value()));
+    valueAxis_->setTitleText(qt(L10n::texts().table.value()));
     chart_->addAxis(valueAxis_, Qt::AlignLeft);
 
     pages_->addWidget(chartView_);
@@ -198,13 +194,13 @@ void ChartView::matchSeries(const std::vector<ChartSeries>& lines) {
     const bool sameLines = shown.size() == static_cast<qsizetype>(lines.size()) &&
                            std::equal(lines.begin(), lines.end(), shown.begin(),
                                       [](const ChartSeries& line, const QAbstractSeries* series) {
-                                          return series->name() == text(line.label);
+                                          return series->name() == qt(line.label);
                                       });
     if (!sameLines) {
         chart_->removeAllSeries();
         for (const ChartSeries& line : lines) {
             auto* series = new QLineSeries(chart_);
-            series->setName(text(line.label));
+            series->setName(qt(line.label));
             chart_->addSeries(series);
             series->attachAxis(timeAxis_);
             series->attachAxis(valueAxis_);

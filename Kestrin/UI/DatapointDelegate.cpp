@@ -5,6 +5,7 @@
 #include "FieldNote.h"
 #include "L10n.h"
 #include "LogPalette.h"
+#include "QtText.h"
 #include "RegisterTable.h"
 #include "WordOrder.h"
 
@@ -30,10 +31,6 @@ constexpr int symbolSize = 14;
 constexpr int pencilSize = 14;
 constexpr int pencilMargin = 6;
 constexpr double inactiveOpacity = 0.35;
-
-QString qt(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 bool isPicker(int column) {
     return column == Model::table || column == Model::dataType || column == Model::wordOrder ||
@@ -319,14 +316,14 @@ bool DatapointDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     QString help;
     if (index.column() == Model::value && index.data(Model::WritableRole).toBool() &&
         pencilRect(option.rect).contains(event->pos())) {
-        help = QString::fromStdString(L10n::texts().write.help());
+        help = qt(L10n::texts().write.help());
     } else if (index.column() == Model::address && index.data(Model::OverlapRole).toBool()) {
         QStyleOptionViewItem item = option;
         initStyleOption(&item, index);
         const QStyle* style = view->style();
         const QRect mark = style->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, view);
         if (mark.adjusted(-2, -2, 2, 2).contains(event->pos())) {
-            help = QString::fromStdString(L10n::texts().table.overlapHelp());
+            help = qt(L10n::texts().table.overlapHelp());
         }
     }
     if (help.isEmpty()) {

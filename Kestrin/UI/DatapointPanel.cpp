@@ -3,12 +3,14 @@
 #include "DatapointDelegate.h"
 #include "DatapointTableModel.h"
 #include "DatapointTableView.h"
+#include "FaintText.h"
 #include "FileDialogs.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
 #include "NoticeBanner.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "WritePopover.h"
 
 #include <algorithm>
@@ -33,10 +35,6 @@ namespace kestrin {
 namespace {
 
 using Model = DatapointTableModel;
-
-QString qt(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 // Minimum and ideal widths of the columns, in the order of DatapointTableModel::Column.
 using ColumnWidth = DatapointTableView::ColumnWidth;
@@ -230,9 +228,7 @@ void DatapointPanel::buildEmptyView() {
     // A wrapped label under an alignment gets no height for its width unless told.
     text->setMinimumHeight(text->heightForWidth(400));
     text->setAlignment(Qt::AlignCenter);
-    QPalette muted = text->palette();
-    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
-    text->setPalette(muted);
+    FaintText::fade(*text);
     layout->addWidget(text, 0, Qt::AlignHCenter);
 
     auto* buttons = new QHBoxLayout();

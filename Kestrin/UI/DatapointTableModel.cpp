@@ -5,6 +5,7 @@
 #include "NumberStyle.h"
 #include "NumberText.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "RTUFrame.h"
 
 #include <algorithm>
@@ -23,10 +24,6 @@
 namespace kestrin {
 
 namespace {
-
-QString qt(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 // The time of day in the user's long time format, without the time zone it usually carries.
 QString timeOfDay(const QDateTime& time) {

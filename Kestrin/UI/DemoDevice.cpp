@@ -2,6 +2,7 @@
 
 #include "ExampleList.h"
 #include "PollerProject.h"
+#include "QtText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -108,7 +109,7 @@ DemoDevice::start(const QString& simulator, const SerialConfiguration& serial) {
     process->start(simulator, {QStringLiteral("--project"), project.value()->fileName(),
                                QStringLiteral("--wire-timing"), QStringLiteral("--baud"),
                                QString::number(serial.baudRate), QStringLiteral("--frame"),
-                               QString::fromStdString(serial.frameDescription())});
+                               qt(serial.frameDescription())});
     if (!process->waitForStarted(startLimitMs)) {
         return process->errorString().toStdString();
     }

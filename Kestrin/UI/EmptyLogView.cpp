@@ -1,9 +1,11 @@
 #include "EmptyLogView.h"
 
+#include "FaintText.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -50,13 +52,11 @@ EmptyLogView::EmptyLogView(PollerModel& model, QWidget* parent)
     message_->setObjectName("emptyLogMessage");
     message_->setAlignment(Qt::AlignCenter);
     message_->setWordWrap(true);
-    QPalette muted = message_->palette();
-    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
-    message_->setPalette(muted);
+    FaintText::fade(*message_);
     layout->addWidget(message_, 0, Qt::AlignHCenter);
 
     start_->setObjectName("startReadingButton");
-    start_->setText(QString::fromStdString(L10n::texts().notice.startPolling()));
+    start_->setText(qt(L10n::texts().notice.startPolling()));
     start_->setIcon(Icons::tinted(Symbol::play, Qt::white));
     start_->setCursor(Qt::PointingHandCursor);
     // The program's accent colour marks its one prominent action.
@@ -78,10 +78,10 @@ EmptyLogView::EmptyLogView(PollerModel& model, QWidget* parent)
 
 void EmptyLogView::refresh() {
     const bool hasPorts = !model_.ports().empty();
-    title_->setText(QString::fromStdString(hasPorts ? L10n::texts().notice.emptyTitle()
-                                                    : L10n::texts().notice.emptyNoDevice()));
-    message_->setText(QString::fromStdString(hasPorts ? L10n::texts().notice.emptySteps()
-                                                      : L10n::texts().notice.emptyNoDeviceSteps()));
+    title_->setText(
+        qt(hasPorts ? L10n::texts().notice.emptyTitle() : L10n::texts().notice.emptyNoDevice()));
+    message_->setText(qt(hasPorts ? L10n::texts().notice.emptySteps()
+                                  : L10n::texts().notice.emptyNoDeviceSteps()));
     start_->setVisible(model_.canStart() && model_.state() == PollerState::stopped);
     chooseLayout();
 }

@@ -1,5 +1,7 @@
 #include "FileDialogs.h"
 
+#include "QtText.h"
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -15,7 +17,7 @@ constexpr auto folderPreference = "lastFolder";
 } // namespace
 
 QString filter(const std::string& name, const QString& patterns) {
-    return QString::fromStdString(name) + QStringLiteral(" (") + patterns + QLatin1Char(')');
+    return qt(name) + QStringLiteral(" (") + patterns + QLatin1Char(')');
 }
 
 QString startFolder() {

@@ -1,10 +1,12 @@
 #include "HelpWindow.h"
 
+#include "FaintText.h"
 #include "HelpPage.h"
 #include "HelpScreenshot.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
+#include "QtText.h"
 
 #include <QEvent>
 #include <QFile>
@@ -28,10 +30,6 @@ constexpr int pagePadding = 24;
 QPointer<HelpWindow>& singleWindow() {
     static QPointer<HelpWindow> window;
     return window;
-}
-
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
 }
 
 // The topics' symbol names drawn with the symbols the window has.
@@ -58,13 +56,12 @@ Symbol symbolFor(const std::string& name) {
 std::optional<QString> screenshotPath(std::string_view name) {
     const std::optional<std::string> file =
         HelpScreenshot::resource(name, L10n::language(), [](const std::string& candidate) {
-            return QFile::exists(QString::fromLatin1(HelpWindow::screenshotFolder) +
-                                 QString::fromStdString(candidate));
+            return QFile::exists(QString::fromLatin1(HelpWindow::screenshotFolder) + qt(candidate));
         });
     if (!file) {
         return std::nullopt;
     }
-    return QString::fromLatin1(HelpWindow::screenshotFolder) + QString::fromStdString(*file);
+    return QString::fromLatin1(HelpWindow::screenshotFolder) + qt(*file);
 }
 
 } // namespace
@@ -77,7 +74,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     , noResults_(new QLabel(this))
     , page_(new QTextBrowser(this)) {
     setObjectName("helpWindow");
-    setWindowTitle(text(L10n::texts().help.windowTitle()));
+    setWindowTitle(qt(L10n::texts().help.windowTitle()));
     setMinimumSize(720, 460);
     resize(900, 640);
     if (!topics_.empty()) {
@@ -104,7 +101,7 @@ QWidget* HelpWindow::buildSidebar() {
     auto* column = new QVBoxLayout(sidebar);
     column->setContentsMargins(8, 8, 0, 8);
     search_->setObjectName("helpSearch");
-    search_->setPlaceholderText(text(L10n::texts().help.searchPrompt()));
+    search_->setPlaceholderText(qt(L10n::texts().help.searchPrompt()));
     search_->setClearButtonEnabled(true);
     search_->addAction(Icons::symbol(Symbol::magnifyingGlass), QLineEdit::LeadingPosition);
     column->addWidget(search_);
@@ -113,11 +110,9 @@ QWidget* HelpWindow::buildSidebar() {
     list_->setIconSize(QSize(16, 16));
     column->addWidget(list_, 1);
     noResults_->setObjectName("helpNoResults");
-    noResults_->setText(text(L10n::texts().help.noResults()));
+    noResults_->setText(qt(L10n::texts().help.noResults()));
     noResults_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    QPalette muted = noResults_->palette();
-    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
-    noResults_->setPalette(muted);
+    FaintText::fade(*noResults_);
     noResults_->hide();
     column->addWidget(noResults_, 1);
     sidebar->setMinimumWidth(190);
@@ -199,8 +194,8 @@ void HelpWindow::fillList() {
     list_->clear();
     for (const HelpTopic& topic : matches_) {
         auto* item =
-            new QListWidgetItem(Icons::symbol(symbolFor(topic.symbol)), text(topic.title), list_);
-        item->setData(Qt::UserRole, text(topic.id));
+            new QListWidgetItem(Icons::symbol(symbolFor(topic.symbol)), qt(topic.title), list_);
+        item->setData(Qt::UserRole, qt(topic.id));
     }
     for (std::size_t row = 0; row < matches_.size(); ++row) {
         if (selection_ && matches_[row].id == *selection_) {

@@ -3,6 +3,7 @@
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
+#include "QtText.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -26,7 +27,7 @@ LogFindBar::LogFindBar(QPlainTextEdit& view, QWidget* parent)
     layout->setSpacing(4);
 
     field_->setObjectName("logFindField");
-    field_->setPlaceholderText(QString::fromStdString(L10n::texts().pane.findPlaceholder()));
+    field_->setPlaceholderText(qt(L10n::texts().pane.findPlaceholder()));
     field_->setClearButtonEnabled(true);
     field_->addAction(Icons::symbol(Symbol::magnifyingGlass), QLineEdit::LeadingPosition);
     layout->addWidget(field_, 1);
@@ -34,18 +35,18 @@ LogFindBar::LogFindBar(QPlainTextEdit& view, QWidget* parent)
     auto* previous = new QToolButton(this);
     previous->setObjectName("logFindPrevious");
     previous->setIcon(Icons::symbol(Symbol::chevronUp));
-    previous->setToolTip(QString::fromStdString(L10n::texts().pane.findPrevious()));
+    previous->setToolTip(qt(L10n::texts().pane.findPrevious()));
     previous->setAutoRaise(true);
     layout->addWidget(previous);
 
     auto* next = new QToolButton(this);
     next->setObjectName("logFindNext");
     next->setIcon(Icons::symbol(Symbol::chevronDown));
-    next->setToolTip(QString::fromStdString(L10n::texts().pane.findNext()));
+    next->setToolTip(qt(L10n::texts().pane.findNext()));
     next->setAutoRaise(true);
     layout->addWidget(next);
 
-    auto* done = new QPushButton(QString::fromStdString(L10n::texts().pane.findDone()), this);
+    auto* done = new QPushButton(qt(L10n::texts().pane.findDone()), this);
     done->setObjectName("logFindDone");
     layout->addWidget(done);
 

@@ -1,8 +1,9 @@
 #include "LogOptionsView.h"
 
+#include "FaintText.h"
 #include "L10n.h"
-#include "LogPalette.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -12,27 +13,16 @@ namespace kestrin {
 
 namespace {
 
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
-}
-
 QCheckBox* addToggle(QVBoxLayout* layout, const char* name, const std::string& title,
                      QWidget* parent) {
-    auto* toggle = new QCheckBox(text(title), parent);
+    auto* toggle = new QCheckBox(qt(title), parent);
     toggle->setObjectName(name);
     layout->addWidget(toggle);
     return toggle;
 }
 
 void addExplanation(QVBoxLayout* layout, const std::string& explanation, QWidget* parent) {
-    auto* label = new QLabel(text(explanation), parent);
-    label->setWordWrap(true);
-    QFont small = label->font();
-    small.setPointSizeF(small.pointSizeF() * 0.85);
-    label->setFont(small);
-    QPalette muted = label->palette();
-    muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(parent->palette()));
-    label->setPalette(muted);
+    QLabel* label = FaintText::note(qt(explanation), parent);
     // Lines up with the toggle's text rather than its box.
     label->setContentsMargins(22, 0, 0, 4);
     layout->addWidget(label);
@@ -47,7 +37,7 @@ LogOptionsView::LogOptionsView(PollerModel& model, QWidget* parent)
     setFixedWidth(popoverWidth);
     QVBoxLayout* layout = contentLayout();
 
-    auto* title = new QLabel(text(L10n::texts().footer.options()), this);
+    auto* title = new QLabel(qt(L10n::texts().footer.options()), this);
     QFont headline = title->font();
     headline.setWeight(QFont::DemiBold);
     title->setFont(headline);

@@ -3,6 +3,7 @@
 #include "L10n.h"
 #include "LogPalette.h"
 #include "OutputBuffer.h"
+#include "QtText.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -30,7 +31,7 @@ LogView::LogView(OutputBuffer& buffer, QWidget* parent)
     setLineWrapMode(QPlainTextEdit::WidgetWidth);
     setFont(LogPalette::bufferFont());
     document()->setDocumentMargin(textInset);
-    setAccessibleName(QString::fromStdString(L10n::texts().footer.outputAccessibility()));
+    setAccessibleName(qt(L10n::texts().footer.outputAccessibility()));
 
     appendRuns(buffer_.runs());
     connect(&buffer_, &OutputBuffer::appended, this, &LogView::appendRuns);

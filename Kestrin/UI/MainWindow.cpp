@@ -9,6 +9,7 @@
 #include "MessageBoxes.h"
 #include "PollTabBar.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "StatusDot.h"
 #include "TopBar.h"
 
@@ -25,23 +26,19 @@ namespace kestrin {
 
 namespace {
 
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 constexpr int tableMinimumHeight = 200;
 constexpr int tableIdealHeight = 380;
 constexpr int paneMinimumHeight = 140;
 constexpr int paneIdealHeight = 240;
 
 QAction* command(QMenu* menu, const std::string& text, const QKeySequence& shortcut = {}) {
-    QAction* action = menu->addAction(qs(text));
+    QAction* action = menu->addAction(qt(text));
     action->setShortcut(shortcut);
     return action;
 }
 
 QAction* toggle(QMenu* menu, const std::string& text) {
-    QAction* action = menu->addAction(qs(text));
+    QAction* action = menu->addAction(qt(text));
     action->setCheckable(true);
     return action;
 }
@@ -99,7 +96,7 @@ MainWindow::MainWindow(PollerModel& model, QWidget* parent)
 }
 
 void MainWindow::buildMenus() {
-    QMenu* file = menuBar()->addMenu(qs(L10n::texts().menu.file()));
+    QMenu* file = menuBar()->addMenu(qt(L10n::texts().menu.file()));
     file->setObjectName(QStringLiteral("fileMenu"));
     connect(command(file, L10n::texts().menu.newProject(), QKeySequence(Qt::CTRL | Qt::Key_N)),
             &QAction::triggered, this, &MainWindow::newProject);
@@ -124,7 +121,7 @@ void MainWindow::buildMenus() {
     // autosave written on the way out.
     connect(quit, &QAction::triggered, qApp, &QApplication::closeAllWindows);
 
-    QMenu* poller = menuBar()->addMenu(qs(L10n::Menu::poller()));
+    QMenu* poller = menuBar()->addMenu(qt(L10n::Menu::poller()));
     poller->setObjectName(QStringLiteral("pollerMenu"));
     startStop_ = command(poller, L10n::texts().header.start(), QKeySequence(Qt::CTRL | Qt::Key_R));
     startStop_->setObjectName(QStringLiteral("startStopAction"));
@@ -149,7 +146,7 @@ void MainWindow::buildMenus() {
     connect(rawFrames_, &QAction::toggled, &model_, &PollerModel::setShowRawFrames);
     connect(onlyProblems_, &QAction::toggled, &model_, &PollerModel::setLogOnlyProblems);
 
-    QMenu* help = menuBar()->addMenu(qs(L10n::texts().menu.help()));
+    QMenu* help = menuBar()->addMenu(qt(L10n::texts().menu.help()));
     help->setObjectName(QStringLiteral("helpMenu"));
     QAction* showHelp = command(help, L10n::texts().help.windowTitle(), QKeySequence(Qt::Key_F1));
     showHelp->setIcon(Icons::symbol(Symbol::book));
@@ -158,8 +155,8 @@ void MainWindow::buildMenus() {
 
 void MainWindow::refreshState() {
     const bool stopped = model_.state() == PollerState::stopped;
-    setWindowTitle(qs(L10n::appName()) + QStringLiteral(" — ") + StatusDot::text(model_.state()));
-    startStop_->setText(qs(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
+    setWindowTitle(qt(L10n::appName()) + QStringLiteral(" — ") + StatusDot::text(model_.state()));
+    startStop_->setText(qt(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
     startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
     startStop_->setEnabled(!stopped || model_.canStart());
 }
@@ -184,14 +181,14 @@ void MainWindow::showError() {
         return;
     }
     if (alert_ != nullptr && alert_->isVisible()) {
-        alert_->setText(qs(*message));
+        alert_->setText(qt(*message));
         return;
     }
-    alert_ = new QMessageBox(QMessageBox::Warning, qs(L10n::texts().errors.alertTitle()),
-                             qs(*message), QMessageBox::NoButton, this);
+    alert_ = new QMessageBox(QMessageBox::Warning, qt(L10n::texts().errors.alertTitle()),
+                             qt(*message), QMessageBox::NoButton, this);
     alert_->setObjectName(QStringLiteral("errorAlert"));
     alert_->setAttribute(Qt::WA_DeleteOnClose);
-    QPushButton* ok = alert_->addButton(qs(L10n::Errors::ok()), QMessageBox::AcceptRole);
+    QPushButton* ok = alert_->addButton(qt(L10n::Errors::ok()), QMessageBox::AcceptRole);
     ok->setObjectName(QStringLiteral("errorAlertOK"));
     alert_->setDefaultButton(ok);
     // Closing the alert, however it is closed, clears the message it shows.
@@ -211,17 +208,17 @@ bool MainWindow::hasDatapoints() const {
 void MainWindow::newProject() {
     // The autosave would overwrite the only copy of the list a second later: ask first.
     if (hasDatapoints()) {
-        QMessageBox question(QMessageBox::Warning, qs(L10n::texts().menu.newProject()),
-                             qs(L10n::texts().menu.replaceProjectTitle()), QMessageBox::NoButton,
+        QMessageBox question(QMessageBox::Warning, qt(L10n::texts().menu.newProject()),
+                             qt(L10n::texts().menu.replaceProjectTitle()), QMessageBox::NoButton,
                              this);
         question.setObjectName(QStringLiteral("replaceProjectQuestion"));
-        question.setInformativeText(qs(L10n::texts().menu.replaceProjectMessage()));
+        question.setInformativeText(qt(L10n::texts().menu.replaceProjectMessage()));
         QPushButton* save =
-            question.addButton(qs(L10n::texts().menu.saveProject()), QMessageBox::AcceptRole);
+            question.addButton(qt(L10n::texts().menu.saveProject()), QMessageBox::AcceptRole);
         QPushButton* replace =
-            question.addButton(qs(L10n::texts().import.replace()), QMessageBox::DestructiveRole);
+            question.addButton(qt(L10n::texts().import.replace()), QMessageBox::DestructiveRole);
         QPushButton* cancel =
-            question.addButton(qs(L10n::texts().import.cancel()), QMessageBox::RejectRole);
+            question.addButton(qt(L10n::texts().import.cancel()), QMessageBox::RejectRole);
         question.setDefaultButton(save);
         question.setEscapeButton(cancel);
         MessageBoxes::fitTitle(question);
@@ -242,14 +239,14 @@ QStringList MainWindow::projectFilters() {
 
 void MainWindow::openProject() {
     const QString path =
-        FileDialogs::openFile(this, qs(L10n::texts().menu.openProject()), projectFilters());
+        FileDialogs::openFile(this, qt(L10n::texts().menu.openProject()), projectFilters());
     if (!path.isEmpty()) {
         model_.openProject(path);
     }
 }
 
 bool MainWindow::saveProjectAs() {
-    const QString path = FileDialogs::saveFile(this, qs(L10n::texts().menu.saveProject()),
+    const QString path = FileDialogs::saveFile(this, qt(L10n::texts().menu.saveProject()),
                                                QStringLiteral("kestrin.json"), projectFilters());
     if (path.isEmpty()) {
         return false;

@@ -1,6 +1,7 @@
 #include "NoticeBanner.h"
 
 #include "L10n.h"
+#include "QtText.h"
 
 #include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
@@ -50,7 +51,7 @@ NoticeBanner::NoticeBanner(Symbol symbol, const QColor& tint, const QString& tex
         dismissButton_->setAutoRaise(true);
         dismissButton_->setIcon(Icons::symbol(Symbol::xmark));
         dismissButton_->setIconSize(QSize(10, 10));
-        const QString dismiss = QString::fromStdString(L10n::texts().notice.dismiss());
+        const QString dismiss = qt(L10n::texts().notice.dismiss());
         dismissButton_->setToolTip(dismiss);
         dismissButton_->setAccessibleName(dismiss);
         connect(dismissButton_, &QToolButton::clicked, this,

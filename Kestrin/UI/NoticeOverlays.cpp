@@ -4,6 +4,7 @@
 #include "LogPalette.h"
 #include "NoticeBanner.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QVBoxLayout>
 
@@ -13,11 +14,9 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     : QWidget(parent)
     , model_(model)
     , serialLost_(new NoticeBanner(Symbol::xmarkOctagon, LogPalette::red(palette()),
-                                   QString::fromStdString(L10n::texts().notice.serialLost()), {},
-                                   this))
+                                   qt(L10n::texts().notice.serialLost()), {}, this))
     , noResponse_(new NoticeBanner(
-          Symbol::warning, LogPalette::orange(palette()),
-          QString::fromStdString(L10n::texts().notice.noResponse()),
+          Symbol::warning, LogPalette::orange(palette()), qt(L10n::texts().notice.noResponse()),
           [&model] { model.dismissNoResponseHint(); }, this)) {
     setObjectName("noticeOverlays");
     serialLost_->setObjectName("serialLostNotice");

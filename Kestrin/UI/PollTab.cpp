@@ -4,6 +4,7 @@
 #include "LogPalette.h"
 #include "Poll.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -46,7 +47,7 @@ PollTab::PollTab(const Uuid& pollID, QWidget* parent)
     : QAbstractButton(parent)
     , pollID_(pollID) {
     setObjectName(QStringLiteral("pollTab"));
-    setProperty("pollID", QString::fromStdString(pollID.text()));
+    setProperty("pollID", qt(pollID.text()));
     setCursor(Qt::PointingHandCursor);
     setContextMenuPolicy(Qt::CustomContextMenu);
 }

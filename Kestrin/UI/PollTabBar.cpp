@@ -5,6 +5,7 @@
 #include "MessageBoxes.h"
 #include "PollTab.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <algorithm>
 #include <array>
@@ -27,14 +28,10 @@ namespace kestrin {
 
 namespace {
 
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 constexpr std::array intervals{100, 250, 500, 1000, 2000, 5000, 10000, 30000, 60000};
 
 QString title(const Poll& poll) {
-    return poll.name.empty() ? qs(L10n::texts().polls.unnamed()) : qs(poll.name);
+    return poll.name.empty() ? qt(L10n::texts().polls.unnamed()) : qt(poll.name);
 }
 
 } // namespace
@@ -46,7 +43,7 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     , add_(new QToolButton(this))
     , name_(new QLineEdit(this))
     , interval_(new QComboBox(this))
-    , active_(new QCheckBox(qs(L10n::texts().polls.active()), this)) {
+    , active_(new QCheckBox(qt(L10n::texts().polls.active()), this)) {
     setObjectName(QStringLiteral("pollTabBar"));
     setAutoFillBackground(true);
     buildTabScroller();
@@ -84,22 +81,22 @@ void PollTabBar::setUpControls() {
     add_->setAutoRaise(true);
     add_->setFixedSize(20, 20);
     add_->setIconSize(QSize(14, 14));
-    add_->setAccessibleName(qs(L10n::texts().polls.add()));
-    add_->setToolTip(qs(L10n::texts().polls.addHelp()));
+    add_->setAccessibleName(qt(L10n::texts().polls.add()));
+    add_->setToolTip(qt(L10n::texts().polls.addHelp()));
 
     name_->setObjectName(QStringLiteral("pollNameField"));
     name_->setFixedWidth(140);
-    name_->setPlaceholderText(qs(L10n::texts().polls.namePlaceholder()));
-    name_->setAccessibleName(qs(L10n::texts().table.name()));
+    name_->setPlaceholderText(qt(L10n::texts().polls.namePlaceholder()));
+    name_->setAccessibleName(qt(L10n::texts().table.name()));
     interval_->setObjectName(QStringLiteral("pollIntervalPicker"));
     interval_->setFixedWidth(120);
-    interval_->setToolTip(qs(L10n::texts().polls.intervalHelp()));
-    interval_->setAccessibleName(qs(L10n::texts().polls.interval()));
+    interval_->setToolTip(qt(L10n::texts().polls.intervalHelp()));
+    interval_->setAccessibleName(qt(L10n::texts().polls.interval()));
     for (const int ms : intervals) {
-        interval_->addItem(qs(L10n::Polls::intervalLabel(ms)), ms);
+        interval_->addItem(qt(L10n::Polls::intervalLabel(ms)), ms);
     }
     active_->setObjectName(QStringLiteral("pollActiveToggle"));
-    active_->setToolTip(qs(L10n::texts().polls.activeHelp()));
+    active_->setToolTip(qt(L10n::texts().polls.activeHelp()));
 }
 
 void PollTabBar::layOutRow() {
@@ -113,9 +110,9 @@ void PollTabBar::layOutRow() {
     row->addWidget(scroller_, 1);
     row->addWidget(add_);
     row->addWidget(divider);
-    row->addWidget(new QLabel(qs(L10n::texts().table.name()), this));
+    row->addWidget(new QLabel(qt(L10n::texts().table.name()), this));
     row->addWidget(name_);
-    row->addWidget(new QLabel(qs(L10n::texts().polls.interval()), this));
+    row->addWidget(new QLabel(qt(L10n::texts().polls.interval()), this));
     row->addWidget(interval_);
     row->addWidget(active_);
 }
@@ -164,7 +161,7 @@ void PollTabBar::rebuildTabs() {
         tabs_.clear();
         for (const Poll& poll : polls) {
             auto* tab = new PollTab(poll.id);
-            tab->setToolTip(qs(L10n::texts().polls.tabHelp()));
+            tab->setToolTip(qt(L10n::texts().polls.tabHelp()));
             const Uuid id = poll.id;
             connect(tab, &PollTab::clicked, this, [this, id] { model_.setSelectedPollID(id); });
             connect(tab, &PollTab::customContextMenuRequested, this, [this, tab](QPoint at) {
@@ -201,14 +198,14 @@ void PollTabBar::refreshEditor() {
         return;
     }
     // Only when it differs, so the cursor stays where the user is typing.
-    if (name_->text() != qs(poll->name)) {
-        name_->setText(qs(poll->name));
+    if (name_->text() != qt(poll->name)) {
+        name_->setText(qt(poll->name));
     }
     const QSignalBlocker intervalBlocker(interval_);
     int index = interval_->findData(QVariant::fromValue(int(poll->intervalMs)));
     if (index < 0) {
         // A project may carry an interval the list does not offer; it is kept as it stands.
-        interval_->addItem(qs(L10n::Polls::intervalLabel(int(poll->intervalMs))),
+        interval_->addItem(qt(L10n::Polls::intervalLabel(int(poll->intervalMs))),
                            int(poll->intervalMs));
         index = interval_->count() - 1;
     }
@@ -221,10 +218,10 @@ QMenu* PollTabBar::contextMenu(const Uuid& pollID) {
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("pollTabMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QAction* duplicate = menu->addAction(qs(L10n::texts().polls.duplicate()));
+    QAction* duplicate = menu->addAction(qt(L10n::texts().polls.duplicate()));
     duplicate->setObjectName(QStringLiteral("duplicatePollAction"));
     connect(duplicate, &QAction::triggered, this, [this, pollID] { model_.duplicatePoll(pollID); });
-    QAction* remove = menu->addAction(qs(L10n::texts().polls.remove()));
+    QAction* remove = menu->addAction(qt(L10n::texts().polls.remove()));
     remove->setObjectName(QStringLiteral("removePollAction"));
     remove->setEnabled(model_.polls().size() >= 2);
     connect(remove, &QAction::triggered, this, [this, pollID] { askToRemove(pollID); });
@@ -244,17 +241,17 @@ void PollTabBar::askToRemove(const Uuid& pollID) {
         return;
     }
     confirmDelete_ = pollID;
-    auto* box = new QMessageBox(QMessageBox::Warning, qs(L10n::texts().polls.removeTitle()),
-                                qs(L10n::texts().polls.removeQuestion(title(*poll).toStdString())),
+    auto* box = new QMessageBox(QMessageBox::Warning, qt(L10n::texts().polls.removeTitle()),
+                                qt(L10n::texts().polls.removeQuestion(title(*poll).toStdString())),
                                 QMessageBox::NoButton, this);
     box->setObjectName(QStringLiteral("removePollConfirmation"));
-    box->setInformativeText(qs(L10n::texts().polls.removeMessage()));
+    box->setInformativeText(qt(L10n::texts().polls.removeMessage()));
     box->setAttribute(Qt::WA_DeleteOnClose);
     QPushButton* remove =
-        box->addButton(qs(L10n::texts().polls.remove()), QMessageBox::DestructiveRole);
+        box->addButton(qt(L10n::texts().polls.remove()), QMessageBox::DestructiveRole);
     remove->setObjectName(QStringLiteral("confirmRemovePollButton"));
     QPushButton* cancel =
-        box->addButton(qs(L10n::texts().import.cancel()), QMessageBox::RejectRole);
+        box->addButton(qt(L10n::texts().import.cancel()), QMessageBox::RejectRole);
     cancel->setObjectName(QStringLiteral("cancelRemovePollButton"));
     box->setDefaultButton(cancel);
     MessageBoxes::fitTitle(*box);

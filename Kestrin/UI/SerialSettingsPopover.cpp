@@ -1,9 +1,10 @@
 #include "SerialSettingsPopover.h"
 
+#include "FaintText.h"
 #include "L10n.h"
-#include "LogPalette.h"
 #include "Parity.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "WriteMode.h"
 
 #include <array>
@@ -18,10 +19,6 @@
 namespace kestrin {
 
 namespace {
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 constexpr std::array timeouts{100, 200, 500, 1000, 2000, 5000};
 constexpr std::array gaps{0, 4, 8, 16, 32};
@@ -54,23 +51,10 @@ void select(QComboBox* combo, int value, const QString& textIfMissing) {
 }
 
 QLabel* sectionTitle(const std::string& text, QWidget* parent) {
-    auto* label = new QLabel(qs(text), parent);
+    auto* label = new QLabel(qt(text), parent);
     QFont font = label->font();
     font.setBold(true);
     label->setFont(font);
-    return label;
-}
-
-// A smaller, fainter note below a section's fields.
-QLabel* footer(const std::string& text, QWidget* parent) {
-    auto* label = new QLabel(qs(text), parent);
-    label->setWordWrap(true);
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.85);
-    label->setFont(font);
-    QPalette faded = label->palette();
-    faded.setColor(QPalette::WindowText, LogPalette::secondaryLabel(parent->palette()));
-    label->setPalette(faded);
     return label;
 }
 
@@ -82,7 +66,7 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     , dataBits_(picker("dataBitsPicker", this))
     , parity_(picker("parityPicker", this))
     , stopBits_(picker("stopBitsPicker", this))
-    , modbusDefault_(new QPushButton(qs(L10n::texts().settings.modbusDefault()), this))
+    , modbusDefault_(new QPushButton(qt(L10n::texts().settings.modbusDefault()), this))
     , timeout_(picker("timeoutPicker", this))
     , gap_(picker("gapPicker", this))
     , writeMode_(picker("writeModePicker", this)) {
@@ -101,39 +85,39 @@ void SerialSettingsPopover::addChoices() {
     for (const int bits : {8, 7}) {
         dataBits_->addItem(QString::number(bits), bits);
     }
-    parity_->addItem(qs(L10n::texts().settings.parityNone()), int(Parity::none));
-    parity_->addItem(qs(L10n::texts().settings.parityEven()), int(Parity::even));
-    parity_->addItem(qs(L10n::texts().settings.parityOdd()), int(Parity::odd));
+    parity_->addItem(qt(L10n::texts().settings.parityNone()), int(Parity::none));
+    parity_->addItem(qt(L10n::texts().settings.parityEven()), int(Parity::even));
+    parity_->addItem(qt(L10n::texts().settings.parityOdd()), int(Parity::odd));
     for (const int bits : {1, 2}) {
         stopBits_->addItem(QString::number(bits), bits);
     }
     for (const int ms : timeouts) {
-        timeout_->addItem(qs(L10n::Settings::timeoutLabel(ms)), ms);
+        timeout_->addItem(qt(L10n::Settings::timeoutLabel(ms)), ms);
     }
     for (const int gap : gaps) {
-        gap_->addItem(qs(L10n::Settings::gapLabel(gap)), gap);
+        gap_->addItem(qt(L10n::Settings::gapLabel(gap)), gap);
     }
-    writeMode_->addItem(qs(L10n::texts().settings.writeSingle()), int(WriteMode::single));
-    writeMode_->addItem(qs(L10n::texts().settings.writeMultiple()), int(WriteMode::multiple));
+    writeMode_->addItem(qt(L10n::texts().settings.writeSingle()), int(WriteMode::single));
+    writeMode_->addItem(qt(L10n::texts().settings.writeMultiple()), int(WriteMode::multiple));
 }
 
 void SerialSettingsPopover::layOutSections() {
     auto* frame = form();
-    frame->addRow(qs(L10n::texts().settings.dataBits()), dataBits_);
-    frame->addRow(qs(L10n::texts().settings.parity()), parity_);
-    frame->addRow(qs(L10n::texts().settings.stopBits()), stopBits_);
+    frame->addRow(qt(L10n::texts().settings.dataBits()), dataBits_);
+    frame->addRow(qt(L10n::texts().settings.parity()), parity_);
+    frame->addRow(qt(L10n::texts().settings.stopBits()), stopBits_);
     frame->addRow(QString(), modbusDefault_);
     auto* requests = form();
-    requests->addRow(qs(L10n::texts().settings.responseTimeout()), timeout_);
-    requests->addRow(qs(L10n::texts().settings.combine()), gap_);
-    requests->addRow(qs(L10n::texts().settings.writeMode()), writeMode_);
-    timeout_->setToolTip(qs(L10n::texts().settings.timeoutHelp()));
-    gap_->setToolTip(qs(L10n::texts().settings.combineHelp()));
-    writeMode_->setToolTip(qs(L10n::texts().settings.writeModeHelp()));
+    requests->addRow(qt(L10n::texts().settings.responseTimeout()), timeout_);
+    requests->addRow(qt(L10n::texts().settings.combine()), gap_);
+    requests->addRow(qt(L10n::texts().settings.writeMode()), writeMode_);
+    timeout_->setToolTip(qt(L10n::texts().settings.timeoutHelp()));
+    gap_->setToolTip(qt(L10n::texts().settings.combineHelp()));
+    writeMode_->setToolTip(qt(L10n::texts().settings.writeModeHelp()));
 
     contentLayout()->addWidget(sectionTitle(L10n::texts().settings.frame(), this));
     contentLayout()->addLayout(frame);
-    contentLayout()->addWidget(footer(L10n::texts().settings.standardNote(), this));
+    contentLayout()->addWidget(FaintText::note(qt(L10n::texts().settings.standardNote()), this));
     contentLayout()->addSpacing(6);
     contentLayout()->addWidget(sectionTitle(L10n::texts().settings.requests(), this));
     contentLayout()->addLayout(requests);
@@ -186,20 +170,20 @@ void SerialSettingsPopover::refresh() {
     select(dataBits_, serial.dataBits, QString::number(serial.dataBits));
     select(parity_, int(serial.parity), QString(QChar::fromLatin1(serial.parity.letter())));
     select(stopBits_, serial.stopBits, QString::number(serial.stopBits));
-    select(timeout_, model_.timeoutMs(), qs(L10n::Settings::timeoutLabel(model_.timeoutMs())));
-    select(gap_, model_.maxGap(), qs(L10n::Settings::gapLabel(model_.maxGap())));
+    select(timeout_, model_.timeoutMs(), qt(L10n::Settings::timeoutLabel(model_.timeoutMs())));
+    select(gap_, model_.maxGap(), qt(L10n::Settings::gapLabel(model_.maxGap())));
     select(writeMode_, int(model_.writeMode()), QString());
 
     const bool locked = model_.state() != PollerState::stopped;
-    const QString lockedTip = qs(L10n::texts().header.lockedWhileRunning());
+    const QString lockedTip = qt(L10n::texts().header.lockedWhileRunning());
     for (QWidget* control : std::initializer_list<QWidget*>{
              dataBits_, parity_, stopBits_, modbusDefault_, timeout_, gap_, writeMode_}) {
         control->setEnabled(!locked);
     }
     setToolTip(locked ? lockedTip : QString());
-    timeout_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.timeoutHelp()));
-    gap_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.combineHelp()));
-    writeMode_->setToolTip(locked ? lockedTip : qs(L10n::texts().settings.writeModeHelp()));
+    timeout_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.timeoutHelp()));
+    gap_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.combineHelp()));
+    writeMode_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.writeModeHelp()));
     for (QWidget* control :
          std::initializer_list<QWidget*>{dataBits_, parity_, stopBits_, modbusDefault_}) {
         control->setToolTip(locked ? lockedTip : QString());

@@ -2,6 +2,7 @@
 
 #include "L10n.h"
 #include "LogPalette.h"
+#include "QtText.h"
 
 #include <QPainter>
 
@@ -17,11 +18,11 @@ StatusDot::StatusDot(QWidget* parent)
 QString StatusDot::text(PollerState state) {
     switch (state) {
     case PollerState::running:
-        return QString::fromStdString(L10n::texts().state.running());
+        return qt(L10n::texts().state.running());
     case PollerState::stopped:
-        return QString::fromStdString(L10n::texts().state.stopped());
+        return qt(L10n::texts().state.stopped());
     case PollerState::serialLost:
-        return QString::fromStdString(L10n::texts().state.serialLost());
+        return qt(L10n::texts().state.serialLost());
     }
     return {};
 }

@@ -5,6 +5,7 @@
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollerModel.h"
+#include "QtText.h"
 #include "SerialSettingsPopover.h"
 #include "StatusDot.h"
 
@@ -18,13 +19,7 @@
 
 namespace kestrin {
 
-namespace {
-
-QString qs(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
-} // namespace
+namespace {} // namespace
 
 TopBar::TopBar(PollerModel& model, QWidget* parent)
     : QWidget(parent)
@@ -47,15 +42,15 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
 
 void TopBar::setUpControls() {
     port_->setObjectName(QStringLiteral("portPicker"));
-    port_->setAccessibleName(qs(L10n::texts().header.port()));
+    port_->setAccessibleName(qt(L10n::texts().header.port()));
     port_->setMinimumWidth(150);
     port_->setMaximumWidth(380);
     port_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     baud_->setObjectName(QStringLiteral("baudPicker"));
-    baud_->setAccessibleName(qs(L10n::texts().header.baudRate()));
+    baud_->setAccessibleName(qt(L10n::texts().header.baudRate()));
     baud_->setFixedWidth(124);
     for (const int rate : SerialConfiguration::standardBaudRates) {
-        baud_->addItem(qs(L10n::texts().header.baudLabel(rate)), rate);
+        baud_->addItem(qt(L10n::texts().header.baudLabel(rate)), rate);
     }
     frame_->setObjectName(QStringLiteral("frameSettingsButton"));
     frame_->setIcon(Icons::symbol(Symbol::sliders));
@@ -133,20 +128,20 @@ void TopBar::refreshPorts() {
     const auto& ports = model_.ports();
     const std::string& selected = model_.selectedPath();
     for (const SerialPortInfo& port : ports) {
-        port_->addItem(qs(port.name()), qs(port.path));
-        port_->setItemData(port_->count() - 1, qs(port.path), Qt::ToolTipRole);
+        port_->addItem(qt(port.name()), qt(port.path));
+        port_->setItemData(port_->count() - 1, qt(port.path), Qt::ToolTipRole);
     }
     const bool present = std::any_of(ports.begin(), ports.end(),
                                      [&](const SerialPortInfo& p) { return p.path == selected; });
     if (!selected.empty() && !present) {
-        port_->addItem(qs(L10n::texts().header.portNotConnected(selected)), qs(selected));
+        port_->addItem(qt(L10n::texts().header.portNotConnected(selected)), qt(selected));
     }
     if (port_->count() == 0) {
-        port_->addItem(qs(L10n::texts().header.noPortsFound()));
+        port_->addItem(qt(L10n::texts().header.noPortsFound()));
     } else if (selected.empty()) {
-        port_->insertItem(0, qs(L10n::texts().header.choosePort()));
+        port_->insertItem(0, qt(L10n::texts().header.choosePort()));
     }
-    const int index = selected.empty() ? 0 : port_->findData(qs(selected));
+    const int index = selected.empty() ? 0 : port_->findData(qt(selected));
     port_->setCurrentIndex(std::max(index, 0));
 }
 
@@ -155,11 +150,11 @@ void TopBar::refreshBaud() {
     const int rate = model_.serial().baudRate;
     int index = baud_->findData(rate);
     if (index < 0) {
-        baud_->addItem(qs(L10n::texts().header.baudLabel(rate)), rate);
+        baud_->addItem(qt(L10n::texts().header.baudLabel(rate)), rate);
         index = baud_->count() - 1;
     }
     baud_->setCurrentIndex(index);
-    frame_->setText(qs(model_.serial().frameDescription()));
+    frame_->setText(qt(model_.serial().frameDescription()));
 }
 
 QString TopBar::startReason() const {
@@ -167,7 +162,7 @@ QString TopBar::startReason() const {
     if (!obstacle) {
         return {};
     }
-    return qs(*obstacle == PollerModel::StartObstacle::noPort
+    return qt(*obstacle == PollerModel::StartObstacle::noPort
                   ? L10n::texts().header.startNeedsPort()
                   : L10n::texts().header.startNeedsDatapoints());
 }
@@ -177,10 +172,10 @@ void TopBar::refreshState() {
     const bool stopped = state == PollerState::stopped;
     dot_->setState(state);
 
-    startStop_->setText(qs(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
+    startStop_->setText(qt(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
     startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
     startStop_->setToolTip(
-        qs(stopped ? L10n::texts().header.startHelp() : L10n::texts().header.stopHelp()));
+        qt(stopped ? L10n::texts().header.startHelp() : L10n::texts().header.stopHelp()));
     startStop_->setEnabled(!stopped || model_.canStart());
     // Prominent: the accent colour while stopped, orange while reading. The disabled group keeps
     // the style's own colours, so a Start that is off looks off.
@@ -197,12 +192,12 @@ void TopBar::refreshState() {
     startReason_->setVisible(!reason.isEmpty());
     startStop_->setAccessibleDescription(reason);
 
-    const QString lockedTip = qs(L10n::texts().header.lockedWhileRunning());
+    const QString lockedTip = qt(L10n::texts().header.lockedWhileRunning());
     port_->setEnabled(stopped);
     baud_->setEnabled(stopped);
     port_->setToolTip(stopped ? QString() : lockedTip);
     baud_->setToolTip(stopped ? QString() : lockedTip);
-    frame_->setToolTip(stopped ? qs(L10n::texts().header.frameSettingsHelp()) : lockedTip);
+    frame_->setToolTip(stopped ? qt(L10n::texts().header.frameSettingsHelp()) : lockedTip);
 }
 
 } // namespace kestrin

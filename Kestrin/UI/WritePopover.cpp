@@ -4,6 +4,7 @@
 #include "LogPalette.h"
 #include "NumberStyle.h"
 #include "PollerModel.h"
+#include "QtText.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -15,10 +16,6 @@
 namespace kestrin {
 
 namespace {
-
-QString qt(const std::string& text) {
-    return QString::fromStdString(text);
-}
 
 constexpr int fieldWidth = 160;
 

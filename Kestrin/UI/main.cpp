@@ -8,6 +8,7 @@
 #include "MainWindow.h"
 #include "PollerModel.h"
 #include "PortScanner.h"
+#include "QtText.h"
 #include "QtTranslation.h"
 #include "QuitSignals.h"
 #include "Screenshot.h"
@@ -72,7 +73,7 @@ PollerModel::Environment screenshotEnvironment(std::optional<QTemporaryDir>& pre
 // ends the program.
 int takeScreenshot(PollerModel& model, MainWindow& window, const AppOptions& options,
                    bool withDemo) {
-    const QString file = QString::fromStdString(*options.outFile);
+    const QString file = qt(*options.outFile);
     int result = 0;
     if (withDemo && model.canStart()) {
         model.start();
