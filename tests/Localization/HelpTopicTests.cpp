@@ -52,15 +52,6 @@ std::vector<std::string> texts(const HelpTopic& topic) {
     return all;
 }
 
-TEST(HelpTopic, NineTopicsInAFixedOrder) {
-    std::vector<std::string> ids;
-    for (const HelpTopic& topic : HelpTopic::all(Language::en)) {
-        ids.push_back(topic.id);
-    }
-    EXPECT_EQ(ids, (std::vector<std::string>{"start", "polls", "datapoints", "writing", "chart",
-                                             "csv", "log", "troubleshooting", "shortcuts"}));
-}
-
 TEST(HelpTopic, EveryLanguageHasTheEnglishStructureAndNoEmptyText) {
     const std::vector<HelpTopic> english = HelpTopic::all(Language::en);
     for (Language language : Language::allCases) {
@@ -87,7 +78,9 @@ std::vector<std::string> ids(const std::vector<HelpTopic>& topics) {
 
 TEST(HelpTopic, SearchFindsTextInAnyCaseKeepingTheOrder) {
     using Ids = std::vector<std::string>;
-    const Ids everything = ids(HelpTopic::all(Language::en));
+    // The nine topics in their fixed order.
+    const Ids everything = {"start", "polls", "datapoints",      "writing",  "chart",
+                            "csv",   "log",   "troubleshooting", "shortcuts"};
     struct Row {
         std::string_view search;
         Ids found;

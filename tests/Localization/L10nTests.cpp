@@ -26,17 +26,6 @@ void inEnglish(const std::function<void()>& check) {
     L10n::withLanguageForTesting(Language::en, check);
 }
 
-struct Expectation {
-    std::function<std::string()> actual;
-    std::string expected;
-};
-
-void expectAll(const std::vector<Expectation>& rows) {
-    for (const Expectation& row : rows) {
-        EXPECT_EQ(row.actual(), row.expected);
-    }
-}
-
 TEST(L10n, EveryKeyHasTextShowingItsValuesInEveryLanguage) {
     for (Language language : Language::allCases) {
         for (const TranslatedKey& key : translatedKeys(L10n::texts(language))) {
@@ -154,29 +143,26 @@ TEST(L10n, CountsFollowEachLanguagesPluralRule) {
 }
 
 TEST(L10n, CodesUnitsAndNumbersReadTheSameInEveryLanguage) {
-    const std::vector<Expectation> rows = {
-        {L10n::appName, "Kestrin"},
-        {L10n::Menu::poller, "Poller"},
-        {L10n::Table::csv, "CSV"},
-        {L10n::Errors::ok, "OK"},
-        {[] { return L10n::Table::formatName(DisplayFormat::hex); }, "Hex"},
-        {[] { return L10n::Table::ok(24); }, "OK · 24 ms"},
-        {[] { return L10n::Table::newName(RegisterTable::inputRegister, 7); }, "IR 7"},
-        {[] { return L10n::Log::range(RegisterTable::holdingRegister, 100, 1); }, "HR 100"},
-        {[] { return L10n::Log::range(RegisterTable::holdingRegister, 100, 3); }, "HR 100–102"},
-        {[] { return L10n::Settings::timeoutLabel(500); }, "500 ms"},
-        {[] { return L10n::Polls::intervalLabel(999); }, "999 ms"},
-        {[] { return L10n::Polls::intervalLabel(1000); }, "1 s"},
-        {[] { return L10n::Polls::intervalLabel(1500); }, "1 s"},
-        {[] { return L10n::Chart::windowLabel(59); }, "0 min"},
-        {[] { return L10n::Chart::windowLabel(60); }, "1 min"},
-        {[] { return L10n::Chart::windowLabel(3599); }, "59 min"},
-        {[] { return L10n::Chart::windowLabel(3600); }, "1 h"},
-        {[] { return L10n::Chart::windowLabel(7200); }, "2 h"},
-        {[] { return L10n::Errors::systemMessage(EACCES); }, "Permission denied"},
-    };
-    forEachLanguage([&](Language) {
-        expectAll(rows);
+    forEachLanguage([](Language) {
+        EXPECT_EQ(L10n::appName(), "Kestrin");
+        EXPECT_EQ(L10n::Menu::poller(), "Poller");
+        EXPECT_EQ(L10n::Table::csv(), "CSV");
+        EXPECT_EQ(L10n::Errors::ok(), "OK");
+        EXPECT_EQ(L10n::Table::formatName(DisplayFormat::hex), "Hex");
+        EXPECT_EQ(L10n::Table::ok(24), "OK · 24 ms");
+        EXPECT_EQ(L10n::Table::newName(RegisterTable::inputRegister, 7), "IR 7");
+        EXPECT_EQ(L10n::Log::range(RegisterTable::holdingRegister, 100, 1), "HR 100");
+        EXPECT_EQ(L10n::Log::range(RegisterTable::holdingRegister, 100, 3), "HR 100–102");
+        EXPECT_EQ(L10n::Settings::timeoutLabel(500), "500 ms");
+        EXPECT_EQ(L10n::Polls::intervalLabel(999), "999 ms");
+        EXPECT_EQ(L10n::Polls::intervalLabel(1000), "1 s");
+        EXPECT_EQ(L10n::Polls::intervalLabel(1500), "1 s");
+        EXPECT_EQ(L10n::Chart::windowLabel(59), "0 min");
+        EXPECT_EQ(L10n::Chart::windowLabel(60), "1 min");
+        EXPECT_EQ(L10n::Chart::windowLabel(3599), "59 min");
+        EXPECT_EQ(L10n::Chart::windowLabel(3600), "1 h");
+        EXPECT_EQ(L10n::Chart::windowLabel(7200), "2 h");
+        EXPECT_EQ(L10n::Errors::systemMessage(EACCES), "Permission denied");
         std::string names;
         for (DataType type : DataType::allCases) {
             names += L10n::Table::dataTypeName(type) + " ";
@@ -187,14 +173,12 @@ TEST(L10n, CodesUnitsAndNumbersReadTheSameInEveryLanguage) {
 
 TEST(L10n, EnglishSpecialFormsSwitchAtTheirThresholds) {
     inEnglish([] {
-        expectAll({
-            {[] { return L10n::Settings::gapLabel(0); }, "Adjacent only"},
-            {[] { return L10n::Settings::gapLabel(5); }, "Gaps up to 5 addresses"},
-            {[] { return L10n::Chart::windowLabel(0); }, "All"},
-            {[] { return L10n::Log::unitFunction(247, 0x10); }, "Unit 247 · FC 10"},
-            {[] { return L10n::Table::valueInvalid(DataType::float32); },
-             "This value does not fit in Float32."},
-        });
+        EXPECT_EQ(L10n::Settings::gapLabel(0), "Adjacent only");
+        EXPECT_EQ(L10n::Settings::gapLabel(5), "Gaps up to 5 addresses");
+        EXPECT_EQ(L10n::Chart::windowLabel(0), "All");
+        EXPECT_EQ(L10n::Log::unitFunction(247, 0x10), "Unit 247 · FC 10");
+        EXPECT_EQ(L10n::Table::valueInvalid(DataType::float32),
+                  "This value does not fit in Float32.");
     });
 }
 
@@ -213,8 +197,7 @@ TEST(L10n, EnglishNamesOfEveryCodeTableAndFormat) {
         {22, "Mask write register"},
         {23, "Read/write multiple registers"},
         {43, "Device identification"},
-        {99, "Function"},
-    };
+        {99, "Function"}};
     const std::map<std::uint8_t, std::string_view> exceptions = {
         {1, "Illegal function (01)"},
         {2, "Illegal data address (02)"},
@@ -226,8 +209,7 @@ TEST(L10n, EnglishNamesOfEveryCodeTableAndFormat) {
         {8, "Memory parity error (08)"},
         {10, "Gateway path unavailable (0A)"},
         {11, "Gateway target failed to respond (0B)"},
-        {255, "Exception (FF)"},
-    };
+        {255, "Exception (FF)"}};
     inEnglish([&] {
         for (const auto& [code, name] : functions) {
             EXPECT_EQ(L10n::Modbus::functionName(code), name) << int(code);

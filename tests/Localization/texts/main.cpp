@@ -29,7 +29,12 @@ std::string cell(const std::string& text) {
     return out;
 }
 
-void printHeader(std::string_view first) {
+// One language's rows: a name and its text. Every language has the same names in the same order.
+using Row = std::pair<std::string, std::string>;
+using Column = std::vector<Row>;
+
+// One row per name, one cell per language.
+void printTable(std::string_view first, const std::vector<Column>& languages) {
     std::cout << "| " << first << " |";
     for (Language language : Language::allCases) {
         std::cout << ' ' << language.rawValue() << " |";
@@ -39,14 +44,13 @@ void printHeader(std::string_view first) {
         std::cout << "---|";
     }
     std::cout << '\n';
-}
-
-void printRow(const std::string& name, const std::vector<std::string>& texts) {
-    std::cout << "| " << name << " |";
-    for (const std::string& text : texts) {
-        std::cout << ' ' << cell(text) << " |";
+    for (std::size_t row = 0; row < languages.front().size(); ++row) {
+        std::cout << "| " << languages.front()[row].first << " |";
+        for (const Column& column : languages) {
+            std::cout << ' ' << cell(column[row].second) << " |";
+        }
+        std::cout << '\n';
     }
-    std::cout << '\n';
 }
 
 // Lines of a list or table block, for one cell.
@@ -58,82 +62,68 @@ std::string lines(const std::vector<std::string>& items) {
     return text;
 }
 
-struct Shown {
-    std::string kind;
-    std::string text;
-};
-
-Shown shown(const HelpBlock& block) {
+// A block as a row: its kind and its texts in one cell.
+Row shown(const HelpBlock& block) {
     return std::visit(Overloaded{
                           [](const HelpBlock::Paragraph& p) {
-                              return Shown{"paragraph", p.text};
+                              return Row{"paragraph", p.text};
                           },
                           [](const HelpBlock::Heading& h) {
-                              return Shown{"heading", h.text};
+                              return Row{"heading", h.text};
                           },
                           [](const HelpBlock::Tip& t) {
-                              return Shown{"tip", t.text};
+                              return Row{"tip", t.text};
                           },
                           [](const HelpBlock::Screenshot& s) {
-                              return Shown{"screenshot " + s.name, s.caption};
+                              return Row{"screenshot " + s.name, s.caption};
                           },
                           [](const HelpBlock::Bullets& b) {
-                              return Shown{"bullets", lines(b.items)};
+                              return Row{"bullets", lines(b.items)};
                           },
                           [](const HelpBlock::Table& t) {
                               std::vector<std::string> rows;
                               for (const HelpRow& row : t.rows) {
                                   rows.push_back(row.key + ": " + row.value);
                               }
-                              return Shown{"table", lines(rows)};
+                              return Row{"table", lines(rows)};
                           },
                       },
                       block.value);
 }
 
-void printKeys() {
-    std::vector<std::vector<TranslatedKey>> languages;
-    for (Language language : Language::allCases) {
-        languages.push_back(translatedKeys(L10n::texts(language)));
+Column keys(Language language) {
+    Column rows;
+    for (TranslatedKey& key : translatedKeys(L10n::texts(language))) {
+        rows.emplace_back(std::move(key.name), std::move(key.text));
     }
-    printHeader("Key");
-    for (std::size_t i = 0; i < languages.front().size(); ++i) {
-        std::vector<std::string> texts;
-        for (const std::vector<TranslatedKey>& keys : languages) {
-            texts.push_back(keys[i].text);
-        }
-        printRow(languages.front()[i].name, texts);
-    }
+    return rows;
 }
 
-// The topics have the same blocks in every language, so the rows line up.
-void printHelp() {
-    std::vector<std::vector<HelpTopic>> languages;
-    for (Language language : Language::allCases) {
-        languages.push_back(HelpTopic::all(language));
+Column help(Language language, std::size_t topic) {
+    const HelpTopic page = HelpTopic::all(language).at(topic);
+    Column rows{{"title", page.title}};
+    for (const HelpBlock& block : page.blocks) {
+        rows.push_back(shown(block));
     }
-    for (std::size_t t = 0; t < languages.front().size(); ++t) {
-        std::cout << "\n## Help: " << languages.front()[t].id << "\n\n";
-        printHeader("Block");
-        std::vector<std::string> titles;
-        for (const std::vector<HelpTopic>& topics : languages) {
-            titles.push_back(topics[t].title);
-        }
-        printRow("title", titles);
-        for (std::size_t b = 0; b < languages.front()[t].blocks.size(); ++b) {
-            std::vector<std::string> texts;
-            for (const std::vector<HelpTopic>& topics : languages) {
-                texts.push_back(shown(topics[t].blocks[b]).text);
-            }
-            printRow(shown(languages.front()[t].blocks[b]).kind, texts);
-        }
-    }
+    return rows;
 }
 
 } // namespace
 
 int main() {
-    printKeys();
-    printHelp();
+    std::vector<Column> languages;
+    for (Language language : Language::allCases) {
+        languages.push_back(keys(language));
+    }
+    printTable("Key", languages);
+    const std::vector<HelpTopic> english = HelpTopic::all(Language::en);
+    for (std::size_t topic = 0; topic < english.size(); ++topic) {
+        std::cout << "\n## Help: " << english[topic].id << "\n\n";
+        languages.clear();
+        for (Language language : Language::allCases) {
+            languages.push_back(help(language, topic));
+        }
+        printTable("Block", languages);
+    }
     return 0;
 }
