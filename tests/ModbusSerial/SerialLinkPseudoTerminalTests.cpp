@@ -106,14 +106,6 @@ TEST_F(PseudoTerminal, SilenceEndsAnAnswerOfUnknownLength) {
     EXPECT_LT(secondsSince(start), 0.5);
 }
 
-TEST_F(PseudoTerminal, NoAnswerTimesOutAtTheDeadline) {
-    answerWith({});
-    const auto start = Clock::now();
-    EXPECT_EQ(link->transact(request, true, 0.3), SerialLinkError{SerialLinkError::Timeout{}});
-    EXPECT_GE(secondsSince(start), 0.3);
-    EXPECT_LT(secondsSince(start), 1.5);
-}
-
 TEST_F(PseudoTerminal, BroadcastSendsAndReturnsNothingAfterTheTurnaround) {
     answerWith({answer});
     const auto start = Clock::now();
@@ -163,10 +155,11 @@ TEST_F(PseudoTerminal, ALateAnswerIsCollectedForItsRequestAndNeverTakenByTheNext
     EXPECT_EQ(link->transact(request, true, 0.3), second);
 }
 
-TEST_F(PseudoTerminal, WaitingForALateAnswerEndsTwoTimeOutsAfterTheRequest) {
+TEST_F(PseudoTerminal, NoAnswerTimesOutAndTheLateOneIsWaitedForTillTwoTimeOuts) {
     answerWith({});
     const auto start = Clock::now();
     ASSERT_EQ(link->transact(request, true, 0.2), SerialLinkError{SerialLinkError::Timeout{}});
+    EXPECT_GE(secondsSince(start), 0.2);
     EXPECT_EQ(link->lateAnswer(0.2), Bytes{});
     EXPECT_GE(secondsSince(start), 0.4);
     EXPECT_LT(secondsSince(start), 1.0);

@@ -175,6 +175,14 @@ SimulatorProcess::SimulatorProcess(std::vector<std::string> arguments) {
     port_ = line.substr(0, line.find('\n'));
 }
 
+void SimulatorProcess::end(int signal) {
+    if (pid_ != -1) {
+        ::kill(pid_, signal);
+        ::waitpid(pid_, nullptr, 0);
+        pid_ = -1;
+    }
+}
+
 SimulatorProcess::~SimulatorProcess() {
     if (pid_ != -1) {
         stop(pid_);

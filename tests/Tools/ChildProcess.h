@@ -54,6 +54,8 @@ public:
 
     // Empty when the simulator did not announce a port in time.
     const std::string& port() const noexcept { return port_; }
+    // Sends signal and waits for the end: SIGKILL takes the port away as a pulled adapter does.
+    void end(int signal);
 
 private:
     pid_t pid_ = -1;

@@ -122,7 +122,8 @@ TEST(CliPoll, LogsStartTheLinesOfTheCyclesAskedForStopAndTheStatistics) {
     }
 }
 
-TEST(CliPoll, WritesTheHistoryInTimeThenTableOrderWithCrLfAndTheLogAsPrinted) {
+// The history's layout is the history writer's; here the files are asked for and written.
+TEST(CliPoll, WritesTheHistoryOfEveryValueReadAndTheLogAsPrinted) {
     const SimulatorProcess sim = simulator();
     ASSERT_FALSE(sim.port().empty());
     const std::string history = temporaryPath("history.csv");
@@ -132,26 +133,14 @@ TEST(CliPoll, WritesTheHistoryInTimeThenTableOrderWithCrLfAndTheLogAsPrinted) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
 
     EXPECT_EQ(fileText(log), result.out.substr(0, result.out.rfind("Requests ")));
-
     const std::string text = fileText(history);
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 7) << text;
-    EXPECT_EQ(std::regex_replace(text, std::regex("\r\n"), "").find_first_of("\r\n"),
-              std::string::npos)
-        << "every line ends with CR LF";
     EXPECT_TRUE(text.starts_with("Time,Poll,Name,Value,Unit\r\n")) << text;
-    // Each request has one time: its datapoints follow in table order, oldest request first.
-    const std::regex row("(\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}),boiler,([^,]+),");
-    std::vector<std::string> times;
-    std::string names;
-    for (auto match = std::sregex_iterator(text.begin(), text.end(), row);
-         match != std::sregex_iterator(); ++match) {
-        times.push_back((*match)[1]);
-        names += (*match)[2].str() + ";";
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 7) << text;
+    for (const char* name : {",boiler,Word,", ",boiler,Signed word,", ",boiler,Temperature,"}) {
+        const std::size_t first = text.find(name);
+        EXPECT_NE(first, std::string::npos) << name;
+        EXPECT_NE(text.find(name, first + 1), std::string::npos) << "twice: " << name;
     }
-    EXPECT_TRUE(std::is_sorted(times.begin(), times.end()));
-    ASSERT_EQ(times.size(), 6U);
-    EXPECT_EQ(times[0], times[1]);
-    EXPECT_EQ(names, "Word;Signed word;Temperature;Word;Signed word;Temperature;");
     EXPECT_EQ(std::remove(history.c_str()), 0);
     EXPECT_EQ(std::remove(log.c_str()), 0);
 }

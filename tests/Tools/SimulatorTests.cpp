@@ -12,6 +12,7 @@
 #include <fstream>
 #include <poll.h>
 #include <set>
+#include <termios.h>
 #include <thread>
 #include <unistd.h>
 
@@ -25,7 +26,7 @@ using test::hexBytes;
 using Clock = std::chrono::steady_clock;
 using Kind = Faults::Kind;
 
-TEST(Faults, ParsesProbabilitiesPerKind) {
+TEST(Faults, ParsesProbabilitiesPerKindAndRefusesMalformedSpecifications) {
     const Result<Faults, std::string> faults =
         Faults::parse("drop=0.5,wrong-unit=0.25,delay=0,late=0.125,noise=0.0625", 1);
     ASSERT_TRUE(faults.ok());
@@ -35,14 +36,10 @@ TEST(Faults, ParsesProbabilitiesPerKind) {
     EXPECT_EQ(faults.value().probability(Kind::late), 0.125);
     EXPECT_EQ(faults.value().probability(Kind::noise), 0.0625);
     EXPECT_TRUE(Faults::parse("", 1).value().isEmpty());
-}
-
-TEST(Faults, RefusesMalformedSpecifications) {
     for (const char* spec :
          {"drop", "drop=", "drop=x", "drop=1.5", "drop=-0.1", "lag=0.1", "drop=0.6,crc=0.6",
           "drop=0.1,", "late", "noise=2", "late=0.5,noise=0.6"}) {
-        SCOPED_TRACE(spec);
-        EXPECT_FALSE(Faults::parse(spec, 1).ok());
+        EXPECT_FALSE(Faults::parse(spec, 1).ok()) << spec;
     }
 }
 
@@ -301,6 +298,20 @@ TEST(Simulator, LateAnswerComesOneToTwoTimeOutsLateAndDeafensTheDeviceMeanwhile)
     EXPECT_EQ(second["sent"], "");
     EXPECT_TRUE(second.contains("reason"));
     EXPECT_EQ(nlohmann::json::parse(lines[2])["action"], "answered");
+}
+
+// Serving an existing device: raw, with the frame asked for, or the reason it cannot be.
+TEST(ServedLine, PortIsRawWithItsFrameOrSaysWhyNot) {
+    const ServedLine terminal = ServedLine::pseudoTerminal().value();
+    const auto served = ServedLine::port(terminal.path(), {19200, 7, Parity::odd, 2});
+    ASSERT_TRUE(served.ok()) << served.error();
+    termios applied{};
+    ASSERT_EQ(tcgetattr(served.value().fd(), &applied), 0);
+    EXPECT_EQ(applied.c_lflag & (ECHO | ICANON), 0U);
+    // A pseudo-terminal keeps 8N whatever it is asked for; the stop bits it takes.
+    EXPECT_EQ(applied.c_cflag & CSTOPB, tcflag_t{CSTOPB});
+    EXPECT_EQ(ServedLine::port("/dev/ttyKestrinMissing", {}).error(),
+              "cannot open /dev/ttyKestrinMissing: No such file or directory");
 }
 
 TEST(Simulator, RefusesBadOptionValuesWithUsage) {
