@@ -4,8 +4,10 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <iterator>
 #include <poll.h>
 #include <spawn.h>
+#include <sstream>
 #include <string_view>
 #include <sys/mman.h>
 #include <sys/syscall.h>
@@ -102,6 +104,13 @@ std::string contents(int file) {
 }
 
 } // namespace
+
+std::vector<std::string> command(std::vector<std::string> arguments, const std::string& line) {
+    std::istringstream words(line);
+    arguments.insert(arguments.end(), std::istream_iterator<std::string>(words),
+                     std::istream_iterator<std::string>());
+    return arguments;
+}
 
 ProcessResult run(const std::vector<std::string>& arguments, std::chrono::milliseconds limit) {
     return RunningProcess(arguments).finish(limit);

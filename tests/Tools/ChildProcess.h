@@ -10,6 +10,9 @@ namespace kestrin::ChildProcess {
 // Starting the command-line tools from tests. Children run with LC_ALL=C and LANGUAGE=en so
 // that their texts are the English ones whatever the machine's locale.
 
+// The given arguments followed by the words of line; no word of a test's line holds a space.
+std::vector<std::string> command(std::vector<std::string> arguments, const std::string& line);
+
 struct ProcessResult {
     int exitCode = -1; // -1 when the child did not exit normally
     std::string out;

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -25,34 +24,19 @@ const std::string simPath = KESTRIN_SIM_PATH;
 // Every data type in every word order, bits, input registers and free registers to write.
 const std::string everyType = std::string(KESTRIN_TOOLS_FIXTURES) + "/every-type.csv";
 
-// No option in these tests contains a space.
-std::vector<std::string> words(const std::string& line) {
-    std::vector<std::string> result;
-    std::istringstream stream(line);
-    for (std::string word; stream >> word;) {
-        result.push_back(word);
-    }
-    return result;
-}
-
 std::vector<std::string> simulatorArguments(const std::string& extra = "") {
-    std::vector<std::string> arguments{simPath, "--csv",   everyType, "--baud",
-                                       "9600",  "--frame", "8E1"};
-    for (std::string& word : words(extra)) {
-        arguments.push_back(std::move(word));
-    }
-    return arguments;
+    return ChildProcess::command({simPath, "--csv", everyType, "--baud", "9600", "--frame", "8E1"},
+                                 extra);
 }
 
 // The command on the simulator's port as a test device. The time-out is generous so that a
 // loaded machine does not fail a test that should pass.
 ProcessResult cli(const SimulatorProcess& simulator, const std::string& command) {
-    const std::vector<std::string> options = words(command);
-    std::vector<std::string> arguments{cliPath,         options.front(), "--port", simulator.port(),
-                                       "--test-device", "--baud",        "9600",   "--frame",
-                                       "8E1",           "--timeout-ms",  "3000"};
-    arguments.insert(arguments.end(), options.begin() + 1, options.end());
-    return ChildProcess::run(arguments);
+    const std::size_t name = command.find(' ');
+    return ChildProcess::run(ChildProcess::command(
+        {cliPath, command.substr(0, name), "--port", simulator.port(), "--test-device", "--baud",
+         "9600", "--frame", "8E1", "--timeout-ms", "3000"},
+        command.substr(name + 1)));
 }
 
 // The function code of the last request in a simulator's ledger; -1 when there is none.
@@ -106,7 +90,6 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
         {"--table CO --address 5", "off", "multiple", 0x0F, "0\n"},
         {"--table HR --address 200", "0x1F", "single", 0x06, "31\n"},
         {"--table HR --address 200", "0b101", "multiple", 0x10, "5\n"},
-        {"--table HR --address 201 --type int16 --scale 0.1", "-1,5", "single", 0x06, "-1.5\n"},
         // Every bit of a 64-bit integer, in a word order of its own.
         {"--table HR --address 208 --type uint64 --order CDAB", "18446744073709551613", "multiple",
          0x10, "18446744073709551613\n"},
@@ -127,6 +110,7 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
     std::remove(ledger.c_str());
 }
 
+// Reads and writes share the request: each failure is shown once, by one or the other.
 TEST(CliEndToEnd, ReportsExceptionsTimeOutsAndCrcErrorsOnStandardErrorAndExitsOne) {
     const struct {
         const char* faults;
@@ -135,10 +119,8 @@ TEST(CliEndToEnd, ReportsExceptionsTimeOutsAndCrcErrorsOnStandardErrorAndExitsOn
         int atLeastMs; // a time-out must really wait
     } rows[] = {
         {"", "read --table HR --address 9000", "Illegal data address (02)\n", 0},
-        {"", "write --table HR --address 9000 --value 1", "Illegal data address (02)\n", 0},
         {"--fault drop=1", "read --table HR --address 0 --timeout-ms 300",
          "no response within 300 ms\n", 300},
-        {"--fault crc=1", "read --table IR --address 0", "CRC error in the response\n", 0},
         {"--fault crc=1", "write --table CO --address 5 --value on", "CRC error in the response\n",
          0},
     };
@@ -213,9 +195,8 @@ TEST(CliEndToEnd, RefusesABadCommandLineWithTwoAndAPortItCannotUseWithThree) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.command);
-        std::vector<std::string> arguments = words(row.command);
-        arguments.insert(arguments.begin(), cliPath);
-        const ProcessResult result = ChildProcess::run(arguments);
+        const ProcessResult result =
+            ChildProcess::run(ChildProcess::command({cliPath}, row.command));
         EXPECT_EQ(result.exitCode, row.exitCode);
         EXPECT_EQ(result.out, "");
         if (row.message.empty()) {

@@ -29,18 +29,10 @@ const std::string boiler = fixtures + "/boiler.csv";
 // At 19200 8N1: poll "Fast" with HR 0 and HR 2 (0x00D7), and the disabled poll "Idle".
 const std::string twoPolls = fixtures + "/two-polls.json";
 
-std::vector<std::string> words(const std::string& line) {
-    std::istringstream stream(line);
-    return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
-}
-
 // Serves every-type.csv, which holds the registers of both fixtures.
 std::vector<std::string> simulatorCommand(const std::string& options) {
-    std::vector<std::string> arguments{KESTRIN_SIM_PATH, "--csv", fixtures + "/every-type.csv"};
-    for (std::string& word : words(options)) {
-        arguments.push_back(std::move(word));
-    }
-    return arguments;
+    return ChildProcess::command({KESTRIN_SIM_PATH, "--csv", fixtures + "/every-type.csv"},
+                                 options);
 }
 
 SimulatorProcess simulator(const std::string& faults = "") {
@@ -48,13 +40,9 @@ SimulatorProcess simulator(const std::string& faults = "") {
 }
 
 std::vector<std::string> pollCommand(const std::string& port, const std::string& options) {
-    std::vector<std::string> arguments{cliPath, "poll",           "--port",
-                                       port,    "--test-device",  "--timeout-ms",
-                                       "3000",  "--no-timestamps"};
-    for (std::string& word : words(options)) {
-        arguments.push_back(std::move(word));
-    }
-    return arguments;
+    return ChildProcess::command({cliPath, "poll", "--port", port, "--test-device", "--timeout-ms",
+                                  "3000", "--no-timestamps"},
+                                 options);
 }
 
 // The output's lines without the durations, which vary from run to run.
@@ -158,11 +146,9 @@ TEST(CliPoll, AHistoryAndLogThatCannotBeWrittenKeepTheOldFilesAndExitOne) {
     // status come through a pipe, and the log as printed is dropped.
     const char* const script =
         "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat";
-    std::vector<std::string> arguments{"/bin/sh", "-c", script, "sh"};
-    for (std::string& word : pollCommand(sim.port(), "--csv " + boiler + " --cycles 1 --history " +
-                                                         history + " --log " + log)) {
-        arguments.push_back(std::move(word));
-    }
+    std::vector<std::string> arguments = pollCommand(
+        sim.port(), "--csv " + boiler + " --cycles 1 --history " + history + " --log " + log);
+    arguments.insert(arguments.begin(), {"/bin/sh", "-c", script, "sh"});
     const ProcessResult result = ChildProcess::run(arguments);
     EXPECT_EQ(result.out, "Saving failed: File too large\nSaving failed: File too large\nexit 1\n");
     EXPECT_EQ(fileText(history), "old history");
@@ -210,10 +196,8 @@ TEST(CliPoll, EndsCleanlyOnSigintAndSigterm) {
         const char* const script = "out=$1 signal=$2; shift 2; \"$@\" > \"$out\" & "
                                    "until grep -qF '← ' \"$out\" 2>/dev/null || ! kill -0 $!; "
                                    "do sleep 0.05; done; kill -\"$signal\" $!; wait $!";
-        std::vector<std::string> arguments{"/bin/sh", "-c", script, "sh", out, signal};
-        for (std::string& word : pollCommand(sim.port(), "--csv " + boiler)) {
-            arguments.push_back(std::move(word));
-        }
+        std::vector<std::string> arguments = pollCommand(sim.port(), "--csv " + boiler);
+        arguments.insert(arguments.begin(), {"/bin/sh", "-c", script, "sh", out, signal});
         EXPECT_EQ(ChildProcess::run(arguments).exitCode, 0);
         const std::vector<std::string> logged = lines(fileText(out));
         ASSERT_GE(logged.size(), 4U);
@@ -282,9 +266,8 @@ TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.options);
-        std::vector<std::string> arguments = words("poll " + row.options);
-        arguments.insert(arguments.begin(), cliPath);
-        const ProcessResult result = ChildProcess::run(arguments);
+        const ProcessResult result =
+            ChildProcess::run(ChildProcess::command({cliPath, "poll"}, row.options));
         EXPECT_EQ(result.exitCode, row.exitCode);
         EXPECT_EQ(result.out, "");
         EXPECT_NE(result.err.find(row.message), std::string::npos) << result.err;
