@@ -332,34 +332,27 @@ bool announce(const ServedLine& line, const SlaveDevice& device, const Options& 
     return true;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    // A test or script that dies must not leave a simulator behind.
-    const pid_t parent = getppid();
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != parent) {
+// Prints the usage, after the reason when there is one (there is none for --help), and gives
+// the exit status.
+int refuse(const std::string& reason) {
+    if (reason.empty()) {
+        std::fputs(usage, stdout);
         return 0;
     }
-    // Wire timing is emulated with sleeps; the default 50 µs timer slack would show at 115200.
-    prctl(PR_SET_TIMERSLACK, 1UL);
+    std::fprintf(stderr, "kestrin-sim: %s\n\n%s", reason.c_str(), usage);
+    return exitUsage;
+}
 
-    const Result<Options, std::string> parsed = parseOptions(argc, argv);
-    if (!parsed) {
-        if (parsed.error().empty()) {
-            std::fputs(usage, stdout);
-            return 0;
-        }
-        std::fprintf(stderr, "kestrin-sim: %s\n\n%s", parsed.error().c_str(), usage);
-        return exitUsage;
-    }
-    const Options& options = parsed.value();
+// A test or script that dies must not leave a simulator behind. False when the parent has
+// already gone.
+bool endWithParent() {
+    const pid_t parent = getppid();
+    prctl(PR_SET_PDEATHSIG, SIGTERM);
+    return getppid() == parent;
+}
 
-    Result<Faults, std::string> faults = Faults::parse(options.faults, options.seed);
-    if (!faults) {
-        std::fprintf(stderr, "kestrin-sim: %s\n\n%s", faults.error().c_str(), usage);
-        return exitUsage;
-    }
+// The device the options describe, on its line, until a stop signal; the exit status.
+int serve(const Options& options, Faults faults) {
     const Result<std::vector<Datapoint>, std::string> datapoints = loadDatapoints(options);
     if (!datapoints) {
         std::fprintf(stderr, "kestrin-sim: %s\n", datapoints.error().c_str());
@@ -386,15 +379,29 @@ int main(int argc, char** argv) {
         return exitFailure;
     }
     std::optional<SymbolicLink> link;
-    if (!linkTo(line.value(), options, link)) {
+    if (!linkTo(line.value(), options, link) || !announce(line.value(), device, options)) {
         return exitFailure;
     }
-
-    if (!announce(line.value(), device, options)) {
-        return exitFailure;
-    }
-
-    Simulator simulator(line.value().fd(), device, std::move(faults).value(), ledger,
-                        timingOf(options));
+    Simulator simulator(line.value().fd(), device, std::move(faults), ledger, timingOf(options));
     return simulator.run(stopRequested, waitMask);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!endWithParent()) {
+        return 0;
+    }
+    // Wire timing is emulated with sleeps; the default 50 µs timer slack would show at 115200.
+    prctl(PR_SET_TIMERSLACK, 1UL);
+
+    const Result<Options, std::string> parsed = parseOptions(argc, argv);
+    if (!parsed) {
+        return refuse(parsed.error());
+    }
+    Result<Faults, std::string> faults = Faults::parse(parsed.value().faults, parsed.value().seed);
+    if (!faults) {
+        return refuse(faults.error());
+    }
+    return serve(parsed.value(), std::move(faults).value());
 }
