@@ -147,24 +147,6 @@ protected:
     std::unique_ptr<PollerEngine> engine;
 };
 
-TEST_F(EngineTest, TwoIntervalsKeepTheirOwnRhythmFromAStartInPlanOrder) {
-    startSimulator();
-    const PollPlan slow = plan(1.0, {0});
-    const PollPlan fast = plan(0.2, {1});
-    ASSERT_TRUE(engine->start({slow, fast}).ok());
-    std::this_thread::sleep_for(2500ms);
-    engine->stop();
-    const auto all = events.all();
-    ASSERT_GE(all.size(), 3U);
-    EXPECT_TRUE(all[0].is<PollerEvent::Started>());
-    EXPECT_EQ(all[1].as<PollerEvent::Read>()->poll, slow.id);
-    EXPECT_EQ(all[2].as<PollerEvent::Read>()->poll, fast.id);
-    EXPECT_EQ(readsOf(all, slow.id).size(), 3U);
-    EXPECT_GE(readsOf(all, fast.id).size(), 11U);
-    EXPECT_LE(readsOf(all, fast.id).size(), 14U);
-    EXPECT_EQ(readsOf(all, fast.id).back().result.value(), ReadData::registers({1}));
-}
-
 TEST_F(EngineTest, AnOverrunningPollIsReadAgainAtOnce) {
     // Each block takes over 500 ms, so a reading of three blocks overruns its 1 s interval.
     startSimulator({"--wire-timing", "--turnaround-ms", "500"});
