@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../PollerCore/SimulatorProcess.h"
+#include "ChildProcess.h"
 #include "ModelBuilders.h"
 #include "PDU.h"
 #include "RTUFrame.h"
@@ -19,10 +19,17 @@ namespace kestrin::ModelTesting {
 
 using namespace std::chrono_literals;
 
+using ChildProcess::SimulatorProcess;
 using Testing::datapoint;
 using Testing::holding;
 using Testing::poll;
 using Testing::project;
+
+// The command that starts the built simulator with these options.
+inline std::vector<std::string> simulatorCommand(std::vector<std::string> options = {}) {
+    options.insert(options.begin(), KESTRIN_SIM);
+    return options;
+}
 
 inline Bytes readRequest(const ReadBlock& block) {
     return RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count));
@@ -56,6 +63,12 @@ inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) 
         event.result = PollFailureError{*failure};
     }
     return {event};
+}
+
+// Runs the event loop until the condition holds or the limit passes.
+inline bool waitUntil(const std::function<bool()>& condition,
+                      std::chrono::milliseconds limit = 5s) {
+    return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
 }
 
 class ModelFixture : public ::testing::Test {
@@ -104,8 +117,8 @@ protected:
         const std::string path = file("served.json").toStdString();
         std::ofstream(path) << served.encoded();
         options.insert(options.begin(), {"--project", path, "--ledger", ledgerPath()});
-        auto simulator = std::make_unique<SimulatorProcess>(options);
-        EXPECT_FALSE(simulator->path().empty());
+        auto simulator = std::make_unique<SimulatorProcess>(simulatorCommand(std::move(options)));
+        EXPECT_FALSE(simulator->port().empty());
         return simulator;
     }
 
@@ -122,10 +135,6 @@ protected:
         return frames;
     }
 
-    static bool waitUntil(const std::function<bool()>& condition) {
-        return QTest::qWaitFor(condition, 5000);
-    }
-
     long countInLog(const std::string& part) const {
         return model->output().text().count(QString::fromStdString(part));
     }
@@ -134,7 +143,7 @@ protected:
 // Reading with an engine that reads nothing: Level and Flow are HR 100 and 101 of unit 1.
 class QuietReading : public ModelFixture {
 protected:
-    SimulatorProcess device{std::vector<std::string>{}};
+    SimulatorProcess device{simulatorCommand()};
     Datapoint level = holding("Level", 100);
     Datapoint flow = holding("Flow", 101);
     ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};
@@ -143,7 +152,7 @@ protected:
     void SetUp() override {
         create(quietProject({level, flow}));
         points = model->polls()[1].id;
-        startReading(device.path());
+        startReading(device.port());
     }
 
     void send(const PollerEvent& event) { model->handleEvent(event); }

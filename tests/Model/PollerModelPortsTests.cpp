@@ -96,7 +96,7 @@ using PollerModelPortsWhileReading = QuietReading;
 TEST_F(PollerModelPortsWhileReading, ChoiceStaysUntilStopped) {
     plug({internal, ftdi});
     plug({internal});
-    EXPECT_EQ(model->selectedPath(), device.path());
+    EXPECT_EQ(model->selectedPath(), device.port());
 
     model->stop();
     plug({internal, cp2102});

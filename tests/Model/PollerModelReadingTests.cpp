@@ -23,7 +23,7 @@ protected:
 TEST_F(PollerModelReading, ValuesComeFromTheDeviceAndChangesTakeEffectWithoutARestart) {
     const auto simulator = serve(served);
     create(reading);
-    startReading(simulator->path());
+    startReading(simulator->port());
     ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500) && hasValue(flow, 42); }));
     EXPECT_EQ(model->status(flow.id)->raw, std::vector<std::uint16_t>{42});
     EXPECT_NE(model->history().samples(level.id), nullptr);

@@ -21,13 +21,13 @@ TEST_F(PollerModelStart, NeedsAPortThatOpensRunsOnStartedIgnoresASecondStartAndS
     EXPECT_NE(model->errorMessage().value_or("").find(missing), std::string::npos);
     EXPECT_FALSE(model->isEngineHeld());
 
-    SimulatorProcess device{std::vector<std::string>{}};
-    model->addTestDevice(device.path(), "quiet");
+    SimulatorProcess device{simulatorCommand()};
+    model->addTestDevice(device.port(), "quiet");
     model->start();
     EXPECT_TRUE(model->isEngineHeld());
     EXPECT_EQ(model->state(), PollerState::stopped);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    EXPECT_EQ(countInLog("--- Reading started on " + device.path() + " @ 9600 8E1 ---"), 1);
+    EXPECT_EQ(countInLog("--- Reading started on " + device.port() + " @ 9600 8E1 ---"), 1);
 
     model->handleEvent(failedRead(model->polls()[1].id, {}, timeout));
     model->start();
@@ -53,7 +53,7 @@ TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
     for (const PollerEvent& late :
          {answer(points, both, {7, 8}), failedRead(points, both, timeout),
           wrote(Uuid::random(), std::nullopt), PollerEvent{PollerEvent::Started{}},
-          PollerEvent{PollerEvent::SerialLost{device.path()}}}) {
+          PollerEvent{PollerEvent::SerialLost{device.port()}}}) {
         send(late);
     }
     EXPECT_EQ(model->statistics(), statistics);
@@ -63,10 +63,10 @@ TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
 }
 
 TEST_F(PollerModelRunning, LostPortDropsTheEngineRefusesStartAndWritesThenStops) {
-    send({PollerEvent::SerialLost{device.path()}});
+    send({PollerEvent::SerialLost{device.port()}});
     EXPECT_EQ(model->state(), PollerState::serialLost);
     EXPECT_FALSE(model->isEngineHeld());
-    EXPECT_EQ(countInLog("Serial port " + device.path() + " is gone; waiting for it to return"), 1);
+    EXPECT_EQ(countInLog("Serial port " + device.port() + " is gone; waiting for it to return"), 1);
 
     model->start();
     EXPECT_FALSE(model->isEngineHeld());
@@ -104,7 +104,7 @@ TEST_F(PollerModelRunning, NoResponseHintNeedsThreeTimeoutsOrCRCErrorsInARow) {
         {"TTOT", false}, {"TTWT", false}, {"wTC", true}};
     for (const auto& [sequence, hint] : rows) {
         model->stop();
-        startReading(device.path());
+        startReading(device.port());
         for (const char event : sequence) {
             send(events.at(event));
         }
@@ -125,7 +125,7 @@ TEST_F(PollerModelRunning, DismissedHintStaysHiddenUntilTheNextStart) {
     EXPECT_FALSE(threeTimeouts());
 
     model->stop();
-    startReading(device.path());
+    startReading(device.port());
     EXPECT_EQ(model->statistics(), PollerStatistics{});
     EXPECT_TRUE(threeTimeouts());
     model->stop();

@@ -58,16 +58,23 @@ TEST(ProjectDocument, WritesEveryKeySortedAndIndentedAndReadsItBackUnchanged) {
     EXPECT_EQ(decoded.value(), project);
 }
 
-TEST(ProjectDocument, AbsentKeysTakeTheirDefaultsAndUnknownOnesAreIgnored) {
-    const char* document = R"({"version": "two", "colour": 1, "polls": [{"tab": 3}]})";
-    const auto decoded = PollerProject::decode(document);
-    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
-    PollerProject expected;
-    expected.polls = {Poll{}};
-    expected.polls[0].id = decoded.value().polls[0].id;
-    EXPECT_EQ(decoded.value(), expected);
-    EXPECT_NE(PollerProject::decode(document).value().polls[0].id, expected.polls[0].id);
+// Null counts as absent, except where a key is required (see the failures below).
+TEST(ProjectDocument, AbsentAndNullKeysTakeTheirDefaultsAndUnknownOnesAreIgnored) {
+    for (const char* document : {R"({"version": "two", "colour": 1, "polls": [{"tab": 3}]})",
+                                 R"({"serial": null, "timeoutMs": null, "writeMode": null,
+                                     "maxGap": null, "polls": [{"id": null, "name": null,
+                                     "intervalMs": null, "enabled": null, "datapoints": null,
+                                     "plotted": null}]})"}) {
+        const auto decoded = PollerProject::decode(document);
+        ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
+        PollerProject expected;
+        expected.polls = {Poll{}};
+        expected.polls[0].id = decoded.value().polls[0].id;
+        EXPECT_EQ(decoded.value(), expected) << document;
+        EXPECT_NE(PollerProject::decode(document).value().polls[0].id, expected.polls[0].id);
+    }
     EXPECT_TRUE(PollerProject::decode("{}").value().polls.empty());
+    EXPECT_TRUE(PollerProject::decode(R"({"polls": null})").value().polls.empty());
 }
 
 TEST(ProjectDocument, TimeoutsOutsideThePickerBecomeOneSecond) {
@@ -83,19 +90,7 @@ TEST(ProjectDocument, TimeoutsOutsideThePickerBecomeOneSecond) {
     }
 }
 
-TEST(ProjectDocument, NullCountsAsAnAbsentKeyExceptWhereAKeyIsRequired) {
-    const auto decoded = PollerProject::decode(R"({
-        "serial": null, "timeoutMs": null, "writeMode": null, "maxGap": null,
-        "polls": [{"id": null, "name": null, "intervalMs": null, "enabled": null,
-                   "datapoints": null, "plotted": null}]})");
-    ASSERT_TRUE(decoded.ok()) << L10n::Errors::describe(decoded.error());
-    PollerProject expected;
-    expected.polls = {Poll{}};
-    expected.polls[0].id = decoded.value().polls[0].id;
-    EXPECT_EQ(decoded.value(), expected);
-    EXPECT_TRUE(PollerProject::decode(R"({"polls": null})").value().polls.empty());
-}
-
+// A datapoint's own keys fail as the datapoint's test shows; here the place of it in the file.
 TEST(ProjectDocument, AnUnusableValueFailsNamingItsPlaceInTheFile) {
     const std::pair<const char*, const char*> rows[] = {
         {"not json", "not a JSON document"},
@@ -118,17 +113,12 @@ TEST(ProjectDocument, AnUnusableValueFailsNamingItsPlaceInTheFile) {
          "9223372036854775807"},
         {R"({"polls": [{}, {"datapoints": [{}, {"address": 70000}]}]})",
          "polls[1].datapoints[1].address: expected a whole number from 0 to 65535"},
-        {R"({"polls": [{"datapoints": [{}, {}, {}, {"scale": "nan"}]}]})",
-         "polls[0].datapoints[3].scale: expected a finite number"},
-        {R"({"polls": [{"datapoints": [[]]}]})", "polls[0].datapoints[0]: expected an object"},
     };
-    L10n::withLanguageForTesting(Language::en, [&] {
-        for (const auto& [json, error] : rows) {
-            const auto decoded = PollerProject::decode(json);
-            ASSERT_FALSE(decoded.ok()) << json;
-            EXPECT_EQ(L10n::Errors::describe(decoded.error()), error) << json;
-        }
-    });
+    for (const auto& [json, error] : rows) {
+        const auto decoded = PollerProject::decode(json);
+        ASSERT_FALSE(decoded.ok()) << json;
+        EXPECT_EQ(L10n::Errors::describe(decoded.error()), error) << json;
+    }
 }
 
 TEST(ProjectDocument, RepeatedIDsAreRenewedAndTheChartFollowsTheRenamedDatapoint) {

@@ -239,7 +239,7 @@ TEST(ChartView, BrokenValuesLeaveTheScaleAlone) {
     EXPECT_LT(domain.height(), 10.0);
 }
 
-TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYet) {
+TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYetAndHiddenDrawsWhenShown) {
     ChartFixture fixture;
     fixture.record(fixture.pressure, 5, 1.0);
     ChartView view(*fixture.model);
@@ -249,22 +249,16 @@ TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYet) {
     ASSERT_NE(pages, nullptr);
     EXPECT_EQ(pages->currentWidget()->objectName(), "chartEmpty");
 
-    fixture.record(fixture.temperature, 5, 1.0);
-    view.refresh();
-    EXPECT_EQ(pages->currentWidget()->objectName(), "chart");
-
-    fixture.model->clearHistory();
-    EXPECT_EQ(pages->currentWidget()->objectName(), "chartEmpty");
-}
-
-TEST(ChartView, HiddenChartDrawsWhenShown) {
-    ChartFixture fixture;
-    ChartView view(*fixture.model);
+    view.hide();
     fixture.record(fixture.temperature, 5, 1.0);
     view.refresh();
     EXPECT_TRUE(fixture.drawnCounts(view).empty());
     view.show();
     EXPECT_EQ(fixture.drawnCounts(view), std::vector<qsizetype>{1});
+    EXPECT_EQ(pages->currentWidget()->objectName(), "chart");
+
+    fixture.model->clearHistory();
+    EXPECT_EQ(pages->currentWidget()->objectName(), "chartEmpty");
 }
 
 TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {

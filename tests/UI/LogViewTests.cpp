@@ -57,47 +57,43 @@ TEST(LogView, MirrorsTheBufferCharacterForCharacter) {
     EXPECT_EQ(view.toPlainText(), buffer.text());
 }
 
-TEST(LogView, ColoursEachRunByItsRole) {
+// Text already shown takes the colours of a new palette too.
+TEST(LogView, ColoursEachRunByItsRoleInTheCurrentPalette) {
     OutputBuffer buffer;
     LogView view(buffer);
-    const QPalette colours = view.palette();
     appendLine(buffer, {{Kind::timestamp, "12:00:00.000  "},
                         {Kind::request, "REQ"},
                         {Kind::warning, "WARN"},
                         {Kind::error, "ERR"},
-                        {Kind::system, "SYS"}});
+                        {Kind::system, "SYS"},
+                        {Kind::text, "PLAIN"}});
     const QString shown = view.toPlainText();
-    const struct {
-        const char* marker;
-        QColor expected;
-    } rows[] = {
-        {"12:00", LogPalette::secondaryLabel(colours)},
-        {"REQ", LogPalette::blue(colours)},
-        {"WARN", LogPalette::orange(colours)},
-        {"ERR", LogPalette::red(colours)},
-        {"SYS", LogPalette::teal(colours)},
-    };
-    for (const auto& row : rows) {
-        const int at = static_cast<int>(shown.indexOf(QLatin1String(row.marker)));
-        ASSERT_GE(at, 0) << row.marker;
-        EXPECT_EQ(formatAt(view, at).foreground().color(), row.expected) << row.marker;
+    ASSERT_NE(LogPalette::red(view.palette()), LogPalette::red(darkPalette()));
+    for (const QPalette& colours : {view.palette(), darkPalette()}) {
+        view.setPalette(colours);
+        const struct {
+            const char* marker;
+            QColor expected;
+        } rows[] = {
+            {"12:00", LogPalette::secondaryLabel(colours)},
+            {"REQ", LogPalette::blue(colours)},
+            {"WARN", LogPalette::orange(colours)},
+            {"ERR", LogPalette::red(colours)},
+            {"SYS", LogPalette::teal(colours)},
+            {"PLAIN", colours.color(QPalette::Text)},
+        };
+        for (const auto& row : rows) {
+            const int at = static_cast<int>(shown.indexOf(QLatin1String(row.marker)));
+            ASSERT_GE(at, 0) << row.marker;
+            EXPECT_EQ(formatAt(view, at).foreground().color(), row.expected) << row.marker;
+        }
     }
+    EXPECT_EQ(view.toPlainText(), buffer.text());
     const QTextCharFormat system = formatAt(view, static_cast<int>(shown.indexOf("SYS")));
     const QFont plain = formatAt(view, static_cast<int>(shown.indexOf("REQ"))).font();
     EXPECT_EQ(system.font().weight(), QFont::Medium);
     EXPECT_LT(system.font().pointSizeF(), plain.pointSizeF());
     EXPECT_DOUBLE_EQ(plain.pointSizeF(), QApplication::font().pointSizeF());
-}
-
-TEST(LogView, TextAlreadyShownTakesTheColoursOfANewPalette) {
-    OutputBuffer buffer;
-    LogView view(buffer);
-    appendLine(buffer, {{Kind::error, "lost"}, {Kind::text, " plain"}});
-    ASSERT_NE(LogPalette::red(view.palette()), LogPalette::red(darkPalette()));
-    view.setPalette(darkPalette());
-    EXPECT_EQ(formatAt(view, 0).foreground().color(), LogPalette::red(darkPalette()));
-    EXPECT_EQ(formatAt(view, 6).foreground().color(), darkPalette().color(QPalette::Text));
-    EXPECT_EQ(view.toPlainText(), buffer.text());
 }
 
 // Every pixel of the backdrop lies between the background and the logo's own faint colour (its

@@ -10,7 +10,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 
 namespace kestrin::ShellTesting {
 namespace {
@@ -21,8 +20,8 @@ QPushButton* startButton(const MainWindow& window) {
 
 // Which situations allow a start is the model's rule; here only that the window follows it.
 TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsAgain) {
-    SimulatorProcess simulator({});
-    ASSERT_FALSE(simulator.path().empty());
+    SimulatorProcess simulator(simulatorCommand());
+    ASSERT_FALSE(simulator.port().empty());
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
     activate(window);
@@ -32,7 +31,7 @@ TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsA
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
     EXPECT_FALSE(model->isEngineHeld());
 
-    model->addTestDevice(simulator.path(), "simulator");
+    model->addTestDevice(simulator.port(), "simulator");
     ASSERT_TRUE(waitUntil([&] { return window.startStopAction()->isEnabled(); }));
     const QColor stoppedTint = button->palette().color(QPalette::Button);
     ASSERT_TRUE(button->isEnabled());
@@ -74,14 +73,18 @@ TEST(MainWindowAlert, ShowsTheErrorAndClearsItWhenDismissed) {
     EXPECT_FALSE(model->errorMessage().has_value());
 }
 
-TEST(MainWindowMenus, CarryEveryCommandWithItsShortcut) {
+TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheModel) {
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
     std::map<QString, QString> shortcuts;
+    QAction* timestamps = nullptr;
     for (QAction* menu : window.menuBar()->actions()) {
         for (QAction* action : menu->menu()->actions()) {
             if (!action->isSeparator()) {
                 shortcuts[action->text()] = action->shortcut().toString(QKeySequence::NativeText);
+            }
+            if (action->text() == "Timestamps") {
+                timestamps = action;
             }
         }
     }
@@ -105,19 +108,7 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcut) {
         {"Kestrin Help", "F1"},
     };
     EXPECT_EQ(shortcuts, expected);
-}
 
-TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
-    auto model = makeModel(PollerProject::firstRun());
-    MainWindow window(*model);
-    QAction* timestamps = nullptr;
-    for (QAction* menu : window.menuBar()->actions()) {
-        for (QAction* action : menu->menu()->actions()) {
-            if (action->text() == QString::fromStdString(L10n::texts().footer.timestamps())) {
-                timestamps = action;
-            }
-        }
-    }
     ASSERT_NE(timestamps, nullptr);
     const bool before = model->showTimestamps();
     EXPECT_EQ(timestamps->isChecked(), before);
@@ -127,41 +118,33 @@ TEST(MainWindowMenus, LogTogglesFollowAndSetTheModel) {
     EXPECT_EQ(timestamps->isChecked(), before);
 }
 
-// Answers the question that New Project asks, once it is up, with the button of that text.
-void answerReplaceQuestion(const QString& choice, bool& asked) {
-    QTimer::singleShot(0, [choice, &asked] {
-        auto* question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(question, nullptr);
-        asked = question->objectName() == "replaceProjectQuestion";
-        EXPECT_EQ(question->text(), "Replace the current project?");
-        EXPECT_EQ(question->informativeText(), "Its polls and datapoints are removed.");
-        clickButton(question, choice);
-    });
-}
-
+// A project without datapoints is replaced at once: a question would block the test.
 TEST(MainWindowMenus, NewProjectAsksBeforeItDropsDatapoints) {
     const struct {
-        const char* choice;
+        PollerProject start;
+        const char* choice; // none when nothing is asked
         bool replaced;
-    } rows[] = {{"Cancel", false}, {"Replace", true}};
+    } rows[] = {{PollerProject::firstRun(), "Cancel", false},
+                {PollerProject::firstRun(), "Replace", true},
+                {project({poll("Empty", {}), poll("Also empty", {})}), nullptr, true}};
     for (const auto& row : rows) {
-        auto model = makeModel(PollerProject::firstRun());
+        auto model = makeModel(row.start);
         MainWindow window(*model);
         activate(window);
         bool asked = false;
-        answerReplaceQuestion(QString::fromLatin1(row.choice), asked);
+        if (row.choice != nullptr) {
+            answerQuestion("replaceProjectQuestion", row.choice, [&](const QMessageBox& question) {
+                asked = true;
+                EXPECT_EQ(question.text(), "Replace the current project?");
+                EXPECT_EQ(question.informativeText(), "Its polls and datapoints are removed.");
+            });
+        }
         QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
-        EXPECT_TRUE(asked) << row.choice;
-        EXPECT_EQ(model->polls().front().datapoints.empty(), row.replaced) << row.choice;
+        EXPECT_EQ(asked, row.choice != nullptr) << row.replaced;
+        EXPECT_EQ(model->polls().size() == 1 && model->polls().front().datapoints.empty(),
+                  row.replaced)
+            << row.replaced;
     }
-}
-
-TEST(MainWindowMenus, NewProjectReplacesAProjectWithoutDatapointsAtOnce) {
-    auto model = makeModel(project({poll("Empty", {}), poll("Also empty", {})}));
-    MainWindow window(*model);
-    activate(window);
-    QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier); // a question would block here
-    EXPECT_EQ(model->polls().size(), 1u);
 }
 
 TEST(MainWindowMenus, QuitClosesTheWindows) {

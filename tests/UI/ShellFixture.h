@@ -17,6 +17,8 @@ namespace kestrin::ShellTesting {
 
 using namespace std::chrono_literals;
 using TableTesting::QuietTerminal;
+using TableTesting::simulatorCommand;
+using TableTesting::SimulatorProcess;
 using TableTesting::waitUntil;
 using Testing::datapoint;
 using Testing::makeModel;

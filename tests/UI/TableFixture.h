@@ -16,16 +16,14 @@ namespace kestrin::TableTesting {
 
 using namespace std::chrono_literals;
 
+using ModelTesting::simulatorCommand;
+using ModelTesting::SimulatorProcess;
+using ModelTesting::waitUntil;
 using Testing::datapoint;
 
 // A project of one poll, Plant, holding these datapoints.
 inline PollerProject project(std::vector<Datapoint> datapoints) {
     return Testing::project({Testing::poll("Plant", std::move(datapoints))});
-}
-
-inline bool waitUntil(const std::function<bool()>& condition,
-                      std::chrono::milliseconds limit = 5s) {
-    return QTest::qWaitFor(condition, static_cast<int>(limit.count()));
 }
 
 using Testing::QuietTerminal;

@@ -53,21 +53,17 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
     }
 }
 
-TEST(PortPicker, ChoosingAnEntrySelectsItsPath) {
+TEST(PortPicker, AChosenPortOrRateReachesTheModelAndTheRateFollowsIt) {
     auto model = makeModel(project({examplePoll()}), portsAt({"/dev/ttyS0", "/dev/ttyS1"}));
     ASSERT_TRUE(waitUntil([&] { return model->ports().size() == 2; }));
     TopBar bar(*model);
-    auto* picker = child<QComboBox>(bar, "portPicker");
-    const int index = picker->findText(QStringLiteral("ttyS1"));
-    ASSERT_GE(index, 0);
-    picker->setCurrentIndex(index);
-    emit picker->activated(index);
+    auto* ports = child<QComboBox>(bar, "portPicker");
+    const int port = ports->findText(QStringLiteral("ttyS1"));
+    ASSERT_GE(port, 0);
+    ports->setCurrentIndex(port);
+    emit ports->activated(port);
     EXPECT_EQ(model->selectedPath(), "/dev/ttyS1");
-}
 
-TEST(BaudPicker, ShowsAndSetsTheRateOfTheFrame) {
-    auto model = makeModel(project({examplePoll()}));
-    TopBar bar(*model);
     auto* picker = child<QComboBox>(bar, "baudPicker");
     EXPECT_EQ(picker->currentText(), "9600 baud");
     const int index = picker->findData(19200);
