@@ -243,9 +243,8 @@ TEST(CliPoll, ResumesWhenTheSimulatorReturnsAtItsLinkAndCountsCyclesAcrossTheOut
     EXPECT_EQ(logged.back(), "Requests 6 · Responses 6 · No response 0 · Exceptions 0 · Invalid 0");
 }
 
+// Which paths are serial ports is the link's to say; here only how the poll reports it.
 TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
-    const SimulatorProcess sim = simulator();
-    ASSERT_FALSE(sim.port().empty());
     const std::string empty = temporaryPath("empty.csv");
     std::ofstream(empty) << "Name,Table,Address\r\n";
     const std::string missing = "--port /dev/ttyKestrinMissing";
@@ -261,8 +260,6 @@ TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
         {missing + list + " --cycles 0", 2, "invalid number '0'\n"},
         {missing + " --csv " + empty, 2, "No datapoints found in this file."},
         {missing + list, 3, "Cannot open /dev/ttyKestrinMissing: No such file or directory.\n"},
-        // Without --test-device a pseudo-terminal is no serial port.
-        {"--port " + sim.port() + list, 3, "'" + sim.port() + "' is not a valid serial port.\n"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.options);
