@@ -73,8 +73,11 @@ TEST(DatapointCSVParse, HeaderAliasesNameTheColumns) {
     EXPECT_EQ(slave.datapoints[0].table(), RegisterTable::holdingRegister);
     EXPECT_EQ(slave.datapoints[0].dataType, DataType::int32);
 
-    const auto units = parse("UNITÉ;Unit ID;Table;Address;Address\nkWh;4;HR;1;2\n");
+    // Quoted cells are trimmed like the others.
+    const auto units =
+        parse("Name;UNITÉ;Unit ID;Table;Address;Address\n\" Pump \";\"\tkWh \";4;HR;\" 1 \";2\n");
     ASSERT_EQ(units.datapoints.size(), 1U);
+    EXPECT_EQ(units.datapoints[0].name, "Pump");
     EXPECT_EQ(units.datapoints[0].engineeringUnit, "kWh");
     EXPECT_EQ(units.datapoints[0].unitID, 4);
     EXPECT_EQ(units.datapoints[0].address, 1);
@@ -145,39 +148,19 @@ std::string fixture(std::string_view name) {
     return text ? std::move(text).value() : std::string();
 }
 
-Datapoint expectedPoint(std::string name, std::uint8_t unit, RegisterTable table,
-                        std::uint16_t address, DataType type, WordOrder order, double scale,
-                        std::string engineeringUnit, DisplayFormat format, Value value,
-                        std::string notes) {
-    return {Uuid(), std::move(name), unit,
-            table,  address,         type,
-            order,  scale,           std::move(engineeringUnit),
-            format, value,           std::move(notes),
-            {}};
-}
-
-TEST(DatapointCSVParse, TrimsQuotedCellsLikeOthers) {
-    const ImportResult result =
-        parse("Name;Table;Address;Unit\n\" Pump \";HR;\" 5 \";\"\tbar \"\n");
-    ASSERT_EQ(result.datapoints.size(), 1U);
-    EXPECT_EQ(result.datapoints[0].name, "Pump");
-    EXPECT_EQ(result.datapoints[0].address, 5);
-    EXPECT_EQ(result.datapoints[0].engineeringUnit, "bar");
-}
-
 TEST(DatapointCSVParse, ReadsWhatSpreadsheetsWriteInEitherLocale) {
     const std::vector<Datapoint> expected{
-        expectedPoint("Voltage L1", 1, RegisterTable::inputRegister, 0, DataType::float32,
-                      WordOrder::cdab, 1, "V", DisplayFormat::decimal, 230.5, "Phase voltage"),
-        expectedPoint("Energy, total", 1, RegisterTable::holdingRegister, 100, DataType::uint32,
-                      WordOrder::abcd, 0.01, "kWh", DisplayFormat::decimal, 12345.67,
-                      "first line\nsecond line"),
-        expectedPoint("Pump", 2, RegisterTable::coil, 5, DataType::boolean, WordOrder::abcd, 1, "",
-                      DisplayFormat::decimal, 1, "Start \"main\" pump"),
-        expectedPoint("Alarm", 2, RegisterTable::discreteInput, 0, DataType::boolean,
-                      WordOrder::abcd, 1, "", DisplayFormat::decimal, 0, ""),
-        expectedPoint("Setpoint", 247, RegisterTable::holdingRegister, 40, DataType::int16,
-                      WordOrder::abcd, 0.1, "°C", DisplayFormat::hex, -12.5, "Heating setpoint"),
+        Datapoint(Uuid(), "Voltage L1", 1, RegisterTable::inputRegister, 0, DataType::float32,
+                  WordOrder::cdab, 1, "V", DisplayFormat::decimal, 230.5, "Phase voltage", {}),
+        Datapoint(Uuid(), "Energy, total", 1, RegisterTable::holdingRegister, 100, DataType::uint32,
+                  WordOrder::abcd, 0.01, "kWh", DisplayFormat::decimal, 12345.67,
+                  "first line\nsecond line", {}),
+        Datapoint(Uuid(), "Pump", 2, RegisterTable::coil, 5, DataType::boolean, WordOrder::abcd, 1,
+                  "", DisplayFormat::decimal, 1, "Start \"main\" pump", {}),
+        Datapoint(Uuid(), "Alarm", 2, RegisterTable::discreteInput, 0, DataType::boolean,
+                  WordOrder::abcd, 1, "", DisplayFormat::decimal, 0, "", {}),
+        Datapoint(Uuid(), "Setpoint", 247, RegisterTable::holdingRegister, 40, DataType::int16,
+                  WordOrder::abcd, 0.1, "°C", DisplayFormat::hex, -12.5, "Heating setpoint", {}),
     };
     for (std::string_view name : {"excel-decimal-comma.csv", "libreoffice-decimal-comma.csv",
                                   "excel-decimal-point.csv", "libreoffice-decimal-point.csv"}) {
@@ -201,13 +184,13 @@ TEST(DatapointCSVExport, WritesEveryColumnAndQuotesEdgeSpaces) {
     EXPECT_EQ(exportText({}, semicolon), "\xEF\xBB\xBF" + header);
 
     const std::vector<Datapoint> points{
-        expectedPoint("a;b", 3, RegisterTable::inputRegister, 7, DataType::float32, WordOrder::cdab,
-                      0.1, " V", DisplayFormat::hex, -3, "say \"x\"\nnow"),
-        expectedPoint("", 247, RegisterTable::coil, 0, DataType::uint64, WordOrder::dcba, 1e-5, "",
-                      DisplayFormat::binary, 2.5e15, ""),
-        expectedPoint("n", 1, RegisterTable::holdingRegister, 65535, DataType::int16,
-                      WordOrder::dcba, 1, "", DisplayFormat::decimal,
-                      std::numeric_limits<double>::quiet_NaN(), ""),
+        Datapoint(Uuid(), "a;b", 3, RegisterTable::inputRegister, 7, DataType::float32,
+                  WordOrder::cdab, 0.1, " V", DisplayFormat::hex, -3, "say \"x\"\nnow", {}),
+        Datapoint(Uuid(), "", 247, RegisterTable::coil, 0, DataType::uint64, WordOrder::dcba, 1e-5,
+                  "", DisplayFormat::binary, 2.5e15, "", {}),
+        Datapoint(Uuid(), "n", 1, RegisterTable::holdingRegister, 65535, DataType::int16,
+                  WordOrder::dcba, 1, "", DisplayFormat::decimal,
+                  std::numeric_limits<double>::quiet_NaN(), "", {}),
     };
     EXPECT_EQ(exportText(points, semicolon),
               "\xEF\xBB\xBF" + header +
@@ -263,13 +246,13 @@ TEST(DatapointCSVProperty, ExportedListsImportBackUnchanged) {
                 const auto types = DataType::allowed(table);
                 const DataType type = types[random() % types.size()];
                 double scale = randomNumber(random);
-                points.push_back(expectedPoint(
-                    randomText(random), static_cast<std::uint8_t>(1 + random() % 247), table,
-                    static_cast<std::uint16_t>(random()), type,
+                points.push_back(Datapoint(
+                    Uuid(), randomText(random), static_cast<std::uint8_t>(1 + random() % 247),
+                    table, static_cast<std::uint16_t>(random()), type,
                     type.usesWordOrder() ? WordOrder::allCases[random() % 4] : WordOrder::abcd,
                     scale == 0 || !std::isfinite(scale) ? 1 : scale, randomText(random),
-                    DisplayFormat::allCases[random() % 3], randomValue(random),
-                    randomText(random)));
+                    DisplayFormat::allCases[random() % 3], randomValue(random), randomText(random),
+                    {}));
                 points.back().simulation.kind = Simulation::Kind::ramp;
             }
             const std::string text = exportText(points, dialect);

@@ -98,58 +98,50 @@ public:
 
     std::pair<Bytes, Bytes> next() {
         const auto address = static_cast<std::uint16_t>(uniform(0, 0xFFFF));
-        const int kind = uniform(0, 7);
-        std::pair<Bytes, Bytes> transaction =
-            kind < 4 ? read(RegisterTable::allCases[static_cast<std::size_t>(kind)], address)
-                     : write(kind, address);
+        auto [request, answer] = transaction(uniform(0, 7), address);
         if (uniform(0, 4) == 0) {
             const auto& codes = ModbusException::allCases;
-            transaction.second =
-                ExceptionPDU::make(transaction.first[0],
-                                   codes[static_cast<std::size_t>(uniform(0, codes.size() - 1))]);
+            answer = ExceptionPDU::make(
+                request[0], codes[static_cast<std::size_t>(uniform(0, codes.size() - 1))]);
         }
-        return transaction;
-    }
-
-private:
-    std::vector<bool> bits(int count) {
-        std::vector<bool> values(static_cast<std::size_t>(count));
-        std::generate(values.begin(), values.end(), [this] { return uniform(0, 1) == 1; });
-        return values;
-    }
-
-    std::vector<std::uint16_t> registers(int count) {
-        std::vector<std::uint16_t> values(static_cast<std::size_t>(count));
-        std::generate(values.begin(), values.end(),
-                      [this] { return static_cast<std::uint16_t>(uniform(0, 0xFFFF)); });
-        return values;
-    }
-
-    std::pair<Bytes, Bytes> read(RegisterTable table, std::uint16_t address) {
-        const int count = uniform(1, table.maxReadCount());
-        Bytes request = PDU::read(table, address, count);
-        Bytes data = table.isBit() ? packBits(bits(count)) : Bytes{};
-        for (std::uint16_t value :
-             table.isBit() ? std::vector<std::uint16_t>{} : registers(count)) {
-            appendUInt16(data, value);
-        }
-        Bytes answer = concat({request[0], static_cast<std::uint8_t>(data.size())}, data);
         return {std::move(request), std::move(answer)};
     }
 
-    // Kinds 4 and 5 write one coil or register and are echoed; 6 and 7 write several and are
-    // answered with the address and quantity.
-    std::pair<Bytes, Bytes> write(int kind, std::uint16_t address) {
+private:
+    template <typename T>
+    std::vector<T> values(int count, int high) {
+        std::vector<T> result(static_cast<std::size_t>(count));
+        std::generate(result.begin(), result.end(),
+                      [&] { return static_cast<T>(uniform(0, high)); });
+        return result;
+    }
+
+    // Kinds 0 to 3 read a table and are answered with a byte count and the data; 4 and 5 write
+    // one coil or register and are echoed; 6 and 7 write several and are answered with the
+    // address and quantity.
+    std::pair<Bytes, Bytes> transaction(int kind, std::uint16_t address) {
+        if (kind < 4) {
+            const RegisterTable table = RegisterTable::allCases[static_cast<std::size_t>(kind)];
+            const int count = uniform(1, table.maxReadCount());
+            const int size = table.isBit() ? (count + 7) / 8 : 2 * count;
+            Bytes request = PDU::read(table, address, count);
+            Bytes answer = concat({request[0], static_cast<std::uint8_t>(size)},
+                                  values<std::uint8_t>(size, 0xFF));
+            return {std::move(request), std::move(answer)};
+        }
         if (kind < 6) {
-            Bytes request = kind == 4 ? PDU::writeSingleCoil(address, uniform(0, 1) == 1)
-                                      : PDU::writeSingleRegister(address, registers(1)[0]);
+            Bytes request =
+                kind == 4 ? PDU::writeSingleCoil(address, uniform(0, 1) == 1)
+                          : PDU::writeSingleRegister(address, values<std::uint16_t>(1, 0xFFFF)[0]);
             return {request, request};
         }
         Bytes request =
             kind == 6
-                ? PDU::writeMultipleCoils(address, bits(uniform(1, FunctionCode::maxWriteBits)))
+                ? PDU::writeMultipleCoils(address,
+                                          values<bool>(uniform(1, FunctionCode::maxWriteBits), 1))
                 : PDU::writeMultipleRegisters(
-                      address, registers(uniform(1, FunctionCode::maxWriteRegisters)));
+                      address,
+                      values<std::uint16_t>(uniform(1, FunctionCode::maxWriteRegisters), 0xFFFF));
         Bytes answer(request.begin(), request.begin() + 5);
         return {std::move(request), std::move(answer)};
     }

@@ -24,11 +24,6 @@ TEST(SerialTiming, InterFrameDelayIsFixedOnlyAbove19200Baud) {
     }
 }
 
-TEST(SerialTiming, TransmissionTimeIsCharactersTimesCharacterTime) {
-    EXPECT_NEAR(SerialTiming::transmissionTime(8, 9600, 11), 0.0091666666666667, 1e-12);
-    EXPECT_NEAR(SerialTiming::transmissionTime(256, 115200, 10), 0.0222222222222222, 1e-12);
-}
-
 // Project files and command lines hand over any double: none may wrap the clock.
 TEST(SerialTiming, DurationsAreNeverNegativeAndAtMostADay) {
     using std::chrono::nanoseconds;

@@ -110,17 +110,21 @@ TEST(CliPoll, LogsStartTheLinesOfTheCyclesAskedForStopAndTheStatistics) {
     }
 }
 
-// The history's layout is the history writer's; here the files are asked for and written.
-TEST(CliPoll, WritesTheHistoryOfEveryValueReadAndTheLogAsPrinted) {
+// The history's layout is the history writer's; here the files are asked for and written. Then,
+// under a file-size limit of nothing, neither can be written again: both failures are named, the
+// files written before stay as they were, and the exit status is 1.
+TEST(CliPoll, WritesHistoryAndLogOrKeepsTheOldFilesAndExitsOneWhenItCannot) {
     const SimulatorProcess sim = simulator();
     ASSERT_FALSE(sim.port().empty());
     const std::string history = temporaryPath("history.csv");
     const std::string log = temporaryPath("log.txt");
-    const ProcessResult result = ChildProcess::run(pollCommand(
-        sim.port(), "--csv " + boiler + " --cycles 2 --history " + history + " --log " + log));
+    const std::vector<std::string> arguments = pollCommand(
+        sim.port(), "--csv " + boiler + " --cycles 2 --history " + history + " --log " + log);
+    const ProcessResult result = ChildProcess::run(arguments);
     EXPECT_EQ(result.exitCode, 0) << result.err;
 
-    EXPECT_EQ(fileText(log), result.out.substr(0, result.out.rfind("Requests ")));
+    const std::string logText = fileText(log);
+    EXPECT_EQ(logText, result.out.substr(0, result.out.rfind("Requests ")));
     const std::string text = fileText(history);
     EXPECT_TRUE(text.starts_with("Time,Poll,Name,Value,Unit\r\n")) << text;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 7) << text;
@@ -129,30 +133,18 @@ TEST(CliPoll, WritesTheHistoryOfEveryValueReadAndTheLogAsPrinted) {
         EXPECT_NE(first, std::string::npos) << name;
         EXPECT_NE(text.find(name, first + 1), std::string::npos) << "twice: " << name;
     }
-    EXPECT_EQ(std::remove(history.c_str()), 0);
-    EXPECT_EQ(std::remove(log.c_str()), 0);
-}
 
-// Under a file-size limit of nothing neither file can be written: both failures are named, the
-// files written before stay as they were, and the exit status is 1.
-TEST(CliPoll, AHistoryAndLogThatCannotBeWrittenKeepTheOldFilesAndExitOne) {
-    const SimulatorProcess sim = simulator();
-    ASSERT_FALSE(sim.port().empty());
-    const std::string history = temporaryPath("kept-history.csv");
-    const std::string log = temporaryPath("kept-log.txt");
-    std::ofstream(history) << "old history";
-    std::ofstream(log) << "old log";
     // The limit would stop the files that capture the output too, so the messages and the exit
     // status come through a pipe, and the log as printed is dropped.
-    const char* const script =
-        "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat";
-    std::vector<std::string> arguments = pollCommand(
-        sim.port(), "--csv " + boiler + " --cycles 1 --history " + history + " --log " + log);
-    arguments.insert(arguments.begin(), {"/bin/sh", "-c", script, "sh"});
-    const ProcessResult result = ChildProcess::run(arguments);
-    EXPECT_EQ(result.out, "Saving failed: File too large\nSaving failed: File too large\nexit 1\n");
-    EXPECT_EQ(fileText(history), "old history");
-    EXPECT_EQ(fileText(log), "old log");
+    std::vector<std::string> limited = arguments;
+    limited.insert(limited.begin(),
+                   {"/bin/sh", "-c",
+                    "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat",
+                    "sh"});
+    EXPECT_EQ(ChildProcess::run(limited).out,
+              "Saving failed: File too large\nSaving failed: File too large\nexit 1\n");
+    EXPECT_EQ(fileText(history), text);
+    EXPECT_EQ(fileText(log), logText);
     EXPECT_EQ(std::remove(history.c_str()), 0);
     EXPECT_EQ(std::remove(log.c_str()), 0);
 }

@@ -32,13 +32,6 @@ std::vector<Datapoint> sampleList() {
     };
 }
 
-// The sample list for unit 1 and holding register 10 of unit 2.
-std::vector<Datapoint> twoUnits() {
-    std::vector<Datapoint> list = sampleList();
-    list.push_back(datapoint(RegisterTable::holdingRegister, 10, 0x5678, DataType::uint16, 2));
-    return list;
-}
-
 std::string answerTo(SlaveDevice& device, const char* requestPDU) {
     return hexString(device.answer(1, hexBytes(requestPDU)));
 }
@@ -97,28 +90,26 @@ TEST(SlaveDevice, WritesAreReadBack) {
     EXPECT_EQ(answerTo(device, "01 00 00 00 03"), "01 01 00");
 }
 
-TEST(SlaveDevice, RespondsOnlyToValidFramesForItsUnits) {
-    SlaveDevice device(twoUnits());
+// Unit 0 is the broadcast: a write reaches every unit and nobody answers.
+TEST(SlaveDevice, RespondsOnlyToValidFramesForItsUnitsAndSilentlyToBroadcasts) {
+    std::vector<Datapoint> list = sampleList();
+    list.push_back(datapoint(RegisterTable::holdingRegister, 10, 0x5678, DataType::uint16, 2));
+    SlaveDevice device(list);
     ASSERT_EQ(device.units(), (std::set<std::uint8_t>{1, 2}));
-
-    const Bytes unit1 = RTUFrame::build(1, hexBytes("03 00 0A 00 01"));
-    EXPECT_EQ(device.respond(unit1, 0), RTUFrame::build(1, hexBytes("03 02 12 34")));
-    const Bytes unit2 = RTUFrame::build(2, hexBytes("03 00 0A 00 01"));
-    EXPECT_EQ(device.respond(unit2, 0), RTUFrame::build(2, hexBytes("03 02 56 78")));
-
-    EXPECT_EQ(device.respond(RTUFrame::build(3, hexBytes("03 00 0A 00 01")), 0), std::nullopt);
-    Bytes broken = unit1;
+    const Bytes read = hexBytes("03 00 0A 00 01");
+    EXPECT_EQ(device.respond(RTUFrame::build(1, read), 0),
+              RTUFrame::build(1, hexBytes("03 02 12 34")));
+    EXPECT_EQ(device.respond(RTUFrame::build(2, read), 0),
+              RTUFrame::build(2, hexBytes("03 02 56 78")));
+    EXPECT_EQ(device.respond(RTUFrame::build(3, read), 0), std::nullopt);
+    Bytes broken = RTUFrame::build(1, read);
     broken.back() ^= 1;
     EXPECT_EQ(device.respond(broken, 0), std::nullopt);
-}
-
-TEST(SlaveDevice, BroadcastWritesReachEveryUnitWithoutAnswer) {
-    SlaveDevice device(twoUnits());
 
     EXPECT_EQ(device.respond(RTUFrame::build(0, hexBytes("06 00 0A 00 63")), 0), std::nullopt);
     EXPECT_EQ(device.cell(1, RegisterTable::holdingRegister, 10), 0x63);
     EXPECT_EQ(device.cell(2, RegisterTable::holdingRegister, 10), 0x63);
-    EXPECT_EQ(device.respond(RTUFrame::build(0, hexBytes("03 00 0A 00 01")), 0), std::nullopt);
+    EXPECT_EQ(device.respond(RTUFrame::build(0, read), 0), std::nullopt);
 }
 
 TEST(SimulatedValue, FollowsEachKindOverTime) {
