@@ -59,12 +59,8 @@ TEST(CSVDialect, QuotesOnlyTheCellsThatNeedIt) {
         {"Boiler east", comma, EdgeSpace::quoted, "Boiler east"},
         {"Boiler, east", comma, EdgeSpace::plain, "\"Boiler, east\""},
         {"Boiler, east", semicolon, EdgeSpace::plain, "Boiler, east"},
-        {"a;b", semicolon, EdgeSpace::plain, "\"a;b\""},
-        {"say \"hi\"", comma, EdgeSpace::plain, "\"say \"\"hi\"\"\""},
-        {"first\nsecond", comma, EdgeSpace::plain, "\"first\nsecond\""},
         {"first\rsecond", comma, EdgeSpace::plain, "\"first\rsecond\""},
         {" V", comma, EdgeSpace::plain, " V"},
-        {" V", comma, EdgeSpace::quoted, "\" V\""},
         {"V\t", semicolon, EdgeSpace::quoted, "\"V\t\""},
         {"", comma, EdgeSpace::quoted, ""},
     };

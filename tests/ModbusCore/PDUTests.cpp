@@ -12,7 +12,7 @@ constexpr RegisterTable DI = RegisterTable::discreteInput;
 constexpr RegisterTable HR = RegisterTable::holdingRegister;
 constexpr RegisterTable IR = RegisterTable::inputRegister;
 
-TEST(PDU, BuildersLayOutBigEndianFields) {
+TEST(PDU, BuildersLayOutBigEndianFieldsAndBitsLeastSignificantFirst) {
     EXPECT_EQ(hexString(PDU::read(HR, 100, 10)), "03 00 64 00 0A");
     EXPECT_EQ(hexString(PDU::read(CO, 0, 2000)), "01 00 00 07 D0");
     EXPECT_EQ(hexString(PDU::read(DI, 0xFFFF, 1)), "02 FF FF 00 01");
@@ -26,14 +26,12 @@ TEST(PDU, BuildersLayOutBigEndianFields) {
                   19, {true, false, true, true, false, false, true, true, true, false})),
               "0F 00 13 00 0A 02 CD 01");
     EXPECT_EQ(hexString(PDU::writeMultipleCoils(0, {true})), "0F 00 00 00 01 01 01");
-}
-
-TEST(PDU, UnpackBitsGivesExactlyCountValuesPaddedWithFalse) {
+    EXPECT_EQ(packBits({}), Bytes{});
+    // Unpacking gives exactly count values, padded with false.
     EXPECT_EQ(unpackBits(hexBytes("FF"), 3), (std::vector<bool>{true, true, true}));
     EXPECT_EQ(
         unpackBits(hexBytes("80"), 10),
         (std::vector<bool>{false, false, false, false, false, false, false, true, false, false}));
-    EXPECT_EQ(packBits({}), Bytes{});
 }
 
 TEST(PDU, ParseReadChecksCodeAndCountsBeforeDecoding) {

@@ -28,7 +28,7 @@ Datapoint point(DataType type, double scale = 1, DisplayFormat format = DisplayF
     return result;
 }
 
-TEST(ValueCodec, RegisterLayoutFollowsTheWordOrder) {
+TEST(ValueCodec, RegisterLayoutFollowsTheWordOrderAndTheRegistersGiven) {
     struct Row {
         DataType type;
         WordOrder order;
@@ -52,9 +52,7 @@ TEST(ValueCodec, RegisterLayoutFollowsTheWordOrder) {
         EXPECT_EQ(ValueCodec::registersFromBits(row.bits, row.type, row.order), row.registers);
         EXPECT_EQ(ValueCodec::bitsFromRegisters(row.registers, row.type, row.order), row.bits);
     }
-}
-
-TEST(ValueCodec, DecodingUsesOnlyTheRegistersGiven) {
+    // Decoding uses only the registers given.
     const Registers extra{0x0001, 0x0002, 0xFFFF};
     EXPECT_EQ(ValueCodec::bitsFromRegisters(extra, DataType::uint32, WordOrder::abcd), 0x00010002U);
     const Registers one{0x1234};

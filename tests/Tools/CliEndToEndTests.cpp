@@ -1,4 +1,6 @@
+#include "../ModbusCore/HexBytes.h"
 #include "ChildProcess.h"
+#include "RTUFrame.h"
 
 #include <chrono>
 #include <cstdio>
@@ -39,15 +41,15 @@ ProcessResult cli(const SimulatorProcess& simulator, const std::string& command)
         command.substr(name + 1)));
 }
 
-// The function code of the last request in a simulator's ledger; -1 when there is none.
-int lastFunction(const std::string& ledgerPath) {
+// The last frame in a simulator's ledger; empty when there is none.
+std::string lastReceived(const std::string& ledgerPath) {
     std::ifstream file(ledgerPath);
     std::string last;
     for (std::string line; std::getline(file, line);) {
         last = line.empty() ? last : line;
     }
     const nlohmann::json entry = nlohmann::json::parse(last, nullptr, false);
-    return entry.is_object() && entry.contains("function") ? entry["function"].get<int>() : -1;
+    return entry.is_object() ? entry.value("received", "") : "";
 }
 
 // Every type in every word order is the codec's to decode; here each option reaches it.
@@ -72,7 +74,8 @@ TEST(CliEndToEnd, ReadsEachTableWithTheTypeOrderScaleAndFormatAskedFor) {
     }
 }
 
-TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
+// That the device keeps what is written is the slave device's; here the request that arrives.
+TEST(CliEndToEnd, WritesCoilsAndRegistersInTheModeAskedFor) {
     const std::string ledger =
         ::testing::TempDir() + "kestrin-cli-ledger-" + std::to_string(::getpid()) + ".jsonl";
     const SimulatorProcess simulator(simulatorArguments("--ledger " + ledger));
@@ -81,15 +84,14 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
         const char* datapoint;
         const char* value;
         const char* mode;
-        int function; // what the simulator must have received
-        const char* readBack;
+        const char* request; // the PDU the simulator must have received
     } rows[] = {
-        {"--table CO --address 5", "on", "single", 0x05, "1\n"},
-        {"--table HR --address 200", "0x1F", "single", 0x06, "31\n"},
-        {"--table HR --address 200", "0b101", "multiple", 0x10, "5\n"},
+        {"--table CO --address 5", "on", "single", "05 00 05 FF 00"},
+        {"--table HR --address 200", "0x1F", "single", "06 00 C8 00 1F"},
+        {"--table HR --address 200", "0b101", "multiple", "10 00 C8 00 01 02 00 05"},
         // Every bit of a 64-bit integer, in a word order of its own.
         {"--table HR --address 208 --type uint64 --order CDAB", "18446744073709551613", "multiple",
-         0x10, "18446744073709551613\n"},
+         "10 00 D0 00 04 08 FF FD FF FF FF FF FF FF"},
     };
     for (const auto& row : rows) {
         const std::string write = std::string("write ") + row.datapoint + " --value " + row.value +
@@ -98,11 +100,7 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInBothModesAndReadsThemBack) {
         const ProcessResult written = cli(simulator, write);
         EXPECT_EQ(written.exitCode, 0) << written.err;
         EXPECT_EQ(written.out, "");
-        EXPECT_EQ(lastFunction(ledger), row.function);
-
-        const ProcessResult readBack = cli(simulator, std::string("read ") + row.datapoint);
-        EXPECT_EQ(readBack.exitCode, 0) << readBack.err;
-        EXPECT_EQ(readBack.out, row.readBack);
+        EXPECT_EQ(lastReceived(ledger), hexString(RTUFrame::build(1, test::hexBytes(row.request))));
     }
     std::remove(ledger.c_str());
 }

@@ -118,9 +118,11 @@ TEST(CliPoll, WritesHistoryAndLogOrKeepsTheOldFilesAndExitsOneWhenItCannot) {
     ASSERT_FALSE(sim.port().empty());
     const std::string history = temporaryPath("history.csv");
     const std::string log = temporaryPath("log.txt");
-    const std::vector<std::string> arguments = pollCommand(
-        sim.port(), "--csv " + boiler + " --cycles 2 --history " + history + " --log " + log);
-    const ProcessResult result = ChildProcess::run(arguments);
+    const auto arguments = [&](const std::string& cycles) {
+        return pollCommand(sim.port(), "--csv " + boiler + " --cycles " + cycles + " --history " +
+                                           history + " --log " + log);
+    };
+    const ProcessResult result = ChildProcess::run(arguments("2"));
     EXPECT_EQ(result.exitCode, 0) << result.err;
 
     const std::string logText = fileText(log);
@@ -136,7 +138,7 @@ TEST(CliPoll, WritesHistoryAndLogOrKeepsTheOldFilesAndExitsOneWhenItCannot) {
 
     // The limit would stop the files that capture the output too, so the messages and the exit
     // status come through a pipe, and the log as printed is dropped.
-    std::vector<std::string> limited = arguments;
+    std::vector<std::string> limited = arguments("1");
     limited.insert(limited.begin(),
                    {"/bin/sh", "-c",
                     "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat",

@@ -43,7 +43,7 @@ TEST(Faults, ParsesProbabilitiesPerKindAndRefusesMalformedSpecifications) {
     }
 }
 
-TEST(Faults, DrawsEachKindAtItsRateAndRepeatsWithTheSeed) {
+TEST(Faults, DrawsEachKindAndLatenessAtTheirRatesAndRepeatsWithTheSeed) {
     Faults faults = Faults::parse("drop=0.3,crc=0.2", 7).value();
     Faults again = Faults::parse("drop=0.3,crc=0.2", 7).value();
     int drops = 0;
@@ -61,6 +61,22 @@ TEST(Faults, DrawsEachKindAtItsRateAndRepeatsWithTheSeed) {
     for (int i = 0; i < 20; ++i) {
         EXPECT_EQ(always.draw(), Kind::garbage);
     }
+
+    // A late answer waits one to two time-outs, spread over that range.
+    Faults lateness(5);
+    Faults sameSeed(5);
+    double earliest = 1;
+    double latest = 0;
+    for (int i = 0; i < 1000; ++i) {
+        const double late = lateness.lateBy(0.1);
+        EXPECT_EQ(sameSeed.lateBy(0.1), late);
+        EXPECT_GE(late, 0.1);
+        EXPECT_LT(late, 0.2);
+        earliest = std::min(earliest, late);
+        latest = std::max(latest, late);
+    }
+    EXPECT_LT(earliest, 0.11);
+    EXPECT_GT(latest, 0.19);
 }
 
 TEST(Faults, EachKindSpoilsTheAnswerItsOwnWay) {
@@ -93,23 +109,6 @@ TEST(Faults, EachKindSpoilsTheAnswerItsOwnWay) {
         lengths.insert(extra);
     }
     EXPECT_EQ(lengths, (std::set<std::size_t>{1, 2, 3}));
-}
-
-TEST(Faults, LateAnswersWaitOneToTwoTimeOutsSpreadOverTheRange) {
-    Faults faults(5);
-    Faults again(5);
-    double earliest = 1;
-    double latest = 0;
-    for (int i = 0; i < 1000; ++i) {
-        const double late = faults.lateBy(0.1);
-        EXPECT_EQ(again.lateBy(0.1), late);
-        EXPECT_GE(late, 0.1);
-        EXPECT_LT(late, 0.2);
-        earliest = std::min(earliest, late);
-        latest = std::max(latest, late);
-    }
-    EXPECT_LT(earliest, 0.11);
-    EXPECT_GT(latest, 0.19);
 }
 
 // A simulator serving holding registers 0 and 1 of unit 1 on a pseudo-terminal, on its own
