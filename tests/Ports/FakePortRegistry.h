@@ -34,14 +34,12 @@ public:
         }
         return devices;
     }
-
     bool subscribe(std::function<void()> onChange) override {
-        if (state_->channelFails) {
-            return false;
+        if (!state_->channelFails) {
+            ++state_->subscriptions;
+            state_->notify = std::move(onChange);
         }
-        ++state_->subscriptions;
-        state_->notify = std::move(onChange);
-        return true;
+        return !state_->channelFails;
     }
 
 private:

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -15,94 +16,70 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-// Long enough that only inotify can have delivered a change within a test.
-constexpr auto neverPolled = std::chrono::hours(1);
-constexpr int generous = 5000;
-
-struct Watched {
-    QTemporaryDir folder;
-    Testing::QuietTerminal terminal;
-
-    fs::path file(const char* name) const { return fs::path(folder.path().toStdString()) / name; }
-    // Replaces whatever is at link, as kestrin-sim --link does.
-    static void link(const fs::path& link, const fs::path& target) {
-        fs::remove(link);
-        fs::create_symlink(target, link);
-    }
+struct Link {
+    fs::path at, to;
 };
 
-TEST(PortPathWatcher, ReturnsEachTimeTheLinkOpensAgainAndNotForAnythingElse) {
-    Watched w;
-    ASSERT_FALSE(w.terminal.path().empty());
-    const fs::path port = w.file("ttyKestrin");
-    PortPathWatcher watcher(port.string(), std::nullopt, neverPolled);
-    QSignalSpy returned(&watcher, &PortPathWatcher::returned);
-    EXPECT_FALSE(watcher.isOpenable());
-    EXPECT_FALSE(watcher.isPolling());
+// Replaces whatever is at the link, as kestrin-sim --link does, making its folder if need be.
+void relink(const Link& link) {
+    fs::create_directories(link.at.parent_path());
+    fs::remove(link.at);
+    fs::create_symlink(link.to, link.at);
+}
 
-    // Something else in the folder, then a link that outlived its pseudo-terminal.
-    std::ofstream(w.file("unrelated")) << "x";
-    Watched::link(port, "/dev/pts/kestrin-gone");
-    QTest::qWait(100);
-    EXPECT_EQ(returned.count(), 0);
-
-    for (int round = 1; round <= 2; ++round) {
-        SCOPED_TRACE(round);
-        Watched::link(port, w.terminal.path());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return returned.count() == round; }, generous));
-        EXPECT_TRUE(watcher.isOpenable());
-        fs::remove(port);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher.isOpenable(); }, generous));
+// Each row sets up the path, lets something that is not the device change, then brings the
+// device back twice, taking it away in between. An hour's timer means only inotify can have
+// noticed, except where the folder is missing.
+TEST(PortPathWatcher, ReturnsEachTimeThePathLeadsToADeviceAgainAndNotForAnythingElse) {
+    QTemporaryDir folder;
+    const fs::path root = folder.path().toStdString();
+    const Testing::QuietTerminal terminal;
+    ASSERT_FALSE(terminal.path().empty());
+    const fs::path port = root / "ttyKestrin", usb = root / "dev/ttyUSB0", byID = root / "id/p0";
+    const Link toTerminal{port, terminal.path()};
+    fs::create_directory(usb.parent_path());
+    struct Row {
+        const char* name;
+        fs::path watched;
+        std::optional<Link> before, noise;
+        Link back; // removed to take the device away
+        std::chrono::milliseconds interval;
+    };
+    const Row rows[] = {
+        {"a link outliving its terminal", port, {}, Link{port, "/dev/pts/gone"}, toTerminal, 1h},
+        // The lost terminal's number went to another program, and the old link leads there.
+        {"an old link to a pseudo-terminal", port, toTerminal, {}, toTerminal, 1h},
+        // Like a link to /dev/ttyUSB0 while the adapter is out; /dev/null stands in for it.
+        {"a link's target in its own folder", port, Link{port, usb}, {}, {usb, "/dev/null"}, 1h},
+        {"a missing folder, on the timer", byID, {}, {}, {byID, terminal.path()}, 20ms},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        if (row.before) {
+            relink(*row.before);
+        }
+        // What the link was when the device was lost: only a pseudo-terminal's is compared.
+        PortPathWatcher watcher(row.watched.string(),
+                                PortPathWatcher::linkIdentity(row.watched.string()), row.interval);
+        QSignalSpy returned(&watcher, &PortPathWatcher::returned);
+        EXPECT_FALSE(watcher.isOpenable());
+        EXPECT_EQ(watcher.isPolling(), row.interval < 1h);
+        std::ofstream(root / "unrelated") << "x";
+        if (row.noise) {
+            relink(*row.noise);
+        }
+        QTest::qWait(100);
+        EXPECT_EQ(returned.count(), 0);
+        for (int round = 1; round <= 2; ++round) {
+            relink(row.back);
+            ASSERT_TRUE(QTest::qWaitFor([&] { return returned.count() == round; }, 5000)) << round;
+            EXPECT_TRUE(watcher.isOpenable());
+            EXPECT_FALSE(watcher.isPolling());
+            fs::remove(row.back.at);
+            ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher.isOpenable(); }, 5000)) << round;
+        }
+        EXPECT_EQ(returned.count(), 2);
     }
-    EXPECT_EQ(returned.count(), 2);
-}
-
-TEST(PortPathWatcher, AnOldLinkToAPseudoTerminalIsNotTakenForItsReturn) {
-    Watched w;
-    ASSERT_FALSE(w.terminal.path().empty());
-    const fs::path port = w.file("ttyKestrin");
-    // The lost terminal's number went to another program, and the old link leads there.
-    Watched::link(port, w.terminal.path());
-    PortPathWatcher watcher(port.string(), PortPathWatcher::linkIdentity(port.string()),
-                            neverPolled);
-    QSignalSpy returned(&watcher, &PortPathWatcher::returned);
-    EXPECT_FALSE(watcher.isOpenable());
-    std::ofstream(w.file("unrelated")) << "x";
-    QTest::qWait(100);
-    EXPECT_EQ(returned.count(), 0);
-
-    Watched::link(port, w.terminal.path());
-    EXPECT_TRUE(returned.wait(generous)) << "a link made anew is the device back";
-}
-
-TEST(PortPathWatcher, SeesTheTargetOfALinkComeBackInItsOwnFolder) {
-    Watched w;
-    const fs::path devices = w.file("dev");
-    fs::create_directory(devices);
-    const fs::path port = w.file("ttyKestrin");
-    // Like a link to /dev/ttyUSB0 while the adapter is out.
-    Watched::link(port, devices / "ttyUSB0");
-    PortPathWatcher watcher(port.string(), std::nullopt, neverPolled);
-    QSignalSpy returned(&watcher, &PortPathWatcher::returned);
-    EXPECT_FALSE(watcher.isOpenable());
-
-    // A device node that is not a pseudo-terminal stands in for the adapter.
-    Watched::link(devices / "ttyUSB0", "/dev/null");
-    EXPECT_TRUE(returned.wait(generous));
-}
-
-TEST(PortPathWatcher, LooksOnTheTimerWhileTheFolderIsMissingThenWatchesIt) {
-    Watched w;
-    const fs::path folder = w.file("by-id");
-    const fs::path port = folder / "usb-FTDI-port0";
-    PortPathWatcher watcher(port.string(), std::nullopt, 20ms);
-    QSignalSpy returned(&watcher, &PortPathWatcher::returned);
-    EXPECT_TRUE(watcher.isPolling());
-
-    fs::create_directory(folder);
-    Watched::link(port, w.terminal.path());
-    EXPECT_TRUE(returned.wait(generous));
-    EXPECT_FALSE(watcher.isPolling());
 }
 
 } // namespace

@@ -10,24 +10,18 @@ namespace kestrin::Testing {
 // A pseudo-terminal nobody answers on: the engine runs, and every reading is the test's own.
 class QuietTerminal {
 public:
-    QuietTerminal()
-        : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    QuietTerminal() {
         if (master_ >= 0 && ::grantpt(master_) == 0 && ::unlockpt(master_) == 0) {
             path_ = ::ptsname(master_);
         }
     }
-    ~QuietTerminal() {
-        if (master_ >= 0) {
-            ::close(master_);
-        }
-    }
+    ~QuietTerminal() { ::close(master_); }
     QuietTerminal(const QuietTerminal&) = delete;
     QuietTerminal& operator=(const QuietTerminal&) = delete;
-
     const std::string& path() const { return path_; }
 
 private:
-    int master_;
+    int master_ = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
     std::string path_;
 };
 
