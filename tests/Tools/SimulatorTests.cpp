@@ -26,7 +26,7 @@ using test::hexBytes;
 using Clock = std::chrono::steady_clock;
 using Kind = Faults::Kind;
 
-TEST(Faults, ParsesProbabilitiesPerKindAndRefusesMalformedSpecifications) {
+TEST(Faults, ParsesProbabilitiesPerKindAndRefusesMalformedFaultLists) {
     const Result<Faults, std::string> faults =
         Faults::parse("drop=0.5,wrong-unit=0.25,delay=0,late=0.125,noise=0.0625", 1);
     ASSERT_TRUE(faults.ok());
@@ -36,10 +36,10 @@ TEST(Faults, ParsesProbabilitiesPerKindAndRefusesMalformedSpecifications) {
     EXPECT_EQ(faults.value().probability(Kind::late), 0.125);
     EXPECT_EQ(faults.value().probability(Kind::noise), 0.0625);
     EXPECT_TRUE(Faults::parse("", 1).value().isEmpty());
-    for (const char* spec :
+    for (const char* text :
          {"drop", "drop=", "drop=x", "drop=1.5", "drop=-0.1", "lag=0.1", "drop=0.6,crc=0.6",
           "drop=0.1,", "late", "noise=2", "late=0.5,noise=0.6"}) {
-        EXPECT_FALSE(Faults::parse(spec, 1).ok()) << spec;
+        EXPECT_FALSE(Faults::parse(text, 1).ok()) << text;
     }
 }
 
