@@ -167,14 +167,12 @@ TEST(ValueCodec, TypedInputIsCheckedAgainstTheType) {
         {point(DataType::int16, 0.1), "0xffff", -0.1},
         {point(DataType::int64), "0xFFFFFFFFFFFFFFFF", -1},
         {point(DataType::uint64), "0x10000000000000000", std::nullopt},
-        // The 64-bit ranges end exactly where the types do, not at the doubles near them.
-        {point(DataType::uint64), "18446744073709551615", UINT64_MAX},
+        // The 64-bit ranges end exactly where the types do, not at the doubles near them; the
+        // ends themselves are typed back in the exactness test below.
         {point(DataType::uint64), "18446744073709551616", std::nullopt},
         {point(DataType::uint64), "1.8446744073709552e19", std::nullopt},
         {point(DataType::uint64), "-1", std::nullopt},
-        {point(DataType::int64), "-9223372036854775808", INT64_MIN},
         {point(DataType::int64), "-9223372036854775809", std::nullopt},
-        {point(DataType::int64), "9223372036854775807", INT64_MAX},
         {point(DataType::int64), "9223372036854775808", std::nullopt},
         {point(DataType::int64), "1e400", std::nullopt},
         {coil, "Aus", 0},
