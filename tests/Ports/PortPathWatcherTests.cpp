@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <tuple>
+#include <utility>
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -16,20 +18,18 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-struct Link {
-    fs::path at, to;
-};
+using Link = std::pair<fs::path, fs::path>; // where, to what
 
 // Replaces whatever is at the link, as kestrin-sim --link does, making its folder if need be.
 void relink(const Link& link) {
-    fs::create_directories(link.at.parent_path());
-    fs::remove(link.at);
-    fs::create_symlink(link.to, link.at);
+    fs::create_directories(link.first.parent_path());
+    fs::remove(link.first);
+    fs::create_symlink(link.second, link.first);
 }
 
-// Each row sets up the path, lets something that is not the device change, then brings the
-// device back twice, taking it away in between. An hour's timer means only inotify can have
-// noticed, except where the folder is missing.
+// Each row: the path watched, links made before the watcher starts and while nothing may return,
+// the link that brings the device back (removed to take it away) and how often to look, where an
+// hour means only inotify can have noticed.
 TEST(PortPathWatcher, ReturnsEachTimeThePathLeadsToADeviceAgainAndNotForAnythingElse) {
     QTemporaryDir folder;
     const fs::path root = folder.path().toStdString();
@@ -38,14 +38,8 @@ TEST(PortPathWatcher, ReturnsEachTimeThePathLeadsToADeviceAgainAndNotForAnything
     const fs::path port = root / "ttyKestrin", usb = root / "dev/ttyUSB0", byID = root / "id/p0";
     const Link toTerminal{port, terminal.path()};
     fs::create_directory(usb.parent_path());
-    struct Row {
-        const char* name;
-        fs::path watched;
-        std::optional<Link> before, noise;
-        Link back; // removed to take the device away
-        std::chrono::milliseconds interval;
-    };
-    const Row rows[] = {
+    using Made = std::optional<Link>;
+    const std::tuple<const char*, fs::path, Made, Made, Link, std::chrono::milliseconds> rows[] = {
         {"a link outliving its terminal", port, {}, Link{port, "/dev/pts/gone"}, toTerminal, 1h},
         // The lost terminal's number went to another program, and the old link leads there.
         {"an old link to a pseudo-terminal", port, toTerminal, {}, toTerminal, 1h},
@@ -53,29 +47,29 @@ TEST(PortPathWatcher, ReturnsEachTimeThePathLeadsToADeviceAgainAndNotForAnything
         {"a link's target in its own folder", port, Link{port, usb}, {}, {usb, "/dev/null"}, 1h},
         {"a missing folder, on the timer", byID, {}, {}, {byID, terminal.path()}, 20ms},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        if (row.before) {
-            relink(*row.before);
+    for (const auto& [name, watched, before, noise, back, interval] : rows) {
+        SCOPED_TRACE(name);
+        if (before) {
+            relink(*before);
         }
         // What the link was when the device was lost: only a pseudo-terminal's is compared.
-        PortPathWatcher watcher(row.watched.string(),
-                                PortPathWatcher::linkIdentity(row.watched.string()), row.interval);
+        PortPathWatcher watcher(watched.string(), PortPathWatcher::linkIdentity(watched.string()),
+                                interval);
         QSignalSpy returned(&watcher, &PortPathWatcher::returned);
         EXPECT_FALSE(watcher.isOpenable());
-        EXPECT_EQ(watcher.isPolling(), row.interval < 1h);
+        EXPECT_EQ(watcher.isPolling(), interval < 1h);
         std::ofstream(root / "unrelated") << "x";
-        if (row.noise) {
-            relink(*row.noise);
+        if (noise) {
+            relink(*noise);
         }
         QTest::qWait(100);
         EXPECT_EQ(returned.count(), 0);
         for (int round = 1; round <= 2; ++round) {
-            relink(row.back);
+            relink(back);
             ASSERT_TRUE(QTest::qWaitFor([&] { return returned.count() == round; }, 5000)) << round;
             EXPECT_TRUE(watcher.isOpenable());
             EXPECT_FALSE(watcher.isPolling());
-            fs::remove(row.back.at);
+            fs::remove(back.first);
             ASSERT_TRUE(QTest::qWaitFor([&] { return !watcher.isOpenable(); }, 5000)) << round;
         }
         EXPECT_EQ(returned.count(), 2);
