@@ -1,19 +1,17 @@
 #include "BottomPane.h"
+#include "Driving.h"
 #include "ElidedLine.h"
 #include "EmptyLogView.h"
 #include "L10n.h"
 #include "LanguageForTesting.h"
 #include "NoticeBanner.h"
-#include "OutputArea.h"
 #include "PaneTestModel.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
-#include <QTest>
 #include <QToolButton>
-#include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {
@@ -28,7 +26,9 @@ PollerEvent timeoutOf(const Poll& poll) {
                           Bytes{0x01, 0x03, 0x00, 0x00, 0x00, 0x01, 0x84, 0x0A}, Bytes{}, 1.0}};
 }
 
-TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
+// The first log line hides the welcome, and clearing the log brings it back.
+TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
+    const std::string title = L10n::texts().notice.emptyTitle();
     const struct {
         const char* name;
         bool adapterPresent;
@@ -37,10 +37,11 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
         bool offersStart;
     } rows[] = {
         {"no adapter", false, true, L10n::texts().notice.emptyNoDevice(), false},
-        {"adapter, empty poll", true, false, L10n::texts().notice.emptyTitle(), false},
-        {"adapter and datapoints", true, true, L10n::texts().notice.emptyTitle(), true},
+        {"adapter, empty poll", true, false, title, false},
+        {"adapter and datapoints", true, true, title, true},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
         std::vector<FakePortRegistry::Entry> ports;
         if (row.adapterPresent) {
             ports.push_back(PaneTest::usbAdapter("/dev/ttyUSB0"));
@@ -53,14 +54,18 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNext) {
             PaneTest::model(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
         QCoreApplication::processEvents();
         BottomPane pane(*model);
-        pane.resize(800, 300);
-        pane.show();
-        auto* title = pane.findChild<QLabel*>("emptyLogTitle");
-        auto* start = pane.findChild<QPushButton*>("startReadingButton");
-        ASSERT_NE(title, nullptr);
-        ASSERT_NE(start, nullptr);
-        EXPECT_EQ(title->text(), text(row.title)) << row.name;
-        EXPECT_EQ(start->isVisible(), row.offersStart) << row.name;
+        showAt(pane, 800, 300);
+        EXPECT_EQ(child<QLabel>(pane, "emptyLogTitle")->text(), text(row.title));
+        EXPECT_EQ(child(pane, "startReadingButton")->isVisible(), row.offersStart);
+
+        auto* welcome = child<EmptyLogView>(pane);
+        EXPECT_TRUE(welcome->isVisible());
+        model->appendLog({{LogSegment::Kind::system, "--- line ---"}});
+        EXPECT_FALSE(welcome->isVisible());
+        click(child(pane, "clearLogButton"));
+        EXPECT_TRUE(welcome->isVisible());
+        EXPECT_EQ(child<ElidedLine>(pane, "statisticsLabel")->text(),
+                  text(L10n::texts().footer.statistics(0, 0, 0, 0, 0)));
     }
 }
 
@@ -74,44 +79,24 @@ TEST(BottomPane, WelcomeMessageShowsEveryWrappedLineAtAnyWidthInEveryLanguage) {
             host.resize(1400, 400);
             auto* welcome = new EmptyLogView(*model, &host);
             host.show();
-            auto* message = welcome->findChild<QLabel*>("emptyLogMessage");
-            ASSERT_NE(message, nullptr);
+            auto* message = child<QLabel>(*welcome, "emptyLogMessage");
             for (const QSize size : {QSize(360, 260), QSize(1300, 300), QSize(700, 200)}) {
                 welcome->setGeometry(QRect(QPoint(0, 0), size));
                 QCoreApplication::processEvents();
                 const QFontMetrics metrics(message->font());
+                const QRect room(0, 0, message->contentsRect().width(), 10000);
                 const int lines =
-                    metrics
-                        .boundingRect(QRect(0, 0, message->contentsRect().width(), 10000),
-                                      Qt::TextWordWrap | Qt::AlignHCenter, message->text())
+                    metrics.boundingRect(room, Qt::TextWordWrap | Qt::AlignHCenter, message->text())
                         .height();
-                const std::string where = L10n::texts().notice.emptyNoDeviceSteps() + " at " +
-                                          std::to_string(size.width());
-                EXPECT_GE(message->height(), lines) << where;
-                EXPECT_LT(message->height(), lines + metrics.lineSpacing()) << where;
-                EXPECT_GE(message->geometry().top(), 0) << where;
-                EXPECT_LE(message->geometry().bottom(), size.height()) << where;
+                SCOPED_TRACE(L10n::texts().notice.emptyNoDeviceSteps() + " at " +
+                             std::to_string(size.width()));
+                EXPECT_GE(message->height(), lines);
+                EXPECT_LT(message->height(), lines + metrics.lineSpacing());
+                EXPECT_GE(message->geometry().top(), 0);
+                EXPECT_LE(message->geometry().bottom(), size.height());
             }
         });
     }
-}
-
-TEST(BottomPane, FirstLogLineReplacesTheWelcomeAndClearingBringsItBack) {
-    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
-    BottomPane pane(*model);
-    pane.resize(800, 300);
-    pane.show();
-    auto* welcome = pane.findChild<EmptyLogView*>();
-    ASSERT_NE(welcome, nullptr);
-    EXPECT_TRUE(welcome->isVisible());
-
-    model->appendLog({{LogSegment::Kind::system, "--- line ---"}});
-    EXPECT_FALSE(welcome->isVisible());
-
-    QTest::mouseClick(pane.findChild<QPushButton*>("clearLogButton"), Qt::LeftButton);
-    EXPECT_TRUE(welcome->isVisible());
-    EXPECT_EQ(pane.findChild<ElidedLine*>("statisticsLabel")->text(),
-              text(L10n::texts().footer.statistics(0, 0, 0, 0, 0)));
 }
 
 TEST(BottomPane, NoticesFollowTheReadingState) {
@@ -121,24 +106,18 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     auto model = PaneTest::model({}, poll);
     model->addTestDevice(terminal.path(), "Test terminal");
     BottomPane pane(*model);
-    pane.resize(900, 300);
-    pane.show();
-    auto* lost = pane.findChild<NoticeBanner*>("serialLostNotice");
-    auto* silent = pane.findChild<NoticeBanner*>("noResponseNotice");
-    ASSERT_NE(lost, nullptr);
-    ASSERT_NE(silent, nullptr);
+    showAt(pane, 900, 300);
+    auto* lost = child<NoticeBanner>(pane, "serialLostNotice");
+    auto* silent = child<NoticeBanner>(pane, "noResponseNotice");
 
     model->start();
     ASSERT_TRUE(QTest::qWaitFor([&] { return model->state() == PollerState::running; }, 5000));
-    EXPECT_FALSE(lost->isVisible());
-    EXPECT_FALSE(silent->isVisible());
-
+    EXPECT_FALSE(lost->isVisible() || silent->isVisible());
     for (int attempt = 0; attempt < 3; ++attempt) {
         model->handleEvent(timeoutOf(poll));
     }
-    EXPECT_TRUE(silent->isVisible());
-    EXPECT_TRUE(silent->isDismissable());
-    QTest::mouseClick(silent->findChild<QToolButton*>("noticeDismiss"), Qt::LeftButton);
+    EXPECT_TRUE(silent->isVisible() && silent->isDismissable());
+    click(child(*silent, "noticeDismiss"));
     EXPECT_FALSE(silent->isVisible());
     EXPECT_FALSE(model->showNoResponseHint());
 
@@ -146,7 +125,6 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     EXPECT_TRUE(lost->isVisible());
     EXPECT_FALSE(lost->isDismissable());
     EXPECT_EQ(lost->text(), text(L10n::texts().notice.serialLost()));
-
     model->stop();
     EXPECT_FALSE(lost->isVisible());
 }
@@ -156,7 +134,7 @@ TEST(BottomPane, ChosenViewSurvivesANewPane) {
     {
         BottomPane pane(*model);
         EXPECT_EQ(pane.page(), BottomPane::Page::log);
-        QTest::mouseClick(pane.findChild<QToolButton*>("chartPageButton"), Qt::LeftButton);
+        click(child(pane, "chartPageButton"));
         EXPECT_EQ(pane.page(), BottomPane::Page::chart);
     }
     EXPECT_EQ(QSettings("Kestrin", "Kestrin").value("bottomPane").toString(), "chart");
@@ -171,22 +149,19 @@ TEST(BottomPane, LogOptionsChangeTheModel) {
     BottomPane pane(*model);
     pane.show();
     pane.toggleLogOptions();
-    const struct {
-        const char* toggle;
-        bool (PollerModel::*option)() const;
-    } rows[] = {
+    const std::pair<const char*, bool (PollerModel::*)() const> toggles[] = {
         {"autoscrollToggle", &PollerModel::autoscroll},
         {"timestampsToggle", &PollerModel::showTimestamps},
         {"rawFramesToggle", &PollerModel::showRawFrames},
         {"onlyProblemsToggle", &PollerModel::logOnlyProblems},
     };
-    for (const auto& row : rows) {
-        auto* toggle = pane.findChild<QCheckBox*>(row.toggle);
-        ASSERT_NE(toggle, nullptr) << row.toggle;
-        const bool before = (model.get()->*row.option)();
-        EXPECT_EQ(toggle->isChecked(), before) << row.toggle;
+    for (const auto& [name, option] : toggles) {
+        SCOPED_TRACE(name);
+        auto* toggle = child<QCheckBox>(pane, name);
+        const bool before = (*model.*option)();
+        EXPECT_EQ(toggle->isChecked(), before);
         toggle->click();
-        EXPECT_EQ((model.get()->*row.option)(), !before) << row.toggle;
+        EXPECT_EQ((*model.*option)(), !before);
     }
 }
 

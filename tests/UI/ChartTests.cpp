@@ -1,5 +1,6 @@
 #include "ChartLines.h"
 #include "ChartView.h"
+#include "Driving.h"
 #include "PaneTestModel.h"
 #include "TimeScale.h"
 #include "ValueScale.h"
@@ -7,17 +8,12 @@
 #include <cmath>
 #include <limits>
 #include <random>
-#include <stdexcept>
 
-#include <QApplication>
 #include <QChart>
 #include <QChartView>
-#include <QComboBox>
 #include <QDateTimeAxis>
-#include <QSettings>
 #include <QStackedWidget>
 #include <QValueAxis>
-#include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {
@@ -49,32 +45,26 @@ TEST(TimeScale, TicksFallOnRoundLocalTimes) {
     constexpr qint64 h = 3600 * s;
     // 12:00:00 UTC on a day in November.
     const qint64 noon = QDateTime(QDate(2026, 11, 16), QTime(12, 0), Qt::UTC).toMSecsSinceEpoch();
+    constexpr qint64 d = 24 * h;
+    // Times from noon UTC, then the local time's offset from UTC.
     const struct {
         const char* name;
         qint64 first, last, offset;
         TimeScale expected;
     } rows[] = {
-        {"seconds", noon + 1300, noon + 9700, 0, {noon, noon + 10 * s, 6, "HH:mm:ss"}},
-        {"a minute in 15 s steps",
-         noon + 2 * s,
-         noon + 62 * s,
-         0,
-         {noon, noon + 75 * s, 6, "HH:mm:ss"}},
-        {"under a second", noon + 120, noon + 730, 0, {noon, noon + 800, 5, "HH:mm:ss.zzz"}},
-        {"hours on the local hour, not the UTC one",
-         noon + 10 * 60 * s,
-         noon + 4 * h,
-         h / 2,
-         {noon - h / 2, noon + 4 * h + h / 2, 6, "HH:mm"}},
-        {"one sample", noon + 500, noon + 500, 0, {noon + 500, noon + 600, 2, "HH:mm:ss.zzz"}},
-        {"days",
-         noon,
-         noon + 40 * 24 * h,
-         0,
-         {noon - 12 * h, noon + 40 * 24 * h + 12 * h, 42, "yyyy-MM-dd"}},
+        {"seconds", 1300, 9700, 0, {0, 10 * s, 6, "HH:mm:ss"}},
+        {"a minute in 15 s steps", 2 * s, 62 * s, 0, {0, 75 * s, 6, "HH:mm:ss"}},
+        {"under a second", 120, 730, 0, {0, 800, 5, "HH:mm:ss.zzz"}},
+        {"on the local hour, not UTC's", 600 * s, 4 * h, h / 2, {-h / 2, 9 * h / 2, 6, "HH:mm"}},
+        {"one sample", 500, 500, 0, {500, 600, 2, "HH:mm:ss.zzz"}},
+        {"days", 0, 40 * d, 0, {-d / 2, 40 * d + d / 2, 42, "yyyy-MM-dd"}},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(TimeScale::around(row.first, row.last, row.offset), row.expected) << row.name;
+        TimeScale expected = row.expected;
+        expected.startMs += noon;
+        expected.endMs += noon;
+        EXPECT_EQ(TimeScale::around(noon + row.first, noon + row.last, row.offset), expected)
+            << row.name;
     }
 }
 
@@ -163,9 +153,7 @@ TEST(ChartLines, KeepsFirstExtremesAndLastOfEachPixelColumn) {
 
 struct ChartFixture {
     ChartFixture() {
-        Poll poll;
-        poll.name = "Boiler";
-        poll.datapoints = {PaneTest::holding("Temperature", 0), PaneTest::holding("Pressure", 1)};
+        Poll poll = Testing::poll("Boiler", {PaneTest::holding("T", 0), PaneTest::holding("P", 1)});
         temperature = poll.datapoints[0].id;
         pressure = poll.datapoints[1].id;
         poll.plotted = {temperature};
@@ -177,12 +165,12 @@ struct ChartFixture {
     }
 
     static const ChartLines& drawnLines(const ChartView& view) {
-        for (QGraphicsItem* item : view.findChild<QChartView*>("chart")->chart()->childItems()) {
+        for (QGraphicsItem* item : child<QChartView>(view, "chart")->chart()->childItems()) {
             if (const auto* lines = dynamic_cast<const ChartLines*>(item)) {
                 return *lines;
             }
         }
-        throw std::logic_error("the chart has no lines");
+        throw std::runtime_error("the chart has no lines");
     }
 
     static std::vector<qsizetype> drawnCounts(const ChartView& view) {
@@ -216,14 +204,11 @@ TEST(ChartView, PeriodLimitsTheSamplesDrawnAndBrokenValuesAreLeftOut) {
     ChartView view(*fixture.model);
     view.show();
 
-    const struct {
-        int period;
-        qsizetype drawn;
-    } rows[] = {{300, 3}, {900, 3}, {3600, 4}, {0, 5}, {60, 2}};
-    for (const auto& row : rows) {
-        view.setPeriodSeconds(row.period);
-        EXPECT_EQ(fixture.drawnCounts(view), std::vector<qsizetype>{row.drawn})
-            << "period " << row.period;
+    const std::vector<std::pair<int, qsizetype>> drawnIn{
+        {300, 3}, {900, 3}, {3600, 4}, {0, 5}, {60, 2}};
+    for (const auto& [period, drawn] : drawnIn) {
+        view.setPeriodSeconds(period);
+        EXPECT_EQ(fixture.drawnCounts(view), std::vector<qsizetype>{drawn}) << "period " << period;
     }
     const QRectF domain = ChartFixture::drawnLines(view).domain();
     EXPECT_LE(domain.top(), 5.0);
@@ -237,8 +222,7 @@ TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYetAndHiddenDrawsWhenShow
     ChartView view(*fixture.model);
     view.show();
     view.refresh();
-    auto* pages = view.findChild<QStackedWidget*>();
-    ASSERT_NE(pages, nullptr);
+    const auto* pages = child<QStackedWidget>(view);
     EXPECT_EQ(pages->currentWidget()->objectName(), "chartEmpty");
 
     view.hide();
@@ -256,8 +240,7 @@ TEST(ChartView, WithoutPlottedSamplesShowsNothingToShowYetAndHiddenDrawsWhenShow
 TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
     ChartFixture fixture;
     ChartView view(*fixture.model);
-    view.resize(800, 320);
-    view.show();
+    showAt(view, 800, 320);
     fixture.record(fixture.temperature, 1, 1.0);
     view.refresh(); // the chart is now laid out with its first range
     QApplication::processEvents();
@@ -267,7 +250,7 @@ TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
     view.refresh();
     QApplication::processEvents();
 
-    QChart* chart = view.findChild<QChartView*>("chart")->chart();
+    QChart* chart = child<QChartView>(view, "chart")->chart();
     const auto axes = chart->axes(Qt::Horizontal);
     ASSERT_EQ(axes.size(), 1);
     auto* time = qobject_cast<QDateTimeAxis*>(axes.front());
@@ -297,16 +280,12 @@ TEST(ChartView, ChosenPeriodSurvivesANewView) {
     {
         ChartView view(*fixture.model);
         EXPECT_EQ(view.periodSeconds(), ChartView::defaultPeriodSeconds);
-        auto* picker = view.findChild<QComboBox*>("chartPeriod");
-        ASSERT_NE(picker, nullptr);
-        ASSERT_EQ(picker->count(), 5);
-        picker->setCurrentIndex(4);
-        emit picker->activated(4);
+        choose(child<QComboBox>(view, "chartPeriod"), 0);
         EXPECT_EQ(view.periodSeconds(), 0);
     }
     ChartView again(*fixture.model);
     EXPECT_EQ(again.periodSeconds(), 0);
-    EXPECT_EQ(again.findChild<QComboBox*>("chartPeriod")->currentData().toInt(), 0);
+    EXPECT_EQ(child<QComboBox>(again, "chartPeriod")->currentData().toInt(), 0);
 }
 
 } // namespace

@@ -1,24 +1,22 @@
+#include "Driving.h"
 #include "HelpPage.h"
 #include "HelpWindow.h"
 #include "L10n.h"
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
-#include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {
 
 struct HelpWindowParts {
     explicit HelpWindowParts(HelpWindow& window)
-        : search(window.findChild<QLineEdit*>("helpSearch"))
-        , list(window.findChild<QListWidget*>("helpTopics"))
-        , noResults(window.findChild<QLabel*>("helpNoResults"))
-        , page(window.findChild<QTextBrowser*>("helpPage")) {}
+        : search(child<QLineEdit>(window, "helpSearch"))
+        , list(child<QListWidget>(window, "helpTopics"))
+        , noResults(child<QLabel>(window, "helpNoResults"))
+        , page(child<QTextBrowser>(window, "helpPage")) {}
 
     QString pageTitle() const { return page->document()->firstBlock().text(); }
     QStringList listed() const {
@@ -44,14 +42,15 @@ QString titleOf(const std::string& id) {
     return {};
 }
 
-// The selection moves only when the search leaves it out.
-TEST(HelpWindow, OpensOnGettingStartedAndSearchKeepsTheSelectionWhileItMatches) {
+// The selection moves only when the search leaves it out; with no match at all the page stays.
+TEST(HelpWindow, SearchKeepsTheSelectionWhileItMatchesAndThePageWhenNothingDoes) {
     const std::string onlyInShortcuts = "Open this help";
     const std::vector<HelpTopic> found = HelpTopic::search(onlyInShortcuts);
     ASSERT_EQ(found.size(), 1U);
     ASSERT_EQ(found.front().id, "shortcuts");
 
     HelpWindow window;
+    window.show();
     HelpWindowParts parts(window);
     EXPECT_EQ(window.selection(), "start");
     EXPECT_EQ(parts.pageTitle(), titleOf("start"));
@@ -73,12 +72,8 @@ TEST(HelpWindow, OpensOnGettingStartedAndSearchKeepsTheSelectionWhileItMatches) 
     EXPECT_EQ(parts.listed(),
               (QStringList{titleOf("datapoints"), titleOf("csv"), titleOf("troubleshooting")}));
     EXPECT_EQ(parts.list->currentItem()->text(), titleOf("troubleshooting"));
-}
 
-TEST(HelpWindow, NoMatchShowsTheNoticeAndKeepsThePage) {
-    HelpWindow window;
-    window.show();
-    HelpWindowParts parts(window);
+    parts.search->clear();
     window.select("writing");
     parts.search->setText("zzqx no such words");
     EXPECT_TRUE(parts.noResults->isVisible());

@@ -1,22 +1,17 @@
-#include "BottomPane.h"
-#include "HelpWindow.h"
+#include "FileDialogs.h"
 #include "LogPalette.h"
-#include "MessageBoxClick.h"
-#include "PollTabBar.h"
 #include "ShellFixture.h"
-#include "TopBar.h"
 
 #include <QAction>
+#include <QDir>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
 
 namespace kestrin::ShellTesting {
 namespace {
-
-QPushButton* startButton(const MainWindow& window) {
-    return window.findChild<QPushButton*>(QStringLiteral("startStopButton"));
-}
 
 // Which situations allow a start is the model's rule; here only that the window follows it.
 TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsAgain) {
@@ -25,36 +20,36 @@ TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsA
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
     activate(window);
-    QPushButton* button = startButton(window);
-    EXPECT_FALSE(button->isEnabled());
-    EXPECT_FALSE(window.startStopAction()->isEnabled());
+    auto* button = child<QPushButton>(window, "startStopButton");
+    QAction* action = window.startStopAction();
+    EXPECT_FALSE(button->isEnabled() || action->isEnabled());
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
     EXPECT_FALSE(model->isEngineHeld());
 
     model->addTestDevice(simulator.port(), "simulator");
-    ASSERT_TRUE(waitUntil([&] { return window.startStopAction()->isEnabled(); }));
+    ASSERT_TRUE(waitUntil([&] { return action->isEnabled(); }));
     const QColor stoppedTint = button->palette().color(QPalette::Button);
     ASSERT_TRUE(button->isEnabled());
-    EXPECT_EQ(button->text(), "Start");
-    EXPECT_EQ(window.startStopAction()->text(), "Start");
-    EXPECT_EQ(window.windowTitle(), "Kestrin — Stopped");
+    const auto shows = [&](const QString& state, const QString& command, const QString& help) {
+        EXPECT_EQ(button->text(), command);
+        EXPECT_EQ(action->text(), command);
+        EXPECT_EQ(window.windowTitle(), "Kestrin — " + state);
+        if (!help.isEmpty()) {
+            EXPECT_EQ(button->toolTip(), help);
+        }
+    };
+    shows("Stopped", "Start", {});
 
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
         << model->errorMessage().value_or("");
-    EXPECT_EQ(button->text(), "Stop");
-    EXPECT_EQ(button->toolTip(), "Stop reading (Ctrl+R)");
-    EXPECT_EQ(window.startStopAction()->text(), "Stop");
-    EXPECT_EQ(window.windowTitle(), "Kestrin — Reading");
+    shows("Reading", "Stop", "Stop reading (Ctrl+R)");
     EXPECT_EQ(button->palette().color(QPalette::Button), LogPalette::fillOrange());
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }));
 
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::stopped; }));
-    EXPECT_EQ(button->text(), "Start");
-    EXPECT_EQ(button->toolTip(), "Start reading (Ctrl+R)");
-    EXPECT_EQ(window.startStopAction()->text(), "Start");
-    EXPECT_EQ(window.windowTitle(), "Kestrin — Stopped");
+    shows("Stopped", "Start", "Start reading (Ctrl+R)");
     EXPECT_EQ(button->palette().color(QPalette::Button), stoppedTint);
 }
 
@@ -67,12 +62,12 @@ TEST(MainWindowAlert, ShowsTheErrorAndClearsItWhenDismissed) {
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->windowTitle(), "Something went wrong");
     EXPECT_EQ(alert->text(), "Select a serial port first.");
-    QTest::mouseClick(alert->findChild<QPushButton*>(QStringLiteral("errorAlertOK")),
-                      Qt::LeftButton);
+    click(child(*alert, "errorAlertOK"));
     EXPECT_TRUE(waitUntil([&] { return window.errorAlert() == nullptr; }));
     EXPECT_FALSE(model->errorMessage().has_value());
 }
 
+// Ctrl+Q, last, closes the window.
 TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheModel) {
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
@@ -88,25 +83,23 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheM
             }
         }
     }
-    const std::map<QString, QString> expected{
-        {"New Project", "Ctrl+N"},
-        {"Open Project…", "Ctrl+O"},
-        {"Save Project As…", "Ctrl+Shift+S"},
-        {"Save Log…", "Ctrl+S"},
-        {"Import Datapoints (CSV)…", "Ctrl+Shift+I"},
-        {"Export Datapoints (CSV)…", "Ctrl+Shift+E"},
-        {"Quit", "Ctrl+Q"},
-        {"Start", "Ctrl+R"},
-        {"New Poll", "Ctrl+T"},
-        {"Datapoint", "Ctrl+Shift+D"},
-        {"Export History (CSV)…", ""},
-        {"Clear Log", "Ctrl+K"},
-        {"Autoscroll", ""},
-        {"Timestamps", ""},
-        {"Show raw RTU frames", ""},
-        {"Log only errors and writes", ""},
-        {"Kestrin Help", "F1"},
-    };
+    const std::map<QString, QString> expected{{"New Project", "Ctrl+N"},
+                                              {"Open Project…", "Ctrl+O"},
+                                              {"Save Project As…", "Ctrl+Shift+S"},
+                                              {"Save Log…", "Ctrl+S"},
+                                              {"Import Datapoints (CSV)…", "Ctrl+Shift+I"},
+                                              {"Export Datapoints (CSV)…", "Ctrl+Shift+E"},
+                                              {"Quit", "Ctrl+Q"},
+                                              {"Start", "Ctrl+R"},
+                                              {"New Poll", "Ctrl+T"},
+                                              {"Datapoint", "Ctrl+Shift+D"},
+                                              {"Export History (CSV)…", ""},
+                                              {"Clear Log", "Ctrl+K"},
+                                              {"Autoscroll", ""},
+                                              {"Timestamps", ""},
+                                              {"Show raw RTU frames", ""},
+                                              {"Log only errors and writes", ""},
+                                              {"Kestrin Help", "F1"}};
     EXPECT_EQ(shortcuts, expected);
 
     ASSERT_NE(timestamps, nullptr);
@@ -116,6 +109,10 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheM
     EXPECT_EQ(model->showTimestamps(), !before);
     model->setShowTimestamps(before);
     EXPECT_EQ(timestamps->isChecked(), before);
+
+    activate(window);
+    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_FALSE(window.isVisible());
 }
 
 // A project without datapoints is replaced at once: a question would block the test.
@@ -128,6 +125,7 @@ TEST(MainWindowMenus, NewProjectAsksBeforeItDropsDatapoints) {
                 {PollerProject::firstRun(), "Replace", true},
                 {project({poll("Empty", {}), poll("Also empty", {})}), nullptr, true}};
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.choice != nullptr ? row.choice : "not asked");
         auto model = makeModel(row.start);
         MainWindow window(*model);
         activate(window);
@@ -140,19 +138,29 @@ TEST(MainWindowMenus, NewProjectAsksBeforeItDropsDatapoints) {
             });
         }
         QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
-        EXPECT_EQ(asked, row.choice != nullptr) << row.replaced;
+        EXPECT_EQ(asked, row.choice != nullptr);
         EXPECT_EQ(model->polls().size() == 1 && model->polls().front().datapoints.empty(),
-                  row.replaced)
-            << row.replaced;
+                  row.replaced);
     }
 }
 
-TEST(MainWindowMenus, QuitClosesTheWindows) {
-    auto model = makeModel(PollerProject::firstRun());
-    MainWindow window(*model);
-    activate(window);
-    QTest::keyClick(&window, Qt::Key_Q, Qt::ControlModifier);
-    EXPECT_FALSE(window.isVisible());
+TEST(FileDialogs, StartInTheFolderUsedLastWhileItExists) {
+    QSettings("Kestrin", "Kestrin").clear();
+    const QTemporaryDir files;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString fallback = QDir(documents).exists() ? documents : QDir::homePath();
+    EXPECT_EQ(FileDialogs::startFolder(), fallback);
+
+    ASSERT_TRUE(QDir(files.path()).mkpath("exports"));
+    const QString folder = QDir(files.path()).filePath("exports");
+    FileDialogs::rememberFolder(QDir(folder).filePath("boiler.csv"));
+    EXPECT_EQ(FileDialogs::startFolder(), folder);
+    // A cancelled dialog leaves the folder as it was.
+    FileDialogs::rememberFolder(QString());
+    EXPECT_EQ(FileDialogs::startFolder(), folder);
+
+    ASSERT_TRUE(QDir(folder).removeRecursively());
+    EXPECT_EQ(FileDialogs::startFolder(), fallback);
 }
 
 } // namespace

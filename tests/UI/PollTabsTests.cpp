@@ -4,20 +4,15 @@
 #include "ShellFixture.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QToolButton>
 
 namespace kestrin::ShellTesting {
 namespace {
 
-QAction* action(QMenu* menu, const char* name) {
-    auto* found = menu->findChild<QAction*>(QString::fromLatin1(name));
-    EXPECT_NE(found, nullptr) << name;
-    return found;
+// Chooses the entry of the poll's tab menu, as a right click and a click in it do.
+void fromMenu(PollTabBar& bar, const Uuid& poll, const char* entry) {
+    const std::unique_ptr<QMenu> menu(bar.contextMenu(poll));
+    child<QAction>(*menu, entry)->trigger();
 }
 
 std::vector<Poll> twoPolls() {
@@ -31,9 +26,7 @@ TEST(PollTabMenu, RemovalWaitsForConfirmationAndNeverTakesTheLastPoll) {
         auto model = makeModel(project(twoPolls()));
         PollTabBar bar(*model);
         const Uuid pump = model->polls().back().id;
-        QMenu* menu = bar.contextMenu(pump);
-        action(menu, "removePollAction")->trigger();
-        delete menu;
+        fromMenu(bar, pump, "removePollAction");
         QMessageBox* question = bar.removeConfirmation();
         ASSERT_NE(question, nullptr);
         EXPECT_EQ(bar.confirmDelete(), pump);
@@ -45,9 +38,7 @@ TEST(PollTabMenu, RemovalWaitsForConfirmationAndNeverTakesTheLastPoll) {
         EXPECT_GT(question->width(),
                   question->fontMetrics().horizontalAdvance(question->windowTitle()) + 100);
         EXPECT_EQ(model->polls().size(), 2u) << "removed before the answer";
-        const char* button = confirm ? "confirmRemovePollButton" : "cancelRemovePollButton";
-        QTest::mouseClick(question->findChild<QPushButton*>(QString::fromLatin1(button)),
-                          Qt::LeftButton);
+        click(child(*question, confirm ? "confirmRemovePollButton" : "cancelRemovePollButton"));
         EXPECT_EQ(model->polls().size(), confirm ? 1u : 2u) << confirm;
         EXPECT_FALSE(bar.confirmDelete().has_value()) << confirm;
         EXPECT_EQ(bar.tabs().size(), model->polls().size()) << confirm;
@@ -55,9 +46,8 @@ TEST(PollTabMenu, RemovalWaitsForConfirmationAndNeverTakesTheLastPoll) {
     auto model = makeModel(project({twoPolls().front()}));
     PollTabBar bar(*model);
     const Uuid last = model->polls().front().id;
-    QMenu* menu = bar.contextMenu(last);
-    EXPECT_FALSE(action(menu, "removePollAction")->isEnabled());
-    delete menu;
+    const std::unique_ptr<QMenu> menu(bar.contextMenu(last));
+    EXPECT_FALSE(child<QAction>(*menu, "removePollAction")->isEnabled());
     bar.askToRemove(last);
     EXPECT_FALSE(bar.confirmDelete().has_value());
 }
@@ -65,54 +55,49 @@ TEST(PollTabMenu, RemovalWaitsForConfirmationAndNeverTakesTheLastPoll) {
 TEST(PollTabMenu, DuplicateAndPlusAddAPollAndSelectItsTab) {
     auto model = makeModel(project(twoPolls()));
     PollTabBar bar(*model);
-    QMenu* menu = bar.contextMenu(model->polls().front().id);
-    action(menu, "duplicatePollAction")->trigger();
-    delete menu;
+    fromMenu(bar, model->polls().front().id, "duplicatePollAction");
     ASSERT_EQ(bar.tabs().size(), 3u);
     const PollTab* copy = bar.tab(*model->selectedPollID());
     ASSERT_NE(copy, nullptr);
     EXPECT_EQ(copy->text(), "Boiler (copy)");
     EXPECT_TRUE(copy->isSelected());
 
-    QTest::mouseClick(bar.findChild<QToolButton*>("addPollButton"), Qt::LeftButton);
+    click(child(bar, "addPollButton"));
     ASSERT_EQ(bar.tabs().size(), 4u);
     EXPECT_EQ(model->selectedPollID(), model->polls().back().id);
     EXPECT_TRUE(bar.tabs().back()->isSelected());
 }
 
-TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorFollows) {
+// The editor shows the clicked tab's poll, changes only that one, and an empty name reads Untitled.
+TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorChangesIt) {
     std::vector<Poll> polls = twoPolls();
+    polls[0].name.clear();
     polls[1].intervalMs = 5000;
     polls[1].enabled = false;
     auto model = makeModel(project(polls));
     PollTabBar bar(*model);
-    QTest::mouseClick(bar.tabs()[1], Qt::LeftButton);
+    EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
+    click(bar.tabs()[1]);
     EXPECT_EQ(model->selectedPollID(), model->polls()[1].id);
     EXPECT_TRUE(bar.tabs()[1]->isSelected());
     EXPECT_FALSE(bar.tabs()[0]->isSelected());
-    EXPECT_EQ(bar.findChild<QLineEdit*>("pollNameField")->text(), "Pump");
-    EXPECT_EQ(bar.findChild<QComboBox*>("pollIntervalPicker")->currentText(), "5 s");
-    EXPECT_FALSE(bar.findChild<QCheckBox*>("pollActiveToggle")->isChecked());
+    auto* name = child<QLineEdit>(bar, "pollNameField");
+    auto* interval = child<QComboBox>(bar, "pollIntervalPicker");
+    auto* active = child<QCheckBox>(bar, "pollActiveToggle");
+    EXPECT_EQ(name->text(), "Pump");
+    EXPECT_EQ(interval->currentText(), "5 s");
+    EXPECT_FALSE(active->isChecked());
     EXPECT_TRUE(bar.tabs()[1]->isPaused());
-}
 
-TEST(PollTabs, TheEditorChangesTheSelectedPollAndAnEmptyNameReadsUntitled) {
-    std::vector<Poll> polls = twoPolls();
-    polls[0].name.clear();
-    auto model = makeModel(project(polls));
-    model->setSelectedPollID(model->polls()[1].id);
-    PollTabBar bar(*model);
-    EXPECT_EQ(bar.tabs()[0]->text(), "Untitled");
-    auto* name = bar.findChild<QLineEdit*>("pollNameField");
     name->selectAll();
     QTest::keyClicks(name, "Tank");
-    auto* interval = bar.findChild<QComboBox*>("pollIntervalPicker");
-    emit interval->activated(interval->findData(250));
-    QTest::mouseClick(bar.findChild<QCheckBox*>("pollActiveToggle"), Qt::LeftButton);
+    choose(interval, 250);
+    click(active);
     const Poll& edited = model->polls()[1];
     EXPECT_EQ(edited.name, "Tank");
     EXPECT_EQ(edited.intervalMs, 250);
-    EXPECT_FALSE(edited.enabled);
+    EXPECT_TRUE(edited.enabled);
+    EXPECT_FALSE(bar.tabs()[1]->isPaused());
     EXPECT_EQ(model->polls()[0].name, "");
     EXPECT_EQ(bar.tabs()[1]->text(), "Tank");
     name->selectAll();

@@ -1,6 +1,7 @@
 #pragma once
 
 #define KESTRIN_SIM KESTRIN_SIM_PATH
+#include "Driving.h"
 #include "L10n.h"
 #include "Model/ModelFixture.h"
 #include "Model/TestFiles.h"

@@ -5,13 +5,9 @@
 #include "TableFixture.h"
 #include "WritePopover.h"
 
-#include <QApplication>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
-#include <QPushButton>
 #include <QTableView>
-#include <QToolButton>
 
 namespace kestrin::TableTesting {
 namespace {
@@ -37,16 +33,14 @@ TEST_F(WritePopoverTest, StartsFromTheCurrentValueRefusesWhatDoesNotFitAndWrites
     Datapoint scaled = datapoint("Temperature", RegisterTable::holdingRegister, 0, DataType::int16);
     scaled.scale = 0.1;
     const QPointer<WritePopover> empty = open(scaled);
-    EXPECT_EQ(empty->findChild<QLineEdit*>("writeValue")->text(), "");
+    EXPECT_EQ(child<QLineEdit>(*empty, "writeValue")->text(), "");
     delete empty.data();
 
     const QPointer<WritePopover> popover = open(scaled, 21.5);
-    auto* field = popover->findChild<QLineEdit*>("writeValue");
+    auto* field = child<QLineEdit>(*popover, "writeValue");
     EXPECT_EQ(field->text().replace(',', '.'), "21.5");
-    field->clear();
-    QTest::keyClicks(field, "99999");
-    QTest::keyClick(field, Qt::Key_Return);
-    const auto* message = popover->findChild<QLabel*>("writeMessage");
+    typeIn(field, "99999");
+    const auto* message = child<QLabel>(*popover, "writeMessage");
     EXPECT_TRUE(popover->isInvalid() && popover->isVisible());
     EXPECT_EQ(message->text(), "This value does not fit in Int16.");
     EXPECT_FALSE(model->writeError());
@@ -55,9 +49,7 @@ TEST_F(WritePopoverTest, StartsFromTheCurrentValueRefusesWhatDoesNotFitAndWrites
     EXPECT_EQ(message->text(),
               "Type a value and press Enter. Hex (0x1F) or binary (0b101) works too.");
 
-    field->clear();
-    QTest::keyClicks(field, "0x1F");
-    QTest::keyClick(field, Qt::Key_Return);
+    typeIn(field, "0x1F");
     EXPECT_FALSE(popover->isVisible());
     EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
     delete popover.data();
@@ -79,9 +71,7 @@ protected:
         ASSERT_FALSE(simulator->port().empty());
         create(project({setpoint, pump, missing}));
         panel = std::make_unique<DatapointPanel>(*model);
-        panel->resize(1300, 400);
-        panel->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(panel.get()));
+        showAt(*panel, 1300, 400);
         startReading(simulator->port());
     }
     void TearDown() override {
@@ -91,7 +81,7 @@ protected:
     }
 
     // Clicks the pencil of the row's value cell and returns the editor it opened.
-    WritePopover* clickPencil(int row) {
+    WritePopover& clickPencil(int row) {
         QTableView* view = panel->tableView();
         const QRect cell = view->visualRect(panel->tableModel()->index(row, Model::value));
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {},
@@ -99,10 +89,10 @@ protected:
         for (QWidget* widget : QApplication::topLevelWidgets()) {
             if (auto* popover = qobject_cast<WritePopover*>(widget);
                 popover != nullptr && popover->isVisible()) {
-                return popover;
+                return *popover;
             }
         }
-        return nullptr;
+        throw std::runtime_error("the pencil opened no editor");
     }
 
     // The registers of the latest read of the datapoint.
@@ -110,46 +100,38 @@ protected:
         const PointStatus* status = model->status(point.id);
         return status != nullptr ? status->raw : std::vector<std::uint16_t>{};
     }
+
+    bool reads(const Datapoint& point, std::uint16_t value) {
+        return waitUntil([&] { return lastRead(point) == std::vector<std::uint16_t>{value}; });
+    }
 };
 
 TEST_F(WritingToTheSimulator, ATypedValueAndTheCoilsOnAndOffReachTheDevice) {
-    ASSERT_TRUE(waitUntil([&] { return lastRead(setpoint) == std::vector<std::uint16_t>{100}; }));
-    WritePopover* popover = clickPencil(0);
-    ASSERT_NE(popover, nullptr);
-    auto* field = popover->findChild<QLineEdit*>("writeValue");
+    ASSERT_TRUE(reads(setpoint, 100));
+    auto* field = child<QLineEdit>(clickPencil(0), "writeValue");
     EXPECT_EQ(field->text(), "100");
-    field->clear();
-    QTest::keyClicks(field, "1234");
-    QTest::keyClick(field, Qt::Key_Return);
+    typeIn(field, "1234");
     // The written value is shown at once; the registers change only when read back.
-    EXPECT_TRUE(waitUntil([&] { return lastRead(setpoint) == std::vector<std::uint16_t>{1234}; }));
+    EXPECT_TRUE(reads(setpoint, 1234));
     EXPECT_FALSE(model->writeError());
 
-    ASSERT_TRUE(waitUntil([&] { return lastRead(pump) == std::vector<std::uint16_t>{0}; }));
-    WritePopover* on = clickPencil(1);
-    ASSERT_NE(on, nullptr);
-    EXPECT_EQ(on->findChild<QLineEdit*>("writeValue"), nullptr);
-    QTest::mouseClick(on->findChild<QPushButton*>("writeOn"), Qt::LeftButton);
-    ASSERT_TRUE(waitUntil([&] { return lastRead(pump) == std::vector<std::uint16_t>{1}; }));
-
-    WritePopover* off = clickPencil(1);
-    ASSERT_NE(off, nullptr);
-    QTest::mouseClick(off->findChild<QPushButton*>("writeOff"), Qt::LeftButton);
-    EXPECT_TRUE(waitUntil([&] { return lastRead(pump) == std::vector<std::uint16_t>{0}; }));
+    ASSERT_TRUE(reads(pump, 0));
+    WritePopover& on = clickPencil(1);
+    EXPECT_EQ(on.findChild<QLineEdit*>("writeValue"), nullptr);
+    click(child(on, "writeOn"));
+    ASSERT_TRUE(reads(pump, 1));
+    click(child(clickPencil(1), "writeOff"));
+    EXPECT_TRUE(reads(pump, 0));
 }
 
 TEST_F(WritingToTheSimulator, ARefusedWriteShowsTheBannerUntilDismissed) {
-    auto* banner = panel->findChild<NoticeBanner*>("writeErrorBanner");
-    ASSERT_NE(banner, nullptr);
+    auto* banner = child<NoticeBanner>(*panel, "writeErrorBanner");
     EXPECT_FALSE(banner->isVisible());
-    WritePopover* popover = clickPencil(2);
-    ASSERT_NE(popover, nullptr);
-    QTest::keyClicks(popover->findChild<QLineEdit*>("writeValue"), "5");
-    QTest::keyClick(popover->findChild<QLineEdit*>("writeValue"), Qt::Key_Return);
+    typeIn(child<QLineEdit>(clickPencil(2), "writeValue"), "5");
     ASSERT_TRUE(waitUntil([&] { return banner->isVisible(); }));
     EXPECT_TRUE(banner->text().startsWith("Writing Missing failed: "))
         << banner->text().toStdString();
-    QTest::mouseClick(banner->findChild<QToolButton*>("noticeDismiss"), Qt::LeftButton);
+    click(child(*banner, "noticeDismiss"));
     EXPECT_FALSE(banner->isVisible());
     EXPECT_FALSE(model->writeError());
 }
