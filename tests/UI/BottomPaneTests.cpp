@@ -1,17 +1,9 @@
 #include "BottomPane.h"
-#include "Driving.h"
 #include "ElidedLine.h"
 #include "EmptyLogView.h"
-#include "L10n.h"
 #include "LanguageForTesting.h"
 #include "NoticeBanner.h"
-#include "PaneTestModel.h"
-
-#include <QCheckBox>
-#include <QLabel>
-#include <QPushButton>
-#include <QSettings>
-#include <QToolButton>
+#include "UIFixture.h"
 
 namespace kestrin {
 namespace {

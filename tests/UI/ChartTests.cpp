@@ -1,8 +1,7 @@
 #include "ChartLines.h"
 #include "ChartView.h"
-#include "Driving.h"
-#include "PaneTestModel.h"
 #include "TimeScale.h"
+#include "UIFixture.h"
 #include "ValueScale.h"
 
 #include <cmath>

@@ -4,14 +4,11 @@
 #include "DatapointTableView.h"
 #include "LanguageForTesting.h"
 #include "LogPalette.h"
-#include "TableFixture.h"
+#include "UIFixture.h"
 
 #include <QHeaderView>
-#include <QLabel>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
-#include <QToolButton>
 
 namespace kestrin::TableTesting {
 namespace {

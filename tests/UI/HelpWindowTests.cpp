@@ -1,9 +1,7 @@
-#include "Driving.h"
 #include "HelpPage.h"
 #include "HelpWindow.h"
-#include "L10n.h"
+#include "UIFixture.h"
 
-#include <QLabel>
 #include <QListWidget>
 #include <QTextBlock>
 #include <QTextBrowser>

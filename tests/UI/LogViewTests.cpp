@@ -2,12 +2,10 @@
 #include "LogPalette.h"
 #include "LogView.h"
 #include "OutputBuffer.h"
+#include "UIFixture.h"
 
-#include <QApplication>
-#include <QLineEdit>
 #include <QTextBlock>
 #include <QTextCursor>
-#include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {

@@ -1,7 +1,7 @@
 #include "AppOptions.h"
 #include "DemoDevice.h"
 #include "QuitSignals.h"
-#include "ShellFixture.h"
+#include "UIFixture.h"
 
 #include <csignal>
 #include <cstdio>

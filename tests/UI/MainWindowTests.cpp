@@ -1,12 +1,10 @@
 #include "FileDialogs.h"
 #include "LogPalette.h"
-#include "ShellFixture.h"
+#include "UIFixture.h"
 
 #include <QAction>
 #include <QDir>
 #include <QMenuBar>
-#include <QPushButton>
-#include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 

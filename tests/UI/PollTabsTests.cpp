@@ -1,9 +1,8 @@
 #include "LogPalette.h"
 #include "PollTab.h"
 #include "PollTabBar.h"
-#include "ShellFixture.h"
+#include "UIFixture.h"
 
-#include <QCheckBox>
 #include <QMenu>
 
 namespace kestrin::ShellTesting {

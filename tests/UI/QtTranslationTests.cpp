@@ -1,14 +1,12 @@
 #include "HelpTopic.h"
-#include "L10n.h"
 #include "LanguageForTesting.h"
 #include "QtTranslation.h"
+#include "UIFixture.h"
 
 #include <algorithm>
 
 #include <QDialogButtonBox>
 #include <QKeySequence>
-#include <QPushButton>
-#include <gtest/gtest.h>
 
 namespace kestrin {
 namespace {

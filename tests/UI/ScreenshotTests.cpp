@@ -1,7 +1,7 @@
 #include "HelpTopic.h"
 #include "HelpWindow.h"
 #include "Screenshot.h"
-#include "ShellFixture.h"
+#include "UIFixture.h"
 
 #include <QFile>
 #include <QImage>

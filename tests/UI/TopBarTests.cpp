@@ -2,17 +2,12 @@
 #include "LanguageForTesting.h"
 #include "LogPalette.h"
 #include "SerialSettingsPopover.h"
-#include "ShellFixture.h"
 #include "StatusDot.h"
 #include "TopBar.h"
-
-#include <chrono>
+#include "UIFixture.h"
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
-#include <QLabel>
-#include <QPushButton>
-#include <QToolButton>
 
 namespace kestrin::ShellTesting {
 namespace {

@@ -2,10 +2,9 @@
 #include "DatapointPanel.h"
 #include "DatapointTableModel.h"
 #include "NoticeBanner.h"
-#include "TableFixture.h"
+#include "UIFixture.h"
 #include "WritePopover.h"
 
-#include <QLabel>
 #include <QPointer>
 #include <QTableView>
 
