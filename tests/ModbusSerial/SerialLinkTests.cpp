@@ -1,20 +1,30 @@
+#include "ExactBaudRate.h"
 #include "RTUFrame.h"
 #include "RawTerminal.h"
+#include "SerialConfiguration.h"
 #include "SerialLink.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <fcntl.h>
+#include <linux/capability.h>
 #include <map>
+#include <memory>
 #include <string>
 #include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <tuple>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace kestrin {
 namespace {
@@ -36,47 +46,46 @@ public:
     Bytes sent;
 
     int open(const char*, int) override { return take("open", 3).result; }
-    int close(int) override { return take("close", 0).result; }
+    int close(int) override { return take("close").result; }
     int ioctl(int, unsigned long request) override {
-        return take(request == TIOCEXCL ? "TIOCEXCL" : "TIOCNXCL", 0).result;
+        return take(request == TIOCEXCL ? "TIOCEXCL" : "TIOCNXCL").result;
     }
     int tcgetattr(int, termios* attributes) override {
         *attributes = termios{};
         attributes->c_cflag = HUPCL;
-        return take("tcgetattr", 0).result;
+        return take("tcgetattr").result;
     }
     int tcsetattr(int, int, const termios* attributes) override {
         applied.push_back(*attributes);
-        return take("tcsetattr", 0).result;
+        return take("tcsetattr").result;
     }
-    int setExactBaudRate(int, int) override { return take("speed", 0).result; }
-    int tcflush(int, int) override { return take("tcflush", 0).result; }
-    int tcdrain(int) override { return take("tcdrain", 0).result; }
+    int setExactBaudRate(int, int) override { return take("speed").result; }
+    int tcflush(int, int) override { return take("tcflush").result; }
+    int tcdrain(int) override { return take("tcdrain").result; }
     int poll(pollfd* fds, nfds_t, int timeoutMs) override {
         if (script["poll"].empty()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(timeoutMs));
         }
-        const Step step = take("poll", 0);
+        const Step step = take("poll");
         fds->revents = step.revents;
         return step.result;
     }
     ssize_t read(int, void* buffer, std::size_t size) override {
-        const Step step = take("read", 0);
+        const Step step = take("read");
         const std::size_t count = std::min(size, step.data.size());
         std::copy_n(step.data.begin(), count, static_cast<std::uint8_t*>(buffer));
         return count > 0 ? static_cast<ssize_t>(count) : step.result;
     }
     ssize_t write(int, const void* bytes, std::size_t size) override {
         const Step step = take("write", static_cast<int>(size));
-        if (step.result > 0) {
-            const auto* first = static_cast<const std::uint8_t*>(bytes);
-            sent.insert(sent.end(), first, first + step.result);
-        }
+        const auto* first = static_cast<const std::uint8_t*>(bytes);
+        sent.insert(sent.end(), first, first + std::max(step.result, 0));
         return step.result;
     }
+    long count(const std::string& call) const { return std::ranges::count(calls, call); }
 
 private:
-    Step take(const std::string& call, int fallback) {
+    Step take(const std::string& call, int fallback = 0) {
         calls.push_back(call);
         std::deque<Step>& steps = script[call];
         if (steps.empty()) {
@@ -155,8 +164,7 @@ TEST(SerialLink, FailedOpenNamesTheCauseAndReleasesTheDescriptor) {
         SerialLink link(port, {}, false, terminal);
         EXPECT_EQ(link.open(), row.expected);
         EXPECT_FALSE(link.isOpen());
-        const long opened = std::string(row.call) == "open" ? 0 : 1;
-        EXPECT_EQ(std::count(terminal.calls.begin(), terminal.calls.end(), "close"), opened);
+        EXPECT_EQ(terminal.count("close"), std::string(row.call) == "open" ? 0 : 1);
     }
     // Only a refused speed finds new attributes applied, so only then are the originals restored.
     ScriptedTerminal terminal;
@@ -193,8 +201,8 @@ TEST(SerialLink, CloseRestoresThenReleasesOnceAndOpenIsIdempotent) {
         ASSERT_TRUE(link.open().ok());
     }
     const std::vector<std::string> closing{"tcsetattr", "TIOCNXCL", "close"};
-    EXPECT_EQ(std::count(terminal.calls.begin(), terminal.calls.end(), "open"), 2);
-    EXPECT_EQ(std::count(terminal.calls.begin(), terminal.calls.end(), "close"), 2);
+    EXPECT_EQ(terminal.count("open"), 2);
+    EXPECT_EQ(terminal.count("close"), 2);
     EXPECT_TRUE(std::equal(closing.rbegin(), closing.rend(), terminal.calls.rbegin()));
     EXPECT_EQ(terminal.applied.back().c_cflag, tcflag_t{HUPCL});
 }
@@ -243,6 +251,263 @@ TEST(SerialLink, TransientFailuresAreRetriedAndEveryOtherIsMapped) {
             EXPECT_EQ(terminal.sent, request);
         }
     }
+}
+
+// The bits a character takes on the line set the inter-frame silence.
+TEST(SerialConfiguration, FrameTextIsTheInverseOfTheDescriptionAndGivesTheBitsPerCharacter) {
+    const SerialConfiguration base{19200, 8, Parity::none, 1};
+    const std::pair<const char*, int> frames[] = {
+        {"8E1", 11}, {"8N2", 11}, {"7O1", 10}, {"7N1", 9}, {"8O2", 12}};
+    for (const auto& [text, bits] : frames) {
+        const auto serial = base.withFrame(text);
+        ASSERT_TRUE(serial.has_value()) << text;
+        EXPECT_EQ(serial->frameDescription(), text);
+        EXPECT_EQ(serial->shortDescription(), std::string("19200 ") + text);
+        EXPECT_EQ(serial->bitsPerCharacter(), bits) << text;
+    }
+    EXPECT_EQ(base.withFrame(" 8e1 ")->frameDescription(), "8E1");
+    for (const char* text : {"", "8E", "9E1", "6N1", "8X1", "8E3", "8E10", "E81"}) {
+        EXPECT_EQ(base.withFrame(text), std::nullopt) << text;
+    }
+}
+
+TEST(SerialConfiguration, DecodingFailsNamingTheBadKey) {
+    const nlohmann::json valid = SerialConfiguration().json();
+    struct Row {
+        const char* key;
+        nlohmann::json value; // null removes the key
+    };
+    const Row rows[] = {{"baudRate", nullptr},  {"dataBits", nullptr}, {"parity", nullptr},
+                        {"stopBits", nullptr},  {"parity", "mark"},    {"parity", "Even"},
+                        {"parity", 1},          {"baudRate", "9600"},  {"baudRate", 9600.5},
+                        {"baudRate", 1LL << 40}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::string(row.key) + " = " + row.value.dump());
+        nlohmann::json object = valid;
+        if (row.value.is_null()) {
+            object.erase(row.key);
+        } else {
+            object[row.key] = row.value;
+        }
+        const auto decoded = SerialConfiguration::fromJSON(object);
+        ASSERT_FALSE(decoded.ok());
+        EXPECT_EQ(decoded.error().path, row.key);
+    }
+    EXPECT_FALSE(SerialConfiguration::fromJSON(nlohmann::json::array()).ok());
+}
+
+// The real kernel's side of the line: a pseudo-terminal.
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// 01 03 04 00 0A 00 0B + CRC: two registers; the byte count gives the length 9.
+const Bytes registers = RTUFrame::build(1, Bytes{0x03, 0x04, 0x00, 0x0A, 0x00, 0x0B});
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+Bytes slice(const Bytes& bytes, std::size_t from, std::size_t to) {
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(from),
+            bytes.begin() + static_cast<std::ptrdiff_t>(to)};
+}
+
+// Root bypasses TIOCEXCL through CAP_SYS_ADMIN; capabilities are per thread, so a thread that
+// drops it sees the kernel's refusal as any user would.
+void dropAdministratorCapability() {
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> data{};
+    ASSERT_EQ(syscall(SYS_capget, &header, data.data()), 0);
+    data[CAP_TO_INDEX(CAP_SYS_ADMIN)].effective &= ~CAP_TO_MASK(CAP_SYS_ADMIN);
+    ASSERT_EQ(syscall(SYS_capset, &header, data.data()), 0);
+}
+
+// The test plays the device on the master side of a pseudo-terminal; the link opens the slave.
+// 1200 baud 8E1 makes the inter-frame silence 11 x 3.5 / 1200 = 32 ms, long enough to observe.
+class PseudoTerminal : public testing::Test {
+protected:
+    void SetUp() override { open(); }
+    void TearDown() override { close(); }
+    // A new line, after the previous device is done.
+    void open() {
+        close();
+        master = posix_openpt(O_RDWR | O_NOCTTY);
+        ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
+        path = ptsname(master);
+        link =
+            std::make_unique<SerialLink>(path, SerialConfiguration{1200, 8, Parity::even, 1}, true);
+        ASSERT_TRUE(link->open().ok());
+    }
+    void close() {
+        if (device.joinable()) {
+            device.join();
+        }
+        ::close(master);
+        master = -1;
+    }
+
+    // The request as the device received it; empty when the line went away first.
+    Bytes receive(std::size_t count) const {
+        Bytes bytes(count);
+        for (std::size_t done = 0; done < count;) {
+            const ssize_t n = ::read(master, bytes.data() + done, count - done);
+            if (n <= 0) {
+                return {};
+            }
+            done += static_cast<std::size_t>(n);
+        }
+        return bytes;
+    }
+    void send(const Bytes& bytes) const {
+        EXPECT_EQ(::write(master, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+    // The device answers the request with these pieces, pausing between them.
+    void answerWith(std::vector<Bytes> pieces, std::chrono::milliseconds pause = 0ms) {
+        device = std::thread([this, pieces = std::move(pieces), pause] {
+            EXPECT_EQ(receive(request.size()), request);
+            for (std::size_t i = 0; i < pieces.size(); ++i) {
+                std::this_thread::sleep_for(i > 0 ? pause : 0ms);
+                send(pieces[i]);
+            }
+        });
+    }
+
+    int master = -1;
+    std::string path;
+    std::unique_ptr<SerialLink> link;
+    std::thread device;
+};
+
+// Each row on a line of its own: what the device sends, cut in two at split with a pause between;
+// whether an answer is expected; what the link returns and within which time; and whether the
+// line still has the rest of what was sent.
+TEST_F(PseudoTerminal, AnAnswerEndsAtItsLengthOrInSilence) {
+    const Bytes unknown{0x01, 0x2B, 0x00};
+    // A noise byte in front makes the length come out short: FC 01 with byte count 01 is 6 bytes.
+    const Bytes noisy{0x01, 0x01, 0x01, 0x03, 0x04, 0x00, 0x0A, 0x00, 0x0B, 0xAA};
+    Bytes surplus = registers;
+    surplus.insert(surplus.end(), {0xAA, 0xBB});
+    using Returned = Result<Bytes, SerialLinkError>;
+    const std::tuple<const char*, Bytes, std::size_t, std::chrono::milliseconds, bool, Returned,
+                     double, double, bool>
+        rows[] = {
+            {"a known length drops surplus bytes", surplus, 0, 0ms, true, registers, 0, 2, false},
+            {"pieces join once the length is known", registers, 3, 100ms, true, registers, 0, 2,
+             false},
+            {"silence ends an unknown length", unknown, 0, 0ms, true, unknown, 0, 0.5, false},
+            {"a broadcast waits the turnaround", registers, 0, 0ms, false, Bytes{}, 0.1, 2, false},
+            {"a short length leaves a rest", noisy, 6, 10ms, true, slice(noisy, 0, 6), 0, 2, true}};
+    for (const auto& [name, sent, split, pause, expectsAnswer, returned, atLeast, below, rest] :
+         rows) {
+        SCOPED_TRACE(name);
+        open();
+        const std::size_t size = sent.size();
+        answerWith(split == 0 ? std::vector<Bytes>{sent}
+                              : std::vector<Bytes>{slice(sent, 0, split), slice(sent, split, size)},
+                   pause);
+        const auto start = Clock::now();
+        EXPECT_EQ(link->transact(request, expectsAnswer, 2.0), returned);
+        EXPECT_GE(secondsSince(start), atLeast);
+        EXPECT_LT(secondsSince(start), below);
+        if (rest) {
+            EXPECT_EQ(link->restOfAnswer(), slice(sent, split, size));
+        }
+    }
+}
+
+// A late answer belongs to its own request and is never taken for the next one's, which waits out
+// the inter-frame silence after it; when none comes, the link waits for it till two time-outs
+// have passed since the request.
+TEST_F(PseudoTerminal, ALateAnswerIsCollectedForItsRequestOrWaitedForTillTwoTimeOuts) {
+    const Bytes second = RTUFrame::build(1, Bytes{0x03, 0x04, 0x00, 0x14, 0x00, 0x15});
+    Clock::time_point answered, nextArrived;
+    device = std::thread([&] {
+        EXPECT_EQ(receive(request.size()), request);
+        // 1.5 time-outs late, as a slow device does; the time is taken before sending, as the
+        // link may read the answer before this thread runs again.
+        std::this_thread::sleep_for(450ms);
+        answered = Clock::now();
+        send(registers);
+        EXPECT_EQ(receive(request.size()), request);
+        nextArrived = Clock::now();
+        send(second);
+        EXPECT_EQ(receive(request.size()), request);
+    });
+    EXPECT_EQ(link->transact(request, true, 0.3), SerialLinkError{SerialLinkError::Timeout{}});
+    EXPECT_EQ(link->lateAnswer(0.3), registers);
+    EXPECT_EQ(link->transact(request, true, 0.3), second);
+
+    const auto start = Clock::now();
+    ASSERT_EQ(link->transact(request, true, 0.2), SerialLinkError{SerialLinkError::Timeout{}});
+    EXPECT_GE(secondsSince(start), 0.2);
+    EXPECT_EQ(link->lateAnswer(0.2), Bytes{});
+    EXPECT_GE(secondsSince(start), 0.4);
+    EXPECT_LT(secondsSince(start), 1.0);
+    device.join();
+    EXPECT_GE(std::chrono::duration<double>(nextArrived - answered).count(),
+              link->interFrameDelay());
+}
+
+// Idling sends nothing and ends on a wake-up, at its time or on a hang-up; a cancel ends every
+// wait at once and stays raised, so nothing waits again on a stopped link.
+TEST_F(PseudoTerminal, WaitsEndOnAWakeUpTheirTimeAHangUpOrACancel) {
+    WakeSignal wake, cancel;
+    wake.raise();
+    EXPECT_TRUE(link->idle(std::nullopt, wake).ok());
+    wake.clear();
+    EXPECT_TRUE(link->idle(Clock::now() + 50ms, wake).ok()) << "the time is up";
+    device = std::thread([this] {
+        std::this_thread::sleep_for(100ms);
+        ::close(master);
+        master = -1;
+    });
+    auto start = Clock::now();
+    EXPECT_EQ(link->idle(Clock::now() + 60s, wake),
+              SerialLinkError{SerialLinkError::Disconnected{}});
+    EXPECT_LT(secondsSince(start), 5.0);
+
+    open();
+    link->cancelWith(cancel);
+    answerWith({});
+    std::thread stopper([&] {
+        std::this_thread::sleep_for(100ms);
+        cancel.raise();
+    });
+    start = Clock::now();
+    EXPECT_EQ(link->transact(request, true, 5.0), SerialLinkError{SerialLinkError::Cancelled{}});
+    EXPECT_LT(secondsSince(start), 1.0);
+    stopper.join();
+    EXPECT_EQ(link->transact(request, true, 5.0), SerialLinkError{SerialLinkError::Cancelled{}});
+    EXPECT_EQ(link->idle(std::nullopt, wake), SerialLinkError{SerialLinkError::Cancelled{}});
+}
+
+TEST_F(PseudoTerminal, SecondLinkOnTheSamePortIsBusy) {
+    std::thread([this] {
+        dropAdministratorCapability();
+        SerialLink second(path, {}, true);
+        EXPECT_EQ(second.open(), SerialLinkError{SerialLinkError::Busy{path}});
+    }).join();
+    link->close();
+    std::thread([this] {
+        dropAdministratorCapability();
+        SerialLink third(path, {}, true);
+        EXPECT_TRUE(third.open().ok()) << "close gives up exclusive use";
+    }).join();
+}
+
+TEST(ExactBaudRate, TerminalTakesAnyRateAndOtherFilesRefuse) {
+    const int master = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_GE(master, 0);
+    EXPECT_EQ(ExactBaudRate::set(master, 12345), 0);
+    EXPECT_EQ(ExactBaudRate::set(master, 0), -1);
+    ::close(master);
+    std::array<int, 2> pipe{};
+    ASSERT_EQ(::pipe(pipe.data()), 0);
+    EXPECT_EQ(ExactBaudRate::set(pipe[0], 9600), -1);
+    EXPECT_EQ(errno, ENOTTY);
+    ::close(pipe[0]);
+    ::close(pipe[1]);
 }
 
 } // namespace
