@@ -6,6 +6,8 @@
 #include "LogPalette.h"
 #include "UIFixture.h"
 
+#include <algorithm>
+
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTableView>
@@ -16,55 +18,48 @@ namespace {
 using Model = DatapointTableModel;
 using Tone = Model::Tone;
 
-PointStatus succeeded(std::vector<std::uint16_t> raw, double seconds = 0.01) {
+PointStatus read(std::vector<std::uint16_t> raw, double seconds = 0.01) {
     return {raw.back(), std::move(raw), std::nullopt, QDateTime::currentDateTime(), seconds};
 }
 
 PointStatus failed(PollFailure failure, std::optional<std::uint16_t> last = std::nullopt) {
-    PointStatus status = last ? succeeded({*last}) : PointStatus{};
+    PointStatus status = last ? read({*last}) : PointStatus{};
     status.failure = failure;
     return status;
 }
 
-TEST(StatusLook, EachOutcomeHasItsSymbolColourAndText) {
+// The value is muted after a failure and faint without one; its raw registers are the last read.
+TEST(StatusLook, EachOutcomeHasItsSymbolColourAndTextAndTheValueItsTone) {
+    using F = PollFailure;
+    using S = Symbol;
+    using T = Tone;
     const struct {
         std::optional<PointStatus> status;
         bool polling;
         Model::StatusLook look;
+        Tone value;
+        std::string raw;
     } rows[] = {
-        {std::nullopt, true, {Symbol::circleDashed, Tone::secondary, "Waiting…"}},
-        {std::nullopt, false, {Symbol::circleDashed, Tone::secondary, "—"}},
-        {succeeded({1}, 0.0234), true, {Symbol::checkmark, Tone::green, "OK · 23 ms"}},
-        {failed(PollFailure::exception(2)), true, {Symbol::warning, Tone::orange, "Exception 02"}},
-        {failed(PollFailure::timeout(), 215), true, {Symbol::warning, Tone::red, "No response"}},
-        {failed(PollFailure::crcMismatch()), false, {Symbol::warning, Tone::red, "CRC error"}},
+        {{}, true, {S::circleDashed, T::secondary, "Waiting…"}, T::tertiary, ""},
+        {{}, false, {S::circleDashed, T::secondary, "—"}, T::tertiary, ""},
+        {read({0, 0xD7}), true, {S::checkmark, T::green, "OK · 10 ms"}, T::primary, "0000 00D7"},
+        {failed(F::exception(2)), true, {S::warning, T::orange, "Exception 02"}, T::tertiary, ""},
+        {failed(F::timeout(), 9), true, {S::warning, T::red, "No response"}, T::secondary, "0009"},
+        {failed(F::crcMismatch()), false, {S::warning, T::red, "CRC error"}, T::tertiary, ""},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.look.text);
         const PointStatus* status = row.status ? &*row.status : nullptr;
-        EXPECT_EQ(Model::statusLook(status, row.polling), row.look) << row.look.text;
-    }
-}
-
-TEST(ValueCell, MutedAfterAFailureFaintWithoutValue) {
-    const struct {
-        std::optional<PointStatus> status;
-        Tone tone;
-        std::string rawHelp;
-    } rows[] = {
-        {std::nullopt, Tone::tertiary, ""},
-        {failed(PollFailure::timeout()), Tone::tertiary, ""},
-        {succeeded({0x0000, 0x00D7}), Tone::primary, "Raw registers: 0000 00D7"},
-        {failed(PollFailure::timeout(), 0xBEEF), Tone::secondary, "Raw registers: BEEF"},
-    };
-    for (const auto& row : rows) {
-        const PointStatus* status = row.status ? &*row.status : nullptr;
-        EXPECT_EQ(Model::valueTone(status), row.tone) << row.rawHelp;
-        EXPECT_EQ(Model::rawRegistersHelp(status), row.rawHelp);
+        EXPECT_EQ(Model::statusLook(status, row.polling), row.look);
+        EXPECT_EQ(Model::valueTone(status), row.value);
+        EXPECT_EQ(Model::rawRegistersHelp(status),
+                  row.raw.empty() ? "" : "Raw registers: " + row.raw);
     }
 }
 
 TEST(OverlapMarks, SameUnitAndTableWithIntersectingAddressesOrPastTheEnd) {
-    const auto hr = [](std::uint16_t address, DataType type = DataType::uint16, int unit = 1) {
+    using D = DataType;
+    const auto hr = [](std::uint16_t address, DataType type = D::uint16, int unit = 1) {
         Datapoint point = datapoint("", RegisterTable::holdingRegister, address, type);
         point.unitID = static_cast<std::uint8_t>(unit);
         return point;
@@ -74,15 +69,11 @@ TEST(OverlapMarks, SameUnitAndTableWithIntersectingAddressesOrPastTheEnd) {
         std::vector<Datapoint> points;
         std::vector<bool> marks;
     } rows[] = {
-        {"second register of an int32", {hr(10, DataType::int32), hr(11)}, {true, true}},
-        {"just after the int32", {hr(10, DataType::int32), hr(12)}, {false, false}},
+        {"second register of an int32", {hr(10, D::int32), hr(11)}, {true, true}},
+        {"just after the int32", {hr(10, D::int32), hr(12)}, {false, false}},
         {"same address, apart in the list", {hr(3), hr(4), hr(3)}, {true, false, true}},
-        {"a long one over two later ones",
-         {hr(0, DataType::float64), hr(1), hr(3)},
-         {true, true, true}},
-        {"past 65535",
-         {hr(65533, DataType::float64), hr(65532, DataType::float64, 2)},
-         {true, false}},
+        {"a long one over two later ones", {hr(0, D::float64), hr(1), hr(3)}, {true, true, true}},
+        {"past 65535", {hr(65533, D::float64), hr(65532, D::float64, 2)}, {true, false}},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(Model::overlapMarks(row.points), row.marks) << row.layout;
@@ -257,35 +248,33 @@ TEST_F(DatapointTable, TabGoesFromOneEditableCellToTheNext) {
         {0, Model::format}, {0, Model::description}, {1, Model::name}, {1, Model::unitID},
         {1, Model::table},  {1, Model::address},     {1, Model::unit},
     };
-    for (const auto& [row, column] : expected) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    const auto press = [&](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
         QApplication::processEvents();
-        EXPECT_EQ(view->currentIndex(), cell(row, column)) << "row " << row << " column " << column;
+        return view->currentIndex();
+    };
+    for (const auto& [row, column] : expected) {
+        EXPECT_EQ(press(Qt::Key_Tab), cell(row, column)) << "row " << row << " column " << column;
     }
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-    QApplication::processEvents();
-    EXPECT_EQ(view->currentIndex(), cell(1, Model::address));
+    EXPECT_EQ(press(Qt::Key_Backtab), cell(1, Model::address));
 }
 
-TEST_F(DatapointTable, ChoosingATableInThePickerAdjustsTheType) {
+TEST_F(DatapointTable, ClickingTheChartCellTogglesPlottingAndATableChosenAdjustsTheType) {
     create(project({datapoint("Word", RegisterTable::holdingRegister, 10, DataType::int32)}));
-    shown().tableView()->edit(cell(0, Model::table));
-    auto* picker = child<QComboBox>(*panel->tableView(), "pickerEditor");
+    QTableView* view = shown().tableView();
+    const QPoint centre = view->visualRect(cell(0, Model::chart)).center();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
+    EXPECT_TRUE(poll().plotted.contains(poll().datapoints[0].id));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
+    EXPECT_TRUE(poll().plotted.empty());
+
+    view->edit(cell(0, Model::table));
+    auto* picker = child<QComboBox>(*view, "pickerEditor");
     ASSERT_EQ(picker->count(), 4);
     choose(picker, static_cast<int>(RegisterTable::coil));
     EXPECT_EQ(poll().datapoints[0].table(), RegisterTable::coil);
     EXPECT_EQ(poll().datapoints[0].dataType, DataType::boolean);
     EXPECT_TRUE(cell(0, Model::dataType).data(Model::InactiveRole).toBool());
-}
-
-TEST_F(DatapointTable, ClickingTheChartCellTogglesPlotting) {
-    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
-    QWidget* viewport = shown().tableView()->viewport();
-    const QPoint centre = panel->tableView()->visualRect(cell(0, Model::chart)).center();
-    QTest::mouseClick(viewport, Qt::LeftButton, {}, centre);
-    EXPECT_TRUE(poll().plotted.contains(poll().datapoints[0].id));
-    QTest::mouseClick(viewport, Qt::LeftButton, {}, centre);
-    EXPECT_TRUE(poll().plotted.empty());
 }
 
 TEST_F(DatapointTable, OverlapTriangleComesAndGoesWithTheAddress) {
@@ -381,6 +370,7 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatIt
         {nullptr, nullptr, {"Level"}},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.choice ? row.choice : row.contents ? "unreadable" : "missing");
         panel.reset(); // before the model it draws
         create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
         shown();
@@ -393,14 +383,9 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatIt
         }
         panel->importFile(file("points.csv"));
         std::vector<std::string> names;
-        for (const Datapoint& point : poll().datapoints) {
-            names.push_back(point.name);
-        }
-        const char* trace = row.choice != nullptr ? row.choice
-                            : row.contents        ? "unreadable"
-                                                  : "missing";
-        EXPECT_EQ(names, row.names) << trace;
-        EXPECT_EQ(model->errorMessage().has_value(), row.choice == nullptr) << trace;
+        std::ranges::transform(poll().datapoints, std::back_inserter(names), &Datapoint::name);
+        EXPECT_EQ(names, row.names);
+        EXPECT_EQ(model->errorMessage().has_value(), row.choice == nullptr);
     }
 }
 

@@ -118,23 +118,22 @@ TEST(HelpPage, InlineMarkup) {
 }
 
 TEST(HelpPage, ScreenshotShowsTheImageOnlyWhenOneIsFound) {
-    HelpTopic topic{"chart",
-                    "Chart",
-                    "chart.xyaxis.line",
-                    {HelpBlock{HelpBlock::Screenshot{"chart", "The temperature"}}}};
-    const QString without = HelpPage::html(
-        topic, [](std::string_view) { return std::nullopt; }, 600, QPalette());
+    const HelpTopic topic{"chart",
+                          "Chart",
+                          "chart.xyaxis.line",
+                          {HelpBlock{HelpBlock::Screenshot{"chart", "The temperature"}}}};
+    std::string askedFor;
+    const auto html = [&](std::optional<QString> found) {
+        const auto find = [&](std::string_view name) {
+            askedFor = name;
+            return found;
+        };
+        return HelpPage::html(topic, find, 600, QPalette());
+    };
+    const QString without = html(std::nullopt);
     EXPECT_FALSE(without.contains("<img"));
     EXPECT_TRUE(without.contains("The temperature"));
-
-    std::string askedFor;
-    const QString with = HelpPage::html(
-        topic,
-        [&](std::string_view name) -> std::optional<QString> {
-            askedFor = name;
-            return QStringLiteral(":/kestrin/help/chart-en.png");
-        },
-        600, QPalette());
+    const QString with = html(QStringLiteral(":/kestrin/help/chart-en.png"));
     EXPECT_EQ(askedFor, "chart");
     EXPECT_TRUE(with.contains("src=\":/kestrin/help/chart-en.png\""));
     EXPECT_TRUE(with.contains("alt=\"The temperature\""));

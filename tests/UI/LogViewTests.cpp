@@ -65,30 +65,26 @@ TEST(LogView, ColoursEachRunByItsRoleInTheCurrentPalette) {
                         {Kind::error, "ERR"},
                         {Kind::system, "SYS"},
                         {Kind::text, "PLAIN"}});
-    const QString shown = view.toPlainText();
+    const auto of = [&](const char* marker) {
+        return formatAt(view, static_cast<int>(view.toPlainText().indexOf(marker)));
+    };
     ASSERT_NE(LogPalette::red(view.palette()), LogPalette::red(darkPalette()));
     for (const QPalette& colours : {view.palette(), darkPalette()}) {
         view.setPalette(colours);
-        const struct {
-            const char* marker;
-            QColor expected;
-        } rows[] = {
+        const std::pair<const char*, QColor> rows[] = {
             {"12:00", LogPalette::secondaryLabel(colours)},
             {"REQ", LogPalette::blue(colours)},
             {"WARN", LogPalette::orange(colours)},
             {"ERR", LogPalette::red(colours)},
             {"SYS", LogPalette::teal(colours)},
-            {"PLAIN", colours.color(QPalette::Text)},
-        };
-        for (const auto& row : rows) {
-            const int at = static_cast<int>(shown.indexOf(QLatin1String(row.marker)));
-            ASSERT_GE(at, 0) << row.marker;
-            EXPECT_EQ(formatAt(view, at).foreground().color(), row.expected) << row.marker;
+            {"PLAIN", colours.color(QPalette::Text)}};
+        for (const auto& [marker, colour] : rows) {
+            EXPECT_EQ(of(marker).foreground().color(), colour) << marker;
         }
     }
     EXPECT_EQ(view.toPlainText(), buffer.text());
-    const QTextCharFormat system = formatAt(view, static_cast<int>(shown.indexOf("SYS")));
-    const QFont plain = formatAt(view, static_cast<int>(shown.indexOf("REQ"))).font();
+    const QTextCharFormat system = of("SYS");
+    const QFont plain = of("REQ").font();
     EXPECT_EQ(system.font().weight(), QFont::Medium);
     EXPECT_LT(system.font().pointSizeF(), plain.pointSizeF());
     EXPECT_DOUBLE_EQ(plain.pointSizeF(), QApplication::font().pointSizeF());
@@ -102,39 +98,35 @@ TEST(LogView, FaintLogoInTheProgramsColourIsCentredBehindTheText) {
         LogView view(buffer);
         view.resize(size);
         view.show();
+        SCOPED_TRACE(size.width());
         const QImage shot = view.viewport()->grab().toImage();
         const QColor base = view.palette().color(QPalette::Base);
         const QColor accent = LogPalette::accent();
-        const auto faint = [&](int (QColor::*channel)() const) {
-            return (base.*channel)() + ((accent.*channel)() - (base.*channel)()) * 0.07;
-        };
         QRect drawn;
         int full = 0;
         for (int y = 0; y < shot.height(); ++y) {
             for (int x = 0; x < shot.width(); ++x) {
                 const QColor pixel = shot.pixelColor(x, y);
-                if (pixel == base) {
-                    continue;
-                }
-                drawn |= QRect(x, y, 1, 1);
-                bool atFull = true;
+                drawn |= pixel == base ? QRect() : QRect(x, y, 1, 1);
+                bool atFull = pixel != base;
                 for (const auto channel : {&QColor::red, &QColor::green, &QColor::blue}) {
-                    const double low = std::min<double>((base.*channel)(), faint(channel)) - 2;
-                    const double high = std::max<double>((base.*channel)(), faint(channel)) + 2;
-                    ASSERT_GE((pixel.*channel)(), low) << x << "," << y;
-                    ASSERT_LE((pixel.*channel)(), high) << x << "," << y;
-                    atFull = atFull && std::abs((pixel.*channel)() - faint(channel)) <= 2;
+                    const int under = (base.*channel)();
+                    const double faint = under + ((accent.*channel)() - under) * 0.07;
+                    const int value = (pixel.*channel)();
+                    ASSERT_GE(value, std::min<double>(under, faint) - 2) << x << "," << y;
+                    ASSERT_LE(value, std::max<double>(under, faint) + 2) << x << "," << y;
+                    atFull = atFull && std::abs(value - faint) <= 2;
                 }
                 full += atFull ? 1 : 0;
             }
         }
         const QSize area = view.viewport()->size();
         const int side = std::min({460, area.width(), area.height()});
-        EXPECT_GT(full, side * side / 10) << size.width();
-        EXPECT_LE(drawn.width(), side) << size.width();
-        EXPECT_LE(drawn.height(), side) << size.width();
-        EXPECT_NEAR(drawn.center().x(), area.width() / 2, 4) << size.width();
-        EXPECT_NEAR(drawn.center().y(), area.height() / 2, 4) << size.width();
+        EXPECT_GT(full, side * side / 10);
+        EXPECT_LE(drawn.width(), side);
+        EXPECT_LE(drawn.height(), side);
+        EXPECT_NEAR(drawn.center().x(), area.width() / 2, 4);
+        EXPECT_NEAR(drawn.center().y(), area.height() / 2, 4);
     }
 }
 

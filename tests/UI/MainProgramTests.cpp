@@ -19,13 +19,12 @@ TEST(AppOptions, ReadsEveryOptionWithItsValue) {
         AppOptions::parse({"--port", "/dev/pts/4", "--screenshot", "window", "--out",
                            "/tmp/shot.png", "--dark", "--width", "632", "--wait", "2.5"});
     ASSERT_TRUE(parsed.ok()) << parsed.error();
-    EXPECT_EQ(parsed.value().port, "/dev/pts/4");
-    EXPECT_FALSE(parsed.value().demo);
-    EXPECT_EQ(parsed.value().screenshot, "window");
-    EXPECT_EQ(parsed.value().outFile, "/tmp/shot.png");
-    EXPECT_TRUE(parsed.value().dark);
-    EXPECT_EQ(parsed.value().width, 632);
-    EXPECT_EQ(parsed.value().waitSeconds, 2.5);
+    EXPECT_EQ(parsed.value(), (AppOptions{.port = "/dev/pts/4",
+                                          .screenshot = "window",
+                                          .outFile = "/tmp/shot.png",
+                                          .dark = true,
+                                          .width = 632,
+                                          .waitSeconds = 2.5}));
     EXPECT_TRUE(AppOptions::parse({"--demo"}).value().demo);
     EXPECT_EQ(AppOptions::parse({}).value(), AppOptions{});
 }
@@ -119,20 +118,14 @@ TEST(DemoDevice, ServesMovingPlausibleValuesAtWireTimingUntilItGoes) {
     EXPECT_NE(valueOf(*model, shown[1]), firstPressure);
     const struct {
         std::size_t row;
-        double low;
-        double high;
-    } rows[] = {
-        {0, 18.5, 24.5}, // temperature
-        {1, 1.2, 2.8},   // pressure
-        {3, 21.5, 21.5}, // setpoint
-        {4, 2, 2},       // mode
-        {5, 1, 1},       // pump on
-    };
+        double low, high;
+    } rows[] = {{0, 18.5, 24.5}, {1, 1.2, 2.8}, {3, 21.5, 21.5}, {4, 2, 2}, {5, 1, 1}};
     for (const auto& row : rows) {
+        SCOPED_TRACE(shown[row.row].name);
         const auto value = valueOf(*model, shown[row.row]);
-        ASSERT_TRUE(value.has_value()) << shown[row.row].name;
-        EXPECT_GE(*value, row.low) << shown[row.row].name;
-        EXPECT_LE(*value, row.high) << shown[row.row].name;
+        ASSERT_TRUE(value.has_value());
+        EXPECT_GE(*value, row.low);
+        EXPECT_LE(*value, row.high);
     }
     model->stop();
     // The shortest exchange, a coil read, is 8 + 6 characters of 11 bits at 9600 baud = 16 ms.
