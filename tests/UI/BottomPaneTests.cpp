@@ -2,8 +2,15 @@
 #include "ElidedLine.h"
 #include "EmptyLogView.h"
 #include "LanguageForTesting.h"
+#include "LogFindBar.h"
+#include "LogPalette.h"
+#include "LogView.h"
 #include "NoticeBanner.h"
+#include "OutputBuffer.h"
 #include "UIFixture.h"
+
+#include <QTextBlock>
+#include <QTextCursor>
 
 namespace kestrin {
 namespace {
@@ -154,6 +161,163 @@ TEST(BottomPane, LogOptionsChangeTheModel) {
         EXPECT_EQ(toggle->isChecked(), before);
         toggle->click();
         EXPECT_EQ((*model.*option)(), !before);
+    }
+}
+
+using Kind = LogSegment::Kind;
+
+void appendLine(OutputBuffer& buffer, std::vector<LogSegment> line) {
+    buffer.append(line);
+}
+
+// The format of the character at a position of the view's text.
+QTextCharFormat formatAt(const LogView& view, int position) {
+    QTextCursor cursor(view.document());
+    cursor.setPosition(position + 1);
+    return cursor.charFormat();
+}
+
+QPalette darkPalette() {
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, QColor(235, 235, 235));
+    dark.setColor(QPalette::Window, QColor(40, 40, 40));
+    dark.setColor(QPalette::WindowText, QColor(235, 235, 235));
+    return dark;
+}
+
+// Lines from before the view, appends, trims and a clear.
+TEST(LogView, MirrorsTheBufferCharacterForCharacter) {
+    // Small limits so that trimming happens many times.
+    OutputBuffer buffer(300, 200);
+    appendLine(buffer, {{Kind::system, "--- Reading started ---"}});
+    LogView view(buffer);
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+    EXPECT_EQ(LogPalette::kind(formatAt(view, 0)), Kind::system);
+    for (int line = 0; line < 60; ++line) {
+        appendLine(buffer, {{Kind::response, "← Unit 1 · FC 03 "},
+                            {Kind::meta, "line " + std::to_string(line) + " · "},
+                            {Kind::error, std::string(static_cast<std::size_t>(line % 7), 'x')}});
+        ASSERT_EQ(view.toPlainText(), buffer.text()) << "after line " << line;
+    }
+    EXPECT_LE(buffer.length(), 300);
+    EXPECT_TRUE(view.toPlainText().startsWith(QStringLiteral("← Unit 1")));
+
+    buffer.clear();
+    EXPECT_TRUE(view.toPlainText().isEmpty());
+    appendLine(buffer, {{Kind::text, "again"}});
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+}
+
+// Text already shown takes the colours of a new palette too.
+TEST(LogView, ColoursEachRunByItsRoleInTheCurrentPalette) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    appendLine(buffer, {{Kind::timestamp, "12:00:00.000  "},
+                        {Kind::request, "REQ"},
+                        {Kind::warning, "WARN"},
+                        {Kind::error, "ERR"},
+                        {Kind::system, "SYS"},
+                        {Kind::text, "PLAIN"}});
+    const auto of = [&](const char* marker) {
+        return formatAt(view, static_cast<int>(view.toPlainText().indexOf(marker)));
+    };
+    ASSERT_NE(LogPalette::red(view.palette()), LogPalette::red(darkPalette()));
+    for (const QPalette& colours : {view.palette(), darkPalette()}) {
+        view.setPalette(colours);
+        const std::pair<const char*, QColor> rows[] = {
+            {"12:00", LogPalette::secondaryLabel(colours)},
+            {"REQ", LogPalette::blue(colours)},
+            {"WARN", LogPalette::orange(colours)},
+            {"ERR", LogPalette::red(colours)},
+            {"SYS", LogPalette::teal(colours)},
+            {"PLAIN", colours.color(QPalette::Text)}};
+        for (const auto& [marker, colour] : rows) {
+            EXPECT_EQ(of(marker).foreground().color(), colour) << marker;
+        }
+    }
+    EXPECT_EQ(view.toPlainText(), buffer.text());
+    const QTextCharFormat system = of("SYS");
+    const QFont plain = of("REQ").font();
+    EXPECT_EQ(system.font().weight(), QFont::Medium);
+    EXPECT_LT(system.font().pointSizeF(), plain.pointSizeF());
+    EXPECT_DOUBLE_EQ(plain.pointSizeF(), QApplication::font().pointSizeF());
+}
+
+// Every pixel of the backdrop lies between the background and the logo's own faint colour (its
+// edges are smoothed), and it is centred and no larger than 460 points or the view.
+TEST(LogView, FaintLogoInTheProgramsColourIsCentredBehindTheText) {
+    for (const QSize size : {QSize(1000, 800), QSize(320, 200)}) {
+        OutputBuffer buffer;
+        LogView view(buffer);
+        view.resize(size);
+        view.show();
+        SCOPED_TRACE(size.width());
+        const QImage shot = view.viewport()->grab().toImage();
+        const QColor base = view.palette().color(QPalette::Base);
+        const QColor accent = LogPalette::accent();
+        QRect drawn;
+        int full = 0;
+        for (int y = 0; y < shot.height(); ++y) {
+            for (int x = 0; x < shot.width(); ++x) {
+                const QColor pixel = shot.pixelColor(x, y);
+                drawn |= pixel == base ? QRect() : QRect(x, y, 1, 1);
+                bool atFull = pixel != base;
+                for (const auto channel : {&QColor::red, &QColor::green, &QColor::blue}) {
+                    const int under = (base.*channel)();
+                    const double faint = under + ((accent.*channel)() - under) * 0.07;
+                    const int value = (pixel.*channel)();
+                    ASSERT_GE(value, std::min<double>(under, faint) - 2) << x << "," << y;
+                    ASSERT_LE(value, std::max<double>(under, faint) + 2) << x << "," << y;
+                    atFull = atFull && std::abs(value - faint) <= 2;
+                }
+                full += atFull ? 1 : 0;
+            }
+        }
+        const QSize area = view.viewport()->size();
+        const int side = std::min({460, area.width(), area.height()});
+        EXPECT_GT(full, side * side / 10);
+        EXPECT_LE(drawn.width(), side);
+        EXPECT_LE(drawn.height(), side);
+        EXPECT_NEAR(drawn.center().x(), area.width() / 2, 4);
+        EXPECT_NEAR(drawn.center().y(), area.height() / 2, 4);
+    }
+}
+
+TEST(LogFindBar, NextMatchWrapsAroundAndAMissingTextIsReported) {
+    OutputBuffer buffer;
+    LogView view(buffer);
+    appendLine(buffer, {{Kind::text, "alpha one"}});
+    appendLine(buffer, {{Kind::text, "beta"}});
+    appendLine(buffer, {{Kind::text, "alpha two"}});
+    LogFindBar bar(view);
+    bar.open();
+    auto* field = bar.findChild<QLineEdit*>("logFindField");
+    ASSERT_NE(field, nullptr);
+
+    field->setText("alpha");
+    std::vector<int> lines;
+    for (int step = 0; step < 3; ++step) {
+        ASSERT_TRUE(bar.findNext());
+        lines.push_back(view.textCursor().blockNumber());
+    }
+    EXPECT_EQ(lines, (std::vector<int>{0, 2, 0}));
+    ASSERT_TRUE(bar.findPrevious());
+    EXPECT_EQ(view.textCursor().blockNumber(), 2);
+
+    field->setText("gamma");
+    EXPECT_FALSE(bar.findNext());
+}
+
+TEST(LogPalette, RolesStayDistinctFromTheBackgroundInLightAndDark) {
+    for (const QPalette& colours : {QPalette(), darkPalette()}) {
+        const QColor background = colours.color(QPalette::Base);
+        for (const Kind kind : Kind::allCases) {
+            const QColor shown = LogPalette::color(kind, colours);
+            EXPECT_GT(std::abs(shown.lightness() - background.lightness()), 60)
+                << "role " << static_cast<int>(Kind::Case(kind)) << " dark "
+                << LogPalette::isDark(colours);
+        }
     }
 }
 

@@ -1,12 +1,23 @@
 #include "HelpPage.h"
+#include "HelpTopic.h"
 #include "HelpWindow.h"
+#include "LanguageForTesting.h"
+#include "QtTranslation.h"
+#include "Screenshot.h"
 #include "UIFixture.h"
 
+#include <algorithm>
+
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QImage>
+#include <QKeySequence>
 #include <QListWidget>
+#include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextBrowser>
 
-namespace kestrin {
+namespace kestrin::ShellTesting {
 namespace {
 
 struct HelpWindowParts {
@@ -139,5 +150,119 @@ TEST(HelpPage, ScreenshotShowsTheImageOnlyWhenOneIsFound) {
     EXPECT_TRUE(with.contains("alt=\"The temperature\""));
 }
 
+// What the menus show for a shortcut with Qt's translation of the current language installed.
+std::string menuText(const char* portable) {
+    return QKeySequence(QString::fromLatin1(portable))
+        .toString(QKeySequence::NativeText)
+        .toStdString();
+}
+
+TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
+    for (Language language : Language::allCases) {
+        SCOPED_TRACE(language.rawValue());
+        const QtTranslation translation(language);
+        // Qt's English needs no translation; its file is empty and installs nothing.
+        ASSERT_TRUE(translation.installed() || language == Language::en)
+            << "qt6-translations-l10n is missing";
+        L10n::withLanguageForTesting(language, [] {
+            const std::pair<std::string, const char*> quotes[] = {
+                {L10n::texts().header.startHelp(), "Ctrl+R"},
+                {L10n::texts().header.stopHelp(), "Ctrl+R"},
+                {L10n::texts().notice.emptySteps(), "Ctrl+R"},
+                {L10n::texts().notice.startFirst(), "Ctrl+R"},
+                {L10n::texts().footer.saveHelp(), "Ctrl+S"},
+                {L10n::texts().footer.clearHelp(), "Ctrl+K"},
+                {L10n::texts().table.addHelp(), "Ctrl+Shift+D"},
+                {L10n::texts().polls.addHelp(), "Ctrl+T"},
+            };
+            for (const auto& [text, shortcut] : quotes) {
+                EXPECT_NE(text.find("(" + menuText(shortcut) + ")"), std::string::npos) << text;
+            }
+
+            const std::vector<HelpTopic> topics = HelpTopic::all();
+            for (const auto& [id, shortcut] :
+                 {std::pair{"start", "Ctrl+R"}, std::pair{"start", "Ctrl+Shift+S"},
+                  std::pair{"polls", "Ctrl+T"}}) {
+                const auto found = HelpTopic::matching(topics, "(" + menuText(shortcut) + ")");
+                EXPECT_TRUE(std::any_of(found.begin(), found.end(),
+                                        [&](const HelpTopic& t) { return t.id == id; }))
+                    << id << " " << menuText(shortcut);
+            }
+
+            std::vector<std::string> keys;
+            std::ranges::transform(std::get<HelpBlock::Table>(topics.back().blocks[0].value).rows,
+                                   std::back_inserter(keys), &HelpRow::key);
+            const std::string projects =
+                menuText("Ctrl+N") + " / " + menuText("Ctrl+O") + " / " + menuText("Ctrl+Shift+S");
+            EXPECT_EQ(keys, (std::vector<std::string>{
+                                menuText("Ctrl+R"), menuText("Ctrl+T"), menuText("Ctrl+Shift+D"),
+                                menuText("Del"),
+                                menuText("Ctrl+Shift+I") + " / " + menuText("Ctrl+Shift+E"),
+                                projects, menuText("Ctrl+F"), menuText("Ctrl+S"),
+                                menuText("Ctrl+K"), menuText("F1")}));
+        });
+    }
+}
+
+TEST(QtTranslation, StandardButtonsSpeakTheChosenLanguage) {
+    const QtTranslation translation(Language::de);
+    QDialogButtonBox buttons(QDialogButtonBox::Cancel);
+    EXPECT_EQ(buttons.button(QDialogButtonBox::Cancel)->text(), "Abbrechen");
+}
+
+// Every picture a help topic names, in every language, is compiled into the program.
+TEST(Screenshot, EveryHelpPictureIsAResourceInEveryLanguage) {
+    for (const Language language : Language::allCases) {
+        for (const HelpTopic& topic : HelpTopic::all(language)) {
+            for (const HelpBlock& block : topic.blocks) {
+                const auto* shot = std::get_if<HelpBlock::Screenshot>(&block.value);
+                if (shot == nullptr) {
+                    continue;
+                }
+                const QString resource = QString::fromLatin1(HelpWindow::screenshotFolder) +
+                                         QString::fromStdString(shot->name) + "-" +
+                                         QString::fromLatin1(language.rawValue()) + ".png";
+                EXPECT_TRUE(QFile::exists(resource)) << resource.toStdString();
+                EXPECT_FALSE(QImage(resource).isNull()) << resource.toStdString();
+            }
+        }
+    }
+}
+
+TEST(Screenshot, EveryViewRendersAPicture) {
+    QTemporaryDir folder;
+    const auto model = makeModel(PollerProject::firstRun(), portsAt({"/dev/ttyUSB0"}));
+    MainWindow shown(*model);
+    shown.show();
+    const auto render = [&](const std::string& name, int maxWidth = 0) {
+        const QString file = folder.filePath(QString::fromStdString(name) + ".png");
+        const auto rendered = Screenshot::render(*model, shown, name, file, maxWidth);
+        EXPECT_TRUE(rendered.ok()) << (rendered.ok() ? "" : rendered.error());
+        return QImage(file);
+    };
+    const QImage plain = render("window");
+    const QSize window = plain.size();
+    ASSERT_FALSE(window.isEmpty());
+    for (const std::string& name : Screenshot::names()) {
+        const QImage image = render(name);
+        EXPECT_FALSE(image.isNull()) << name;
+        EXPECT_GE(image.width(), 600) << name;
+        EXPECT_GE(image.height(), 300) << name;
+    }
+    // The chart is the bottom pane alone; the popovers are drawn into the whole window.
+    EXPECT_EQ(render("chart").width(), window.width());
+    EXPECT_LT(render("chart").height(), window.height());
+    EXPECT_EQ(render("settings").size(), window);
+    const QImage withPopover = render("write");
+    ASSERT_EQ(withPopover.size(), window);
+    EXPECT_NE(withPopover, plain);
+
+    // A width scales down, never up.
+    const QImage scaled = render("window", 632);
+    EXPECT_EQ(scaled.width(), 632);
+    EXPECT_NEAR(scaled.height(), window.height() * 632.0 / window.width(), 1);
+    EXPECT_EQ(render("window", window.width() + 200).size(), window);
+}
+
 } // namespace
-} // namespace kestrin
+} // namespace kestrin::ShellTesting
