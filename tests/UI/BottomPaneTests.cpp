@@ -1,4 +1,5 @@
 #include "BottomPane.h"
+#include "ChartView.h"
 #include "ElidedLine.h"
 #include "EmptyLogView.h"
 #include "LanguageForTesting.h"
@@ -128,17 +129,23 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     EXPECT_FALSE(lost->isVisible());
 }
 
+// The chart's period, chosen in the pane, too.
 TEST(BottomPane, ChosenViewSurvivesANewPane) {
     auto model = PaneTest::model({}, Testing::poll("Meter", {}));
     {
         BottomPane pane(*model);
         EXPECT_EQ(pane.page(), BottomPane::Page::log);
+        EXPECT_EQ(pane.chartView()->periodSeconds(), ChartView::defaultPeriodSeconds);
         click(child(pane, "chartPageButton"));
         EXPECT_EQ(pane.page(), BottomPane::Page::chart);
+        choose(child<QComboBox>(pane, "chartPeriod"), 0);
+        EXPECT_EQ(pane.chartView()->periodSeconds(), 0);
     }
     EXPECT_EQ(QSettings("Kestrin", "Kestrin").value("bottomPane").toString(), "chart");
     BottomPane again(*model);
     EXPECT_EQ(again.page(), BottomPane::Page::chart);
+    EXPECT_EQ(again.chartView()->periodSeconds(), 0);
+    EXPECT_EQ(child<QComboBox>(again, "chartPeriod")->currentData().toInt(), 0);
     again.showFindBar();
     EXPECT_EQ(again.page(), BottomPane::Page::log);
 }
@@ -175,15 +182,6 @@ QTextCharFormat formatAt(const LogView& view, int position) {
     QTextCursor cursor(view.document());
     cursor.setPosition(position + 1);
     return cursor.charFormat();
-}
-
-QPalette darkPalette() {
-    QPalette dark;
-    dark.setColor(QPalette::Base, QColor(30, 30, 30));
-    dark.setColor(QPalette::Text, QColor(235, 235, 235));
-    dark.setColor(QPalette::Window, QColor(40, 40, 40));
-    dark.setColor(QPalette::WindowText, QColor(235, 235, 235));
-    return dark;
 }
 
 // Lines from before the view, appends, trims and a clear.

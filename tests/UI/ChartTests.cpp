@@ -274,18 +274,5 @@ TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
     EXPECT_GT(chart->size().height() - chart->plotArea().bottom(), 2 * labels.height());
 }
 
-TEST(ChartView, ChosenPeriodSurvivesANewView) {
-    ChartFixture fixture;
-    {
-        ChartView view(*fixture.model);
-        EXPECT_EQ(view.periodSeconds(), ChartView::defaultPeriodSeconds);
-        choose(child<QComboBox>(view, "chartPeriod"), 0);
-        EXPECT_EQ(view.periodSeconds(), 0);
-    }
-    ChartView again(*fixture.model);
-    EXPECT_EQ(again.periodSeconds(), 0);
-    EXPECT_EQ(child<QComboBox>(again, "chartPeriod")->currentData().toInt(), 0);
-}
-
 } // namespace
 } // namespace kestrin

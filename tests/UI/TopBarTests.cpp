@@ -8,6 +8,8 @@
 #include "TopBar.h"
 #include "UIFixture.h"
 
+#include <algorithm>
+
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QMenu>
@@ -19,10 +21,10 @@ Poll examplePoll() {
     return PollerProject::firstRun().polls.front();
 }
 
-// A model of one poll with these ports listed and that one chosen.
+// A model of the example list with these ports listed and that one chosen.
 std::unique_ptr<PollerModel> withPorts(const std::vector<std::string>& ports,
-                                       const std::string& selected, Poll read = examplePoll()) {
-    auto model = makeModel(project({std::move(read)}), portsAt(ports));
+                                       const std::string& selected) {
+    auto model = makeModel(project({examplePoll()}), portsAt(ports));
     EXPECT_TRUE(waitUntil([&] { return model->ports().size() == ports.size(); }));
     model->setSelectedPath(selected);
     return model;
@@ -70,28 +72,19 @@ TEST(PortPicker, AChosenPortOrRateReachesTheModelAndTheRateFollowsIt) {
 
 // Which situations allow a start is the model's rule; here that the bar shows its answer.
 TEST(StartButton, IsOnlyOnWithAPresentPortAndDatapointsAndSaysWhyNot) {
-    Poll switchedOff = examplePoll();
-    switchedOff.enabled = false;
-    const struct {
-        std::vector<std::string> ports;
-        Poll poll;
-        QString reason;
-    } rows[] = {
-        {{}, examplePoll(), "Connect and select a serial port to start"},
-        {{"/dev/ttyS0"}, switchedOff, "Add datapoints to an active poll to start"},
-        {{"/dev/ttyS0"}, examplePoll(), ""},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.reason.toStdString());
-        auto model = withPorts(row.ports, row.ports.empty() ? "" : row.ports.front(), row.poll);
+    const std::pair<std::vector<std::string>, QString> rows[] = {
+        {{}, "Connect and select a serial port to start"}, {{"/dev/ttyS0"}, ""}};
+    for (const auto& [ports, why] : rows) {
+        SCOPED_TRACE(why.toStdString());
+        auto model = withPorts(ports, ports.empty() ? "" : ports.front());
         TopBar bar(*model);
         showAt(bar, 1180, 48);
         auto* button = child<QPushButton>(bar, "startStopButton");
         auto* reason = child<ElidedLine>(bar, "startReason");
-        const bool on = row.reason.isEmpty();
+        const bool on = why.isEmpty();
         EXPECT_EQ(button->isEnabled(), on);
         EXPECT_EQ(reason->isVisible(), !on);
-        EXPECT_EQ(reason->text(), row.reason);
+        EXPECT_EQ(reason->text(), why);
         // The colour it is drawn in: the program's own only while it can be pressed.
         const QPalette::ColorGroup drawn = on ? QPalette::Active : QPalette::Disabled;
         EXPECT_EQ(button->palette().color(drawn, QPalette::Button) == LogPalette::accent(), on);
@@ -321,10 +314,8 @@ TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
     Poll missing = poll("Missing", {datapoint("Nowhere", RegisterTable::holdingRegister, 900)});
     Poll paused = poll("Paused", served.datapoints, false);
     Poll empty = poll("Empty", {});
-    for (Poll* poll : {&missing, &paused}) {
-        for (Datapoint& point : poll->datapoints) {
-            point.id = Uuid::random();
-        }
+    for (Datapoint& point : paused.datapoints) {
+        point.id = Uuid::random();
     }
     project.polls = {served, missing, paused, empty};
     auto model = makeModel(project);
@@ -332,9 +323,7 @@ TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
     PollTabBar bar(*model);
     const auto dots = [&] {
         std::vector<TabDot> all;
-        for (const PollTab* tab : bar.tabs()) {
-            all.push_back(tab->dot());
-        }
+        std::ranges::transform(bar.tabs(), std::back_inserter(all), &PollTab::dot);
         return all;
     };
     const std::vector<TabDot> allGrey(4, TabDot::grey);

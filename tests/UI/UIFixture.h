@@ -67,6 +67,16 @@ inline void choose(QComboBox* picker, const QVariant& value) {
     emit picker->activated(index);
 }
 
+// A dark desktop's colours, for what must read on both.
+inline QPalette darkPalette() {
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, QColor(235, 235, 235));
+    dark.setColor(QPalette::Window, QColor(40, 40, 40));
+    dark.setColor(QPalette::WindowText, QColor(235, 235, 235));
+    return dark;
+}
+
 // On screen at that size, so that clicks and keys reach it.
 inline void showAt(QWidget& widget, int width, int height) {
     widget.resize(width, height);
