@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <tuple>
 
 namespace kestrin::ModelTesting {
 namespace {
@@ -86,6 +87,90 @@ TEST_F(PollerModelReading, LostPortThatIsBackWhenTheLossArrivesIsReopened) {
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
     EXPECT_EQ(countInLog("--- Serial port open again ---"), 1);
     EXPECT_EQ(countInLog("--- Reading started on " + link), 2);
+}
+
+Datapoint scaled(Datapoint point, double scale) {
+    point.scale = scale;
+    point.engineeringUnit = "°C";
+    return point;
+}
+
+class PollerModelWrite : public ModelFixture {
+protected:
+    Datapoint pump = datapoint("Pump", RegisterTable::coil, 5);
+    Datapoint setpoint = scaled(holding("Setpoint", 10, 0, DataType::int16), 0.1);
+    Datapoint input = datapoint("Input", RegisterTable::inputRegister, 30);
+    // Not served, so the device refuses it with exception 02.
+    Datapoint ghost = holding("Ghost", 999);
+    std::unique_ptr<SimulatorProcess> simulator;
+
+    void SetUp() override {
+        simulator = serve(quietProject({pump, setpoint, input}));
+        create(quietProject({pump, setpoint, input, ghost}));
+        startReading(simulator->port());
+    }
+
+    // The request as the device received it, once the outcome is in.
+    std::string written(const Datapoint& point, double value) {
+        const std::size_t before = received().size();
+        model->write(point, value);
+        EXPECT_EQ(model->pendingWrites().size(), 1U);
+        EXPECT_TRUE(waitUntil([&] { return model->pendingWrites().empty(); }));
+        const std::vector<std::string> frames = received();
+        return frames.size() > before ? frames.back() : std::string();
+    }
+};
+
+// Which request each table, type and mode gives is the request builder's test; here that the
+// model's mode reaches it and the confirmed value is shown.
+TEST_F(PollerModelWrite, TheWriteModeChoosesTheRequestAndTheConfirmedValueIsShown) {
+    // Requests without their CRC.
+    const std::vector<std::tuple<const Datapoint*, WriteMode, double, std::string>> rows{
+        {&pump, WriteMode::single, 1, "01 05 00 05 FF 00"},
+        {&setpoint, WriteMode::multiple, 21.5, "01 10 00 0A 00 01 02 00 D7"},
+    };
+    for (const auto& [point, mode, value, request] : rows) {
+        model->setWriteMode(mode);
+        EXPECT_EQ(written(*point, value).substr(0, request.size()), request)
+            << point->name << " " << value;
+        EXPECT_EQ(model->status(point->id)->value, value) << point->name;
+    }
+    EXPECT_EQ(model->statistics(), (PollerStatistics{.requests = 2, .responses = 2}));
+    EXPECT_FALSE(model->writeError());
+    EXPECT_EQ(model->history().samples(setpoint.id), nullptr);
+}
+
+TEST_F(PollerModelWrite, OnlyProblemsDropsTheSentLineButKeepsTheConfirmation) {
+    written(setpoint, 21.5);
+    model->setLogOnlyProblems(true);
+    written(setpoint, 30);
+    EXPECT_EQ(countInLog("→ Unit 1 · FC 06 Write single register · Setpoint = "), 1);
+    EXPECT_EQ(countInLog("✎ Unit 1 · Setpoint = "), 2);
+}
+
+TEST_F(PollerModelWrite, RefusedAddressCountsAnExceptionAndSetsTheWriteError) {
+    written(ghost, 3);
+    EXPECT_EQ(model->statistics(),
+              (PollerStatistics{.requests = 1, .responses = 1, .exceptions = 1}));
+    EXPECT_EQ(model->writeError(), "Writing Ghost failed: Illegal data address (02).");
+    EXPECT_EQ(model->status(ghost.id), nullptr);
+    EXPECT_EQ(countInLog("✕ Writing Ghost failed · Illegal data address (02)"), 1);
+}
+
+TEST_F(PollerModelWrite, ReadOnlyTablesAreNotWrittenAndStopDropsWritesInFlight) {
+    model->write(input, 5);
+    EXPECT_TRUE(model->pendingWrites().empty());
+    EXPECT_FALSE(model->writeError());
+
+    model->write(setpoint, 12);
+    model->stop();
+    EXPECT_TRUE(model->pendingWrites().empty());
+    const QString text = model->output().text();
+    model->write(setpoint, 5);
+    EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
+    QTest::qWait(100);
+    EXPECT_EQ(model->output().text(), text);
+    EXPECT_EQ(model->statistics(), PollerStatistics{});
 }
 
 } // namespace
