@@ -29,25 +29,19 @@ PollerEvent timeoutOf(const Poll& poll) {
 // The first log line hides the welcome, and clearing the log brings it back.
 TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
     const std::string title = L10n::texts().notice.emptyTitle();
-    const struct {
-        const char* name;
-        bool adapterPresent;
-        bool withDatapoints;
-        std::string title;
-        bool offersStart;
-    } rows[] = {
+    const std::tuple<const char*, bool, bool, std::string, bool> rows[] = {
         {"no adapter", false, true, L10n::texts().notice.emptyNoDevice(), false},
         {"adapter, empty poll", true, false, title, false},
         {"adapter and datapoints", true, true, title, true},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+    for (const auto& [situation, adapterPresent, withDatapoints, shownTitle, offersStart] : rows) {
+        SCOPED_TRACE(situation);
         std::vector<FakePortRegistry::Entry> ports;
-        if (row.adapterPresent) {
+        if (adapterPresent) {
             ports.push_back(PaneTest::usbAdapter("/dev/ttyUSB0"));
         }
         std::vector<Datapoint> datapoints;
-        if (row.withDatapoints) {
+        if (withDatapoints) {
             datapoints.push_back(PaneTest::holding("Power", 0));
         }
         auto model =
@@ -55,8 +49,8 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
         QCoreApplication::processEvents();
         BottomPane pane(*model);
         showAt(pane, 800, 300);
-        EXPECT_EQ(child<QLabel>(pane, "emptyLogTitle")->text(), text(row.title));
-        EXPECT_EQ(child(pane, "startReadingButton")->isVisible(), row.offersStart);
+        EXPECT_EQ(child<QLabel>(pane, "emptyLogTitle")->text(), text(shownTitle));
+        EXPECT_EQ(child(pane, "startReadingButton")->isVisible(), offersStart);
 
         auto* welcome = child<EmptyLogView>(pane);
         EXPECT_TRUE(welcome->isVisible());

@@ -19,10 +19,7 @@ namespace {
 
 TEST(ValueScale, RoundTicksAroundTheData) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
-    const struct {
-        double low, high;
-        ValueScale expected;
-    } rows[] = {
+    const std::tuple<double, double, ValueScale> rows[] = {
         {0, 1000, {0, 1000, 6, 0}},   {21.5, 22.4, {21.4, 22.4, 6, 1}},
         {-3.7, -1.2, {-4, -1, 7, 1}}, {0, 1.4, {0, 1.5, 7, 2}}, // 0.25 apart needs two decimals
         {5, 5, {4.7, 5.3, 7, 1}},                               // flat: in the middle
@@ -30,12 +27,13 @@ TEST(ValueScale, RoundTicksAroundTheData) {
         {infinity, -infinity, {}},                              // nothing to show
         {std::nan(""), 3, {}},                                  // only a broken value
     };
-    for (const auto& row : rows) {
-        const ValueScale scale = ValueScale::around(row.low, row.high);
-        EXPECT_NEAR(scale.low, row.expected.low, 1e-9) << row.low << "…" << row.high;
-        EXPECT_NEAR(scale.high, row.expected.high, 1e-9) << row.low << "…" << row.high;
-        EXPECT_EQ(scale.ticks, row.expected.ticks) << row.low << "…" << row.high;
-        EXPECT_EQ(scale.decimals, row.expected.decimals) << row.low << "…" << row.high;
+    for (const auto& [low, high, expected] : rows) {
+        SCOPED_TRACE(std::to_string(low) + "…" + std::to_string(high));
+        const ValueScale scale = ValueScale::around(low, high);
+        EXPECT_NEAR(scale.low, expected.low, 1e-9);
+        EXPECT_NEAR(scale.high, expected.high, 1e-9);
+        EXPECT_EQ(scale.ticks, expected.ticks);
+        EXPECT_EQ(scale.decimals, expected.decimals);
     }
 }
 
@@ -46,11 +44,7 @@ TEST(TimeScale, TicksFallOnRoundLocalTimes) {
     const qint64 noon = QDateTime(QDate(2026, 11, 16), QTime(12, 0), Qt::UTC).toMSecsSinceEpoch();
     constexpr qint64 d = 24 * h;
     // Times from noon UTC, then the local time's offset from UTC.
-    const struct {
-        const char* name;
-        qint64 first, last, offset;
-        TimeScale expected;
-    } rows[] = {
+    const std::tuple<const char*, qint64, qint64, qint64, TimeScale> rows[] = {
         {"seconds", 1300, 9700, 0, {0, 10 * s, 6, "HH:mm:ss"}},
         {"a minute in 15 s steps", 2 * s, 62 * s, 0, {0, 75 * s, 6, "HH:mm:ss"}},
         {"under a second", 120, 730, 0, {0, 800, 5, "HH:mm:ss.zzz"}},
@@ -58,22 +52,15 @@ TEST(TimeScale, TicksFallOnRoundLocalTimes) {
         {"one sample", 500, 500, 0, {500, 600, 2, "HH:mm:ss.zzz"}},
         {"days", 0, 40 * d, 0, {-d / 2, 40 * d + d / 2, 42, "yyyy-MM-dd"}},
     };
-    for (const auto& row : rows) {
-        TimeScale expected = row.expected;
+    for (auto [name, first, last, offset, expected] : rows) {
         expected.startMs += noon;
         expected.endMs += noon;
-        EXPECT_EQ(TimeScale::around(noon + row.first, noon + row.last, row.offset), expected)
-            << row.name;
+        EXPECT_EQ(TimeScale::around(noon + first, noon + last, offset), expected) << name;
     }
 }
 
 TEST(ChartLines, BreaksWhereMoreThanTheGapPassesBetweenSamples) {
-    using Runs = std::vector<ChartLines::Run>;
-    const struct {
-        const char* name;
-        ChartLines::Run points;
-        Runs expected;
-    } rows[] = {
+    const std::tuple<const char*, ChartLines::Run, std::vector<ChartLines::Run>> rows[] = {
         {"nothing", {}, {}},
         {"steady", {{0, 1}, {1, 2}, {2, 3}}, {{{0, 1}, {1, 2}, {2, 3}}}},
         {"exactly the gap still joins", {{0, 1}, {3, 2}}, {{{0, 1}, {3, 2}}}},
@@ -81,8 +68,8 @@ TEST(ChartLines, BreaksWhereMoreThanTheGapPassesBetweenSamples) {
          {{0, 1}, {1, 2}, {5, 3}, {10, 4}, {11, 5}},
          {{{0, 1}, {1, 2}}, {{5, 3}}, {{10, 4}, {11, 5}}}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(ChartLines::split(row.points, 3), row.expected) << row.name;
+    for (const auto& [name, points, runs] : rows) {
+        EXPECT_EQ(ChartLines::split(points, 3), runs) << name;
     }
 }
 
@@ -125,28 +112,24 @@ TEST(ChartLines, KeepsFirstExtremesAndLastOfEachPixelColumn) {
     // 100 samples per pixel column.
     const QRectF domain(0, 0, 1000, 10);
     const QRectF plot(0, 0, 10, 10);
-    const struct {
-        const char* name;
-        int lowestAt, highestAt;
-        std::vector<int> kept;
-    } rows[] = {
+    const std::tuple<const char*, int, int, std::vector<int>> rows[] = {
         {"low before high", 30, 60, {0, 30, 60, 99, 150}},
         {"high before low", 70, 20, {0, 20, 70, 99, 150}},
         {"extremes at the ends", 0, 99, {0, 99, 150}},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, lowestAt, highestAt, kept] : rows) {
         QList<QPointF> points;
         for (int x = 0; x < 100; ++x) {
-            const double y = x == row.lowestAt ? 0 : x == row.highestAt ? 10 : 5;
+            const double y = x == lowestAt ? 0 : x == highestAt ? 10 : 5;
             points.append({static_cast<double>(x), y});
         }
         points.append({150, 5}); // the next column
         QList<QPointF> expected;
-        for (const int index : row.kept) {
+        for (const int index : kept) {
             const QPointF& point = points[index == 150 ? 100 : index];
             expected.append({point.x() / 100, 10 - point.y()});
         }
-        EXPECT_EQ(ChartLines::mapped(points, domain, plot), expected) << row.name;
+        EXPECT_EQ(ChartLines::mapped(points, domain, plot), expected) << name;
     }
 }
 

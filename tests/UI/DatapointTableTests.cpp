@@ -36,13 +36,8 @@ TEST(StatusLook, EachOutcomeHasItsSymbolColourAndTextAndTheValueItsTone) {
     using F = PollFailure;
     using S = Symbol;
     using T = Tone;
-    const struct {
-        std::optional<PointStatus> status;
-        bool polling;
-        Model::StatusLook look;
-        Tone value;
-        std::string raw;
-    } rows[] = {
+    using Row = std::tuple<std::optional<PointStatus>, bool, Model::StatusLook, Tone, std::string>;
+    const Row rows[] = {
         {{}, true, {S::circleDashed, T::secondary, "Waiting…"}, T::tertiary, ""},
         {{}, false, {S::circleDashed, T::secondary, "—"}, T::tertiary, ""},
         {read({0, 0xD7}), true, {S::checkmark, T::green, "OK · 10 ms"}, T::primary, "0000 00D7"},
@@ -50,13 +45,12 @@ TEST(StatusLook, EachOutcomeHasItsSymbolColourAndTextAndTheValueItsTone) {
         {failed(F::timeout(), 9), true, {S::warning, T::red, "No response"}, T::secondary, "0009"},
         {failed(F::crcMismatch()), false, {S::warning, T::red, "CRC error"}, T::tertiary, ""},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.look.text);
-        const PointStatus* status = row.status ? &*row.status : nullptr;
-        EXPECT_EQ(Model::statusLook(status, row.polling), row.look);
-        EXPECT_EQ(Model::valueTone(status), row.value);
-        EXPECT_EQ(Model::rawRegistersHelp(status),
-                  row.raw.empty() ? "" : "Raw registers: " + row.raw);
+    for (const auto& [given, polling, look, value, raw] : rows) {
+        SCOPED_TRACE(look.text);
+        const PointStatus* status = given ? &*given : nullptr;
+        EXPECT_EQ(Model::statusLook(status, polling), look);
+        EXPECT_EQ(Model::valueTone(status), value);
+        EXPECT_EQ(Model::rawRegistersHelp(status), raw.empty() ? "" : "Raw registers: " + raw);
     }
 }
 
@@ -67,19 +61,15 @@ TEST(OverlapMarks, SameUnitAndTableWithIntersectingAddressesOrPastTheEnd) {
         point.unitID = static_cast<std::uint8_t>(unit);
         return point;
     };
-    const struct {
-        const char* layout;
-        std::vector<Datapoint> points;
-        std::vector<bool> marks;
-    } rows[] = {
+    const std::tuple<const char*, std::vector<Datapoint>, std::vector<bool>> rows[] = {
         {"second register of an int32", {hr(10, D::int32), hr(11)}, {true, true}},
         {"just after the int32", {hr(10, D::int32), hr(12)}, {false, false}},
         {"same address, apart in the list", {hr(3), hr(4), hr(3)}, {true, false, true}},
         {"a long one over two later ones", {hr(0, D::float64), hr(1), hr(3)}, {true, true, true}},
         {"past 65535", {hr(65533, D::float64), hr(65532, D::float64, 2)}, {true, false}},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(Model::overlapMarks(row.points), row.marks) << row.layout;
+    for (const auto& [layout, points, marks] : rows) {
+        EXPECT_EQ(Model::overlapMarks(points), marks) << layout;
     }
 }
 
@@ -160,21 +150,17 @@ TEST_F(DatapointTable, CellsThatDoNotApplyCannotBeEdited) {
                     datapoint("Word", RegisterTable::holdingRegister, 0),
                     datapoint("Power", RegisterTable::inputRegister, 2, DataType::float32)}));
     const Model table(*model);
-    const struct {
-        int row;
-        int column;
-        bool editable;
-    } cells[] = {
+    const std::tuple<int, int, bool> cells[] = {
         {0, Model::dataType, false},  {0, Model::scale, false}, {0, Model::format, false},
         {0, Model::wordOrder, false}, {0, Model::table, true},  {1, Model::dataType, true},
         {1, Model::wordOrder, false}, {1, Model::format, true}, {2, Model::wordOrder, true},
         {2, Model::format, false},    {2, Model::scale, true},
     };
-    for (const auto& cell : cells) {
-        const QModelIndex index = table.index(cell.row, cell.column);
-        EXPECT_EQ((table.flags(index) & Qt::ItemIsEditable) != 0, cell.editable)
-            << "row " << cell.row << " column " << cell.column;
-        EXPECT_EQ(index.data(Model::InactiveRole).toBool(), !cell.editable);
+    for (const auto& [row, column, editable] : cells) {
+        SCOPED_TRACE("row " + std::to_string(row) + " column " + std::to_string(column));
+        const QModelIndex index = table.index(row, column);
+        EXPECT_EQ((table.flags(index) & Qt::ItemIsEditable) != 0, editable);
+        EXPECT_EQ(index.data(Model::InactiveRole).toBool(), !editable);
     }
     const std::vector<bool> pencils{true, true, false};
     for (int row = 0; row < 3; ++row) {
@@ -188,24 +174,19 @@ TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFitNamingTheRange) {
     const std::string unitRange = "The unit ID is a whole number from 1 to 247.";
     const std::string addressRange = "The address is a whole number from 0 to 65535.";
     const std::string scaleRange = "The scale is a number, for example 0.1 or 10.";
-    const struct {
-        int column;
-        const char* typed;
-        std::optional<std::string> refusal;
-    } rows[] = {
+    const std::tuple<int, const char*, std::optional<std::string>> rows[] = {
         {Model::unitID, "247", {}},           {Model::unitID, "0", unitRange},
         {Model::unitID, "300", unitRange},    {Model::unitID, "1.5", unitRange},
         {Model::address, "65535", {}},        {Model::address, "65536", addressRange},
         {Model::address, "-1", addressRange}, {Model::scale, "0,1", {}},
         {Model::scale, "inf", scaleRange},    {Model::scale, "ten", scaleRange},
     };
-    for (const auto& row : rows) {
+    for (const auto& [column, typed, refusal] : rows) {
+        SCOPED_TRACE(typed);
         const Datapoint before = poll().datapoints[0];
-        EXPECT_EQ(Model::refusal(row.column, row.typed), row.refusal) << row.typed;
-        const bool accepted = !row.refusal;
-        EXPECT_EQ(table.setData(table.index(0, row.column), row.typed, Qt::EditRole), accepted)
-            << row.typed;
-        EXPECT_EQ(poll().datapoints[0] == before, !accepted) << row.typed;
+        EXPECT_EQ(Model::refusal(column, typed), refusal);
+        EXPECT_EQ(table.setData(table.index(0, column), typed, Qt::EditRole), !refusal);
+        EXPECT_EQ(poll().datapoints[0] == before, refusal.has_value());
     }
     EXPECT_EQ(poll().datapoints[0].scale, 0.1);
 }
@@ -333,18 +314,15 @@ TEST_F(DatapointTable, EveryTitleFitsItsColumnInEveryLanguage) {
 TEST(ColumnWidths, TheRoomIsSharedByWhatEachColumnCanGiveUp) {
     using Width = DatapointTableView::ColumnWidth;
     const std::vector<Width> columns{{100, 150}, {40, 40}, {80, 140}};
-    const struct {
-        int available;
-        std::vector<int> widths;
-    } rows[] = {
+    const std::pair<int, std::vector<int>> rows[] = {
         {400, {150, 40, 140}}, // room for all
         {330, {150, 40, 140}}, // exactly
         {300, {136, 40, 124}}, // 30 short: 50 and 60 of slack give up 14 and 16
         {220, {100, 40, 80}},  // the floors
         {100, {100, 40, 80}},  // never below the floors: the table scrolls
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(DatapointTableView::shared(columns, row.available), row.widths) << row.available;
+    for (const auto& [available, widths] : rows) {
+        EXPECT_EQ(DatapointTableView::shared(columns, available), widths) << available;
     }
 }
 
@@ -352,11 +330,8 @@ TEST(ColumnWidths, TheRoomIsSharedByWhatEachColumnCanGiveUp) {
 TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatItCannotRead) {
     const char* csv = "Name,Unit ID,Table,Address,Data type\n"
                       "Imported A,1,HR,10,uint16\nImported B,1,HR,11,uint16\n";
-    const struct {
-        const char* contents; // none for a missing file
-        const char* choice;   // none when nothing is asked
-        std::vector<std::string> names;
-    } rows[] = {
+    // The file's contents, none for a missing one; the answer, none when nothing is asked.
+    const std::tuple<const char*, const char*, std::vector<std::string>> rows[] = {
         {csv, "Add", {"Level", "Imported A", "Imported B"}},
         {csv, "Replace", {"Imported A", "Imported B"}},
         {csv, "Cancel", {"Level"}},
@@ -364,23 +339,23 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatIt
         {"no,header,here\n1,2,3\n", nullptr, {"Level"}},
         {nullptr, nullptr, {"Level"}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.choice ? row.choice : row.contents ? "unreadable" : "missing");
+    for (const auto& [contents, choice, kept] : rows) {
+        SCOPED_TRACE(choice ? choice : contents ? "unreadable" : "missing");
         panel.reset(); // before the model it draws
         create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
         shown();
         QFile::remove(file("points.csv"));
-        if (row.contents != nullptr) {
-            Testing::put(file("points.csv"), row.contents);
+        if (contents != nullptr) {
+            Testing::put(file("points.csv"), contents);
         }
-        if (row.choice != nullptr) {
-            answerQuestion("importQuestion", row.choice);
+        if (choice != nullptr) {
+            answerQuestion("importQuestion", choice);
         }
         panel->importFile(file("points.csv"));
         std::vector<std::string> names;
         std::ranges::transform(poll().datapoints, std::back_inserter(names), &Datapoint::name);
-        EXPECT_EQ(names, row.names);
-        EXPECT_EQ(model->errorMessage().has_value(), row.choice == nullptr);
+        EXPECT_EQ(names, kept);
+        EXPECT_EQ(model->errorMessage().has_value(), choice == nullptr);
     }
 }
 

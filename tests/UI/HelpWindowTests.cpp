@@ -105,10 +105,7 @@ TEST(HelpWindow, SearchKeepsTheSelectionWhileItMatchesAndThePageWhenNothingDoes)
 }
 
 TEST(HelpPage, InlineMarkup) {
-    const struct {
-        const char* text;
-        const char* html;
-    } rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"Click **Start** now", "Click <b>Start</b> now"},
         {"address `0`", "address <code>0</code>"},
         {"**File ▸ Save** (`8E1`)", "<b>File ▸ Save</b> (<code>8E1</code>)"},
@@ -118,8 +115,8 @@ TEST(HelpPage, InlineMarkup) {
         {"`<b>` & more", "<code>&lt;b&gt;</code> &amp; more"},
         {"one ` tick", "one ` tick"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(HelpPage::inlineHtml(row.text), QString::fromUtf8(row.html)) << row.text;
+    for (const auto& [text, html] : rows) {
+        EXPECT_EQ(HelpPage::inlineHtml(text), QString::fromUtf8(html)) << text;
     }
 }
 

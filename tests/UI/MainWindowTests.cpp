@@ -111,30 +111,28 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheM
 
 // A project without datapoints is replaced at once: a question would block the test.
 TEST(MainWindowMenus, NewProjectAsksBeforeItDropsDatapoints) {
-    const struct {
-        PollerProject start;
-        const char* choice; // none when nothing is asked
-        bool replaced;
-    } rows[] = {{PollerProject::firstRun(), "Cancel", false},
-                {PollerProject::firstRun(), "Replace", true},
-                {project({poll("Empty", {}), poll("Also empty", {})}), nullptr, true}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.choice != nullptr ? row.choice : "not asked");
-        auto model = makeModel(row.start);
+    // The answer is none when nothing is asked.
+    const std::tuple<PollerProject, const char*, bool> rows[] = {
+        {PollerProject::firstRun(), "Cancel", false},
+        {PollerProject::firstRun(), "Replace", true},
+        {project({poll("Empty", {}), poll("Also empty", {})}), nullptr, true}};
+    for (const auto& [start, choice, replaced] : rows) {
+        SCOPED_TRACE(choice != nullptr ? choice : "not asked");
+        auto model = makeModel(start);
         MainWindow window(*model);
         activate(window);
         bool asked = false;
-        if (row.choice != nullptr) {
-            answerQuestion("replaceProjectQuestion", row.choice, [&](const QMessageBox& question) {
+        if (choice != nullptr) {
+            answerQuestion("replaceProjectQuestion", choice, [&](const QMessageBox& question) {
                 asked = true;
                 EXPECT_EQ(question.text(), "Replace the current project?");
                 EXPECT_EQ(question.informativeText(), "Its polls and datapoints are removed.");
             });
         }
         QTest::keyClick(&window, Qt::Key_N, Qt::ControlModifier);
-        EXPECT_EQ(asked, row.choice != nullptr);
+        EXPECT_EQ(asked, choice != nullptr);
         EXPECT_EQ(model->polls().size() == 1 && model->polls().front().datapoints.empty(),
-                  row.replaced);
+                  replaced);
     }
 }
 
@@ -173,10 +171,7 @@ TEST(AppOptions, ReadsEveryOptionWithItsValue) {
 }
 
 TEST(AppOptions, RefusesWhatItCannotDo) {
-    const struct {
-        std::vector<std::string> arguments;
-        std::string message;
-    } rows[] = {
+    const std::pair<std::vector<std::string>, std::string> rows[] = {
         {{"--frobnicate"}, "unknown option --frobnicate"},
         {{"--port"}, "--port needs a value"},
         {{"--port", ""}, "--port needs a value"},
@@ -193,10 +188,10 @@ TEST(AppOptions, RefusesWhatItCannotDo) {
         {{"--screenshot", "w", "--out", "w.png", "--wait", "inf"},
          "--wait needs a number of seconds up to 600"},
     };
-    for (const auto& row : rows) {
-        const auto parsed = AppOptions::parse(row.arguments);
-        ASSERT_FALSE(parsed.ok()) << row.message;
-        EXPECT_EQ(parsed.error(), row.message);
+    for (const auto& [arguments, message] : rows) {
+        const auto parsed = AppOptions::parse(arguments);
+        ASSERT_FALSE(parsed.ok()) << message;
+        EXPECT_EQ(parsed.error(), message);
     }
 }
 
@@ -259,16 +254,14 @@ TEST(DemoDevice, ServesMovingPlausibleValuesAtWireTimingUntilItGoes) {
     // The run time counts whole seconds.
     ASSERT_TRUE(waitUntil([&] { return valueOf(*model, shown[2]) > firstRunTime; }, 3s));
     EXPECT_NE(valueOf(*model, shown[1]), firstPressure);
-    const struct {
-        std::size_t row;
-        double low, high;
-    } rows[] = {{0, 18.5, 24.5}, {1, 1.2, 2.8}, {3, 21.5, 21.5}, {4, 2, 2}, {5, 1, 1}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(shown[row.row].name);
-        const auto value = valueOf(*model, shown[row.row]);
+    const std::tuple<std::size_t, double, double> rows[] = {
+        {0, 18.5, 24.5}, {1, 1.2, 2.8}, {3, 21.5, 21.5}, {4, 2, 2}, {5, 1, 1}};
+    for (const auto& [row, low, high] : rows) {
+        SCOPED_TRACE(shown[row].name);
+        const auto value = valueOf(*model, shown[row]);
         ASSERT_TRUE(value.has_value());
-        EXPECT_GE(*value, row.low);
-        EXPECT_LE(*value, row.high);
+        EXPECT_GE(*value, low);
+        EXPECT_LE(*value, high);
     }
     model->stop();
     // The shortest exchange, a coil read, is 8 + 6 characters of 11 bits at 9600 baud = 16 ms.

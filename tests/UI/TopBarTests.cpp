@@ -31,25 +31,20 @@ std::unique_ptr<PollerModel> withPorts(const std::vector<std::string>& ports,
 }
 
 TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
-    const struct {
-        const char* situation;
-        std::vector<std::string> ports;
-        std::string selected;
-        QString shown;
-        int entries;
-    } rows[] = {
+    using Row = std::tuple<const char*, std::vector<std::string>, std::string, QString, int>;
+    const Row rows[] = {
         {"no ports", {}, "", "No ports found", 1},
         {"a selected port that is gone", {}, "/dev/ttyUSB7", "/dev/ttyUSB7 (not connected)", 1},
         {"a port among others", {"/dev/ttyS0", "/dev/ttyS1"}, "/dev/ttyS1", "ttyS1", 2},
         {"a gone one beside", {"/dev/ttyS0"}, "/dev/ttyUSB7", "/dev/ttyUSB7 (not connected)", 2},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.situation);
-        auto model = withPorts(row.ports, row.selected);
+    for (const auto& [situation, ports, selected, shown, entries] : rows) {
+        SCOPED_TRACE(situation);
+        auto model = withPorts(ports, selected);
         TopBar bar(*model);
         auto* picker = child<QComboBox>(bar, "portPicker");
-        EXPECT_EQ(picker->currentText(), row.shown);
-        EXPECT_EQ(picker->count(), row.entries);
+        EXPECT_EQ(picker->currentText(), shown);
+        EXPECT_EQ(picker->count(), entries);
     }
 }
 
