@@ -8,23 +8,14 @@
 #include "LogView.h"
 #include "NoticeBanner.h"
 #include "OutputBuffer.h"
+#include "QtText.h"
 #include "UIFixture.h"
 
 #include <QTextBlock>
 #include <QTextCursor>
 
-namespace kestrin {
+namespace kestrin::UITesting {
 namespace {
-
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
-}
-
-PollerEvent timeoutOf(const Poll& poll) {
-    return PollerEvent{
-        PollerEvent::Read{poll.id, ReadBlock{}, PollFailureError{PollFailure::timeout()},
-                          Bytes{0x01, 0x03, 0x00, 0x00, 0x00, 0x01, 0x84, 0x0A}, Bytes{}, 1.0}};
-}
 
 // The first log line hides the welcome, and clearing the log brings it back.
 TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
@@ -38,18 +29,17 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
         SCOPED_TRACE(situation);
         std::vector<FakePortRegistry::Entry> ports;
         if (adapterPresent) {
-            ports.push_back(PaneTest::usbAdapter("/dev/ttyUSB0"));
+            ports.push_back(usbAdapter("/dev/ttyUSB0"));
         }
         std::vector<Datapoint> datapoints;
         if (withDatapoints) {
-            datapoints.push_back(PaneTest::holding("Power", 0));
+            datapoints.push_back(Testing::holding("Power", 0));
         }
-        auto model =
-            PaneTest::model(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
+        auto model = paneModel(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
         QCoreApplication::processEvents();
         BottomPane pane(*model);
         showAt(pane, 800, 300);
-        EXPECT_EQ(child<QLabel>(pane, "emptyLogTitle")->text(), text(shownTitle));
+        EXPECT_EQ(child<QLabel>(pane, "emptyLogTitle")->text(), qt(shownTitle));
         EXPECT_EQ(child(pane, "startReadingButton")->isVisible(), offersStart);
 
         auto* welcome = child<EmptyLogView>(pane);
@@ -59,7 +49,7 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
         click(child(pane, "clearLogButton"));
         EXPECT_TRUE(welcome->isVisible());
         EXPECT_EQ(child<ElidedLine>(pane, "statisticsLabel")->text(),
-                  text(L10n::texts().footer.statistics(0, 0, 0, 0, 0)));
+                  qt(L10n::texts().footer.statistics(0, 0, 0, 0, 0)));
     }
 }
 
@@ -67,7 +57,7 @@ TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
 TEST(BottomPane, WelcomeMessageShowsEveryWrappedLineAtAnyWidthInEveryLanguage) {
     for (const Language language : {Language::en, Language::de, Language::fr}) {
         L10n::withLanguageForTesting(language, [&] {
-            auto model = PaneTest::model({}, Testing::poll("Meter", {}));
+            auto model = paneModel({}, Testing::poll("Meter", {}));
             // Placed over the log as the log area does, not a window the layout could widen.
             QWidget host;
             host.resize(1400, 400);
@@ -97,7 +87,7 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     Testing::QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
     const Poll poll = Testing::poll("Meter", {});
-    auto model = PaneTest::model({}, poll);
+    auto model = paneModel({}, poll);
     model->addTestDevice(terminal.path(), "Test terminal");
     BottomPane pane(*model);
     showAt(pane, 900, 300);
@@ -108,7 +98,7 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return model->state() == PollerState::running; }, 5000));
     EXPECT_FALSE(lost->isVisible() || silent->isVisible());
     for (int attempt = 0; attempt < 3; ++attempt) {
-        model->handleEvent(timeoutOf(poll));
+        model->handleEvent(ModelTesting::failedRead(poll.id, ReadBlock{}, PollFailure::timeout()));
     }
     EXPECT_TRUE(silent->isVisible() && silent->isDismissable());
     click(child(*silent, "noticeDismiss"));
@@ -118,14 +108,14 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     model->handleEvent(PollerEvent{PollerEvent::SerialLost{terminal.path()}});
     EXPECT_TRUE(lost->isVisible());
     EXPECT_FALSE(lost->isDismissable());
-    EXPECT_EQ(lost->text(), text(L10n::texts().notice.serialLost()));
+    EXPECT_EQ(lost->text(), qt(L10n::texts().notice.serialLost()));
     model->stop();
     EXPECT_FALSE(lost->isVisible());
 }
 
 // The chart's period, chosen in the pane, too.
 TEST(BottomPane, ChosenViewSurvivesANewPane) {
-    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
+    auto model = paneModel({}, Testing::poll("Meter", {}));
     {
         BottomPane pane(*model);
         EXPECT_EQ(pane.page(), BottomPane::Page::log);
@@ -145,7 +135,7 @@ TEST(BottomPane, ChosenViewSurvivesANewPane) {
 }
 
 TEST(BottomPane, LogOptionsChangeTheModel) {
-    auto model = PaneTest::model({}, Testing::poll("Meter", {}));
+    auto model = paneModel({}, Testing::poll("Meter", {}));
     BottomPane pane(*model);
     pane.show();
     pane.toggleLogOptions();
@@ -314,4 +304,4 @@ TEST(LogPalette, RolesStayDistinctFromTheBackgroundInLightAndDark) {
 }
 
 } // namespace
-} // namespace kestrin
+} // namespace kestrin::UITesting

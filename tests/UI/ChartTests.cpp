@@ -14,7 +14,7 @@
 #include <QStackedWidget>
 #include <QValueAxis>
 
-namespace kestrin {
+namespace kestrin::UITesting {
 namespace {
 
 TEST(ValueScale, RoundTicksAroundTheData) {
@@ -135,11 +135,11 @@ TEST(ChartLines, KeepsFirstExtremesAndLastOfEachPixelColumn) {
 
 struct ChartFixture {
     ChartFixture() {
-        Poll poll = Testing::poll("Boiler", {PaneTest::holding("T", 0), PaneTest::holding("P", 1)});
+        Poll poll = Testing::poll("Boiler", {Testing::holding("T", 0), Testing::holding("P", 1)});
         temperature = poll.datapoints[0].id;
         pressure = poll.datapoints[1].id;
         poll.plotted = {temperature};
-        model = PaneTest::model({}, std::move(poll));
+        model = paneModel({}, std::move(poll));
     }
 
     void record(const Uuid& id, int secondsAgo, double value) {
@@ -258,4 +258,4 @@ TEST(ChartView, TimeAxisDrawsWhenDataArrivesAfterTheChartIsShown) {
 }
 
 } // namespace
-} // namespace kestrin
+} // namespace kestrin::UITesting

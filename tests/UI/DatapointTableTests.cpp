@@ -15,7 +15,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 
-namespace kestrin::TableTesting {
+namespace kestrin::UITesting {
 namespace {
 
 using Model = DatapointTableModel;
@@ -146,9 +146,9 @@ protected:
 };
 
 TEST_F(DatapointTable, CellsThatDoNotApplyCannotBeEdited) {
-    create(project({datapoint("Pump", RegisterTable::coil, 0),
-                    datapoint("Word", RegisterTable::holdingRegister, 0),
-                    datapoint("Power", RegisterTable::inputRegister, 2, DataType::float32)}));
+    create(plant({datapoint("Pump", RegisterTable::coil, 0),
+                  datapoint("Word", RegisterTable::holdingRegister, 0),
+                  datapoint("Power", RegisterTable::inputRegister, 2, DataType::float32)}));
     const Model table(*model);
     const std::tuple<int, int, bool> cells[] = {
         {0, Model::dataType, false},  {0, Model::scale, false}, {0, Model::format, false},
@@ -169,7 +169,7 @@ TEST_F(DatapointTable, CellsThatDoNotApplyCannotBeEdited) {
 }
 
 TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFitNamingTheRange) {
-    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    create(plant({datapoint("Word", RegisterTable::holdingRegister, 10)}));
     Model table(*model);
     const std::string unitRange = "The unit ID is a whole number from 1 to 247.";
     const std::string addressRange = "The address is a whole number from 0 to 65535.";
@@ -195,7 +195,7 @@ TEST_F(DatapointTable, NumberFieldsRefuseWhatDoesNotFitNamingTheRange) {
 // does.
 TEST_F(DatapointTable, ARefusedNumberKeepsItsFieldOpenAndSaysWhyAFittingOneIsTaken) {
     const QString reason = "The address is a whole number from 0 to 65535.";
-    create(project({datapoint("Word", RegisterTable::holdingRegister, 10)}));
+    create(plant({datapoint("Word", RegisterTable::holdingRegister, 10)}));
     const Datapoint before = poll().datapoints[0];
     shown().tableView()->edit(cell(0, Model::address));
     auto* field = child<QLineEdit>(*panel->tableView(), "fieldEditor");
@@ -215,8 +215,8 @@ TEST_F(DatapointTable, ARefusedNumberKeepsItsFieldOpenAndSaysWhyAFittingOneIsTak
 }
 
 TEST_F(DatapointTable, TabGoesFromOneEditableCellToTheNext) {
-    create(project({datapoint("Word", RegisterTable::holdingRegister, 10),
-                    datapoint("Pump", RegisterTable::coil, 0)}));
+    create(plant({datapoint("Word", RegisterTable::holdingRegister, 10),
+                  datapoint("Pump", RegisterTable::coil, 0)}));
     QTableView* view = shown().tableView();
     view->setFocus();
     view->setCurrentIndex(cell(0, Model::unit));
@@ -236,7 +236,7 @@ TEST_F(DatapointTable, TabGoesFromOneEditableCellToTheNext) {
 }
 
 TEST_F(DatapointTable, ClickingTheChartCellTogglesPlottingAndATableChosenAdjustsTheType) {
-    create(project({datapoint("Word", RegisterTable::holdingRegister, 10, DataType::int32)}));
+    create(plant({datapoint("Word", RegisterTable::holdingRegister, 10, DataType::int32)}));
     QTableView* view = shown().tableView();
     const QPoint centre = view->visualRect(cell(0, Model::chart)).center();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, centre);
@@ -254,8 +254,8 @@ TEST_F(DatapointTable, ClickingTheChartCellTogglesPlottingAndATableChosenAdjusts
 }
 
 TEST_F(DatapointTable, OverlapTriangleComesAndGoesWithTheAddress) {
-    create(project({datapoint("Long", RegisterTable::holdingRegister, 10, DataType::int32),
-                    datapoint("Short", RegisterTable::holdingRegister, 11)}));
+    create(plant({datapoint("Long", RegisterTable::holdingRegister, 10, DataType::int32),
+                  datapoint("Short", RegisterTable::holdingRegister, 11)}));
     Model table(*model);
     const auto marked = [&](int row) {
         const QModelIndex at = table.index(row, Model::address);
@@ -268,9 +268,9 @@ TEST_F(DatapointTable, OverlapTriangleComesAndGoesWithTheAddress) {
 }
 
 TEST_F(DatapointTable, DuplicateAndDeleteWorkOnTheSelectionOnly) {
-    create(project({datapoint("A", RegisterTable::holdingRegister, 0),
-                    datapoint("B", RegisterTable::holdingRegister, 1),
-                    datapoint("C", RegisterTable::holdingRegister, 2)}));
+    create(plant({datapoint("A", RegisterTable::holdingRegister, 0),
+                  datapoint("B", RegisterTable::holdingRegister, 1),
+                  datapoint("C", RegisterTable::holdingRegister, 2)}));
     QTableView* view = shown().tableView();
     auto* duplicate = child<QToolButton>(*panel, "duplicateDatapointsButton");
     auto* remove = child<QToolButton>(*panel, "deleteDatapointsButton");
@@ -295,7 +295,7 @@ TEST_F(DatapointTable, DuplicateAndDeleteWorkOnTheSelectionOnly) {
 
 // At the main window's default width every title shows whole, the last one included.
 TEST_F(DatapointTable, EveryTitleFitsItsColumnInEveryLanguage) {
-    create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+    create(plant({datapoint("Level", RegisterTable::holdingRegister, 0)}));
     for (const Language language : Language::allCases) {
         L10n::withLanguageForTesting(language, [&] {
             shown().resize(1180, 400);
@@ -342,7 +342,7 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatIt
     for (const auto& [contents, choice, kept] : rows) {
         SCOPED_TRACE(choice ? choice : contents ? "unreadable" : "missing");
         panel.reset(); // before the model it draws
-        create(project({datapoint("Level", RegisterTable::holdingRegister, 0)}));
+        create(plant({datapoint("Level", RegisterTable::holdingRegister, 0)}));
         shown();
         QFile::remove(file("points.csv"));
         if (contents != nullptr) {
@@ -360,7 +360,7 @@ TEST_F(DatapointTable, ImportAddsReplacesOrLeavesTheListAsChosenAndRefusesWhatIt
 }
 
 TEST_F(DatapointTable, AnEmptyPollOffersToAddAndTheNewRowIsSelected) {
-    create(project({}));
+    create(plant({}));
     auto* empty = child(shown(), "emptyTable");
     EXPECT_TRUE(empty->isVisible());
     click(child<QPushButton>(*panel, "emptyAddButton"));
@@ -384,7 +384,7 @@ protected:
 
 // Which text fits which type is the codec's test; here what the editor does with its answer.
 TEST_F(WritePopoverTest, StartsFromTheCurrentValueRefusesWhatDoesNotFitAndWritesWhatDoes) {
-    create(project({}));
+    create(plant({}));
     Datapoint scaled = datapoint("Temperature", RegisterTable::holdingRegister, 0, DataType::int16);
     scaled.scale = 0.1;
     const QPointer<WritePopover> empty = open(scaled);
@@ -432,9 +432,9 @@ TEST_F(WritingToTheSimulator, ValuesAndCoilsReachTheDeviceAndARefusedWriteShowsT
     const Datapoint setpoint =
         datapoint("Setpoint", RegisterTable::holdingRegister, 0, DataType::uint16, 100);
     const Datapoint pump = datapoint("Pump", RegisterTable::coil, 0);
-    const auto simulator = serve(project({setpoint, pump}));
+    const auto simulator = serve(plant({setpoint, pump}));
     ASSERT_FALSE(simulator->port().empty());
-    create(project({setpoint, pump, datapoint("Missing", RegisterTable::holdingRegister, 500)}));
+    create(plant({setpoint, pump, datapoint("Missing", RegisterTable::holdingRegister, 500)}));
     DatapointPanel panel(*model);
     showAt(panel, 1300, 400);
     startReading(simulator->port());
@@ -473,4 +473,4 @@ TEST_F(WritingToTheSimulator, ValuesAndCoilsReachTheDeviceAndARefusedWriteShowsT
 }
 
 } // namespace
-} // namespace kestrin::TableTesting
+} // namespace kestrin::UITesting

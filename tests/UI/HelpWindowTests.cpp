@@ -17,30 +17,16 @@
 #include <QTextBlock>
 #include <QTextBrowser>
 
-namespace kestrin::ShellTesting {
+namespace kestrin::UITesting {
 namespace {
 
-struct HelpWindowParts {
-    explicit HelpWindowParts(HelpWindow& window)
-        : search(child<QLineEdit>(window, "helpSearch"))
-        , list(child<QListWidget>(window, "helpTopics"))
-        , noResults(child<QLabel>(window, "helpNoResults"))
-        , page(child<QTextBrowser>(window, "helpPage")) {}
-
-    QString pageTitle() const { return page->document()->firstBlock().text(); }
-    QStringList listed() const {
-        QStringList titles;
-        for (int row = 0; row < list->count(); ++row) {
-            titles << list->item(row)->text();
-        }
-        return titles;
+QStringList titles(const QListWidget& list) {
+    QStringList titles;
+    for (int row = 0; row < list.count(); ++row) {
+        titles << list.item(row)->text();
     }
-
-    QLineEdit* search;
-    QListWidget* list;
-    QLabel* noResults;
-    QTextBrowser* page;
-};
+    return titles;
+}
 
 QString titleOf(const std::string& id) {
     for (const HelpTopic& topic : HelpTopic::all()) {
@@ -63,45 +49,50 @@ TEST(HelpWindow, SearchKeepsTheSelectionWhileItMatchesAndThePageWhenNothingDoes)
     HelpWindow::showSingle(&owner);
     ASSERT_NE(HelpWindow::single(), nullptr);
     HelpWindow& window = *HelpWindow::single();
-    HelpWindowParts parts(window);
+    auto* search = child<QLineEdit>(window, "helpSearch");
+    auto* list = child<QListWidget>(window, "helpTopics");
+    auto* noResults = child<QLabel>(window, "helpNoResults");
+    const auto pageTitle = [&] {
+        return child<QTextBrowser>(window, "helpPage")->document()->firstBlock().text();
+    };
     EXPECT_EQ(window.selection(), "start");
-    EXPECT_EQ(parts.pageTitle(), titleOf("start"));
-    EXPECT_EQ(parts.list->currentRow(), 0);
-    QTest::keyClicks(parts.search, QString::fromStdString(onlyInShortcuts));
+    EXPECT_EQ(pageTitle(), titleOf("start"));
+    EXPECT_EQ(list->currentRow(), 0);
+    QTest::keyClicks(search, QString::fromStdString(onlyInShortcuts));
     EXPECT_EQ(window.selection(), "shortcuts");
-    EXPECT_EQ(parts.listed(), QStringList{titleOf("shortcuts")});
-    EXPECT_EQ(parts.pageTitle(), titleOf("shortcuts"));
+    EXPECT_EQ(titles(*list), QStringList{titleOf("shortcuts")});
+    EXPECT_EQ(pageTitle(), titleOf("shortcuts"));
 
     // Clearing the search keeps the selection.
-    parts.search->clear();
+    search->clear();
     EXPECT_EQ(window.selection(), "shortcuts");
-    EXPECT_EQ(parts.list->count(), 9);
-    EXPECT_EQ(parts.list->currentItem()->text(), titleOf("shortcuts"));
+    EXPECT_EQ(list->count(), 9);
+    EXPECT_EQ(list->currentItem()->text(), titleOf("shortcuts"));
 
     window.select("troubleshooting");
-    parts.search->setText("cdab");
+    search->setText("cdab");
     EXPECT_EQ(window.selection(), "troubleshooting");
-    EXPECT_EQ(parts.listed(),
+    EXPECT_EQ(titles(*list),
               (QStringList{titleOf("datapoints"), titleOf("csv"), titleOf("troubleshooting")}));
-    EXPECT_EQ(parts.list->currentItem()->text(), titleOf("troubleshooting"));
+    EXPECT_EQ(list->currentItem()->text(), titleOf("troubleshooting"));
 
-    parts.search->clear();
+    search->clear();
     window.select("writing");
-    parts.search->setText("zzqx no such words");
-    EXPECT_TRUE(parts.noResults->isVisible());
-    EXPECT_FALSE(parts.list->isVisible());
-    EXPECT_EQ(parts.noResults->text(), QString::fromStdString(L10n::texts().help.noResults()));
+    search->setText("zzqx no such words");
+    EXPECT_TRUE(noResults->isVisible());
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_EQ(noResults->text(), QString::fromStdString(L10n::texts().help.noResults()));
     EXPECT_EQ(window.selection(), "writing");
-    EXPECT_EQ(parts.pageTitle(), titleOf("writing"));
+    EXPECT_EQ(pageTitle(), titleOf("writing"));
 
-    parts.search->setText("cdab");
-    EXPECT_TRUE(parts.list->isVisible());
-    EXPECT_FALSE(parts.noResults->isVisible());
+    search->setText("cdab");
+    EXPECT_TRUE(list->isVisible());
+    EXPECT_FALSE(noResults->isVisible());
     window.close();
     HelpWindow::showSingle(&owner);
     EXPECT_EQ(HelpWindow::single(), &window);
     EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(parts.search->text(), "cdab");
+    EXPECT_EQ(search->text(), "cdab");
 }
 
 TEST(HelpPage, InlineMarkup) {
@@ -257,4 +248,4 @@ TEST(Screenshot, EveryViewRendersAPicture) {
 }
 
 } // namespace
-} // namespace kestrin::ShellTesting
+} // namespace kestrin::UITesting

@@ -17,7 +17,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-namespace kestrin::ShellTesting {
+namespace kestrin::UITesting {
 namespace {
 
 // Which situations allow a start is the model's rule; here only that the window follows it.
@@ -290,4 +290,4 @@ TEST(DemoDevice, TheSimulatorBesideTheProgramComesFirstAndOneThatAnnouncesNoPort
 }
 
 } // namespace
-} // namespace kestrin::ShellTesting
+} // namespace kestrin::UITesting

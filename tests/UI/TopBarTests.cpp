@@ -14,7 +14,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 
-namespace kestrin::ShellTesting {
+namespace kestrin::UITesting {
 namespace {
 
 Poll examplePoll() {
@@ -337,4 +337,4 @@ TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
 }
 
 } // namespace
-} // namespace kestrin::ShellTesting
+} // namespace kestrin::UITesting

@@ -113,19 +113,22 @@ inline void answerQuestion(const QString& name, const QString& choice,
 
 } // namespace kestrin
 
-// The table's tests: a model of their own, in a folder of their own.
-namespace kestrin::TableTesting {
+namespace kestrin::UITesting {
 
 using namespace std::chrono_literals;
 using ModelTesting::simulatorCommand;
 using ModelTesting::SimulatorProcess;
 using ModelTesting::waitUntil;
 using Testing::datapoint;
+using Testing::makeModel;
+using Testing::poll;
+using Testing::portsAt;
+using Testing::project;
 using Testing::QuietTerminal;
 
 // A project of one poll, Plant, holding these datapoints.
-inline PollerProject project(std::vector<Datapoint> datapoints) {
-    return Testing::project({Testing::poll("Plant", std::move(datapoints))});
+inline PollerProject plant(std::vector<Datapoint> datapoints) {
+    return project({poll("Plant", std::move(datapoints))});
 }
 
 // A model with no autosave and no system ports, its preferences in the test's own folder.
@@ -134,36 +137,12 @@ protected:
     const Poll& poll() const { return model->polls().front(); }
 };
 
-} // namespace kestrin::TableTesting
-
-// The window's and the bars' tests: models made in the test, of whole projects.
-namespace kestrin::ShellTesting {
-
-using namespace std::chrono_literals;
-using TableTesting::QuietTerminal;
-using TableTesting::simulatorCommand;
-using TableTesting::SimulatorProcess;
-using TableTesting::waitUntil;
-using Testing::datapoint;
-using Testing::makeModel;
-using Testing::poll;
-using Testing::portsAt;
-using Testing::project;
-
 // A shown main window that has the keyboard, so shortcuts reach it.
 inline void activate(QWidget& window) {
     window.show();
     QApplication::setActiveWindow(&window);
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
 }
-
-} // namespace kestrin::ShellTesting
-
-// The panes' tests: a model with fake ports whose samples show at once.
-namespace kestrin::PaneTest {
-
-using namespace std::chrono_literals;
-using Testing::holding;
 
 inline FakePortRegistry::Entry usbAdapter(const std::string& path) {
     FakePortRegistry::Entry entry;
@@ -177,15 +156,16 @@ inline FakePortRegistry::Entry usbAdapter(const std::string& path) {
 // A model that reads nothing from disk, with the given ports present and one poll, and views that
 // start from their default preferences. Recorded samples are published on the next turn of the
 // event loop, so a view shows them at once.
-inline std::unique_ptr<PollerModel> model(std::vector<FakePortRegistry::Entry> ports, Poll poll) {
+inline std::unique_ptr<PollerModel> paneModel(std::vector<FakePortRegistry::Entry> ports,
+                                              Poll shown) {
     QSettings("Kestrin", "Kestrin").clear();
     auto registry = std::make_shared<FakePortRegistry::State>();
     registry->entries = std::move(ports);
     PollerModel::Environment environment = Testing::environment(std::move(registry));
-    environment.project = Testing::project({std::move(poll)});
+    environment.project = project({std::move(shown)});
     environment.delays.resume = 0ms;
     environment.delays.publication = 0ms;
     return std::make_unique<PollerModel>(std::move(environment));
 }
 
-} // namespace kestrin::PaneTest
+} // namespace kestrin::UITesting
