@@ -96,15 +96,13 @@ TEST(PollOperations, AddDatapointContinuesAfterTheBaseOrStartsOverAtZero) {
     const struct {
         Datapoint base;
         int address;
-    } rows[] = {
-        {point(RegisterTable::holdingRegister, 100, DataType::float32), 102},
-        {point(RegisterTable::coil, 5), 6},
-        {point(RegisterTable::discreteInput, 65534), 65535},
-        {point(RegisterTable::inputRegister, 65532, DataType::int32), 65534},
-        {point(RegisterTable::holdingRegister, 65533, DataType::float32), 0},
-        {point(RegisterTable::holdingRegister, 65532, DataType::float64), 0},
-        {point(RegisterTable::coil, 65535), 0},
-    };
+    } rows[] = {{point(RegisterTable::holdingRegister, 100, DataType::float32), 102},
+                {point(RegisterTable::coil, 5), 6},
+                {point(RegisterTable::discreteInput, 65534), 65535},
+                {point(RegisterTable::inputRegister, 65532, DataType::int32), 65534},
+                {point(RegisterTable::holdingRegister, 65533, DataType::float32), 0},
+                {point(RegisterTable::holdingRegister, 65532, DataType::float64), 0},
+                {point(RegisterTable::coil, 65535), 0}};
     for (const auto& row : rows) {
         Datapoint base = row.base;
         base.unitID = 17;

@@ -184,8 +184,7 @@ TEST_F(PollerModelPorts, ChoiceOnTheFirstScanAndWhenAdaptersComeAndGo) {
         {"over a missing port", missing, {internal}, {internal, cp2102}, usb1},
         {"the chosen one unplugged", "", {ftdi, internal}, {internal}, usb0},
         {"adapters swapped", "", {ftdi}, {cp2102}, usb1},
-        {"an internal port arrives", "", {ftdi}, {ftdi, internal}, usb0},
-    };
+        {"an internal port arrives", "", {ftdi}, {ftdi, internal}, usb0}};
     for (const auto& [situation, stored, before, after, chosen] : rows) {
         createWith(stored, before);
         plug(after);
@@ -200,16 +199,14 @@ TEST_F(PollerModelPorts, ReadingCanStartOnlyOnAPresentPortWithSomethingToRead) {
     const PollerProject switchedOff = quietProject({holding("Level", 100)});
     const std::vector<
         std::tuple<const char*, std::string, Entries, PollerProject, std::optional<Obstacle>>>
-        rows{
-            {"no port chosen", "", {internal}, reading, Obstacle::noPort},
-            {"a remembered port that is unplugged", usb0, {}, reading, Obstacle::noPort},
-            {"a present port", s0, {internal}, reading, std::nullopt},
-            {"only a switched-off poll has datapoints",
-             s0,
-             {internal},
-             switchedOff,
-             Obstacle::nothingToRead},
-        };
+        rows{{"no port chosen", "", {internal}, reading, Obstacle::noPort},
+             {"a remembered port that is unplugged", usb0, {}, reading, Obstacle::noPort},
+             {"a present port", s0, {internal}, reading, std::nullopt},
+             {"only a switched-off poll has datapoints",
+              s0,
+              {internal},
+              switchedOff,
+              Obstacle::nothingToRead}};
     for (const auto& [situation, stored, listed, start, obstacle] : rows) {
         createWith(stored, listed);
         model->applyProject(start);

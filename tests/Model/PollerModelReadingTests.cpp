@@ -127,8 +127,7 @@ TEST_F(PollerModelWrite, TheWriteModeChoosesTheRequestAndTheConfirmedValueIsShow
     // Requests without their CRC.
     const std::vector<std::tuple<const Datapoint*, WriteMode, double, std::string>> rows{
         {&pump, WriteMode::single, 1, "01 05 00 05 FF 00"},
-        {&setpoint, WriteMode::multiple, 21.5, "01 10 00 0A 00 01 02 00 D7"},
-    };
+        {&setpoint, WriteMode::multiple, 21.5, "01 10 00 0A 00 01 02 00 D7"}};
     for (const auto& [point, mode, value, request] : rows) {
         model->setWriteMode(mode);
         EXPECT_EQ(written(*point, value).substr(0, request.size()), request)

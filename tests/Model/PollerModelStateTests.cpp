@@ -153,8 +153,7 @@ TEST_F(PollerModelRunning, ChangingHowADatapointIsReadForgetsItsReadingsOthersKe
         {"word order", [](Datapoint& p) { p.wordOrder = WordOrder::cdab; }, true},
         {"scale", [](Datapoint& p) { p.scale = 0.1; }, true},
         {"name", [](Datapoint& p) { p.name = "Renamed"; }, false},
-        {"format", [](Datapoint& p) { p.format = DisplayFormat::hex; }, false},
-    };
+        {"format", [](Datapoint& p) { p.format = DisplayFormat::hex; }, false}};
     const std::vector<Poll> original = model->polls();
     for (const auto& [change, edit, forgets] : rows) {
         answerBoth(10, 20);
@@ -196,8 +195,7 @@ TEST_F(PollerModelLog, LinesFollowTheOptionsInForceAndFailuresAreAlwaysWritten) 
          "B8 53  (12 ms)\n"},
         {read, true, true, ""},
         {failedRead(points, levelOnly, PollFailure::timeout()), false, true,
-         "✕ Unit 1 · FC 03 Read holding registers HR 100 · no response within 500 ms\n"},
-    };
+         "✕ Unit 1 · FC 03 Read holding registers HR 100 · no response within 500 ms\n"}};
     for (const auto& [event, rawFrames, onlyProblems, text] : rows) {
         model->setShowRawFrames(rawFrames);
         model->setLogOnlyProblems(onlyProblems);

@@ -35,82 +35,6 @@ bool isFirstRun(const PollerProject& project) {
            project.polls[0].name == L10n::texts().example.pollName();
 }
 
-class ProjectStoreTest : public testing::Test {
-protected:
-    QTemporaryDir folder;
-    QString autosavePath = folder.filePath(QStringLiteral("Kestrin/project.json"));
-    QString kestrinFolder = QFileInfo(autosavePath).absolutePath();
-    ProjectStore store{autosavePath};
-};
-
-TEST_F(ProjectStoreTest, WithoutAnAutosaveTheFirstRunProjectIsUsedAndNothingWritten) {
-    const ProjectStore::Loaded loaded = store.load();
-    EXPECT_TRUE(isFirstRun(loaded.project));
-    EXPECT_FALSE(loaded.brokenCopy);
-    EXPECT_TRUE(QDir(folder.path()).isEmpty());
-
-    const ProjectStore noDataFolder{QString()};
-    EXPECT_TRUE(isFirstRun(noDataFolder.load().project));
-    EXPECT_FALSE(noDataFolder.save(editedProject()).ok());
-}
-
-TEST_F(ProjectStoreTest, AnUnusableAutosaveIsKeptBesideItBeforeTheFirstRunProjectIsUsed) {
-    const QRegularExpression keptName(
-        QStringLiteral("^project\\.json\\.broken-\\d{4}-\\d\\d-\\d\\dT\\d{6}(-\\d+)?$"));
-    QStringList kept;
-    for (const QByteArray broken : {"{\"polls\": [", "{\"polls\": []}", "{\"polls\": 1}", ""}) {
-        put(autosavePath, broken);
-        const ProjectStore::Loaded loaded = store.load();
-        EXPECT_TRUE(isFirstRun(loaded.project)) << broken.constData();
-        ASSERT_TRUE(loaded.brokenCopy) << broken.constData();
-        EXPECT_EQ(contents(*loaded.brokenCopy), broken);
-        EXPECT_FALSE(QFileInfo::exists(autosavePath));
-        EXPECT_EQ(QFileInfo(*loaded.brokenCopy).absolutePath(), kestrinFolder);
-        kept.append(QFileInfo(*loaded.brokenCopy).fileName());
-        EXPECT_TRUE(keptName.match(kept.back()).hasMatch()) << kept.back().toStdString();
-    }
-    // Rescues within one second still keep every file.
-    EXPECT_EQ(QDir(kestrinFolder).entryList(QDir::Files).size(), 4);
-}
-
-TEST_F(ProjectStoreTest, OpenRefusesUnreadableUndecodableAndPollLessFiles) {
-    const PollerProject project = editedProject();
-    put(folder.filePath(QStringLiteral("good.json")), QByteArray::fromStdString(project.encoded()));
-    put(folder.filePath(QStringLiteral("empty.json")), R"({"polls": []})");
-    put(folder.filePath(QStringLiteral("notes.txt")), "Temperature;HR;100");
-
-    const auto opened = ProjectStore::open(folder.filePath(QStringLiteral("good.json")));
-    ASSERT_TRUE(opened.ok()) << opened.error();
-    EXPECT_EQ(opened.value(), project);
-    const std::pair<const char*, const char*> refusals[] = {
-        {"empty.json", "polls: expected at least one entry"},
-        {"notes.txt", "not a JSON document"},
-        {"missing.json", "No such file or directory"},
-    };
-    for (const auto& [name, reason] : refusals) {
-        const auto refused = ProjectStore::open(folder.filePath(QString::fromUtf8(name)));
-        ASSERT_FALSE(refused.ok()) << name;
-        EXPECT_EQ(refused.error(), L10n::Errors::projectUnreadable(name, reason));
-    }
-}
-
-TEST_F(ProjectStoreTest, SaveAsCreatesFoldersOrFailsWithTheReason) {
-    const PollerProject project = editedProject();
-    const QString target = folder.filePath(QStringLiteral("projects/plant/kestrin.json"));
-    ASSERT_TRUE(ProjectStore::saveAs(project, target).ok());
-    EXPECT_EQ(contents(target).toStdString(), project.encoded());
-    EXPECT_FALSE(QFileInfo::exists(autosavePath));
-
-    // The reason alone: the caller puts it in its sentence, once.
-    const auto refused = ProjectStore::saveAs(project, target + QStringLiteral("/inside.json"));
-    ASSERT_FALSE(refused.ok());
-    EXPECT_EQ(refused.error(), L10n::Errors::systemMessage(ENOTDIR));
-    EXPECT_EQ(contents(target).toStdString(), project.encoded());
-}
-
-using Testing::contents;
-using Testing::put;
-
 mode_t permissions(const QString& path) {
     struct stat status {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777 : 0;
@@ -121,9 +45,10 @@ const std::vector<std::size_t> chunkSizes{1, 65535, 65536, 65537, 3, 200000, 0, 
 const auto totalSize =
     static_cast<rlim_t>(std::accumulate(chunkSizes.begin(), chunkSizes.end(), std::size_t{0}));
 
-class TextFileWriterTest : public testing::Test {
+class SavedFiles : public testing::Test {
 protected:
     QTemporaryDir folder;
+    QString autosavePath = folder.filePath("Kestrin/project.json");
     QString target = folder.filePath("export.csv");
 
     QStringList files() const {
@@ -131,9 +56,73 @@ protected:
     }
 };
 
-TEST_F(TextFileWriterTest, ChunksOfEverySizeArriveInOrderAndTheOldPermissionsStay) {
-    put(target, "old");
-    ASSERT_EQ(::chmod(QFile::encodeName(target).constData(), 0640), 0);
+using ProjectStoreTest = SavedFiles;
+using TextFileWriterTest = SavedFiles;
+
+// Without an autosave nothing is written; an unusable one is kept beside it under a name of its
+// own, even for several within one second.
+TEST_F(ProjectStoreTest, TheFirstRunProjectStandsInForAnAbsentOrUnusableAutosave) {
+    const ProjectStore store{autosavePath};
+    const ProjectStore::Loaded fresh = store.load();
+    EXPECT_TRUE(isFirstRun(fresh.project));
+    EXPECT_FALSE(fresh.brokenCopy);
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    const ProjectStore noDataFolder{QString()};
+    EXPECT_TRUE(isFirstRun(noDataFolder.load().project));
+    EXPECT_FALSE(noDataFolder.save(editedProject()).ok());
+
+    const QRegularExpression keptName(
+        "^project\\.json\\.broken-\\d{4}-\\d\\d-\\d\\dT\\d{6}(-\\d+)?$");
+    const QString kestrinFolder = QFileInfo(autosavePath).absolutePath();
+    for (const QByteArray broken : {"{\"polls\": [", "{\"polls\": []}", "{\"polls\": 1}", ""}) {
+        put(autosavePath, broken);
+        const ProjectStore::Loaded loaded = store.load();
+        EXPECT_TRUE(isFirstRun(loaded.project)) << broken.constData();
+        ASSERT_TRUE(loaded.brokenCopy) << broken.constData();
+        EXPECT_EQ(contents(*loaded.brokenCopy), broken);
+        EXPECT_FALSE(QFileInfo::exists(autosavePath));
+        EXPECT_EQ(QFileInfo(*loaded.brokenCopy).absolutePath(), kestrinFolder);
+        const QString kept = QFileInfo(*loaded.brokenCopy).fileName();
+        EXPECT_TRUE(keptName.match(kept).hasMatch()) << kept.toStdString();
+    }
+    EXPECT_EQ(QDir(kestrinFolder).entryList(QDir::Files).size(), 4);
+}
+
+// The reasons alone: the caller puts them in its sentence, once.
+TEST_F(ProjectStoreTest, SaveAsCreatesFoldersAndOpenReadsItBackOrBothRefuseWithTheReason) {
+    const PollerProject project = editedProject();
+    const QString saved = folder.filePath("projects/plant/kestrin.json");
+    ASSERT_TRUE(ProjectStore::saveAs(project, saved).ok());
+    EXPECT_EQ(contents(saved).toStdString(), project.encoded());
+    EXPECT_FALSE(QFileInfo::exists(autosavePath));
+    const auto opened = ProjectStore::open(saved);
+    ASSERT_TRUE(opened.ok()) << opened.error();
+    EXPECT_EQ(opened.value(), project);
+    const auto inside = ProjectStore::saveAs(project, saved + "/inside.json");
+    ASSERT_FALSE(inside.ok());
+    EXPECT_EQ(inside.error(), L10n::Errors::systemMessage(ENOTDIR));
+    EXPECT_EQ(contents(saved).toStdString(), project.encoded());
+
+    put(folder.filePath("empty.json"), R"({"polls": []})");
+    put(folder.filePath("notes.txt"), "Temperature;HR;100");
+    const std::pair<const char*, const char*> refusals[] = {
+        {"empty.json", "polls: expected at least one entry"},
+        {"notes.txt", "not a JSON document"},
+        {"missing.json", "No such file or directory"}};
+    for (const auto& [name, reason] : refusals) {
+        const auto refused = ProjectStore::open(folder.filePath(QString::fromUtf8(name)));
+        ASSERT_FALSE(refused.ok()) << name;
+        EXPECT_EQ(refused.error(), L10n::Errors::projectUnreadable(name, reason));
+    }
+}
+
+// Saved through a link: nothing reaches the file it names before the commit, then every chunk in
+// order; that file keeps its permissions and the link stays a link.
+TEST_F(TextFileWriterTest, ChunksOfEverySizeArriveInOrderThroughALinkAndThePermissionsStay) {
+    const QString real = folder.filePath("real.txt");
+    put(real, "old");
+    ASSERT_EQ(::chmod(QFile::encodeName(real).constData(), 0640), 0);
+    ASSERT_TRUE(QFile::link(real, target));
     std::string expected;
     TextFileWriter writer(target);
     for (std::size_t i = 0; i < chunkSizes.size(); ++i) {
@@ -141,23 +130,13 @@ TEST_F(TextFileWriterTest, ChunksOfEverySizeArriveInOrderAndTheOldPermissionsSta
         EXPECT_TRUE(writer.append(chunk));
         expected += chunk;
     }
-    EXPECT_EQ(contents(target), "old") << "nothing reaches the target before the commit";
+    EXPECT_EQ(contents(real), "old");
     const auto committed = writer.commit();
     ASSERT_TRUE(committed.ok()) << committed.error();
-    EXPECT_EQ(contents(target).toStdString(), expected);
-    EXPECT_EQ(permissions(target), 0640U);
-    EXPECT_EQ(files(), QStringList{"export.csv"});
-}
-
-TEST_F(TextFileWriterTest, SavingOverALinkReplacesTheFileItNames) {
-    const QString real = folder.filePath("real.txt");
-    put(real, "old");
-    ASSERT_TRUE(QFile::link(real, target));
-    TextFileWriter writer(target);
-    writer.append("new");
-    ASSERT_TRUE(writer.commit().ok());
-    EXPECT_EQ(contents(real), "new");
+    EXPECT_EQ(contents(real).toStdString(), expected);
+    EXPECT_EQ(permissions(real), 0640U);
     EXPECT_EQ(QFileInfo(target).symLinkTarget(), real);
+    EXPECT_EQ(files(), (QStringList{"export.csv", "real.txt"}));
 }
 
 // Each failure at its own step: creating the temporary file, writing it, putting it in place.
@@ -176,8 +155,7 @@ TEST_F(TextFileWriterTest, AFailureAtAnyStepKeepsTheTargetAndNamesTheSystemsCaus
         {"full far before the end", target, [&] { put(target, "old"); }, 1, EFBIG},
         {"full one byte before the end", target, [&] { put(target, "old"); }, totalSize - 1, EFBIG},
         {"target is a folder", target,
-         [&] { ASSERT_TRUE(QDir(folder.path()).mkdir("export.csv")); }, RLIM_INFINITY, EISDIR},
-    };
+         [&] { ASSERT_TRUE(QDir(folder.path()).mkdir("export.csv")); }, RLIM_INFINITY, EISDIR}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
         QDir(folder.path()).removeRecursively();
