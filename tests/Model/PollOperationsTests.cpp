@@ -10,6 +10,10 @@ namespace kestrin {
 namespace {
 
 using namespace PollOperations;
+constexpr RegisterTable coil = RegisterTable::coil;
+constexpr RegisterTable discrete = RegisterTable::discreteInput;
+constexpr RegisterTable holding = RegisterTable::holdingRegister;
+constexpr RegisterTable input = RegisterTable::inputRegister;
 
 Datapoint point(RegisterTable table, int address, DataType type = DataType::uint16) {
     Datapoint datapoint;
@@ -44,28 +48,33 @@ TEST(PollOperations, AddPollAppendsANumberedPollAndSelectsIt) {
 }
 
 TEST(PollOperations, DuplicatePollCopiesWithNewIdsAndKeepsTheChartOnTheCopies) {
-    Poll meter = poll("Meter", {point(RegisterTable::holdingRegister, 0),
-                                point(RegisterTable::inputRegister, 4, DataType::float32)});
+    Poll meter = poll("Meter", {point(holding, 0), point(input, 4, DataType::float32)});
     meter.intervalMs = 250;
     meter.enabled = false;
     meter.plotted = {meter.datapoints[1].id};
     const Poll other = poll("Other");
-
     const auto duplicated = duplicatePoll({meter, other}, meter.id);
     ASSERT_TRUE(duplicated);
     ASSERT_EQ(duplicated->polls.size(), 3u);
     const Poll& copy = duplicated->polls[1];
     EXPECT_EQ(duplicated->selectedPollID, copy.id);
-    Poll expected = meter;
-    expected.id = copy.id;
-    expected.name = L10n::texts().polls.copyName("Meter");
-    for (std::size_t index = 0; index < 2; ++index) {
-        EXPECT_NE(copy.datapoints.at(index).id, meter.datapoints[index].id);
-        expected.datapoints[index].id = copy.datapoints[index].id;
-    }
-    expected.plotted = {copy.datapoints[1].id};
-    EXPECT_NE(copy.id, meter.id);
-    EXPECT_EQ(copy, expected);
+    // The copy with the original's ids is the original but for the name.
+    Poll withOldIDs = copy;
+    withOldIDs.id = meter.id;
+    withOldIDs.datapoints[0].id = meter.datapoints[0].id;
+    withOldIDs.datapoints[1].id = meter.datapoints[1].id;
+    withOldIDs.plotted = meter.plotted;
+    withOldIDs.name = meter.name;
+    EXPECT_EQ(withOldIDs, meter);
+    EXPECT_EQ(copy.name, L10n::texts().polls.copyName("Meter"));
+    EXPECT_EQ(copy.plotted, std::set<Uuid>{copy.datapoints[1].id});
+    const std::set<Uuid> ids{meter.id,
+                             copy.id,
+                             meter.datapoints[0].id,
+                             meter.datapoints[1].id,
+                             copy.datapoints[0].id,
+                             copy.datapoints[1].id};
+    EXPECT_EQ(ids.size(), 6u);
     EXPECT_EQ(duplicated->polls[0], meter);
     EXPECT_EQ(duplicated->polls[2], other);
     EXPECT_FALSE(duplicatePoll({meter}, Uuid::random()));
@@ -92,62 +101,55 @@ TEST(PollOperations, RemovingTheSelectedPollSelectsTheOneBeforeIt) {
     EXPECT_FALSE(removePoll(polls, Uuid::random(), polls[0].id));
 }
 
+// A new datapoint follows the selected one, else the last, in its unit, table and type, with the
+// other settings fresh; past the end of the addresses it starts over at 0.
 TEST(PollOperations, AddDatapointContinuesAfterTheBaseOrStartsOverAtZero) {
-    const struct {
-        Datapoint base;
-        int address;
-    } rows[] = {{point(RegisterTable::holdingRegister, 100, DataType::float32), 102},
-                {point(RegisterTable::coil, 5), 6},
-                {point(RegisterTable::discreteInput, 65534), 65535},
-                {point(RegisterTable::inputRegister, 65532, DataType::int32), 65534},
-                {point(RegisterTable::holdingRegister, 65533, DataType::float32), 0},
-                {point(RegisterTable::holdingRegister, 65532, DataType::float64), 0},
-                {point(RegisterTable::coil, 65535), 0}};
-    for (const auto& row : rows) {
-        Datapoint base = row.base;
+    const std::pair<Datapoint, int> rows[] = {{point(holding, 100, DataType::float32), 102},
+                                              {point(coil, 5), 6},
+                                              {point(discrete, 65534), 65535},
+                                              {point(input, 65532, DataType::int32), 65534},
+                                              {point(holding, 65533, DataType::float32), 0},
+                                              {point(holding, 65532, DataType::float64), 0},
+                                              {point(coil, 65535), 0}};
+    for (const auto& [row, address] : rows) {
+        Datapoint base = row;
         base.unitID = 17;
         base.wordOrder = WordOrder::cdab;
         base.scale = 0.1;
         base.engineeringUnit = "kW";
-        const Poll target = poll("Meter", {point(RegisterTable::coil, 0), base});
-        const auto added = addDatapoint({target}, target.id, std::nullopt);
-        ASSERT_TRUE(added);
-        ASSERT_EQ(added->polls[0].datapoints.size(), 3u);
-        const Datapoint& fresh = added->polls[0].datapoints[2];
-        Datapoint expected(added->datapointID, L10n::Table::newName(base.table(), row.address), 17,
-                           base.table(), static_cast<std::uint16_t>(row.address), base.dataType,
-                           WordOrder::cdab, 1.0, "", DisplayFormat::decimal, 0, "", Simulation());
-        EXPECT_EQ(fresh, expected) << base.name;
+        // Selected, or last when nothing is.
+        for (const bool selected : {false, true}) {
+            const Poll target = poll("Meter", selected ? std::vector{base, point(coil, 0)}
+                                                       : std::vector{point(coil, 0), base});
+            const auto added =
+                addDatapoint({target}, target.id, selected ? std::optional(base.id) : std::nullopt);
+            ASSERT_TRUE(added);
+            ASSERT_EQ(added->polls[0].datapoints.size(), 3u);
+            const Datapoint& fresh = added->polls[0].datapoints[selected ? 1 : 2];
+            const Datapoint expected(
+                added->datapointID, L10n::Table::newName(base.table(), address), 17, base.table(),
+                static_cast<std::uint16_t>(address), base.dataType, WordOrder::cdab, 1.0, "",
+                DisplayFormat::decimal, 0, "", Simulation());
+            EXPECT_EQ(fresh, expected) << base.name << selected;
+            EXPECT_EQ(added->polls[0].datapoints[selected ? 2 : 0],
+                      target.datapoints[selected ? 1 : 0]);
+        }
     }
-}
-
-TEST(PollOperations, AddDatapointAfterTheSelectionOrIntoAnEmptyPoll) {
-    const Datapoint first = point(RegisterTable::inputRegister, 10, DataType::uint32);
-    const Datapoint last = point(RegisterTable::coil, 0);
-    const Poll target = poll("Meter", {first, last});
-    const auto added = addDatapoint({target}, target.id, first.id);
-    ASSERT_TRUE(added);
-    const std::vector<Datapoint>& datapoints = added->polls[0].datapoints;
-    ASSERT_EQ(datapoints.size(), 3u);
-    EXPECT_EQ(datapoints[1].id, added->datapointID);
-    EXPECT_EQ(datapoints[1].address, 12);
-    EXPECT_EQ(datapoints[2], last);
-
     const Poll empty = poll("Empty");
     const auto started = addDatapoint({empty}, empty.id, Uuid::random());
     ASSERT_TRUE(started);
     Datapoint expected;
     expected.id = started->datapointID;
-    expected.name = L10n::Table::newName(RegisterTable::holdingRegister, 0);
+    expected.name = L10n::Table::newName(holding, 0);
     EXPECT_EQ(started->polls[0].datapoints, std::vector<Datapoint>{expected});
     EXPECT_FALSE(addDatapoint({empty}, Uuid::random(), std::nullopt));
 }
 
 TEST(PollOperations, DuplicateDatapointsCopiesEachRightAfterItself) {
-    const Datapoint counter = point(RegisterTable::inputRegister, 10, DataType::uint32);
-    const Datapoint mode = point(RegisterTable::holdingRegister, 1);
-    const Datapoint nearEnd = point(RegisterTable::holdingRegister, 65533, DataType::int32);
-    const Datapoint lastCoil = point(RegisterTable::coil, 65535);
+    const Datapoint counter = point(input, 10, DataType::uint32);
+    const Datapoint mode = point(holding, 1);
+    const Datapoint nearEnd = point(holding, 65533, DataType::int32);
+    const Datapoint lastCoil = point(coil, 65535);
     const Poll target = poll("Meter", {counter, mode, nearEnd, lastCoil});
 
     const auto duplicated = duplicateDatapoints(
@@ -162,8 +164,8 @@ TEST(PollOperations, DuplicateDatapointsCopiesEachRightAfterItself) {
 }
 
 TEST(PollOperations, DeleteDatapointsAlsoTakesThemOutOfTheChart) {
-    const Datapoint keep = point(RegisterTable::holdingRegister, 0);
-    const Datapoint drop = point(RegisterTable::holdingRegister, 1);
+    const Datapoint keep = point(holding, 0);
+    const Datapoint drop = point(holding, 1);
     Poll target = poll("Meter", {keep, drop});
     target.plotted = {keep.id, drop.id};
     const auto deleted = deleteDatapoints({target}, target.id, {drop.id, Uuid::random()});
@@ -172,12 +174,11 @@ TEST(PollOperations, DeleteDatapointsAlsoTakesThemOutOfTheChart) {
 }
 
 TEST(PollOperations, ImportAddsAfterTheListOrReplacesListAndChart) {
-    const Datapoint existing = point(RegisterTable::holdingRegister, 0);
+    const Datapoint existing = point(holding, 0);
     Poll target = poll("Meter", {existing});
     target.plotted = {existing.id};
     const Poll other = poll("Other");
-    const std::vector<Datapoint> imported{point(RegisterTable::coil, 3),
-                                          point(RegisterTable::inputRegister, 7)};
+    const std::vector<Datapoint> imported{point(coil, 3), point(input, 7)};
 
     const auto added = importDatapoints({target, other}, target.id, imported, ImportChoice::add);
     EXPECT_EQ(added[0].datapoints, (std::vector<Datapoint>{existing, imported[0], imported[1]}));

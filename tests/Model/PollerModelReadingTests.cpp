@@ -139,14 +139,6 @@ TEST_F(PollerModelWrite, TheWriteModeChoosesTheRequestAndTheConfirmedValueIsShow
     EXPECT_EQ(model->history().samples(setpoint.id), nullptr);
 }
 
-TEST_F(PollerModelWrite, OnlyProblemsDropsTheSentLineButKeepsTheConfirmation) {
-    written(setpoint, 21.5);
-    model->setLogOnlyProblems(true);
-    written(setpoint, 30);
-    EXPECT_EQ(countInLog("→ Unit 1 · FC 06 Write single register · Setpoint = "), 1);
-    EXPECT_EQ(countInLog("✎ Unit 1 · Setpoint = "), 2);
-}
-
 TEST_F(PollerModelWrite, RefusedAddressCountsAnExceptionAndSetsTheWriteError) {
     written(ghost, 3);
     EXPECT_EQ(model->statistics(),

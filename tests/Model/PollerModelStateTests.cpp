@@ -46,9 +46,22 @@ TEST_F(PollerModelStart, NeedsAPortThatOpensRunsOnStartedIgnoresASecondStartAndS
 
 using PollerModelRunning = QuietReading;
 
-TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
+// A lost port drops the engine and refuses starts and writes until stopped; once stopped, events
+// still on their way change nothing.
+TEST_F(PollerModelRunning, LostPortDropsTheEngineUntilStoppedAndLaterEventsChangeNothing) {
     answerBoth(1, 2);
+    send({PollerEvent::SerialLost{device.port()}});
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+    EXPECT_FALSE(model->isEngineHeld());
+    EXPECT_EQ(countInLog("Serial port " + device.port() + " is gone; waiting for it to return"), 1);
+    model->start();
+    EXPECT_FALSE(model->isEngineHeld());
+    model->write(level, 5);
+    EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
     model->stop();
+    EXPECT_EQ(model->state(), PollerState::stopped);
+    EXPECT_EQ(countInLog("--- Reading stopped ---"), 1);
+
     const PollerStatistics statistics = model->statistics();
     const auto status = model->status();
     const QString text = model->output().text();
@@ -64,21 +77,6 @@ TEST_F(PollerModelRunning, EventsAfterStopChangeNothing) {
     EXPECT_EQ(model->state(), PollerState::stopped);
 }
 
-TEST_F(PollerModelRunning, LostPortDropsTheEngineRefusesStartAndWritesThenStops) {
-    send({PollerEvent::SerialLost{device.port()}});
-    EXPECT_EQ(model->state(), PollerState::serialLost);
-    EXPECT_FALSE(model->isEngineHeld());
-    EXPECT_EQ(countInLog("Serial port " + device.port() + " is gone; waiting for it to return"), 1);
-
-    model->start();
-    EXPECT_FALSE(model->isEngineHeld());
-    model->write(level, 5);
-    EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
-    model->stop();
-    EXPECT_EQ(model->state(), PollerState::stopped);
-    EXPECT_EQ(countInLog("--- Reading stopped ---"), 1);
-}
-
 TEST_F(PollerModelRunning, ReadsAndWritesCountEachFailureInItsCounter) {
     for (const PollFailure failure :
          {PollFailure::exception(2), timeout, crc, PollFailure::malformed(),
@@ -91,6 +89,7 @@ TEST_F(PollerModelRunning, ReadsAndWritesCountEachFailureInItsCounter) {
                   .requests = 12, .responses = 2, .timeouts = 2, .exceptions = 2, .errors = 8}));
 }
 
+// Dismissed, the hint stays hidden until the next start.
 TEST_F(PollerModelRunning, NoResponseHintNeedsThreeTimeoutsOrCRCErrorsInARow) {
     // Reads: T timeout, C CRC error, X exception, M malformed, O answer; writes: W done, w timeout.
     const std::map<char, PollerEvent> events{
@@ -112,9 +111,8 @@ TEST_F(PollerModelRunning, NoResponseHintNeedsThreeTimeoutsOrCRCErrorsInARow) {
         }
         EXPECT_EQ(model->showNoResponseHint(), hint) << sequence;
     }
-}
-
-TEST_F(PollerModelRunning, DismissedHintStaysHiddenUntilTheNextStart) {
+    model->stop();
+    startReading(device.port());
     const auto threeTimeouts = [&] {
         for (int i = 0; i < 3; ++i) {
             fail(timeout);
@@ -189,7 +187,6 @@ TEST_F(PollerModelLog, LinesFollowTheOptionsInForceAndFailuresAreAlwaysWritten) 
     model->setTimeoutMs(500);
     const PollerEvent read = answer(points, levelOnly, {500});
     const std::vector<std::tuple<PollerEvent, bool, bool, std::string>> rows{
-        {read, false, false, "← Unit 1 · FC 03 Read holding registers · 02 01 F4  (12 ms)\n"},
         {read, true, false,
          "← Unit 1 · FC 03 Read holding registers · 01 03 00 64 00 01 C5 D5  ←  01 03 02 01 F4 "
          "B8 53  (12 ms)\n"},
