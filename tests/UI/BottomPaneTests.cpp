@@ -2,16 +2,13 @@
 #include "ChartView.h"
 #include "ElidedLine.h"
 #include "EmptyLogView.h"
-#include "LanguageForTesting.h"
 #include "LogFindBar.h"
-#include "LogPalette.h"
 #include "LogView.h"
 #include "NoticeBanner.h"
 #include "OutputBuffer.h"
 #include "QtText.h"
 #include "UIFixture.h"
 
-#include <QTextBlock>
 #include <QTextCursor>
 
 namespace kestrin::UITesting {
@@ -243,8 +240,11 @@ TEST(LogView, FaintLogoInTheProgramsColourIsCentredBehindTheText) {
         for (int y = 0; y < shot.height(); ++y) {
             for (int x = 0; x < shot.width(); ++x) {
                 const QColor pixel = shot.pixelColor(x, y);
-                drawn |= pixel == base ? QRect() : QRect(x, y, 1, 1);
-                bool atFull = pixel != base;
+                if (pixel == base) {
+                    continue;
+                }
+                drawn |= QRect(x, y, 1, 1);
+                bool atFull = true;
                 for (const auto channel : {&QColor::red, &QColor::green, &QColor::blue}) {
                     const int under = (base.*channel)();
                     const double faint = under + ((accent.*channel)() - under) * 0.07;
@@ -274,8 +274,7 @@ TEST(LogFindBar, NextMatchWrapsAroundAndAMissingTextIsReported) {
     appendLine(buffer, {{Kind::text, "alpha two"}});
     LogFindBar bar(view);
     bar.open();
-    auto* field = bar.findChild<QLineEdit*>("logFindField");
-    ASSERT_NE(field, nullptr);
+    auto* field = child<QLineEdit>(bar, "logFindField");
 
     field->setText("alpha");
     std::vector<int> lines;

@@ -2,13 +2,9 @@
 #include "DatapointPanel.h"
 #include "DatapointTableModel.h"
 #include "DatapointTableView.h"
-#include "LanguageForTesting.h"
-#include "LogPalette.h"
 #include "NoticeBanner.h"
 #include "UIFixture.h"
 #include "WritePopover.h"
-
-#include <algorithm>
 
 #include <QHeaderView>
 #include <QPointer>
@@ -86,16 +82,11 @@ public:
 };
 
 // Every status comes from events the test hands to the model, for the poll the table shows.
-class QuietTable : public ModelTesting::QuietReading {
-protected:
-    void SetUp() override {
-        QuietReading::SetUp();
-        model->setSelectedPollID(points);
-    }
-};
+using QuietTable = ModelTesting::QuietReading;
 
 // Removing a row changes the rows; nothing else resets them, and the selection stays.
 TEST_F(QuietTable, StatusesAndEditsArriveRowByRowInThePalettesColoursKeepingTheSelection) {
+    model->setSelectedPollID(points);
     DatapointPanel panel(*model);
     Model& table = *panel.tableModel();
     QSignalSpy resets(&table, &QAbstractItemModel::modelReset);

@@ -1,20 +1,15 @@
 #include "HelpPage.h"
 #include "HelpTopic.h"
 #include "HelpWindow.h"
-#include "LanguageForTesting.h"
 #include "QtTranslation.h"
 #include "Screenshot.h"
 #include "UIFixture.h"
-
-#include <algorithm>
 
 #include <QDialogButtonBox>
 #include <QFile>
 #include <QImage>
 #include <QKeySequence>
 #include <QListWidget>
-#include <QTemporaryDir>
-#include <QTextBlock>
 #include <QTextBrowser>
 
 namespace kestrin::UITesting {
@@ -29,12 +24,9 @@ QStringList titles(const QListWidget& list) {
 }
 
 QString titleOf(const std::string& id) {
-    for (const HelpTopic& topic : HelpTopic::all()) {
-        if (topic.id == id) {
-            return QString::fromStdString(topic.title);
-        }
-    }
-    return {};
+    const std::vector<HelpTopic> topics = HelpTopic::all();
+    const auto found = std::ranges::find(topics, id, &HelpTopic::id);
+    return found != topics.end() ? QString::fromStdString(found->title) : QString();
 }
 
 // The selection moves only when the search leaves it out; with no match at all the page stays.

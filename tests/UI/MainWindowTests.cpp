@@ -1,7 +1,6 @@
 #include "AppOptions.h"
 #include "DemoDevice.h"
 #include "FileDialogs.h"
-#include "LogPalette.h"
 #include "QuitSignals.h"
 #include "UIFixture.h"
 
@@ -15,7 +14,6 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 namespace kestrin::UITesting {
 namespace {
@@ -41,11 +39,9 @@ TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsA
         EXPECT_EQ(button->text(), command);
         EXPECT_EQ(action->text(), command);
         EXPECT_EQ(window.windowTitle(), "Kestrin — " + state);
-        if (!help.isEmpty()) {
-            EXPECT_EQ(button->toolTip(), help);
-        }
+        EXPECT_EQ(button->toolTip(), help);
     };
-    shows("Stopped", "Start", {});
+    shows("Stopped", "Start", "Start reading (Ctrl+R)");
 
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
@@ -278,15 +274,11 @@ TEST(DemoDevice, ServesMovingPlausibleValuesAtWireTimingUntilItGoes) {
 // A program that announces no port is no simulator.
 TEST(DemoDevice, TheSimulatorBesideTheProgramComesFirstAndOneThatAnnouncesNoPortIsRefused) {
     EXPECT_FALSE(DemoDevice::start(QStringLiteral("/bin/true"), SerialConfiguration{}).ok());
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("kestrin-demo-" + Uuid::random().text());
-    std::filesystem::create_directories(folder);
-    const std::filesystem::path beside = folder / "kestrin-sim";
-    std::ofstream(beside) << "#!/bin/sh\n";
-    std::filesystem::permissions(beside, std::filesystem::perms::owner_all);
-    EXPECT_EQ(DemoDevice::findSimulator(QString::fromStdString(folder.string())),
-              QFileInfo(QString::fromStdString(beside.string())).canonicalFilePath());
-    std::filesystem::remove_all(folder);
+    const QTemporaryDir folder;
+    const QString beside = folder.filePath("kestrin-sim");
+    std::ofstream(beside.toStdString()) << "#!/bin/sh\n";
+    std::filesystem::permissions(beside.toStdString(), std::filesystem::perms::owner_all);
+    EXPECT_EQ(DemoDevice::findSimulator(folder.path()), QFileInfo(beside).canonicalFilePath());
 }
 
 } // namespace

@@ -1,14 +1,9 @@
 #include "ElidedLine.h"
-#include "LanguageForTesting.h"
-#include "LogPalette.h"
 #include "PollTab.h"
 #include "PollTabBar.h"
 #include "SerialSettingsPopover.h"
-#include "StatusDot.h"
 #include "TopBar.h"
 #include "UIFixture.h"
-
-#include <algorithm>
 
 #include <QAbstractItemView>
 #include <QKeyEvent>
@@ -17,20 +12,17 @@
 namespace kestrin::UITesting {
 namespace {
 
-Poll examplePoll() {
-    return PollerProject::firstRun().polls.front();
-}
-
 // A model of the example list with these ports listed and that one chosen.
 std::unique_ptr<PollerModel> withPorts(const std::vector<std::string>& ports,
                                        const std::string& selected) {
-    auto model = makeModel(project({examplePoll()}), portsAt(ports));
+    auto model = makeModel(PollerProject::firstRun(), portsAt(ports));
     EXPECT_TRUE(waitUntil([&] { return model->ports().size() == ports.size(); }));
     model->setSelectedPath(selected);
     return model;
 }
 
-TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
+// A chosen port or rate reaches the model, and the rate follows the model's.
+TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissingAndPassesOnWhatIsChosen) {
     using Row = std::tuple<const char*, std::vector<std::string>, std::string, QString, int>;
     const Row rows[] = {
         {"no ports", {}, "", "No ports found", 1},
@@ -46,9 +38,6 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissing) {
         EXPECT_EQ(picker->currentText(), shown);
         EXPECT_EQ(picker->count(), entries);
     }
-}
-
-TEST(PortPicker, AChosenPortOrRateReachesTheModelAndTheRateFollowsIt) {
     auto model = withPorts({"/dev/ttyS0", "/dev/ttyS1"}, "");
     TopBar bar(*model);
     choose(child<QComboBox>(bar, "portPicker"), QStringLiteral("/dev/ttyS1"));
@@ -90,7 +79,7 @@ TEST(StartButton, IsOnlyOnWithAPresentPortAndDatapointsAndSaysWhyNot) {
 TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut) {
     QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
-    PollerProject slow = project({examplePoll()});
+    PollerProject slow = PollerProject::firstRun();
     slow.timeoutMs = 5000;
     auto model = makeModel(std::move(slow));
     model->addTestDevice(terminal.path(), "terminal");
@@ -130,7 +119,7 @@ TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut
 
 // The rest of the frame's choices are the configuration's own test.
 TEST(SerialSettings, PickersWriteTheRequestSettingsAndModbusDefaultRestoresEightEvenOne) {
-    auto model = makeModel(project({examplePoll()}));
+    auto model = makeModel(PollerProject::firstRun());
     SerialSettingsPopover settings(*model);
     choose(child<QComboBox>(settings, "gapPicker"), 8);
     EXPECT_EQ(model->maxGap(), 8);

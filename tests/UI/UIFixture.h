@@ -2,10 +2,13 @@
 
 #define KESTRIN_SIM KESTRIN_SIM_PATH
 #include "L10n.h"
+#include "LanguageForTesting.h"
+#include "LogPalette.h"
 #include "MainWindow.h"
 #include "Model/ModelFixture.h"
 #include "Model/TestFiles.h"
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -23,7 +26,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 #include <QToolButton>
 #include <gtest/gtest.h>
