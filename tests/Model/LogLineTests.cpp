@@ -1,7 +1,7 @@
 #include "LogLine.h"
 #include "OutputBuffer.h"
+#include "TestFiles.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -164,9 +164,7 @@ TEST(OutputBuffer, SavesPlainUTF8WithCharactersOutsideTheBMPWhole) {
     EXPECT_EQ(OutputBuffer::fileName(time), "kestrin-log-2026-01-02T030405.txt");
     const QString path = folder.filePath(OutputBuffer::fileName(time));
     ASSERT_TRUE(buffer.save(path).ok());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll().toStdString(), "✕ Außen\n" + longLine + "\n");
+    EXPECT_EQ(Testing::contents(path).toStdString(), "✕ Außen\n" + longLine + "\n");
 }
 
 } // namespace

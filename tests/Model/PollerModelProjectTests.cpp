@@ -138,12 +138,6 @@ TEST_F(PollerModelPreferences, OddValuesGiveDefaultsAndChangesAreStoredForTheNex
     model->setLogOnlyProblems(true);
     model->setAutoscroll(false);
     model->setSelectedPath("/dev/ttyUSB3");
-    const std::unique_ptr<QSettings> stored = preferences();
-    EXPECT_EQ(stored->value("timestamps").toBool(), false);
-    EXPECT_EQ(stored->value("rawFrames").toBool(), true);
-    EXPECT_EQ(stored->value("onlyProblems").toBool(), true);
-    EXPECT_EQ(stored->value("autoscroll").toBool(), false);
-    EXPECT_EQ(stored->value("port").toString(), "/dev/ttyUSB3");
 
     create(project({poll("P", {})}));
     EXPECT_EQ(options(), (std::array{false, true, true, false, false}));
