@@ -117,7 +117,7 @@ TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut
     model->stop();
 }
 
-// The rest of the frame's choices are the configuration's own test.
+// Which frames are valid is the serial configuration's test; here that each picker reaches it.
 TEST(SerialSettings, PickersWriteTheRequestSettingsAndModbusDefaultRestoresEightEvenOne) {
     auto model = makeModel(PollerProject::firstRun());
     SerialSettingsPopover settings(*model);
