@@ -24,11 +24,11 @@ Sample sampleAt(int value) {
 }
 
 TEST(SampleRing, KeepsTheNewestSamplesOldestFirstAcrossWrapArounds) {
-    const std::vector<std::pair<int, std::vector<int>>> rows{{0, {}},
-                                                             {3, {1, 2, 3}},
-                                                             {5, {1, 2, 3, 4, 5}},
-                                                             {6, {2, 3, 4, 5, 6}},
-                                                             {12, {8, 9, 10, 11, 12}}};
+    const std::pair<int, std::vector<int>> rows[] = {{0, {}},
+                                                     {3, {1, 2, 3}},
+                                                     {5, {1, 2, 3, 4, 5}},
+                                                     {6, {2, 3, 4, 5, 6}},
+                                                     {12, {8, 9, 10, 11, 12}}};
     for (const auto& [pushed, kept] : rows) {
         SampleRing ring(5);
         for (int value = 1; value <= pushed; ++value) {
