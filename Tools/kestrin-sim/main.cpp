@@ -382,7 +382,7 @@ int serve(const Options& options, Faults faults) {
     if (!linkTo(line.value(), options, link) || !announce(line.value(), device, options)) {
         return exitFailure;
     }
-    Simulator simulator(line.value().fd(), device, std::move(faults), ledger, timingOf(options));
+    Simulator simulator(line.value().fd(), device, faults, ledger, timingOf(options));
     return simulator.run(stopRequested, waitMask);
 }
 
