@@ -31,6 +31,9 @@ public:
     std::int64_t completedCycles() const noexcept;
 
 private:
+    // The blocks of one enabled poll, and which of its datapoints each covers.
+    void addBlocks(const std::vector<Datapoint>& datapoints, int maxGap);
+
     struct Block {
         std::optional<std::int64_t> lastAttempt;
         std::int64_t reads = 0;
