@@ -145,18 +145,27 @@ TEST_F(PollerModelRunning, FailedReadKeepsTheLastValueAndRecordsNoSample) {
     EXPECT_EQ(*model->status(flow.id), (PointStatus{{}, {}, timeout, failed.updated, 0}));
 }
 
+// A datapoint moved to another poll is still the same datapoint: only how it is read counts.
 TEST_F(PollerModelRunning, ChangingHowADatapointIsReadForgetsItsReadingsOthersKeepThem) {
-    const std::vector<std::tuple<const char*, std::function<void(Datapoint&)>, bool>> rows{
-        {"address", [](Datapoint& p) { p.address = 300; }, true},
-        {"word order", [](Datapoint& p) { p.wordOrder = WordOrder::cdab; }, true},
-        {"scale", [](Datapoint& p) { p.scale = 0.1; }, true},
-        {"name", [](Datapoint& p) { p.name = "Renamed"; }, false},
-        {"format", [](Datapoint& p) { p.format = DisplayFormat::hex; }, false}};
+    const auto same = [](Datapoint&) {};
+    const auto readdress = [](Datapoint& p) { p.address = 300; };
+    const std::vector<std::tuple<const char*, std::function<void(Datapoint&)>, bool, bool>> rows{
+        {"address", readdress, false, true},
+        {"word order", [](Datapoint& p) { p.wordOrder = WordOrder::cdab; }, false, true},
+        {"scale", [](Datapoint& p) { p.scale = 0.1; }, false, true},
+        {"name", [](Datapoint& p) { p.name = "Renamed"; }, false, false},
+        {"format", [](Datapoint& p) { p.format = DisplayFormat::hex; }, false, false},
+        {"poll", same, true, false},
+        {"poll and address", readdress, true, true}};
     const std::vector<Poll> original = model->polls();
-    for (const auto& [change, edit, forgets] : rows) {
+    for (const auto& [change, edit, moves, forgets] : rows) {
         answerBoth(10, 20);
         std::vector<Poll> polls = original;
         edit(polls[1].datapoints[0]);
+        if (moves) {
+            polls[0].datapoints.push_back(polls[1].datapoints[0]);
+            polls[1].datapoints.erase(polls[1].datapoints.begin());
+        }
         model->setPolls(polls);
         EXPECT_EQ(model->status(level.id) == nullptr, forgets) << change;
         EXPECT_EQ(model->history().samples(level.id) == nullptr, forgets) << change;
