@@ -229,7 +229,7 @@ Result<std::vector<Datapoint>, std::string> loadDatapoints(const Options& option
     const std::string& path = options.csv ? *options.csv : *options.project;
     const auto text = TextFileReader::read(path);
     if (!text) {
-        return "cannot read " + path;
+        return "cannot read " + path + ": " + L10n::Errors::systemMessage(text.error());
     }
     if (options.project) {
         Result<std::vector<Datapoint>, std::string> datapoints = projectDatapoints(text.value());
