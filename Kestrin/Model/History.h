@@ -29,9 +29,16 @@ public:
 
     // Nothing when the datapoint has no samples.
     const SampleRing* samples(const Uuid& datapointID) const;
-    // Old readings no longer describe a datapoint whose address or decoding changed.
+    // Old readings no longer describe a datapoint whose address or decoding changed. Neither
+    // this nor clear while a hold lasts: the holder reads the rings in place.
     void remove(const Uuid& datapointID);
     void clear();
+
+    // While any hold lasts, full rings grow instead of dropping their oldest sample, so that an
+    // export written in slices finds every sample it began with, under the index it had. The
+    // last release trims each ring back to its cap.
+    void hold();
+    void release();
 
     bool empty() const noexcept { return rings_.empty(); }
     std::size_t capacityPerDatapoint() const noexcept { return capacity_; }
@@ -47,6 +54,7 @@ private:
     std::size_t capacity_;
     std::unordered_map<Uuid, SampleRing, IdHash> rings_;
     bool publicationPending_ = false;
+    int holds_ = 0;
 };
 
 } // namespace kestrin

@@ -1,29 +1,15 @@
 #include "HistoryCSV.h"
 
-#include "DatapointLabel.h"
+#include "HistoryRows.h"
 #include "NumberText.h"
 #include "TextFile.h"
 #include "ValueCodec.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
-#include <cstdint>
-#include <string_view>
-#include <vector>
 
 #include <QLocale>
 
 namespace kestrin::HistoryCSV {
-namespace {
-
-struct Row {
-    QDateTime time;
-    std::string cells; // every cell but the time, each preceded by the separator
-};
-
-} // namespace
 
 QString fileName(const QDateTime& now) {
     return TextFile::stampedName("modbus-history-", now, ".csv");
@@ -49,48 +35,17 @@ std::string valueText(const Datapoint& datapoint, const Value& value, const CSVD
     return dialect.decimal(std::move(text));
 }
 
-std::string timeText(const QDateTime& time) {
+std::string secondText(std::int64_t secsSinceEpoch) {
     return QLocale::c()
-        .toString(time.toLocalTime(), QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"))
+        .toString(QDateTime::fromSecsSinceEpoch(secsSinceEpoch, Qt::UTC).toLocalTime(),
+                  QStringLiteral("yyyy-MM-dd HH:mm:ss"))
         .toStdString();
 }
 
 std::string text(std::span<const Poll> polls, const History& history, const CSVDialect& dialect) {
-    // Names and units are written as they are; only the datapoint list is read back and trimmed.
-    constexpr auto plain = CSVDialect::EdgeSpace::plain;
-    std::vector<Row> rows;
-    for (const Poll& poll : polls) {
-        std::string pollCell;
-        dialect.appendCell(pollCell, poll.name, plain);
-        for (const Datapoint& datapoint : poll.datapoints) {
-            const SampleRing* samples = history.samples(datapoint.id);
-            if (samples == nullptr) {
-                continue;
-            }
-            std::string nameCells = dialect.separator + pollCell + dialect.separator;
-            dialect.appendCell(nameCells, DatapointLabel::name(datapoint), plain);
-            std::string unitCell;
-            dialect.appendCell(unitCell, datapoint.engineeringUnit, plain);
-            for (std::size_t index = 0; index < samples->size(); ++index) {
-                const Sample& sample = (*samples)[index];
-                std::string cells = nameCells + dialect.separator;
-                dialect.appendCell(cells, valueText(datapoint, sample.value, dialect), plain);
-                cells += dialect.separator;
-                cells += unitCell;
-                rows.push_back({sample.time, std::move(cells)});
-            }
-        }
-    }
-    std::stable_sort(rows.begin(), rows.end(),
-                     [](const Row& a, const Row& b) { return a.time < b.time; });
-
     std::string out;
-    dialect.appendRow(out, {"Time", "Poll", "Name", "Value", "Unit"}, plain);
-    for (const Row& row : rows) {
-        dialect.appendCell(out, timeText(row.time), plain);
-        out += row.cells;
-        out += CSVDialect::lineEnd;
-    }
+    HistoryRows rows(polls, history, dialect);
+    rows.appendTo(out, std::string::npos);
     return out;
 }
 

@@ -5,6 +5,7 @@
 #include "History.h"
 #include "Poll.h"
 
+#include <cstdint>
 #include <span>
 #include <string>
 
@@ -22,10 +23,12 @@ QString fileName(const QDateTime& now);
 // shows, a float32 in the shortest digits of the single; every other value as the datapoint list
 // writes numbers. A whole number has no decimal part; "," for "." in the decimal-comma dialect.
 std::string valueText(const Datapoint& datapoint, const Value& value, const CSVDialect& dialect);
-// "2026-11-16 16:05:12.345" in the local time zone, whatever the user's locale.
-std::string timeText(const QDateTime& time);
+// "2026-11-16 16:05:12" in the local time zone, whatever the user's locale; a row's time adds
+// ".345".
+std::string secondText(std::int64_t secsSinceEpoch);
 // Header "Time", "Poll", "Name", "Value", "Unit", then the rows sorted by time; rows of equal
 // time keep poll, table and recording order. Datapoints in no poll are left out. CR LF endings.
+// At once, for small histories; HistoryExport writes a large one to a file in slices.
 std::string text(std::span<const Poll> polls, const History& history, const CSVDialect& dialect);
 
 } // namespace kestrin::HistoryCSV

@@ -4,6 +4,7 @@
 #include "Datapoint.h"
 #include "DatapointImport.h"
 #include "History.h"
+#include "HistoryExport.h"
 #include "LogLine.h"
 #include "LogSegment.h"
 #include "OutputBuffer.h"
@@ -196,7 +197,14 @@ public:
     // History.
     void recordSample(const Uuid& datapointID, const Sample& sample);
     void clearHistory();
+    // At once, to the end.
     void exportHistory(const QString& path);
+    // In slices, for the window: begin, then continue until done (a failure is the error
+    // message), or cancel. Clearing or replacing the history finishes the export first, so the
+    // file still holds what there was when it began.
+    void beginHistoryExport(const QString& path);
+    HistoryExport::Progress continueHistoryExport(std::chrono::steady_clock::time_point deadline);
+    void cancelHistoryExport();
     std::vector<ChartSeries> chartSeries(const QDateTime& now, int periodSeconds) const;
 
     // Log.
@@ -246,6 +254,7 @@ private:
     void pollsDidChange(const std::vector<Poll>& before);
     void replacePolls(std::vector<Poll> polls);
     void publishHistory();
+    void finishHistoryExport();
     bool isTestDevice(const std::string& path) const;
     void publishPorts();
     void watchTestDevice(const std::string& path);
@@ -273,6 +282,8 @@ private:
 
     OutputBuffer* output_;
     History history_;
+    // Holds history_, so it is declared after it and destroyed first.
+    std::unique_ptr<HistoryExport> historyExport_;
     std::shared_ptr<EventRelay> relay_;
     std::unique_ptr<PollerEngine> engine_;
     std::uint64_t engineGeneration_ = 0;

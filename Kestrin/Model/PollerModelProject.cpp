@@ -1,5 +1,4 @@
 #include "DatapointCSV.h"
-#include "HistoryCSV.h"
 #include "L10n.h"
 #include "PollerEngine.h"
 #include "PollerModel.h"
@@ -69,6 +68,7 @@ void PollerModel::applyProject(const PollerProject& project) {
     const std::vector<Poll> before = std::exchange(polls_, project.polls);
     setSelectedPollID(polls_.empty() ? std::nullopt : std::optional<Uuid>(polls_.front().id));
     status_.clear();
+    finishHistoryExport();
     history_.clear();
     ++historyVersion_;
     pollsDidChange(before);
@@ -132,6 +132,7 @@ void PollerModel::pollsDidChange(const std::vector<Poll>& before) {
                     reset.push_back(old.id);
                 }
                 if (history_.samples(old.id) != nullptr) {
+                    finishHistoryExport();
                     history_.remove(old.id);
                     ++historyVersion_;
                     emit historyVersionChanged();
@@ -288,6 +289,7 @@ void PollerModel::publishHistory() {
 }
 
 void PollerModel::clearHistory() {
+    finishHistoryExport();
     history_.clear();
     history_.markPublished();
     publicationTimer_.stop();
@@ -296,10 +298,38 @@ void PollerModel::clearHistory() {
 }
 
 void PollerModel::exportHistory(const QString& path) {
-    const std::string text = HistoryCSV::text(polls_, history_, CSVDialect::current());
-    if (auto written = TextFile::write(path, text); !written) {
-        setErrorMessage(L10n::texts().errors.saveFailed(written.error()));
+    beginHistoryExport(path);
+    finishHistoryExport();
+}
+
+void PollerModel::beginHistoryExport(const QString& path) {
+    // The export asked for before is written first: one hold at a time.
+    finishHistoryExport();
+    historyExport_ = std::make_unique<HistoryExport>(path, polls_, history_, CSVDialect::current());
+}
+
+HistoryExport::Progress
+PollerModel::continueHistoryExport(std::chrono::steady_clock::time_point deadline) {
+    if (!historyExport_) {
+        return {0, 0, true};
     }
+    const HistoryExport::Progress progress = historyExport_->step(deadline);
+    if (progress.done) {
+        const auto committed = historyExport_->commit();
+        historyExport_.reset();
+        if (!committed) {
+            setErrorMessage(committed.error());
+        }
+    }
+    return progress;
+}
+
+void PollerModel::cancelHistoryExport() {
+    historyExport_.reset();
+}
+
+void PollerModel::finishHistoryExport() {
+    (void)continueHistoryExport(std::chrono::steady_clock::time_point::max());
 }
 
 std::vector<ChartSeries> PollerModel::chartSeries(const QDateTime& now, int periodSeconds) const {

@@ -1,9 +1,14 @@
 #include "ChartSeries.h"
 #include "History.h"
 #include "HistoryCSV.h"
+#include "HistoryExport.h"
+#include "TestFiles.h"
 
+#include <chrono>
 #include <vector>
 
+#include <QDir>
+#include <QTemporaryDir>
 #include <gtest/gtest.h>
 
 namespace kestrin {
@@ -23,22 +28,38 @@ Sample sampleAt(int value) {
     }
 }
 
-TEST(SampleRing, KeepsTheNewestSamplesOldestFirstAcrossWrapArounds) {
-    const std::pair<int, std::vector<int>> rows[] = {{0, {}},
-                                                     {3, {1, 2, 3}},
-                                                     {5, {1, 2, 3, 4, 5}},
-                                                     {6, {2, 3, 4, 5, 6}},
-                                                     {12, {8, 9, 10, 11, 12}}};
-    for (const auto& [pushed, kept] : rows) {
-        SampleRing ring(5);
-        for (int value = 1; value <= pushed; ++value) {
-            ring.push(sampleAt(value));
-        }
+// A hold begins on a wrapped ring; under it the ring grows, at its release it keeps the newest.
+TEST(SampleRing, KeepsTheNewestSamplesOldestFirstAcrossWrapAroundsAndHolds) {
+    struct Row {
+        int pushed;
+        int pushedWhileHeld;
+        std::pair<int, int> keptWhileHeld;
+        std::pair<int, int> keptAfter;
+    };
+    const Row rows[] = {{0, 0, {1, 0}, {1, 0}}, {3, 0, {1, 3}, {1, 3}},    {5, 0, {1, 5}, {1, 5}},
+                        {6, 0, {2, 6}, {2, 6}}, {12, 0, {8, 12}, {8, 12}}, {7, 3, {3, 10}, {6, 10}},
+                        {2, 2, {1, 4}, {1, 4}}, {3, 40, {1, 43}, {39, 43}}};
+    const auto samples = [](std::pair<int, int> range) {
         std::vector<Sample> expected;
-        for (const int value : kept) {
+        for (int value = range.first; value <= range.second; ++value) {
             expected.push_back(sampleAt(value));
         }
-        EXPECT_EQ(ring.toVector(), expected) << pushed << " pushed";
+        return expected;
+    };
+    for (const Row& row : rows) {
+        SampleRing ring(5);
+        int value = 0;
+        while (value < row.pushed) {
+            ring.push(sampleAt(++value));
+        }
+        ring.hold();
+        while (value < row.pushed + row.pushedWhileHeld) {
+            ring.push(sampleAt(++value));
+        }
+        EXPECT_EQ(ring.toVector(), samples(row.keptWhileHeld)) << row.pushed;
+        ring.release();
+        EXPECT_EQ(ring.toVector(), samples(row.keptAfter)) << row.pushed;
+        EXPECT_LE(ring.allocatedBytes(), 5 * 16u) << row.pushed;
     }
 }
 
@@ -185,6 +206,94 @@ TEST(HistoryCSV, RowsSortedByTimeThenPollAndTableOrderInBothDialects) {
               "2026-11-16 16:05:13.005;Boiler, east;HR 7;500;\r\n"
               "2026-11-16 16:05:14.005;Boiler, east;Temperature;22;°C\r\n");
     EXPECT_EQ(HistoryCSV::fileName(t0), "modbus-history-2026-11-16T160512.csv");
+}
+
+// Each UTC second is turned into local time once; the rows of a second add their milliseconds.
+TEST(HistoryCSV, TimesAreLocalAcrossSummerTimeChangesAndBefore1970) {
+    const QByteArray zone = qgetenv("TZ");
+    qputenv("TZ", "Europe/Berlin");
+    const std::pair<qint64, const char*> rows[] = {
+        {-500, "1970-01-01 00:59:59.500"},
+        {1'774'745'999'999, "2026-03-29 01:59:59.999"}, // then clocks go forward an hour
+        {1'774'746'000'000, "2026-03-29 03:00:00.000"},
+        {1'792'889'999'250, "2026-10-25 02:59:59.250"}, // then the hour from 2 to 3 again
+        {1'792'890'000'750, "2026-10-25 02:00:00.750"},
+        {1'792'890'000'999, "2026-10-25 02:00:00.999"}};
+    std::vector<Poll> polls(1);
+    polls[0].datapoints.resize(1);
+    History history;
+    std::string expected = "Time,Poll,Name,Value,Unit\r\n";
+    for (const auto& [msecs, local] : rows) {
+        (void)history.record(polls[0].datapoints[0].id,
+                             {QDateTime::fromMSecsSinceEpoch(msecs, Qt::UTC), 1});
+        expected += std::string(local) + ",,HR 0,1,\r\n";
+    }
+    EXPECT_EQ(HistoryCSV::text(polls, history, comma), expected);
+    zone.isNull() ? qunsetenv("TZ") : qputenv("TZ", zone);
+}
+
+// Four datapoints whose rings are full and wrapped, with times shared across datapoints.
+class HistoryExportTest : public ::testing::Test {
+protected:
+    static constexpr std::size_t capacity = 2000;
+    QTemporaryDir folder;
+    std::vector<Poll> polls{2};
+    History history{capacity};
+
+    void SetUp() override {
+        polls[0].datapoints.resize(3);
+        polls[1].datapoints.resize(1);
+        record(0, 2500);
+    }
+    void record(int from, int to) {
+        for (int tick = from; tick < to; ++tick) {
+            for (const Poll& poll : polls) {
+                for (const Datapoint& point : poll.datapoints) {
+                    (void)history.record(point.id, {t0.addMSecs(tick / 2 * 7), tick});
+                }
+            }
+        }
+    }
+    QStringList files() const { return QDir(folder.path()).entryList(QDir::Files); }
+    static std::chrono::steady_clock::time_point past() { return {}; }
+
+    const QDateTime t0 = QDateTime::fromMSecsSinceEpoch(1'700'000'000'123, Qt::UTC);
+};
+
+TEST_F(HistoryExportTest, SlicesWriteExactlyTheSamplesThereWereAtTheStart) {
+    const std::string before = HistoryCSV::text(polls, history, comma);
+    const QString target = folder.filePath("history.csv");
+    int slices = 0;
+    {
+        HistoryExport exported(target, polls, history, comma);
+        for (HistoryExport::Progress progress{}; !progress.done; ++slices) {
+            progress = exported.step(past());
+            // Full rings under the hold: each new sample would have dropped one not yet written.
+            record(2500 + slices * 10, 2510 + slices * 10);
+        }
+        EXPECT_TRUE(exported.commit().ok());
+    }
+    EXPECT_GT(slices, 3);
+    EXPECT_EQ(Testing::contents(target).toStdString(), before);
+    const int recorded = 2500 + slices * 10;
+    for (const Poll& poll : polls) {
+        for (const Datapoint& point : poll.datapoints) {
+            const SampleRing& ring = *history.samples(point.id);
+            EXPECT_EQ(ring.size(), capacity);
+            EXPECT_EQ(ring.back().value, recorded - 1);
+            EXPECT_EQ(ring.front().value, recorded - static_cast<int>(capacity));
+        }
+    }
+}
+
+TEST_F(HistoryExportTest, CancellingLeavesNoFileAndReleasesTheHistory) {
+    {
+        HistoryExport exported(folder.filePath("history.csv"), polls, history, comma);
+        EXPECT_FALSE(exported.step(past()).done);
+        record(2500, 2600);
+    }
+    EXPECT_TRUE(files().empty());
+    EXPECT_EQ(history.samples(polls[1].datapoints[0].id)->size(), capacity);
 }
 
 } // namespace

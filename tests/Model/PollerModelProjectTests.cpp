@@ -1,3 +1,4 @@
+#include "HistoryCSV.h"
 #include "LogLine.h"
 #include "ModelFixture.h"
 #include "TestFiles.h"
@@ -77,6 +78,34 @@ TEST_F(PollerModelProject, AFailedSaveKeepsThePreviousFileAndNamesTheCauseOnce) 
         EXPECT_EQ(model->errorMessage(), "Saving failed: File too large") << name;
         EXPECT_EQ(contents(target), "old") << name;
         model->setErrorMessage(std::nullopt);
+    }
+}
+
+// The export holds the history in place; whatever drops samples writes it first, with the samples
+// there were when it began.
+TEST_F(PollerModelProject, DroppingHistoryDuringAnExportWritesTheExportFirst) {
+    const Datapoint level = holding("Level", 100);
+    Datapoint moved = level;
+    moved.address = 200;
+    const std::vector<std::pair<QString, std::function<void()>>> drops{
+        {"clear", [&] { model->clearHistory(); }},
+        {"edit", [&] { model->updateDatapoint(moved); }},
+        {"new project", [&] { model->newProject(); }}};
+    const QDateTime t0 = QDateTime::currentDateTimeUtc();
+    for (const auto& [name, drop] : drops) {
+        create(project({poll("Boiler", {level})}));
+        for (int tick = 0; tick < 5000; ++tick) {
+            model->recordSample(level.id, {t0.addMSecs(tick), tick});
+        }
+        const QByteArray expected = QByteArray::fromStdString(
+            HistoryCSV::text(model->polls(), model->history(), CSVDialect::current()));
+        model->beginHistoryExport(file(name));
+        ASSERT_FALSE(model->continueHistoryExport({}).done) << name.toStdString();
+        model->recordSample(level.id, {t0.addSecs(60), 1});
+        drop();
+        EXPECT_EQ(contents(file(name)), expected) << name.toStdString();
+        EXPECT_TRUE(model->continueHistoryExport({}).done) << name.toStdString();
+        EXPECT_EQ(model->history().samples(level.id), nullptr) << name.toStdString();
     }
 }
 
