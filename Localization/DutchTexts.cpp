@@ -372,6 +372,8 @@ constexpr Texts dutch{
             .findNext = "Volgende treffer",
             .findPrevious = "Vorige treffer",
             .findDone = "Gereed",
+            .exportProgress = "Historie wordt geëxporteerd…",
+            .exportCancel = "Annuleren",
         },
     .chart =
         {

@@ -362,6 +362,8 @@ constexpr Texts english{
             .findNext = "Next match",
             .findPrevious = "Previous match",
             .findDone = "Done",
+            .exportProgress = "Exporting the history…",
+            .exportCancel = "Cancel",
         },
     .chart =
         {

@@ -387,6 +387,8 @@ constexpr Texts french{
             .findNext = "Résultat suivant",
             .findPrevious = "Résultat précédent",
             .findDone = "Terminé",
+            .exportProgress = "Exportation de l'historique…",
+            .exportCancel = "Annuler",
         },
     .chart =
         {

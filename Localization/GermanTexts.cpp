@@ -384,6 +384,8 @@ constexpr Texts german{
             .findNext = "Nächster Treffer",
             .findPrevious = "Vorheriger Treffer",
             .findDone = "Fertig",
+            .exportProgress = "Verlauf wird exportiert…",
+            .exportCancel = "Abbrechen",
         },
     .chart =
         {

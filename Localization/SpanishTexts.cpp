@@ -376,6 +376,8 @@ constexpr Texts spanish{
             .findNext = "Siguiente coincidencia",
             .findPrevious = "Coincidencia anterior",
             .findDone = "Listo",
+            .exportProgress = "Exportando el historial…",
+            .exportCancel = "Cancelar",
         },
     .chart =
         {

@@ -410,7 +410,9 @@ struct Texts {
     X(Literal, findPlaceholder)                                                                    \
     X(Literal, findNext)                                                                           \
     X(Literal, findPrevious)                                                                       \
-    X(Literal, findDone)
+    X(Literal, findDone)                                                                           \
+    X(Literal, exportProgress) /* the label while a large history is written */                    \
+    X(Literal, exportCancel)
         KESTRIN_TEXT_GROUP(KESTRIN_PANE_TEXTS_KEYS)
     };
 

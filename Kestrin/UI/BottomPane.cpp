@@ -13,15 +13,19 @@
 #include "PollerModel.h"
 #include "QtText.h"
 
+#include <chrono>
+
 #include <QButtonGroup>
 #include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QSettings>
 #include <QStackedWidget>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -55,6 +59,41 @@ QPushButton* barButton(const std::string& title, const std::string& tooltip, con
     button->setObjectName(name);
     button->setToolTip(qt(tooltip));
     return button;
+}
+
+using ExportClock = std::chrono::steady_clock;
+// Long enough that a usual history is written before anything else shows.
+constexpr auto firstExportSlice = std::chrono::milliseconds(500);
+// A frame: the window repaints and answers from the reading are handled between slices.
+constexpr auto exportSlice = std::chrono::milliseconds(16);
+
+// Goes on with the model's export in slices from a timer, behind a window-modal progress dialog
+// whose Cancel drops it.
+void continueExportWithProgress(PollerModel& model, QWidget* parent) {
+    auto* dialog = new QProgressDialog(qt(L10n::texts().pane.exportProgress()),
+                                       qt(L10n::texts().pane.exportCancel()), 0, 1000, parent);
+    dialog->setWindowModality(Qt::WindowModal);
+    dialog->setMinimumDuration(0);
+    dialog->setAutoClose(false);
+    dialog->setAutoReset(false);
+    auto* timer = new QTimer(dialog);
+    QObject::connect(timer, &QTimer::timeout, dialog, [&model, dialog, timer] {
+        const HistoryExport::Progress progress =
+            model.continueHistoryExport(ExportClock::now() + exportSlice);
+        if (progress.done) {
+            timer->stop();
+            dialog->deleteLater();
+            return;
+        }
+        dialog->setValue(static_cast<int>(progress.rowsWritten * 1000 / progress.rowCount));
+    });
+    QObject::connect(dialog, &QProgressDialog::canceled, dialog, [&model, dialog, timer] {
+        timer->stop();
+        model.cancelHistoryExport();
+        dialog->deleteLater();
+    });
+    timer->start(0);
+    dialog->show();
 }
 
 } // namespace
@@ -226,8 +265,12 @@ void BottomPane::exportHistory() {
         this, qt(L10n::texts().pane.exportHistory()),
         HistoryCSV::fileName(QDateTime::currentDateTime()),
         {FileDialogs::filter(L10n::texts().menu.csvFiles(), QStringLiteral("*.csv"))});
-    if (!path.isEmpty()) {
-        model_.exportHistory(path);
+    if (path.isEmpty()) {
+        return;
+    }
+    model_.beginHistoryExport(path);
+    if (!model_.continueHistoryExport(ExportClock::now() + firstExportSlice).done) {
+        continueExportWithProgress(model_, this);
     }
 }
 
