@@ -1,5 +1,6 @@
 # A thin wrapper over the CMake presets; see README.md.
-.PHONY: all deps build run test test-debug test-asan test-tsan fuzz fuzz-smoke bench texts tidy format clean
+.PHONY: all deps build run test test-debug test-asan test-tsan fuzz fuzz-smoke bench texts tidy format clean \
+	package install
 
 JOBS ?= $(shell nproc)
 WERROR := -DKESTRIN_WERROR=ON
@@ -58,6 +59,21 @@ texts: deps
 	cmake --build --preset debug -j $(JOBS) --target kestrin-texts
 	build/debug/tests/Localization/kestrin-texts > build/texts.md
 	@echo "Wrote build/texts.md"
+
+# A Debian package of the release build, build/release/kestrin_<version>_<arch>.deb, checked by
+# lintian.
+package: deps
+	cmake --preset release >/dev/null
+	cmake --build --preset release -j $(JOBS)
+	cd build/release && cpack
+	lintian --fail-on error build/release/kestrin_*.deb
+
+# Installs the release build under CMAKE_INSTALL_PREFIX (/usr/local unless configured otherwise;
+# PREFIX=DIR overrides it), below DESTDIR when that is set.
+install: deps
+	cmake --preset release >/dev/null
+	cmake --build --preset release -j $(JOBS)
+	cmake --install build/release $(if $(PREFIX),--prefix $(PREFIX))
 
 tidy:
 	cmake --preset debug $(WERROR) >/dev/null

@@ -36,13 +36,23 @@ constexpr double demoWaitSeconds = 3;
 // Without a device there is nothing to wait for but the first layout.
 constexpr double plainWaitSeconds = 0.2;
 
-bool wantsScreenshot(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::strcmp(argv[i], "--screenshot") == 0) {
-            return true;
-        }
+bool hasArgument(int argc, char** argv, const char* name) {
+    return std::any_of(argv + 1, argv + argc,
+                       [name](const char* argument) { return std::strcmp(argument, name) == 0; });
+}
+
+// Answered before the QApplication exists: it needs a display, and a man page is made from the
+// help on machines that have none.
+std::optional<int> answerWithoutDisplay(int argc, char** argv) {
+    if (hasArgument(argc, argv, "--help")) {
+        std::cout << AppOptions::usage;
+        return 0;
     }
-    return false;
+    if (hasArgument(argc, argv, "--version")) {
+        std::cout << "kestrin " << KESTRIN_VERSION << "\n";
+        return 0;
+    }
+    return std::nullopt;
 }
 
 void startDemo(PollerModel& model, std::unique_ptr<DemoDevice>& demo) {
@@ -96,7 +106,7 @@ int takeScreenshot(PollerModel& model, MainWindow& window, const AppOptions& opt
 void describeApplication() {
     QApplication::setApplicationName(QStringLiteral("Kestrin"));
     QApplication::setOrganizationName(QStringLiteral("Kestrin"));
-    QApplication::setDesktopFileName(QStringLiteral("kestrin"));
+    QApplication::setDesktopFileName(QStringLiteral("org.kestrin.kestrin"));
     QApplication::setWindowIcon(Icons::application());
 }
 
@@ -105,10 +115,6 @@ std::optional<int> exitBeforeWindow(const Result<AppOptions, std::string>& optio
     if (!options) {
         std::cerr << "kestrin: " << options.error() << "\n" << AppOptions::usage;
         return exitUsage;
-    }
-    if (options.value().help) {
-        std::cout << AppOptions::usage;
-        return 0;
     }
     if (const auto& name = options.value().screenshot) {
         const auto& known = Screenshot::names();
@@ -136,8 +142,11 @@ int main(int argc, char** argv) {
     // Past a file-size limit a save then fails with a message, where the default action would
     // end the program without a word.
     std::signal(SIGXFSZ, SIG_IGN);
+    if (const std::optional<int> exitCode = answerWithoutDisplay(argc, argv)) {
+        return *exitCode;
+    }
     // Screenshots need no display.
-    if (wantsScreenshot(argc, argv) && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+    if (hasArgument(argc, argv, "--screenshot") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication application(argc, argv);
