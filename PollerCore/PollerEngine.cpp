@@ -26,25 +26,21 @@ double secondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void deliver(const PollerEngine::EventHandler& onEvent, const PollerEngine::Post& post,
-             PollerEvent event) {
-    if (!onEvent) {
-        return;
-    }
-    if (post) {
-        post([onEvent, event = std::move(event)] { onEvent(event); });
-    } else {
-        onEvent(event);
+void deliver(const PollerEngine::EventHandler& onEvent, PollerEvent::Case value,
+             PollerEvent::Time time = std::chrono::system_clock::now()) {
+    if (onEvent) {
+        onEvent(PollerEvent{std::move(value), time});
     }
 }
 
 // One request and its checked answer: the answer's PDU or the failure, with what went over the
-// line and how long it took.
+// line, how long it took and when it ended.
 struct Exchange {
     Result<Bytes, PollFailureError> answer = PollFailureError{PollFailure::timeout()};
     Bytes request;
     Bytes response;
     double duration = 0;
+    PollerEvent::Time ended;
 };
 
 } // namespace
@@ -68,13 +64,12 @@ struct PollerEngine::State {
 class PollerEngine::Worker {
 public:
     Worker(std::shared_ptr<State> state, std::unique_ptr<SerialLink> link, std::string path,
-           double timeout, EventHandler onEvent, Post post)
+           double timeout, EventHandler onEvent)
         : state_(std::move(state))
         , link_(std::move(link))
         , path_(std::move(path))
         , timeout_(timeout)
-        , onEvent_(std::move(onEvent))
-        , post_(std::move(post)) {}
+        , onEvent_(std::move(onEvent)) {}
 
     void run() {
         pthread_setname_np(pthread_self(), "Kestrin");
@@ -172,8 +167,9 @@ private:
         }
         Exchange& done = exchanged.value();
         Result<ReadData, PollFailureError> result = readData(done.answer, block);
-        emit({PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
-                                std::move(done.response), done.duration}});
+        emit(PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
+                               std::move(done.response), done.duration},
+             done.ended);
         return settle(done.answer);
     }
 
@@ -204,8 +200,9 @@ private:
         } else if (auto checked = PDU::checkWrite(done.answer.value(), write.pdu); !checked) {
             result = PollFailureError{checked.error().pollFailure()};
         }
-        emit({PollerEvent::Wrote{write.token, write.unit, result, std::move(done.request),
-                                 std::move(done.response), done.duration}});
+        emit(PollerEvent::Wrote{write.token, write.unit, result, std::move(done.request),
+                                std::move(done.response), done.duration},
+             done.ended);
         return settle(done.answer);
     }
 
@@ -223,7 +220,7 @@ private:
             return lose();
         }
         if (!late.value().empty()) {
-            emit({PollerEvent::LateAnswer{std::move(late).value()}});
+            emit(PollerEvent::LateAnswer{std::move(late).value()});
         }
         return true;
     }
@@ -232,6 +229,7 @@ private:
     bool broadcast(const Job::Write& write) {
         Bytes frame = RTUFrame::build(RTUFrame::broadcastUnit, write.pdu);
         auto sent = link_->transact(frame, false, timeout_);
+        const PollerEvent::Time ended = std::chrono::system_clock::now();
         Result<void, PollFailureError> result;
         if (!sent) {
             if (!sent.error().is<SerialLinkError::Timeout>()) {
@@ -240,8 +238,10 @@ private:
             // The adapter never took the frame: not a success.
             result = PollFailureError{PollFailure::timeout()};
         }
-        emit({PollerEvent::Wrote{
-            write.token, RTUFrame::broadcastUnit, result, std::move(frame), {}, 0.0}});
+        emit(
+            PollerEvent::Wrote{
+                write.token, RTUFrame::broadcastUnit, result, std::move(frame), {}, 0.0},
+            ended);
         return true;
     }
 
@@ -251,6 +251,7 @@ private:
         done.request = RTUFrame::build(unit, pdu);
         const Clock::time_point start = Clock::now();
         auto answer = link_->transact(done.request, true, timeout_);
+        done.ended = std::chrono::system_clock::now();
         done.duration = secondsSince(start);
         if (!answer) {
             if (!answer.error().is<SerialLinkError::Timeout>()) {
@@ -276,19 +277,20 @@ private:
             wasRunning = std::exchange(state_->running, false);
         }
         if (wasRunning) {
-            emit({PollerEvent::SerialLost{path_}});
+            emit(PollerEvent::SerialLost{path_});
         }
         return false;
     }
 
-    void emit(PollerEvent event) { deliver(onEvent_, post_, std::move(event)); }
+    void emit(PollerEvent::Case value, PollerEvent::Time time = std::chrono::system_clock::now()) {
+        deliver(onEvent_, std::move(value), time);
+    }
 
     std::shared_ptr<State> state_;
     std::unique_ptr<SerialLink> link_;
     std::string path_;
     double timeout_;
     EventHandler onEvent_;
-    Post post_;
 };
 
 PollerEngine::PollChoice
@@ -320,13 +322,12 @@ PollerEngine::choosePoll(const std::vector<PollPlan>& plans,
 }
 
 PollerEngine::PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
-                           bool allowsTestDevice, EventHandler onEvent, Post post)
+                           bool allowsTestDevice, EventHandler onEvent)
     : path_(std::move(path))
     , configuration_(configuration)
     , timeout_(timeout)
     , allowsTestDevice_(allowsTestDevice)
     , onEvent_(std::move(onEvent))
-    , post_(std::move(post))
     , state_(std::make_shared<State>()) {}
 
 PollerEngine::~PollerEngine() {
@@ -352,10 +353,9 @@ Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
         state_->running = true;
         state_->plans = std::move(plans);
     }
-    // Posted before the thread exists, so that it precedes every event of the thread.
-    deliver(onEvent_, post_, {PollerEvent::Started{}});
-    auto worker =
-        std::make_unique<Worker>(state_, std::move(link), path_, timeout_, onEvent_, post_);
+    // Delivered before the thread exists, so that it precedes every event of the thread.
+    deliver(onEvent_, PollerEvent::Started{});
+    auto worker = std::make_unique<Worker>(state_, std::move(link), path_, timeout_, onEvent_);
     thread_ = std::thread([worker = std::move(worker)] { worker->run(); });
     return {};
 }

@@ -33,24 +33,23 @@ namespace kestrin {
 //   only to take its next job or to look at running and the write queue, never during a
 //   transaction. With nothing due it idles in the link, which watches the port for a hang-up
 //   meanwhile; update and write raise a wake-up signal that ends the idle wait early.
-// - Events reach onEvent through post, in the order they were produced. The engine never waits for
-//   the receiver, so stop on the receiving thread cannot deadlock with delivery. Without post,
-//   onEvent runs on the thread that produced the event and must not destroy the engine.
+// - onEvent runs on the thread that produced the event: start's caller for started, the engine
+//   thread for the rest, in the order they were produced. It must return quickly and must not
+//   destroy the engine; a receiver on another thread queues the events itself, and must never
+//   hold its queue's lock while it calls stop, so stop cannot deadlock with delivery.
 // - stop clears running and raises the cancellation signal, which ends the transaction under way
-//   at once (its answer is dropped, its event never posted) and closes the port; it waits for
+//   at once (its answer is dropped, its event never delivered) and closes the port; it waits for
 //   that, at most timeout + 1 s, and the destructor does not wait again. Queued writes are
 //   dropped. A thread that outlives stop keeps the shared state alive on its own and never
 //   touches the engine object.
 // - Loss of the port (any link error but a time-out), during a transaction or while idle, ends
-//   the thread with exactly one serialLost, unless stop came first; nothing is posted after it.
+//   the thread with exactly one serialLost, unless stop came first; nothing is delivered after it.
 // - After a failed request the engine keeps what the device still sends for it from the next
 //   request (a late answer) and reports it as lateAnswer; after a good answer it waits no longer.
 class PollerEngine {
 public:
     using Clock = std::chrono::steady_clock;
     using EventHandler = std::function<void(const PollerEvent&)>;
-    // Runs a task on the receiving thread, asynchronously and first in, first out.
-    using Post = std::function<void(std::function<void()>)>;
 
     // What the engine thread does next; writes come first.
     struct Job {
@@ -92,13 +91,13 @@ public:
 
     // Does not touch the port. timeout is the response time-out of every request in seconds.
     PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
-                 bool allowsTestDevice, EventHandler onEvent, Post post = {});
+                 bool allowsTestDevice, EventHandler onEvent);
     // Stops reading; a thread that did not end within stop's wait is left to end alone.
     ~PollerEngine();
     PollerEngine(const PollerEngine&) = delete;
     PollerEngine& operator=(const PollerEngine&) = delete;
 
-    // Opens the port and starts the thread, then posts started. An open failure is returned
+    // Opens the port and starts the thread, then delivers started. An open failure is returned
     // unchanged and nothing starts. Only the first call does anything.
     Result<void, SerialLinkError> start(std::vector<PollPlan> plans);
     // Kept polls keep their schedule, removed polls are forgotten, new polls are due at once.
@@ -126,7 +125,6 @@ private:
     double timeout_;
     bool allowsTestDevice_;
     EventHandler onEvent_;
-    Post post_;
     // Shared with the thread, which may outlive a stop that gave up waiting.
     std::shared_ptr<State> state_;
     bool started_ = false;

@@ -7,6 +7,7 @@
 #include "Result.h"
 #include "Uuid.h"
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <variant>
@@ -16,7 +17,12 @@ namespace kestrin {
 // What the engine reports to its creator. request is the whole frame as sent; response is what
 // the link returned, possibly incomplete or defective, and empty after a time-out or a broadcast;
 // duration (seconds) runs from just before the transaction, silence included, to the answer's end.
+// time is taken on the engine thread when the event happened (for a read or a write: when the
+// answer ended or the time-out struck), so a receiver that handles events late still dates them
+// right.
 struct PollerEvent {
+    using Time = std::chrono::system_clock::time_point;
+
     // One block was read or failed.
     struct Read {
         Uuid poll;
@@ -56,6 +62,7 @@ struct PollerEvent {
 
     using Case = std::variant<Read, Wrote, SerialLost, Started, LateAnswer>;
     Case value;
+    Time time{};
 
     template <typename T>
     bool is() const noexcept {

@@ -15,27 +15,44 @@ OutputBuffer::OutputBuffer(qsizetype maxCharacters, qsizetype trimTarget, QObjec
     , maxCharacters_(maxCharacters)
     , trimTarget_(std::min(trimTarget, maxCharacters)) {}
 
-void OutputBuffer::append(std::span<const LogSegment> line) {
+void OutputBuffer::append(const LogLineSegments& line) {
+    append(std::span(&line, 1));
+}
+
+// One signal, one trim and one scroll for the lines together: a view lays out the whole batch in
+// one edit.
+void OutputBuffer::append(std::span<const LogLineSegments> lines) {
+    if (lines.empty()) {
+        return;
+    }
     const bool mirrored = isSignalConnected(QMetaMethod::fromSignal(&OutputBuffer::appended));
     QList<StyledRun> added;
-    for (const LogSegment& segment : line) {
-        const QString text =
-            QString::fromUtf8(segment.text.data(), static_cast<qsizetype>(segment.text.size()));
-        text_ += text;
-        addRun(segment.kind, text.size());
-        if (mirrored) {
-            added.append({segment.kind, text});
-        }
+    for (const LogLineSegments& line : lines) {
+        addLine(line, mirrored ? &added : nullptr);
     }
-    text_ += QLatin1Char('\n');
-    addRun(LogSegment::Kind::text, 1);
     if (mirrored) {
-        added.append({LogSegment::Kind::text, QStringLiteral("\n")});
         emit appended(added);
     }
     trimIfNeeded();
     if (autoscroll_) {
         emit scrollToEndRequested();
+    }
+}
+
+void OutputBuffer::addLine(const LogLineSegments& line, QList<StyledRun>* added) {
+    for (const LogSegment& segment : line) {
+        const QString text =
+            QString::fromUtf8(segment.text.data(), static_cast<qsizetype>(segment.text.size()));
+        text_ += text;
+        addRun(segment.kind, text.size());
+        if (added != nullptr) {
+            added->append({segment.kind, text});
+        }
+    }
+    text_ += QLatin1Char('\n');
+    addRun(LogSegment::Kind::text, 1);
+    if (added != nullptr) {
+        added->append({LogSegment::Kind::text, QStringLiteral("\n")});
     }
 }
 

@@ -40,7 +40,9 @@ public:
                           qsizetype trimTarget = defaultTrimTarget, QObject* parent = nullptr);
 
     // Appends the segments and one line break (plain text role), then trims when too long.
-    void append(std::span<const LogSegment> line);
+    void append(const LogLineSegments& line);
+    // The lines in order, announced as one append.
+    void append(std::span<const LogLineSegments> lines);
     void clear();
 
     QString text() const { return text_; }
@@ -58,7 +60,7 @@ public:
     Result<void, std::string> save(const QString& path) const;
 
 signals:
-    // One line as runs, the line break included.
+    // One or more lines as runs, each line break included.
     void appended(const QList<kestrin::StyledRun>& runs);
     // This many units were removed from the start, after the append that caused it.
     void trimmed(qsizetype count);
@@ -72,6 +74,8 @@ private:
         qsizetype length;
     };
 
+    // The line's text and runs; what was added goes to added when it is not null.
+    void addLine(const LogLineSegments& line, QList<StyledRun>* added);
     void addRun(LogSegment::Kind kind, qsizetype length);
     void trimIfNeeded();
 

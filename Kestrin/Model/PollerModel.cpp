@@ -5,6 +5,7 @@
 #include "ProjectStore.h"
 
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 #include <utility>
 
@@ -43,17 +44,30 @@ bool booleanPreference(const QSettings& settings, const char* key, bool fallback
 
 } // namespace
 
-// The engine thread posts through this; the model cuts it off in its destructor, so a thread
-// that outlives the model never touches a destroyed object.
+// The engine's events wait here for the main thread, which takes them a frame at a time: one
+// queued call per event kept the main thread busy at a few hundred answers a second. The model
+// cuts the relay off in its destructor, so a thread that outlives the model never touches a
+// destroyed object.
 class PollerModel::EventRelay {
 public:
+    // The longest an event waits: one frame of a 60 Hz display.
+    static constexpr std::chrono::milliseconds frame{16};
+
     explicit EventRelay(PollerModel* model)
         : model_(model) {}
 
-    void post(std::function<void()> task) {
+    // Any thread. The first event into an empty queue schedules the drain that takes it.
+    void push(std::uint64_t generation, const PollerEvent& event) {
         const std::lock_guard lock(mutex_);
-        if (model_ != nullptr) {
-            QMetaObject::invokeMethod(model_, std::move(task), Qt::QueuedConnection);
+        if (model_ == nullptr) {
+            return;
+        }
+        queue_.push_back({generation, event});
+        if (queue_.size() == 1) {
+            const auto due = std::chrono::steady_clock::now() + frame;
+            QMetaObject::invokeMethod(
+                model_, [this, model = model_, due] { scheduleDrain(*model, due); },
+                Qt::QueuedConnection);
         }
     }
 
@@ -63,22 +77,50 @@ public:
     }
 
 private:
+    struct Queued {
+        std::uint64_t generation;
+        PollerEvent event;
+    };
+
+    // Main thread; the model is the timer's context, so a drain never outlives it.
+    void scheduleDrain(PollerModel& model, std::chrono::steady_clock::time_point due) {
+        const auto wait =
+            std::chrono::ceil<std::chrono::milliseconds>(due - std::chrono::steady_clock::now());
+        QTimer::singleShot(std::max(wait, std::chrono::milliseconds{0}), Qt::PreciseTimer, &model,
+                           [this, &model] { drain(model); });
+    }
+
+    // Main thread: everything queued so far, in order, as one batch. The lock is not held while
+    // the model handles it: a handler may stop the engine, which waits for the engine thread.
+    void drain(PollerModel& model) {
+        std::vector<Queued> taken;
+        {
+            const std::lock_guard lock(mutex_);
+            taken.swap(queue_);
+        }
+        model.beginBatch();
+        for (const Queued& queued : taken) {
+            model.deliver(queued.generation, queued.event);
+        }
+        model.endBatch();
+    }
+
     std::mutex mutex_;
     PollerModel* model_;
+    std::vector<Queued> queue_;
 };
 
 std::unique_ptr<PollerEngine> PollerModel::makeEngine() {
     const std::uint64_t generation = ++engineGeneration_;
     std::weak_ptr<EventRelay> relay = relay_;
-    auto onEvent = [this, generation](const PollerEvent& event) { deliver(generation, event); };
-    auto post = [relay](std::function<void()> task) {
+    auto onEvent = [relay, generation](const PollerEvent& event) {
         if (const auto alive = relay.lock()) {
-            alive->post(std::move(task));
+            alive->push(generation, event);
         }
     };
-    return std::make_unique<PollerEngine>(
-        selectedPath_, serial_, static_cast<double>(timeoutMs_) / 1000.0,
-        isTestDevice(selectedPath_), std::move(onEvent), std::move(post));
+    return std::make_unique<PollerEngine>(selectedPath_, serial_,
+                                          static_cast<double>(timeoutMs_) / 1000.0,
+                                          isTestDevice(selectedPath_), std::move(onEvent));
 }
 
 PollerModel::Environment PollerModel::Environment::application() {

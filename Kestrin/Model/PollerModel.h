@@ -27,6 +27,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,8 @@ class PortScanner;
 //
 // Main thread only. The engine's events are queued to this object's thread, tagged with the
 // engine they came from, so a late event of a stopped engine never reaches a newer one's state.
+// They arrive in batches of at most one frame (16 ms); a batch publishes its status changes, its
+// counters and its log lines once, at its end.
 class PollerModel : public QObject {
     Q_OBJECT
 
@@ -155,7 +158,9 @@ public:
     void stop();
     void toggle();
     void dismissNoResponseHint();
+    // A batch of one.
     void handleEvent(const PollerEvent& event);
+    void handleEvents(std::span<const PollerEvent> events);
     void portsChanged(const std::vector<SerialPortInfo>& ports);
 
     // Project.
@@ -208,7 +213,9 @@ public:
     std::vector<ChartSeries> chartSeries(const QDateTime& now, int periodSeconds) const;
 
     // Log.
+    // Stamped with the current time.
     void appendLog(LogLineSegments line);
+    void appendLog(LogLineSegments line, const QDateTime& time);
     void clearLog();
     void saveLog(const QString& path);
 
@@ -234,6 +241,12 @@ signals:
 
 private:
     class EventRelay;
+    // What a batch of engine events changed, published when it ends.
+    struct EventBatch {
+        std::vector<Uuid> changed;
+        std::vector<LogLineSegments> lines;
+        bool statistics = false;
+    };
 
     void loadPreferences();
     void storePreference(const char* key, const QVariant& value);
@@ -249,8 +262,13 @@ private:
     void armResume();
     void resumeAfterLoss();
     void deliver(std::uint64_t generation, const PollerEvent& event);
-    void handleRead(const PollerEvent::Read& read);
-    void handleWrote(const PollerEvent::Wrote& wrote);
+    void beginBatch();
+    void endBatch();
+    void handleInBatch(const PollerEvent& event);
+    void appendLines(std::span<const LogLineSegments> lines);
+    void statusDidChange(std::vector<Uuid> datapointIDs);
+    void handleRead(const PollerEvent::Read& read, const QDateTime& time);
+    void handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time);
     void pollsDidChange(const std::vector<Poll>& before);
     void replacePolls(std::vector<Poll> polls);
     void publishHistory();
@@ -287,6 +305,8 @@ private:
     std::shared_ptr<EventRelay> relay_;
     std::unique_ptr<PollerEngine> engine_;
     std::uint64_t engineGeneration_ = 0;
+    // Present while a batch of engine events is handled.
+    std::optional<EventBatch> batch_;
     std::unique_ptr<PortScanner> scanner_;
     // Present while the port is lost and not yet reopened.
     std::unique_ptr<PortPathWatcher> lostPortWatcher_;

@@ -341,7 +341,23 @@ std::vector<ChartSeries> PollerModel::chartSeries(const QDateTime& now, int peri
 }
 
 void PollerModel::appendLog(LogLineSegments line) {
-    output_->append(LogLine::stamped(std::move(line), QDateTime::currentDateTime(), logOptions_));
+    appendLog(std::move(line), QDateTime::currentDateTime());
+}
+
+void PollerModel::appendLog(LogLineSegments line, const QDateTime& time) {
+    LogLineSegments stamped = LogLine::stamped(std::move(line), time, logOptions_);
+    if (batch_) {
+        batch_->lines.push_back(std::move(stamped));
+    } else {
+        appendLines(std::span(&stamped, 1));
+    }
+}
+
+void PollerModel::appendLines(std::span<const LogLineSegments> lines) {
+    if (lines.empty()) {
+        return;
+    }
+    output_->append(lines);
     if (outputIsEmpty_) {
         outputIsEmpty_ = false;
         emit outputIsEmptyChanged();

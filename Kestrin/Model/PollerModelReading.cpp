@@ -9,9 +9,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <initializer_list>
+#include <unordered_set>
 #include <utility>
 
 #include <QDateTime>
+#include <QTimeZone>
 
 // Reading: the engine's life, its events, and writes.
 namespace kestrin {
@@ -123,8 +125,13 @@ void PollerModel::setState(PollerState state) {
 }
 
 void PollerModel::setStatistics(const PollerStatistics& statistics) {
-    if (statistics != statistics_) {
-        statistics_ = statistics;
+    if (statistics == statistics_) {
+        return;
+    }
+    statistics_ = statistics;
+    if (batch_) {
+        batch_->statistics = true;
+    } else {
         emit statisticsChanged();
     }
 }
@@ -137,27 +144,71 @@ void PollerModel::setShowNoResponseHint(bool on) {
 }
 
 void PollerModel::deliver(std::uint64_t generation, const PollerEvent& event) {
-    // A stopped engine's last transaction may still arrive after a new one started.
+    // A stopped engine's last transaction may still arrive after a new one started. Checked per
+    // event: handling a loss within the batch may already have started the next engine.
     if (generation == engineGeneration_) {
-        handleEvent(event);
+        handleInBatch(event);
     }
 }
 
 void PollerModel::handleEvent(const PollerEvent& event) {
+    handleEvents({&event, 1});
+}
+
+void PollerModel::handleEvents(std::span<const PollerEvent> events) {
+    beginBatch();
+    for (const PollerEvent& event : events) {
+        handleInBatch(event);
+    }
+    endBatch();
+}
+
+void PollerModel::beginBatch() {
+    batch_.emplace();
+}
+
+// Views redraw once per batch rather than once per answer.
+void PollerModel::endBatch() {
+    EventBatch batch = std::move(*batch_);
+    batch_.reset();
+    appendLines(batch.lines);
+    if (!batch.changed.empty()) {
+        std::unordered_set<Uuid> seen;
+        std::erase_if(batch.changed, [&](const Uuid& id) { return !seen.insert(id).second; });
+        emit statusChanged(batch.changed);
+    }
+    if (batch.statistics) {
+        emit statisticsChanged();
+    }
+}
+
+void PollerModel::statusDidChange(std::vector<Uuid> datapointIDs) {
+    if (batch_) {
+        batch_->changed.insert(batch_->changed.end(), datapointIDs.begin(), datapointIDs.end());
+    } else if (!datapointIDs.empty()) {
+        emit statusChanged(datapointIDs);
+    }
+}
+
+void PollerModel::handleInBatch(const PollerEvent& event) {
     if (!engine_) {
         return;
     }
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(
+        std::chrono::duration_cast<std::chrono::milliseconds>(event.time.time_since_epoch())
+            .count(),
+        QTimeZone::utc());
     if (event.is<PollerEvent::Started>()) {
         setState(PollerState::running);
-        appendLog(LogLine::readingStarted(selectedPath_, serial_.shortDescription()));
+        appendLog(LogLine::readingStarted(selectedPath_, serial_.shortDescription()), time);
     } else if (const auto* lost = event.as<PollerEvent::SerialLost>()) {
         portLost(lost->path);
     } else if (const auto* read = event.as<PollerEvent::Read>()) {
-        handleRead(*read);
+        handleRead(*read, time);
     } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {
-        handleWrote(*wrote);
+        handleWrote(*wrote, time);
     } else if (const auto* late = event.as<PollerEvent::LateAnswer>()) {
-        appendLog(LogLine::lateAnswer(late->bytes, logOptions_));
+        appendLog(LogLine::lateAnswer(late->bytes, logOptions_), time);
     }
 }
 
@@ -176,7 +227,7 @@ void PollerModel::countFailure(PollFailure failure) {
     }
 }
 
-void PollerModel::handleRead(const PollerEvent::Read& read) {
+void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& time) {
     setStatistics(counted(statistics_, {&PollerStatistics::requests}));
 
     const auto poll = std::find_if(polls_.begin(), polls_.end(), [&](const Poll& candidate) {
@@ -185,7 +236,6 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
     if (poll == polls_.end()) {
         return;
     }
-    const QDateTime now = QDateTime::currentDateTime();
     std::vector<Uuid> changed;
 
     if (!read.result) {
@@ -197,13 +247,11 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
             }
             PointStatus& entry = status_[point.id];
             entry.failure = failure;
-            entry.updated = now;
+            entry.updated = time;
             changed.push_back(point.id);
         }
-        if (!changed.empty()) {
-            emit statusChanged(changed);
-        }
-        appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_));
+        statusDidChange(std::move(changed));
+        appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_), time);
         return;
     }
 
@@ -217,17 +265,15 @@ void PollerModel::handleRead(const PollerEvent::Read& read) {
         if (!decoded) {
             continue;
         }
-        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, now,
+        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, time,
                              read.duration};
         changed.push_back(point.id);
-        recordSample(point.id, {now, decoded->value});
+        recordSample(point.id, {time, decoded->value});
     }
-    if (!changed.empty()) {
-        emit statusChanged(changed);
-    }
+    statusDidChange(std::move(changed));
     if (auto line = LogLine::readAnswer(read.block, read.request, read.response, read.duration,
                                         logOptions_)) {
-        appendLog(std::move(*line));
+        appendLog(std::move(*line), time);
     }
 }
 
@@ -249,7 +295,7 @@ void PollerModel::write(const Datapoint& target, const Value& value) {
     }
 }
 
-void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
+void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time) {
     setStatistics(counted(statistics_, {&PollerStatistics::requests}));
 
     std::optional<PendingWrite> record;
@@ -266,21 +312,22 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote) {
             PointStatus& entry = status_[current->id];
             entry.value = record->value;
             entry.failure.reset();
-            entry.updated = QDateTime::currentDateTime();
-            emit statusChanged({current->id});
+            entry.updated = time;
+            statusDidChange({current->id});
             appendLog(LogLine::writeConfirmed(*current, record->value, NumberStyle::current(),
-                                              wrote.duration));
+                                              wrote.duration),
+                      time);
         }
     } else {
         const PollFailure failure = wrote.result.error().failure;
         countFailure(failure);
-        appendLog(LogLine::writeFailed(current, failure, timeoutMs_));
+        appendLog(LogLine::writeFailed(current, failure, timeoutMs_), time);
         const std::string name = current != nullptr ? DatapointLabel::name(*current) : "?";
         setWriteError(
             L10n::texts().notice.writeFailed(name, L10n::Log::failure(failure, timeoutMs_)));
     }
     if (auto line = LogLine::writeFrames(wrote.request, wrote.response, logOptions_)) {
-        appendLog(std::move(*line));
+        appendLog(std::move(*line), time);
     }
 }
 

@@ -6,8 +6,8 @@
 
 namespace kestrin {
 
-// One recorded value with the time of the answer that carried it. Times recorded in UTC
-// (QDateTime::currentDateTimeUtc()) compare and sort without time-zone lookups.
+// One recorded value with the time the engine stamped on the answer that carried it, in UTC, so
+// that samples compare and sort without time-zone lookups.
 struct Sample {
     QDateTime time;
     Value value;

@@ -49,12 +49,14 @@ inline PollerEvent answer(const Uuid& pollID, const ReadBlock& block,
                                static_cast<std::uint8_t>(value & 0xFF)});
     }
     return {PollerEvent::Read{pollID, block, ReadData::registers(registers), readRequest(block),
-                              RTUFrame::build(block.unit, pdu), seconds}};
+                              RTUFrame::build(block.unit, pdu), seconds},
+            std::chrono::system_clock::now()};
 }
 
 inline PollerEvent failedRead(const Uuid& pollID, const ReadBlock& block, PollFailure failure) {
     return {
-        PollerEvent::Read{pollID, block, PollFailureError{failure}, readRequest(block), {}, 0.2}};
+        PollerEvent::Read{pollID, block, PollFailureError{failure}, readRequest(block), {}, 0.2},
+        std::chrono::system_clock::now()};
 }
 
 inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) {
@@ -62,7 +64,7 @@ inline PollerEvent wrote(const Uuid& token, std::optional<PollFailure> failure) 
     if (failure) {
         event.result = PollFailureError{*failure};
     }
-    return {event};
+    return {event, std::chrono::system_clock::now()};
 }
 
 // Runs the event loop until the condition holds or the limit passes.

@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <thread>
 #include <tuple>
 
 namespace kestrin::ModelTesting {
@@ -43,6 +44,38 @@ TEST_F(PollerModelReading, ValuesComeFromTheDeviceAndChangesTakeEffectWithoutARe
         return !frames.empty() && frames.back().starts_with("01 03 00 64 00 65");
     }));
     EXPECT_EQ(countInLog("Reading started"), 1);
+}
+
+// The engine answers on while the main thread is busy; what it queued meanwhile is dropped by a
+// stop, whether the queue is taken before the next start or after it.
+TEST_F(PollerModelReading, EventsStillQueuedAtStopAreDroppedAndNeverReachTheNextReading) {
+    const auto simulator = serve(served);
+    create(reading);
+    const Uuid boiler = model->polls()[0].id;
+    model->setInterval(boiler, 10);
+    for (const bool restartAtOnce : {false, true}) {
+        SCOPED_TRACE(restartAtOnce);
+        startReading(simulator->port());
+        ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }));
+        const std::size_t asked = received().size();
+        std::this_thread::sleep_for(300ms);
+        ASSERT_GT(received().size(), asked + 2);
+        const long answers = countInLog("← Unit 1");
+
+        model->stop();
+        if (restartAtOnce) {
+            // The next reading reads nothing: every answer it would count is the old engine's.
+            model->setEnabled(boiler, false);
+            model->start();
+        }
+        QTest::qWait(100);
+        EXPECT_EQ(countInLog("← Unit 1"), answers);
+        if (restartAtOnce) {
+            EXPECT_EQ(model->statistics(), PollerStatistics{});
+        } else {
+            EXPECT_TRUE(model->output().text().endsWith("--- Reading stopped ---\n"));
+        }
+    }
 }
 
 // Port discovery never announces a pseudo-terminal: only the watch on the path sees it return.

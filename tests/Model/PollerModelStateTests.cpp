@@ -145,6 +145,47 @@ TEST_F(PollerModelRunning, FailedReadKeepsTheLastValueAndRecordsNoSample) {
     EXPECT_EQ(*model->status(flow.id), (PointStatus{{}, {}, timeout, failed.updated, 0}));
 }
 
+// Events are dated by the engine, not by when the main thread got to them, and a batch announces
+// each changed datapoint and the counters once.
+TEST_F(PollerModelRunning, ABatchIsDatedByItsStampsAndAnnouncesItsChangesOnce) {
+    std::vector<std::vector<Uuid>> announced;
+    int countersChanged = 0;
+    QObject::connect(model.get(), &PollerModel::statusChanged, model.get(),
+                     [&](const std::vector<Uuid>& ids) { announced.push_back(ids); });
+    QObject::connect(model.get(), &PollerModel::statisticsChanged, model.get(),
+                     [&] { ++countersChanged; });
+    std::vector<PollerEvent> batch{
+        answer(points, both, {1, 2}),
+        failedRead(points, {1, RegisterTable::holdingRegister, 101, 1}, timeout),
+        answer(points, {1, RegisterTable::holdingRegister, 100, 1}, {3})};
+    std::vector<QDateTime> times;
+    const auto past = std::chrono::system_clock::now() - 1h;
+    for (std::size_t i = 0; i < batch.size(); ++i) {
+        batch[i].time = past + std::chrono::milliseconds(1234 * i);
+        times.push_back(QDateTime::fromMSecsSinceEpoch(
+            std::chrono::duration_cast<std::chrono::milliseconds>(batch[i].time.time_since_epoch())
+                .count()));
+    }
+    model->clearLog();
+    countersChanged = 0;
+    model->handleEvents(batch);
+
+    EXPECT_EQ(announced, (std::vector<std::vector<Uuid>>{{level.id, flow.id}}));
+    EXPECT_EQ(countersChanged, 1);
+    const QStringList lines = model->output().text().split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 3);
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        EXPECT_TRUE(lines[i].startsWith(times[std::size_t(i)].toString("HH:mm:ss.zzz  ")))
+            << lines[i].toStdString();
+    }
+    EXPECT_EQ(model->status(level.id)->updated, times[2]);
+    EXPECT_EQ(model->status(flow.id)->updated, times[1]);
+    const SampleRing& samples = *model->history().samples(level.id);
+    ASSERT_GE(samples.size(), 2U);
+    EXPECT_EQ(samples[samples.size() - 2].time, times[0]);
+    EXPECT_EQ(samples.back(), (Sample{times[2], 3.0}));
+}
+
 // A datapoint moved to another poll is still the same datapoint: only how it is read counts.
 TEST_F(PollerModelRunning, ChangingHowADatapointIsReadForgetsItsReadingsOthersKeepThem) {
     const auto same = [](Datapoint&) {};

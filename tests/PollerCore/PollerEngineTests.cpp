@@ -118,9 +118,7 @@ protected:
         ASSERT_FALSE(simulator->port().empty());
         engine = std::make_unique<PollerEngine>(
             simulator->port(), SerialConfiguration{}, timeout, true,
-            [this](const PollerEvent& event) { events.record(event); },
-            // Delivered at once on the engine's thread: the order is what the engine produced.
-            [](std::function<void()> task) { task(); });
+            [this](const PollerEvent& event) { events.record(event); });
     }
 
     void TearDown() override {
@@ -182,6 +180,36 @@ TEST_F(EngineTest, QueuedWritesWaitOnlyForTheBlockInProgressAndGoInQueueOrder) {
     EXPECT_EQ(trace, "R0=0 W0 R10=1 W1 W2 R0=0 R10=3 ");
 }
 
+// A receiver that handles events late still dates them right: a read carries the moment its
+// answer ended or its time-out struck, not when it was sent nor when it was handled.
+TEST_F(EngineTest, AReadIsStampedWhenItsAnswerEndedOrItsTimeOutStruck) {
+    using std::chrono::system_clock;
+    const struct {
+        std::vector<std::string> options;
+        double timeout;
+    } rows[] = {
+        {{"--wire-timing", "--turnaround-ms", "300"}, 1.0},
+        {{"--fault", "drop=1"}, 0.3},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options.front());
+        startSimulator(row.options, row.timeout);
+        const auto before = system_clock::now();
+        ASSERT_TRUE(engine->start({plan(60, {0})}).ok());
+        const auto all = events.waitFor(2);
+        const auto after = system_clock::now();
+        ASSERT_GE(all.size(), 2U);
+        EXPECT_TRUE(all[0].is<PollerEvent::Started>());
+        EXPECT_TRUE(before <= all[0].time && all[0].time <= all[1].time);
+        ASSERT_TRUE(all[1].is<PollerEvent::Read>());
+        EXPECT_TRUE(all[1].time >= before + 300ms && all[1].time <= after)
+            << std::chrono::duration<double>(all[1].time - before).count() << " s";
+        engine.reset();
+        simulator.reset();
+        events.clear();
+    }
+}
+
 // With nothing to read the thread sleeps; a broadcast write wakes it, is applied without waiting
 // for an answer, and a poll added later reads what it wrote.
 TEST_F(EngineTest, EmptyPlansSleepUntilABroadcastWakesTheThreadAndIsNotAnswered) {
@@ -202,8 +230,9 @@ TEST_F(EngineTest, EmptyPlansSleepUntilABroadcastWakesTheThreadAndIsNotAnswered)
     engine->write(pdu, RTUFrame::broadcastUnit, token);
     const auto all = events.waitFor(2, 2.0);
     ASSERT_EQ(all.size(), 2U);
-    EXPECT_EQ(all[1],
-              (PollerEvent{PollerEvent::Wrote{token, 0, {}, RTUFrame::build(0, pdu), {}, 0.0}}));
+    EXPECT_EQ(
+        all[1].value,
+        (PollerEvent::Case{PollerEvent::Wrote{token, 0, {}, RTUFrame::build(0, pdu), {}, 0.0}}));
     const PollPlan check = plan(60, {5});
     engine->update({check});
     EXPECT_EQ(events.waitForReads(check.id, 1).at(0).result.value(), ReadData::registers({77}));
@@ -292,7 +321,8 @@ TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
         std::this_thread::sleep_for(300ms);
         const auto all = events.all();
         ASSERT_EQ(std::count_if(all.begin(), all.end(), lost), 1);
-        EXPECT_EQ(all.back(), (PollerEvent{PollerEvent::SerialLost{simulator->port()}}));
+        EXPECT_EQ(all.back().value,
+                  (PollerEvent::Case{PollerEvent::SerialLost{simulator->port()}}));
         const auto stopping = Clock::now();
         engine->stop();
         EXPECT_LT(secondsSince(stopping), 0.5);
