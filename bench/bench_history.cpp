@@ -1,13 +1,51 @@
-// Recording history: every answer records one sample per datapoint, on the main thread.
+// Recording history: every answer records one sample per datapoint, on the main thread. Exporting
+// it: 2,000,000 samples to a file.
 
+#include "CSVDialect.h"
 #include "History.h"
+#include "HistoryExport.h"
 #include "Uuid.h"
 
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
 #include <malloc.h>
 #include <memory>
+#include <new>
 #include <vector>
 
+#include <QTemporaryDir>
 #include <benchmark/benchmark.h>
+
+// Every operator new counted, so that an export's peak above the history is known. Qt's own
+// containers allocate with malloc and are not counted; the export's rows and chunks are.
+namespace {
+std::atomic<std::size_t> liveBytes{0};
+std::atomic<std::size_t> peakBytes{0};
+} // namespace
+
+void* operator new(std::size_t size) {
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    const std::size_t live = liveBytes += malloc_usable_size(block);
+    std::size_t peak = peakBytes.load();
+    while (live > peak && !peakBytes.compare_exchange_weak(peak, live)) {
+    }
+    return block;
+}
+
+void operator delete(void* block) noexcept {
+    if (block != nullptr) {
+        liveBytes -= malloc_usable_size(block);
+        std::free(block);
+    }
+}
+
+void operator delete(void* block, std::size_t) noexcept {
+    operator delete(block);
+}
 
 namespace kestrin {
 namespace {
@@ -81,6 +119,52 @@ void recordIntoFullHistory(benchmark::State& state) {
         benchmark::Counter::kIsRate | benchmark::Counter::kInvert, benchmark::Counter::kIs1000);
 }
 BENCHMARK(recordIntoFullHistory)->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
+
+void exportHistory(const QString& path, const std::vector<Poll>& polls, History& history,
+                   const CSVDialect& dialect) {
+    HistoryExport exported(path, polls, history, dialect);
+    while (!exported.step(std::chrono::steady_clock::time_point::max()).done) {
+    }
+    if (!exported.commit().ok()) {
+        std::abort();
+    }
+}
+
+// 100 datapoints with full rings of 20,000 samples, as after half an hour of reading at 10 Hz.
+void exportToFile(benchmark::State& state) {
+    constexpr std::size_t exportedDatapoints = 100;
+    std::vector<Poll> polls(1);
+    polls[0].name = "Boiler";
+    for (std::size_t index = 0; index < exportedDatapoints; ++index) {
+        Datapoint point;
+        point.name = "Datapoint " + std::to_string(index);
+        point.engineeringUnit = "°C";
+        point.scale = 0.1;
+        point.address = static_cast<std::uint16_t>(index);
+        polls[0].datapoints.push_back(point);
+    }
+    History history;
+    for (std::size_t round = 0; round < History::defaultCapacity; ++round) {
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(
+            1'700'000'000'000 + static_cast<qint64>(round) * 100, Qt::UTC);
+        for (const Datapoint& point : polls[0].datapoints) {
+            (void)history.record(point.id, {time, static_cast<double>(round % 1000) * 0.1});
+        }
+    }
+    const QTemporaryDir folder;
+    const CSVDialect dialect{',', false};
+    double extraBytes = 0;
+    for (auto _ : state) {
+        const std::size_t before = liveBytes.load();
+        peakBytes = before;
+        exportHistory(folder.filePath("history.csv"), polls, history, dialect);
+        extraBytes = static_cast<double>(peakBytes.load() - before);
+    }
+    state.counters["extraMB"] = extraBytes / 1e6;
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * exportedDatapoints *
+                                                      History::defaultCapacity));
+}
+BENCHMARK(exportToFile)->Iterations(1)->Repetitions(5)->Unit(benchmark::kMillisecond);
 
 } // namespace
 } // namespace kestrin
