@@ -63,22 +63,6 @@ TEST(SampleRing, KeepsTheNewestSamplesOldestFirstAcrossWrapAroundsAndHolds) {
     }
 }
 
-TEST(History, TheSampleAfterTheCapDropsTheOldestAndHoldsNoSpareRoom) {
-    History history;
-    const Uuid id = Uuid::random();
-    for (int value = 1; value <= 20'001; ++value) {
-        (void)history.record(id, sampleAt(value));
-    }
-    const SampleRing* samples = history.samples(id);
-    ASSERT_NE(samples, nullptr);
-    EXPECT_EQ(samples->size(), 20'000u);
-    EXPECT_EQ(samples->front(), sampleAt(2));
-    EXPECT_EQ(samples->back(), sampleAt(20'001));
-    EXPECT_EQ(history.allocatedBytes(), 20'000 * 16u); // 16 bytes a sample, no spare room
-    history.remove(id);
-    EXPECT_EQ(history.samples(id), nullptr);
-}
-
 TEST(History, AsksForOnePublicationUntilThePendingOneIsDone) {
     History history;
     const Uuid id = Uuid::random();
