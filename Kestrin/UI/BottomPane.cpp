@@ -87,11 +87,14 @@ void continueExportWithProgress(PollerModel& model, QWidget* parent) {
         }
         dialog->setValue(static_cast<int>(progress.rowsWritten * 1000 / progress.rowCount));
     });
-    QObject::connect(dialog, &QProgressDialog::canceled, dialog, [&model, dialog, timer] {
+    const auto cancel = [&model, dialog, timer] {
         timer->stop();
         model.cancelHistoryExport();
         dialog->deleteLater();
-    });
+    };
+    // Escape rejects the dialog without pressing Cancel.
+    QObject::connect(dialog, &QProgressDialog::canceled, dialog, cancel);
+    QObject::connect(dialog, &QDialog::rejected, dialog, cancel);
     timer->start(0);
     dialog->show();
 }
