@@ -22,6 +22,7 @@
 namespace {
 std::atomic<std::size_t> liveBytes{0};
 std::atomic<std::size_t> peakBytes{0};
+std::atomic<std::size_t> allocations{0};
 } // namespace
 
 void* operator new(std::size_t size) {
@@ -29,6 +30,7 @@ void* operator new(std::size_t size) {
     if (block == nullptr) {
         throw std::bad_alloc();
     }
+    ++allocations;
     const std::size_t live = liveBytes += malloc_usable_size(block);
     std::size_t peak = peakBytes.load();
     while (live > peak && !peakBytes.compare_exchange_weak(peak, live)) {
@@ -154,13 +156,18 @@ void exportToFile(benchmark::State& state) {
     const QTemporaryDir folder;
     const CSVDialect dialect{',', false};
     double extraBytes = 0;
+    double allocationsPerSample = 0;
     for (auto _ : state) {
         const std::size_t before = liveBytes.load();
         peakBytes = before;
+        const std::size_t allocationsBefore = allocations.load();
         exportHistory(folder.filePath("history.csv"), polls, history, dialect);
         extraBytes = static_cast<double>(peakBytes.load() - before);
+        allocationsPerSample = static_cast<double>(allocations.load() - allocationsBefore) /
+                               (exportedDatapoints * History::defaultCapacity);
     }
     state.counters["extraMB"] = extraBytes / 1e6;
+    state.counters["news/sample"] = allocationsPerSample;
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * exportedDatapoints *
                                                       History::defaultCapacity));
 }
