@@ -1,6 +1,8 @@
 // ui_responsiveness: the main window over a model reading 2,000 datapoints from kestrin-sim as
-// fast as the pseudo-terminal allows, and how well the main thread keeps up. Prints one line of
-// key=value pairs for bench/ui-responsiveness; with --profile, where the main thread's time went.
+// fast as the pseudo-terminal allows, and how well the main thread keeps up: its stalls, its load,
+// how long a posted task waits and how old an engine event is when the model has handled it.
+// Prints one line of key=value pairs for bench/ui-responsiveness; with --profile, where the main
+// thread's time went.
 
 #include "BottomPane.h"
 #include "ChartView.h"
@@ -20,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <time.h>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -276,6 +279,37 @@ private:
     std::vector<double> latenciesMs_;
 };
 
+// The calling thread's CPU time in seconds.
+double threadCpuSeconds() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+// How old the oldest event of each batch is once the model has handled it: from the engine's
+// stamp to the status change. Events wait in the model's queue for up to a frame before the
+// posted task that takes them waits in the main thread's, so the queue probe alone no longer
+// tells an event's wait. The first id of a change belongs to the batch's oldest answer.
+class EventAgeProbe {
+public:
+    explicit EventAgeProbe(PollerModel& model) {
+        QObject::connect(
+            &model, &PollerModel::statusChanged, [this, &model](const std::vector<Uuid>& ids) {
+                if (!recording || ids.empty()) {
+                    return;
+                }
+                const PointStatus* status = model.status(ids.front());
+                if (status != nullptr && status->updated) {
+                    agesMs.push_back(static_cast<double>(QDateTime::currentMSecsSinceEpoch() -
+                                                         status->updated->toMSecsSinceEpoch()));
+                }
+            });
+    }
+
+    bool recording = false;
+    std::vector<double> agesMs;
+};
+
 struct Cost {
     std::int64_t count = 0;
     double totalMs = 0;
@@ -441,17 +475,23 @@ struct SignalCosts {
     }
 };
 
-// The lines the log has taken, and how many of them are the system's own.
+// The lines the log has taken, and how many of them are the system's own. One append may carry
+// several lines, each ending in its line break.
 struct LogLines {
     std::int64_t all = 0;
     std::int64_t system = 0;
 
     void count(OutputBuffer& output) {
         QObject::connect(&output, &OutputBuffer::appended, [this](const QList<StyledRun>& runs) {
-            ++all;
-            system += std::any_of(runs.begin(), runs.end(), [](const StyledRun& run) {
-                return run.kind == LogSegment::Kind::system;
-            });
+            bool systemLine = false;
+            for (const StyledRun& run : runs) {
+                systemLine = systemLine || run.kind == LogSegment::Kind::system;
+                if (run.text.endsWith(QLatin1Char('\n'))) {
+                    ++all;
+                    system += systemLine;
+                    systemLine = false;
+                }
+            }
         });
     }
 };
@@ -464,6 +504,8 @@ struct Measurement {
     LogLines atEnd;
     std::vector<double> stallsMs;
     std::vector<double> queueMs;
+    std::vector<double> eventAgeMs;
+    double mainLoadPct = 0;
     double drainMs = 0;
 };
 
@@ -494,22 +536,29 @@ void logEverything(PollerModel& model) {
 }
 
 // Reads for the measured seconds with the probes running.
-Measurement measure(ProfilingApplication& application, const Options& options,
-                    const PollerModel& model, SignalCosts& signalCosts, const LogLines& lines) {
+Measurement measure(ProfilingApplication& application, const Options& options, PollerModel& model,
+                    SignalCosts& signalCosts, const LogLines& lines) {
     TickProbe ticks;
     QueueProbe queue;
+    EventAgeProbe ages(model);
     Measurement result;
     result.before = model.statistics();
     const std::int64_t linesBefore = lines.all;
     signalCosts.record();
     application.profiling = options.profile;
     const Clock::time_point begin = Clock::now();
+    const double cpuBegin = threadCpuSeconds();
     ticks.start();
     queue.start();
+    ages.recording = true;
     runFor(options.seconds);
+    ages.recording = false;
     ticks.stop();
     queue.stop();
+    const double cpuSeconds = threadCpuSeconds() - cpuBegin;
     result.elapsedSeconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    result.mainLoadPct = 100 * cpuSeconds / result.elapsedSeconds;
+    result.eventAgeMs = std::move(ages.agesMs);
     application.profiling = false;
     result.after = model.statistics();
     result.measuredLines = lines.all - linesBefore;
@@ -532,14 +581,16 @@ void printMeasurement(const Measurement& measured) {
     std::printf("max_stall_ms=%.2f p99_stall_ms=%.2f late_ticks=%lld ticks=%zu "
                 "requests_per_s=%.1f requests=%lld failures=%lld log_lines=%lld "
                 "total_requests=%lld total_log_lines=%lld system_lines=%lld "
-                "max_queue_ms=%.2f p99_queue_ms=%.2f drain_ms=%.2f\n",
+                "max_queue_ms=%.2f p99_queue_ms=%.2f max_event_ms=%.0f p99_event_ms=%.0f "
+                "main_load_pct=%.1f drain_ms=%.2f\n",
                 largest(stalls), percentile(stalls, 0.99), static_cast<long long>(late),
                 stalls.size(), static_cast<double>(requests) / measured.elapsedSeconds,
                 static_cast<long long>(requests), static_cast<long long>(failures),
                 static_cast<long long>(measured.measuredLines),
                 static_cast<long long>(after.requests), static_cast<long long>(measured.atEnd.all),
                 static_cast<long long>(measured.atEnd.system), largest(measured.queueMs),
-                percentile(measured.queueMs, 0.99), measured.drainMs);
+                percentile(measured.queueMs, 0.99), largest(measured.eventAgeMs),
+                percentile(measured.eventAgeMs, 0.99), measured.mainLoadPct, measured.drainMs);
 }
 
 int run(ProfilingApplication& application, const Options& options) {
