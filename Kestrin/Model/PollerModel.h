@@ -246,6 +246,8 @@ private:
         std::vector<Uuid> changed;
         std::vector<LogLineSegments> lines;
         bool statistics = false;
+        // Batches begun while this one is handled; they publish with it.
+        int nested = 0;
     };
 
     void loadPreferences();
@@ -266,7 +268,7 @@ private:
     void endBatch();
     void handleInBatch(const PollerEvent& event);
     void appendLines(std::span<const LogLineSegments> lines);
-    void statusDidChange(std::vector<Uuid> datapointIDs);
+    void statusDidChange(const std::vector<Uuid>& datapointIDs);
     void handleRead(const PollerEvent::Read& read, const QDateTime& time);
     void handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time);
     void pollsDidChange(const std::vector<Poll>& before);

@@ -164,11 +164,19 @@ void PollerModel::handleEvents(std::span<const PollerEvent> events) {
 }
 
 void PollerModel::beginBatch() {
-    batch_.emplace();
+    if (batch_) {
+        ++batch_->nested;
+    } else {
+        batch_.emplace();
+    }
 }
 
 // Views redraw once per batch rather than once per answer.
 void PollerModel::endBatch() {
+    if (batch_->nested > 0) {
+        --batch_->nested;
+        return;
+    }
     EventBatch batch = std::move(*batch_);
     batch_.reset();
     appendLines(batch.lines);
@@ -182,12 +190,9 @@ void PollerModel::endBatch() {
     }
 }
 
-void PollerModel::statusDidChange(std::vector<Uuid> datapointIDs) {
-    if (batch_) {
-        batch_->changed.insert(batch_->changed.end(), datapointIDs.begin(), datapointIDs.end());
-    } else if (!datapointIDs.empty()) {
-        emit statusChanged(datapointIDs);
-    }
+// Engine events are handled only within a batch, which announces the change at its end.
+void PollerModel::statusDidChange(const std::vector<Uuid>& datapointIDs) {
+    batch_->changed.insert(batch_->changed.end(), datapointIDs.begin(), datapointIDs.end());
 }
 
 void PollerModel::handleInBatch(const PollerEvent& event) {
@@ -250,7 +255,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
             entry.updated = time;
             changed.push_back(point.id);
         }
-        statusDidChange(std::move(changed));
+        statusDidChange(changed);
         appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_), time);
         return;
     }
@@ -270,7 +275,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
         changed.push_back(point.id);
         recordSample(point.id, {time, decoded->value});
     }
-    statusDidChange(std::move(changed));
+    statusDidChange(changed);
     if (auto line = LogLine::readAnswer(read.block, read.request, read.response, read.duration,
                                         logOptions_)) {
         appendLog(std::move(*line), time);

@@ -134,13 +134,9 @@ TEST_F(PollerModelRunning, NoResponseHintNeedsThreeTimeoutsOrCRCErrorsInARow) {
 
 TEST_F(PollerModelRunning, FailedReadKeepsTheLastValueAndRecordsNoSample) {
     send(answer(points, {1, RegisterTable::holdingRegister, 100, 1}, {500}, 0.02));
-    const QDateTime read = model->status(level.id)->updated.value();
-    QTest::qWait(5);
-
     fail(timeout);
     const PointStatus& failed = *model->status(level.id);
     EXPECT_EQ(failed, (PointStatus{500.0, {500}, timeout, failed.updated, 0.02}));
-    EXPECT_GT(failed.updated.value(), read);
     EXPECT_EQ(model->history().samples(level.id)->size(), 1U);
     EXPECT_EQ(*model->status(flow.id), (PointStatus{{}, {}, timeout, failed.updated, 0}));
 }
