@@ -108,6 +108,10 @@ QVariant alignmentOf(int column) {
 
 } // namespace
 
+std::size_t qHash(const Uuid& id, std::size_t seed) noexcept {
+    return std::hash<Uuid>()(id) ^ seed;
+}
+
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
                                                                 bool polling) {
     if (status == nullptr) {
@@ -146,8 +150,9 @@ std::string DatapointTableModel::rawRegistersHelp(const PointStatus* status) {
 
 std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>& datapoints) {
     std::vector<bool> marks(datapoints.size(), false);
-    // Grouped by unit and table and sorted by first address, each datapoint need only be compared
-    // with the ones that start within its own range.
+    // Grouped by unit and table and sorted by first address, a datapoint overlaps an earlier one
+    // when it starts before the farthest end so far, and a later one when the next starts before
+    // its own end: two passes, however many datapoints share an address.
     std::map<std::pair<int, int>, std::vector<std::size_t>> groups;
     for (std::size_t i = 0; i < datapoints.size(); ++i) {
         const Datapoint& point = datapoints[i];
@@ -158,13 +163,15 @@ std::vector<bool> DatapointTableModel::overlapMarks(const std::vector<Datapoint>
         std::stable_sort(members.begin(), members.end(), [&](std::size_t a, std::size_t b) {
             return datapoints[a].address < datapoints[b].address;
         });
+        int reach = -1;
         for (std::size_t i = 0; i < members.size(); ++i) {
-            const int last = datapoints[members[i]].addressRange().last;
-            for (std::size_t j = i + 1;
-                 j < members.size() && datapoints[members[j]].addressRange().first <= last; ++j) {
+            const auto range = datapoints[members[i]].addressRange();
+            const bool afterNext = i + 1 < members.size() &&
+                                   datapoints[members[i + 1]].addressRange().first <= range.last;
+            if (range.first <= reach || afterNext) {
                 marks[members[i]] = true;
-                marks[members[j]] = true;
             }
+            reach = std::max(reach, range.last);
         }
     }
     return marks;
@@ -186,10 +193,7 @@ std::optional<std::string> DatapointTableModel::refusal(int column, const QStrin
 DatapointTableModel::DatapointTableModel(PollerModel& model, QObject* parent)
     : QAbstractTableModel(parent)
     , model_(model) {
-    rows_ = currentRowIDs();
-    for (std::size_t i = 0; i < rows_.size(); ++i) {
-        rowOf_[rows_[i]] = static_cast<int>(i);
-    }
+    setRows(currentRowIDs());
     refreshOverlaps();
     connect(&model_, &PollerModel::pollsChanged, this, &DatapointTableModel::pollsChanged);
     connect(&model_, &PollerModel::selectedPollIDChanged, this, &DatapointTableModel::pollsChanged);
@@ -208,6 +212,17 @@ std::vector<Uuid> DatapointTableModel::currentRowIDs() const {
     return ids;
 }
 
+// Qt's hash keeps its entries in blocks, where the standard one allocates and frees a node per
+// datapoint: at 10,000 datapoints the nodes cost more than the rest of a poll switch.
+void DatapointTableModel::setRows(std::vector<Uuid> ids) {
+    rows_ = std::move(ids);
+    rowOf_.clear();
+    rowOf_.reserve(static_cast<qsizetype>(rows_.size()));
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        rowOf_.insert(rows_[i], static_cast<int>(i));
+    }
+}
+
 void DatapointTableModel::refreshOverlaps() {
     const Poll* poll = model_.selectedPoll();
     overlaps_ = poll != nullptr ? overlapMarks(poll->datapoints) : std::vector<bool>();
@@ -217,11 +232,7 @@ void DatapointTableModel::pollsChanged() {
     std::vector<Uuid> ids = currentRowIDs();
     if (ids != rows_) {
         beginResetModel();
-        rows_ = std::move(ids);
-        rowOf_.clear();
-        for (std::size_t i = 0; i < rows_.size(); ++i) {
-            rowOf_[rows_[i]] = static_cast<int>(i);
-        }
+        setRows(std::move(ids));
         refreshOverlaps();
         endResetModel();
         return;
@@ -232,11 +243,38 @@ void DatapointTableModel::pollsChanged() {
     }
 }
 
+// A frame's batch can hold hundreds of statuses: their rows go out as runs of neighbours, two
+// ranges a run, so that the view repaints a few rectangles instead of one per datapoint.
 void DatapointTableModel::statusChanged(const std::vector<Uuid>& datapointIDs) {
+    if (rows_.empty()) {
+        return;
+    }
+    // No list means every status was cleared.
+    if (datapointIDs.empty()) {
+        liveCellsChanged(0, rowCount() - 1);
+        return;
+    }
+    std::vector<int> changed;
+    changed.reserve(datapointIDs.size());
     for (const Uuid& id : datapointIDs) {
-        if (const auto found = rowOf_.find(id); found != rowOf_.end()) {
-            emit dataChanged(index(found->second, value), index(found->second, status));
+        if (const std::optional<int> found = row(id)) {
+            changed.push_back(*found);
         }
+    }
+    std::sort(changed.begin(), changed.end());
+    for (std::size_t first = 0; first < changed.size();) {
+        std::size_t last = first;
+        while (last + 1 < changed.size() && changed[last + 1] <= changed[last] + 1) {
+            ++last;
+        }
+        liveCellsChanged(changed[first], changed[last]);
+        first = last + 1;
+    }
+}
+
+void DatapointTableModel::liveCellsChanged(int firstRow, int lastRow) {
+    for (const int column : {value, status}) {
+        emit dataChanged(index(firstRow, column), index(lastRow, column));
     }
 }
 
@@ -267,8 +305,8 @@ const Datapoint* DatapointTableModel::datapoint(int row) const {
 }
 
 std::optional<int> DatapointTableModel::row(const Uuid& datapointID) const {
-    const auto found = rowOf_.find(datapointID);
-    return found != rowOf_.end() ? std::optional(found->second) : std::nullopt;
+    const auto found = rowOf_.constFind(datapointID);
+    return found != rowOf_.cend() ? std::optional(found.value()) : std::nullopt;
 }
 
 QVariant DatapointTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

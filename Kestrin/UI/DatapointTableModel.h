@@ -6,15 +6,18 @@
 
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include <QAbstractTableModel>
+#include <QHash>
 
 namespace kestrin {
 
 class Datapoint;
 class PollerModel;
+
+// Datapoint ids as keys of Qt's hash.
+std::size_t qHash(const Uuid& id, std::size_t seed) noexcept;
 
 // The selected poll's datapoints as table rows. Every edit goes back through the PollerModel,
 // whose change signals then refresh the rows; the adapter keeps only the row identities so that
@@ -86,8 +89,11 @@ public:
 private:
     void pollsChanged();
     void statusChanged(const std::vector<Uuid>& datapointIDs);
+    // The value and status cells of these rows.
+    void liveCellsChanged(int firstRow, int lastRow);
     void stateChanged();
     std::vector<Uuid> currentRowIDs() const;
+    void setRows(std::vector<Uuid> ids);
     void refreshOverlaps();
     QVariant display(const Datapoint& point, int column) const;
     QVariant edit(const Datapoint& point, int column) const;
@@ -103,7 +109,7 @@ private:
 
     PollerModel& model_;
     std::vector<Uuid> rows_;
-    std::unordered_map<Uuid, int> rowOf_;
+    QHash<Uuid, int> rowOf_;
     std::vector<bool> overlaps_;
 };
 

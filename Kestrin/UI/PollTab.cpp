@@ -2,8 +2,6 @@
 
 #include "Icons.h"
 #include "LogPalette.h"
-#include "Poll.h"
-#include "PollerModel.h"
 #include "QtText.h"
 
 #include <QPainter>
@@ -24,24 +22,6 @@ QColor withAlpha(QColor colour, float alpha) {
 }
 
 } // namespace
-
-TabDot tabDot(const PollerModel& model, const Poll& poll) {
-    if (model.state() == PollerState::stopped || !poll.enabled) {
-        return TabDot::grey;
-    }
-    bool anyResult = false;
-    for (const Datapoint& datapoint : poll.datapoints) {
-        const PointStatus* status = model.status(datapoint.id);
-        if (status == nullptr) {
-            continue;
-        }
-        if (status->failure) {
-            return TabDot::orange;
-        }
-        anyResult = true;
-    }
-    return anyResult ? TabDot::green : TabDot::grey;
-}
 
 PollTab::PollTab(const Uuid& pollID, QWidget* parent)
     : QAbstractButton(parent)

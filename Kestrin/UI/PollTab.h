@@ -9,15 +9,8 @@
 
 namespace kestrin {
 
-struct Poll;
-class PollerModel;
-
 // The colour of a tab's dot: how the poll's last reads went.
 enum class TabDot { grey, green, orange };
-
-// Grey while stopped, for a disabled poll, or before any datapoint has a result; orange when any
-// result is a failure; green when every result so far succeeded.
-TabDot tabDot(const PollerModel& model, const Poll& poll);
 
 // One poll in the tab bar: a capsule with the dot, the name and, for a disabled poll, a pause
 // symbol.

@@ -51,6 +51,7 @@ PollTabBar::PollTabBar(PollerModel& model, QWidget* parent)
     layOutRow();
     connectControls();
     connectModel();
+    dots_.recount(model_);
     rebuildTabs();
 }
 
@@ -137,10 +138,23 @@ void PollTabBar::connectControls() {
 }
 
 void PollTabBar::connectModel() {
-    connect(&model_, &PollerModel::pollsChanged, this, &PollTabBar::rebuildTabs);
+    connect(&model_, &PollerModel::pollsChanged, this, [this] {
+        dots_.recount(model_);
+        rebuildTabs();
+    });
     connect(&model_, &PollerModel::selectedPollIDChanged, this, &PollTabBar::rebuildTabs);
     connect(&model_, &PollerModel::stateChanged, this, &PollTabBar::refreshTabs);
-    connect(&model_, &PollerModel::statusChanged, this, &PollTabBar::refreshTabs);
+    connect(&model_, &PollerModel::statusChanged, this, &PollTabBar::statusChanged);
+}
+
+// No list means every status was cleared.
+void PollTabBar::statusChanged(const std::vector<Uuid>& datapointIDs) {
+    if (datapointIDs.empty()) {
+        dots_.recount(model_);
+    } else {
+        dots_.update(model_, datapointIDs);
+    }
+    refreshTabs();
 }
 
 PollTab* PollTabBar::tab(const Uuid& pollID) const {
@@ -185,7 +199,7 @@ void PollTabBar::refreshTabs() {
     const auto& selected = model_.selectedPollID();
     for (std::size_t i = 0; i < tabs_.size() && i < polls.size(); ++i) {
         const Poll& poll = polls[i];
-        tabs_[i]->setPoll(title(poll), poll.enabled, selected == poll.id, tabDot(model_, poll));
+        tabs_[i]->setPoll(title(poll), poll.enabled, selected == poll.id, dots_.dot(model_, i));
     }
 }
 

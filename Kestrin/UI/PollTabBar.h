@@ -6,6 +6,7 @@
 #include <QWidget>
 
 // Then ours.
+#include "TabDots.h"
 #include "Uuid.h"
 
 #include <optional>
@@ -53,12 +54,14 @@ private:
     void connectModel();
     void rebuildTabs();
     void refreshTabs();
+    void statusChanged(const std::vector<Uuid>& datapointIDs);
     void refreshEditor();
 
     PollerModel& model_;
     QHBoxLayout* tabRow_;
     QScrollArea* scroller_ = nullptr;
     std::vector<PollTab*> tabs_;
+    TabDots dots_;
     QToolButton* add_;
     QLineEdit* name_;
     QComboBox* interval_;
