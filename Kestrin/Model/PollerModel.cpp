@@ -76,20 +76,6 @@ public:
         model_ = nullptr;
     }
 
-private:
-    struct Queued {
-        std::uint64_t generation;
-        PollerEvent event;
-    };
-
-    // Main thread; the model is the timer's context, so a drain never outlives it.
-    void scheduleDrain(PollerModel& model, std::chrono::steady_clock::time_point due) {
-        const auto wait =
-            std::chrono::ceil<std::chrono::milliseconds>(due - std::chrono::steady_clock::now());
-        QTimer::singleShot(std::max(wait, std::chrono::milliseconds{0}), Qt::PreciseTimer, &model,
-                           [this, &model] { drain(model); });
-    }
-
     // Main thread: everything queued so far, in order, as one batch. The lock is not held while
     // the model handles it: a handler may stop the engine, which waits for the engine thread.
     void drain(PollerModel& model) {
@@ -103,6 +89,20 @@ private:
             model.deliver(queued.generation, queued.event);
         }
         model.endBatch();
+    }
+
+private:
+    struct Queued {
+        std::uint64_t generation;
+        PollerEvent event;
+    };
+
+    // Main thread; the model is the timer's context, so a drain never outlives it.
+    void scheduleDrain(PollerModel& model, std::chrono::steady_clock::time_point due) {
+        const auto wait =
+            std::chrono::ceil<std::chrono::milliseconds>(due - std::chrono::steady_clock::now());
+        QTimer::singleShot(std::max(wait, std::chrono::milliseconds{0}), Qt::PreciseTimer, &model,
+                           [this, &model] { drain(model); });
     }
 
     std::mutex mutex_;
@@ -121,6 +121,13 @@ std::unique_ptr<PollerEngine> PollerModel::makeEngine() {
     return std::make_unique<PollerEngine>(selectedPath_, serial_,
                                           static_cast<double>(timeoutMs_) / 1000.0,
                                           isTestDevice(selectedPath_), std::move(onEvent));
+}
+
+void PollerModel::flushEvents() {
+    // Within a batch the queue holds only later events; taking them now would reorder them.
+    if (!batch_) {
+        relay_->drain(*this);
+    }
 }
 
 PollerModel::Environment PollerModel::Environment::application() {

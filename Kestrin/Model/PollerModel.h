@@ -264,6 +264,8 @@ private:
     void armResume();
     void resumeAfterLoss();
     void deliver(std::uint64_t generation, const PollerEvent& event);
+    // Handles the engine's queued events now rather than at the end of their frame.
+    void flushEvents();
     void beginBatch();
     void endBatch();
     void handleInBatch(const PollerEvent& event);

@@ -95,6 +95,9 @@ void PollerModel::stop() {
     }
     if (engine_) {
         engine_->stop();
+        // Every answer the engine took is queued by now; it belongs before the line that says
+        // reading stopped, and in the statistics.
+        flushEvents();
         engine_.reset();
     }
     lostPortWatcher_.reset();
@@ -283,6 +286,9 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
 }
 
 void PollerModel::write(const Datapoint& target, const Value& value) {
+    // The write's line comes after the answers that arrived before it, and a port loss among
+    // them must be known before the write is handed to the engine.
+    flushEvents();
     if (state_ == PollerState::stopped || !engine_) {
         setWriteError(L10n::texts().notice.startFirst());
         return;
