@@ -273,6 +273,41 @@ constexpr Texts dutch{
             [](std::string_view reason) {
                 return concat("Het demo-apparaat kon niet worden gestart: ", reason);
             },
+        .unknownOption =
+            [](std::string_view option, std::string_view help) {
+                return concat("onbekende optie ", option, " (zie ", help, ")");
+            },
+        .unexpectedArgument =
+            [](std::string_view argument, std::string_view help) {
+                return concat("onverwacht argument ‘", argument, "’ (zie ", help, ")");
+            },
+        .missingValue =
+            [](std::string_view option) {
+                return concat("de optie ", option, " heeft een waarde nodig");
+            },
+        .missingOption =
+            [](std::string_view option) { return concat("de optie ", option, " is verplicht"); },
+        .invalidOptionValue =
+            [](std::string_view option, std::string_view value) {
+                return concat("ongeldige waarde ‘", value, "’ voor ", option);
+            },
+        .optionsExclude =
+            [](std::string_view first, std::string_view second) {
+                return concat(first, " en ", second, " sluiten elkaar uit");
+            },
+        .invalidBaud =
+            [](std::string_view value, std::string_view rates) {
+                return concat("baudrate ‘", value,
+                              "’ is niet bruikbaar: geef een positief geheel getal, meestal een "
+                              "van ",
+                              rates);
+            },
+        .tableNotWritable =
+            [](std::string_view table) {
+                return concat("tabel ‘", table,
+                              "’ is niet beschrijfbaar: inputregisters en discrete inputs zijn "
+                              "alleen-lezen; schrijf coils (CO) of holdingregisters (HR)");
+            },
     },
     .document = {
         .problemAt = [](std::string_view path,

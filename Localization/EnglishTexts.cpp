@@ -263,6 +263,37 @@ constexpr Texts english{
             [](std::string_view reason) {
                 return concat("The demo device could not be started: ", reason);
             },
+        .unknownOption =
+            [](std::string_view option, std::string_view help) {
+                return concat("unknown option ", option, " (see ", help, ")");
+            },
+        .unexpectedArgument =
+            [](std::string_view argument, std::string_view help) {
+                return concat("unexpected argument '", argument, "' (see ", help, ")");
+            },
+        .missingValue =
+            [](std::string_view option) { return concat("option ", option, " needs a value"); },
+        .missingOption =
+            [](std::string_view option) { return concat("option ", option, " is required"); },
+        .invalidOptionValue =
+            [](std::string_view option, std::string_view value) {
+                return concat("invalid value '", value, "' for ", option);
+            },
+        .optionsExclude =
+            [](std::string_view first, std::string_view second) {
+                return concat(first, " and ", second, " exclude each other");
+            },
+        .invalidBaud =
+            [](std::string_view value, std::string_view rates) {
+                return concat("cannot use the baud rate '", value,
+                              "': give a positive whole number, usually one of ", rates);
+            },
+        .tableNotWritable =
+            [](std::string_view table) {
+                return concat("table '", table,
+                              "' cannot be written: input registers and discrete inputs are "
+                              "read-only; write coils (CO) or holding registers (HR)");
+            },
     },
     .document = {
         .problemAt = [](std::string_view path,

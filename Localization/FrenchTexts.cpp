@@ -282,6 +282,42 @@ constexpr Texts french{
             [](std::string_view reason) {
                 return concat("Impossible de démarrer l'appareil de démonstration\u00a0: ", reason);
             },
+        .unknownOption =
+            [](std::string_view option, std::string_view help) {
+                return concat("option inconnue ", option, " (voir ", help, ")");
+            },
+        .unexpectedArgument =
+            [](std::string_view argument, std::string_view help) {
+                return concat("argument inattendu « ", argument, " » (voir ", help, ")");
+            },
+        .missingValue =
+            [](std::string_view option) {
+                return concat("l'option ", option, " demande une valeur");
+            },
+        .missingOption =
+            [](std::string_view option) { return concat("l'option ", option, " est obligatoire"); },
+        .invalidOptionValue =
+            [](std::string_view option, std::string_view value) {
+                return concat("valeur non valide « ", value, " » pour ", option);
+            },
+        .optionsExclude =
+            [](std::string_view first, std::string_view second) {
+                return concat(first, " et ", second, " s'excluent mutuellement");
+            },
+        .invalidBaud =
+            [](std::string_view value, std::string_view rates) {
+                return concat("débit « ", value,
+                              " » inutilisable\u00a0: indiquez un nombre entier positif, "
+                              "en général l'un de ",
+                              rates);
+            },
+        .tableNotWritable =
+            [](std::string_view table) {
+                return concat("la table « ", table,
+                              " » n'est pas accessible en écriture\u00a0: les registres "
+                              "d'entrée et les entrées discrètes sont en lecture seule\u00a0; "
+                              "écrivez des bobines (CO) ou des registres de maintien (HR)");
+            },
     },
     .document = {
         .problemAt = [](std::string_view path,

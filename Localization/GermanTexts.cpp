@@ -282,6 +282,42 @@ constexpr Texts german{
             [](std::string_view reason) {
                 return concat("Das Demogerät konnte nicht gestartet werden: ", reason);
             },
+        .unknownOption =
+            [](std::string_view option, std::string_view help) {
+                return concat("unbekannte Option ", option, " (siehe ", help, ")");
+            },
+        .unexpectedArgument =
+            [](std::string_view argument, std::string_view help) {
+                return concat("unerwartetes Argument „", argument, "“ (siehe ", help, ")");
+            },
+        .missingValue =
+            [](std::string_view option) {
+                return concat("die Option ", option, " braucht einen Wert");
+            },
+        .missingOption =
+            [](std::string_view option) { return concat("die Option ", option, " fehlt"); },
+        .invalidOptionValue =
+            [](std::string_view option, std::string_view value) {
+                return concat("ungültiger Wert „", value, "“ für ", option);
+            },
+        .optionsExclude =
+            [](std::string_view first, std::string_view second) {
+                return concat(first, " und ", second, " schließen einander aus");
+            },
+        .invalidBaud =
+            [](std::string_view value, std::string_view rates) {
+                return concat("die Baudrate „", value,
+                              "“ ist nicht verwendbar: erlaubt ist eine positive ganze Zahl, "
+                              "üblich ist eine von ",
+                              rates);
+            },
+        .tableNotWritable =
+            [](std::string_view table) {
+                return concat("die Tabelle „", table,
+                              "“ ist nicht beschreibbar: Eingangsregister und Digitaleingänge "
+                              "sind nur lesbar; beschreibbar sind Coils (CO) und Halteregister "
+                              "(HR)");
+            },
     },
     .document = {
         .problemAt = [](std::string_view path,

@@ -275,6 +275,40 @@ constexpr Texts spanish{
             [](std::string_view reason) {
                 return concat("No se pudo iniciar el dispositivo de demostración: ", reason);
             },
+        .unknownOption =
+            [](std::string_view option, std::string_view help) {
+                return concat("opción desconocida ", option, " (véase ", help, ")");
+            },
+        .unexpectedArgument =
+            [](std::string_view argument, std::string_view help) {
+                return concat("argumento inesperado «", argument, "» (véase ", help, ")");
+            },
+        .missingValue =
+            [](std::string_view option) {
+                return concat("la opción ", option, " necesita un valor");
+            },
+        .missingOption =
+            [](std::string_view option) { return concat("falta la opción obligatoria ", option); },
+        .invalidOptionValue =
+            [](std::string_view option, std::string_view value) {
+                return concat("valor no válido «", value, "» para ", option);
+            },
+        .optionsExclude =
+            [](std::string_view first, std::string_view second) {
+                return concat(first, " y ", second, " se excluyen mutuamente");
+            },
+        .invalidBaud =
+            [](std::string_view value, std::string_view rates) {
+                return concat("no se puede usar la velocidad «", value,
+                              "»: indique un número entero positivo, normalmente uno de ", rates);
+            },
+        .tableNotWritable =
+            [](std::string_view table) {
+                return concat("la tabla «", table,
+                              "» no se puede escribir: los registros de entrada y las entradas "
+                              "discretas son de solo lectura; escriba bobinas (CO) o registros "
+                              "de retención (HR)");
+            },
     },
     .document = {
         .problemAt = [](std::string_view path,

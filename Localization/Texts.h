@@ -311,7 +311,15 @@ struct Texts {
     X(OfText, writeFailed) /* (system message) */                                                  \
     X(Literal, timeout)                                                                            \
     X(Literal, deviceDisconnected)                                                                 \
-    X(OfText, demoFailed) /* (reason) */
+    X(OfText, demoFailed)             /* (reason) */                                               \
+    X(OfTwoTexts, unknownOption)      /* (option, help command) */                                 \
+    X(OfTwoTexts, unexpectedArgument) /* (argument, help command) */                               \
+    X(OfText, missingValue)           /* (option) */                                               \
+    X(OfText, missingOption)          /* (option) */                                               \
+    X(OfTwoTexts, invalidOptionValue) /* (option, value) */                                        \
+    X(OfTwoTexts, optionsExclude)     /* (option, option) */                                       \
+    X(OfTwoTexts, invalidBaud)        /* (value, the usual rates) */                               \
+    X(OfText, tableNotWritable)       /* (table as typed) */
         KESTRIN_TEXT_GROUP(KESTRIN_ERRORS_TEXTS_KEYS)
     };
 
