@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CommandLine.h"
 #include "Datapoint.h"
 #include "Result.h"
 #include "SerialConfiguration.h"
@@ -7,20 +8,17 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
 namespace kestrin {
 
-// A command line that cannot be run. message is a finished sentence for the user where the text
-// catalogue has one; argument is the offending option as typed ("--frame 9E1"), or the name of a
-// missing one.
-struct UsageError {
-    std::string message;
-    std::string argument;
-    friend bool operator==(const UsageError&, const UsageError&) = default;
-};
+// The options poll shares with read and write.
+namespace SharedOptions {
+inline constexpr CommandLine::Option port{"port", "PATH", "serial device, such as /dev/ttyUSB0"};
+inline constexpr CommandLine::Option testDevice{
+    "test-device", "", "accept a pseudo-terminal or another non-serial device"};
+} // namespace SharedOptions
 
 // What the command line of one read or write asks for, checked and ready to use.
 struct CliOptions {
@@ -44,18 +42,21 @@ struct CliOptions {
     // "read" or "write".
     static std::optional<Command> commandNamed(std::string_view word) noexcept;
 
-    // The options after the command word. An option takes its value as the next argument or
-    // after "=" (--unit=3); the last of a repeated option wins.
-    static Result<CliOptions, UsageError> parse(Command command,
-                                                std::span<const std::string_view> arguments);
+    // Its options and its help.
+    static const CommandLine::Syntax& syntax(Command command);
+
+    // What the line of command gave, checked in the order of the help; a failure is a finished
+    // sentence in the user's language.
+    static Result<CliOptions, std::string> check(Command command,
+                                                 const CommandLine::Parsed& parsed);
 
     // A decimal integer from minimum to maximum with an optional sign, nothing else around it but
     // white space; the rule of every whole-number option of every command.
     static std::optional<int> wholeNumber(std::string_view text, std::int64_t minimum,
                                           std::int64_t maximum);
 
-    // The syntax of every command: technical, the same in every language.
-    static std::string usage();
+    // --baud as typed, when given: a positive whole number, which the adapter may still refuse.
+    static Result<std::optional<int>, std::string> baudRate(const CommandLine::Parsed& parsed);
 };
 
 } // namespace kestrin

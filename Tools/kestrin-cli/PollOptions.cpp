@@ -3,7 +3,6 @@
 #include "Datapoint.h"
 #include "L10n.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -12,57 +11,36 @@ namespace kestrin {
 
 namespace {
 
-// The option texts as typed, before any of them is checked.
-struct Arguments {
-    std::optional<std::string> port;
-    std::optional<std::string> project;
-    std::optional<std::string> csv;
-    std::optional<std::string> cycles;
-    std::optional<std::string> seconds;
-    std::optional<std::string> history;
-    std::optional<std::string> log;
-    std::optional<std::string> gap;
-    std::optional<std::string> baud;
-    std::optional<std::string> frame;
-    std::optional<std::string> timeout;
-    bool testDevice = false;
-    bool rawFrames = false;
-    bool onlyProblems = false;
-    bool timestamps = true;
+using CommandLine::Option;
+using CommandLine::Parsed;
+
+constexpr std::array options{
+    SharedOptions::port,
+    SharedOptions::testDevice,
+    Option{"project", "FILE", "read the enabled polls of a project file"},
+    Option{"csv", "FILE", "read the datapoints of a CSV list as one poll, every second"},
+    Option{"cycles", "N", "stop after every enabled poll has been read N times"},
+    Option{"seconds", "S", "stop after S seconds (default: run until interrupted)"},
+    Option{"gap", "N", "read along holes of up to N unused addresses"},
+    Option{"history", "FILE", "write the values read as CSV when done"},
+    Option{"log", "FILE", "write the communication log as text when done"},
+    Option{"raw-frames", "", "log whole request and response frames"},
+    Option{"only-problems", "", "log failures only, no answers"},
+    Option{"timestamps", "", "log lines with their time (default)"},
+    Option{"no-timestamps", "", "log lines without their time"},
+    Option{"baud", "B", "baud rate"},
+    Option{"frame", "F", "data bits, parity, stop bits: 8E1, 8N1, 8N2, 7O1 ..."},
+    Option{"timeout-ms", "T", "response time-out in milliseconds"},
 };
 
-struct ValueOption {
-    std::string_view name;
-    std::optional<std::string> Arguments::*field;
-};
-
-struct FlagOption {
-    std::string_view name;
-    bool Arguments::*field;
-    bool value;
-};
-
-constexpr std::array valueOptions{
-    ValueOption{"--port", &Arguments::port},
-    ValueOption{"--project", &Arguments::project},
-    ValueOption{"--csv", &Arguments::csv},
-    ValueOption{"--cycles", &Arguments::cycles},
-    ValueOption{"--seconds", &Arguments::seconds},
-    ValueOption{"--history", &Arguments::history},
-    ValueOption{"--log", &Arguments::log},
-    ValueOption{"--gap", &Arguments::gap},
-    ValueOption{"--baud", &Arguments::baud},
-    ValueOption{"--frame", &Arguments::frame},
-    ValueOption{"--timeout-ms", &Arguments::timeout},
-};
-
-constexpr std::array flagOptions{
-    FlagOption{"--test-device", &Arguments::testDevice, true},
-    FlagOption{"--raw-frames", &Arguments::rawFrames, true},
-    FlagOption{"--only-problems", &Arguments::onlyProblems, true},
-    FlagOption{"--timestamps", &Arguments::timestamps, true},
-    FlagOption{"--no-timestamps", &Arguments::timestamps, false},
-};
+const CommandLine::Syntax pollSyntax{
+    "kestrin-cli poll",
+    "Usage: kestrin-cli poll --port PATH (--project FILE.json | --csv FILE.csv) [options]\n\n"
+    "Reads the enabled polls and prints the communication log as it goes. --baud, --frame,\n"
+    "--timeout-ms and --gap override the project's settings.\n",
+    options,
+    "A poll exits 0 when it ran, whatever the device answered; 1 when the history or the log\n"
+    "cannot be written.\n"};
 
 constexpr int largestInt = std::numeric_limits<int>::max();
 // A single-shot timer counts whole milliseconds in an int.
@@ -70,85 +48,77 @@ constexpr double longestSeconds = largestInt / 1000.0;
 // A gap wider than the address space bridges nothing more.
 constexpr int widestGap = std::numeric_limits<std::uint16_t>::max();
 
-std::string typed(std::string_view name, std::string_view value) {
-    std::string text(name);
-    text += ' ';
-    text += value;
-    return text;
-}
-
 // A whole-number option, unchecked when absent; its error shows the number as typed.
-Result<std::optional<int>, UsageError> wholeNumber(std::string_view name,
-                                                   const std::optional<std::string>& text,
-                                                   int minimum, int maximum) {
-    if (!text) {
+Result<std::optional<int>, std::string> wholeNumber(const Parsed& parsed, std::string_view name,
+                                                    int minimum, int maximum) {
+    const std::optional<std::string> typed = parsed.value(name);
+    if (!typed) {
         return std::optional<int>();
     }
-    const std::optional<int> number = CliOptions::wholeNumber(*text, minimum, maximum);
+    const std::optional<int> number = CliOptions::wholeNumber(*typed, minimum, maximum);
     if (!number) {
-        return UsageError{L10n::texts().errors.csvInvalidNumber(*text), typed(name, *text)};
+        return L10n::texts().errors.csvInvalidNumber(*typed);
     }
     return number;
 }
 
-// Each option is checked in the order of the usage text.
-Result<PollOptions, UsageError> check(const Arguments& arguments) {
-    if (!arguments.port) {
-        return UsageError{{}, "--port"};
+// Which options go together: one list, at most one way to stop.
+std::optional<std::string> conflict(const Parsed& parsed) {
+    const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
+    if (!parsed.has("port")) {
+        return errors.missingOption("--port");
     }
-    if (!arguments.project && !arguments.csv) {
-        return UsageError{{}, "--project"};
+    if (!parsed.has("project") && !parsed.has("csv")) {
+        return errors.missingOption("--project");
     }
-    if (arguments.project && arguments.csv) {
-        return UsageError{{}, typed("--csv", *arguments.csv)};
+    if (parsed.has("project") && parsed.has("csv")) {
+        return errors.optionsExclude("--project", "--csv");
     }
-    if (arguments.cycles && arguments.seconds) {
-        return UsageError{{}, typed("--seconds", *arguments.seconds)};
+    if (parsed.has("cycles") && parsed.has("seconds")) {
+        return errors.optionsExclude("--cycles", "--seconds");
     }
+    return std::nullopt;
+}
 
-    PollOptions result;
-    result.port = *arguments.port;
-    result.testDevice = arguments.testDevice;
-    result.projectPath = arguments.project;
-    result.csvPath = arguments.csv;
-    const auto cycles = wholeNumber("--cycles", arguments.cycles, 1, largestInt);
+// Cycles, seconds and gap: how long and how wide to read.
+Result<void, std::string> checkReading(const Parsed& parsed, PollOptions& result) {
+    const auto cycles = wholeNumber(parsed, "cycles", 1, largestInt);
     if (!cycles) {
         return cycles.error();
     }
     result.cycles = cycles.value();
-    if (arguments.seconds) {
-        const std::optional<double> seconds = toDouble(Datapoint::parseNumber(*arguments.seconds));
+    if (const auto typed = parsed.value("seconds")) {
+        const std::optional<double> seconds = toDouble(Datapoint::parseNumber(*typed));
         if (!seconds || !(*seconds > 0 && *seconds <= longestSeconds)) {
-            return UsageError{L10n::texts().errors.csvInvalidNumber(*arguments.seconds),
-                              typed("--seconds", *arguments.seconds)};
+            return L10n::texts().errors.csvInvalidNumber(*typed);
         }
         result.seconds = seconds;
     }
-    result.historyPath = arguments.history;
-    result.logPath = arguments.log;
-    const auto gap = wholeNumber("--gap", arguments.gap, 0, widestGap);
+    const auto gap = wholeNumber(parsed, "gap", 0, widestGap);
     if (!gap) {
         return gap.error();
     }
     result.maxGap = gap.value();
-    const auto baud = wholeNumber("--baud", arguments.baud, 1, largestInt);
+    return {};
+}
+
+// Baud rate, frame and time-out, which override the project's.
+Result<void, std::string> checkLine(const Parsed& parsed, PollOptions& result) {
+    const auto baud = CliOptions::baudRate(parsed);
     if (!baud) {
         return baud.error();
     }
     result.baudRate = baud.value();
-    if (arguments.frame && !SerialConfiguration().withFrame(*arguments.frame)) {
-        return UsageError{{}, typed("--frame", *arguments.frame)};
+    result.frame = parsed.value("frame");
+    if (result.frame && !SerialConfiguration().withFrame(*result.frame)) {
+        return L10n::texts().errors.invalidOptionValue("--frame", *result.frame);
     }
-    result.frame = arguments.frame;
-    const auto timeout = wholeNumber("--timeout-ms", arguments.timeout, 1, largestInt);
+    const auto timeout = wholeNumber(parsed, "timeout-ms", 1, largestInt);
     if (!timeout) {
         return timeout.error();
     }
     result.timeoutMs = timeout.value();
-    result.rawFrames = arguments.rawFrames;
-    result.onlyProblems = arguments.onlyProblems;
-    result.timestamps = arguments.timestamps;
-    return result;
+    return {};
 }
 
 } // namespace
@@ -164,39 +134,31 @@ SerialConfiguration PollOptions::serial(const SerialConfiguration& project) cons
     return result;
 }
 
-Result<PollOptions, UsageError> PollOptions::parse(std::span<const std::string_view> arguments) {
-    Arguments found;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view argument = arguments[i];
-        const auto flag =
-            std::find_if(flagOptions.begin(), flagOptions.end(),
-                         [&](const FlagOption& spec) { return spec.name == argument; });
-        if (flag != flagOptions.end()) {
-            found.*(flag->field) = flag->value;
-            continue;
-        }
-        std::string_view name = argument;
-        std::optional<std::string_view> value;
-        if (const std::size_t equals = argument.find('=');
-            argument.starts_with("--") && equals != std::string_view::npos) {
-            name = argument.substr(0, equals);
-            value = argument.substr(equals + 1);
-        }
-        const auto option =
-            std::find_if(valueOptions.begin(), valueOptions.end(),
-                         [&](const ValueOption& spec) { return spec.name == name; });
-        if (option == valueOptions.end()) {
-            return UsageError{{}, std::string(argument)};
-        }
-        if (!value) {
-            if (i + 1 == arguments.size()) {
-                return UsageError{{}, std::string(name)};
-            }
-            value = arguments[++i];
-        }
-        found.*(option->field) = std::string(*value);
+const CommandLine::Syntax& PollOptions::syntax() {
+    return pollSyntax;
+}
+
+Result<PollOptions, std::string> PollOptions::check(const Parsed& parsed) {
+    if (auto refused = conflict(parsed)) {
+        return *refused;
     }
-    return check(found);
+    PollOptions result;
+    result.port = *parsed.value("port");
+    result.testDevice = parsed.has("test-device");
+    result.projectPath = parsed.value("project");
+    result.csvPath = parsed.value("csv");
+    if (auto reading = checkReading(parsed, result); !reading) {
+        return reading.error();
+    }
+    result.historyPath = parsed.value("history");
+    result.logPath = parsed.value("log");
+    if (auto line = checkLine(parsed, result); !line) {
+        return line.error();
+    }
+    result.rawFrames = parsed.has("raw-frames");
+    result.onlyProblems = parsed.has("only-problems");
+    result.timestamps = parsed.lastOf({"timestamps", "no-timestamps"}) != "no-timestamps";
+    return result;
 }
 
 } // namespace kestrin

@@ -5,7 +5,6 @@
 #include "SerialConfiguration.h"
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -37,9 +36,12 @@ struct PollOptions {
     // The project's frame settings with the baud rate and frame of the command line.
     SerialConfiguration serial(const SerialConfiguration& project) const;
 
-    // The options after the command name, read as those of the other commands: a value follows
-    // its option or an "=", and the last of a repeated option wins.
-    static Result<PollOptions, UsageError> parse(std::span<const std::string_view> arguments);
+    // Its options and its help.
+    static const CommandLine::Syntax& syntax();
+
+    // What the line gave, checked in the order of the help; a failure is a finished sentence in
+    // the user's language.
+    static Result<PollOptions, std::string> check(const CommandLine::Parsed& parsed);
 };
 
 } // namespace kestrin

@@ -2,14 +2,17 @@
 
 #include "PortScanner.h"
 
-namespace kestrin {
+namespace kestrin::PortsCommand {
 
-ExitCode runPortsCommand(std::span<const std::string_view> arguments, std::ostream& out,
-                         std::ostream& err) {
-    if (!arguments.empty()) {
-        err << "kestrin-cli ports: unexpected argument " << arguments.front() << '\n';
-        return ExitCode::usageError;
-    }
+const CommandLine::Syntax& syntax() {
+    static const CommandLine::Syntax ports{
+        "kestrin-cli ports", "Usage: kestrin-cli ports\n\n"
+                             "Lists the serial ports: the path, a tab and the name the window "
+                             "shows.\n"};
+    return ports;
+}
+
+ExitCode run(std::ostream& out) {
     // Enumeration needs no event loop, so no Qt application is created.
     const PortScanner scanner;
     for (const SerialPortInfo& port : scanner.currentPorts()) {
@@ -18,4 +21,4 @@ ExitCode runPortsCommand(std::span<const std::string_view> arguments, std::ostre
     return ExitCode::success;
 }
 
-} // namespace kestrin
+} // namespace kestrin::PortsCommand

@@ -1,16 +1,17 @@
 #pragma once
 
+#include "CommandLine.h"
 #include "ExitCode.h"
 
 #include <ostream>
-#include <span>
-#include <string_view>
 
-namespace kestrin {
+namespace kestrin::PortsCommand {
+
+// It takes no options but --help and --version.
+const CommandLine::Syntax& syntax();
 
 // `kestrin-cli ports`: one line per serial port, its path, a tab and its menu title, in the
-// order of the port picker. arguments are those after the command name; it takes none.
-ExitCode runPortsCommand(std::span<const std::string_view> arguments, std::ostream& out,
-                         std::ostream& err);
+// order of the port picker.
+ExitCode run(std::ostream& out);
 
-} // namespace kestrin
+} // namespace kestrin::PortsCommand

@@ -1,5 +1,7 @@
 #include "CliOptions.h"
+#include "CommandLine.h"
 #include "ExitCode.h"
+#include "L10n.h"
 #if KESTRIN_HAS_POLL
 #include "PollCommand.h"
 #include "PollOptions.h"
@@ -10,9 +12,9 @@
 #include "ReadCommand.h"
 #include "WriteCommand.h"
 
-#include <algorithm>
 #include <csignal>
 #include <iostream>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,55 +22,90 @@ using namespace kestrin;
 
 namespace {
 
-bool asksForHelp(std::string_view argument) {
-    return argument == "--help" || argument == "-h";
-}
+using Arguments = std::span<const std::string_view>;
 
-ExitCode usageError(const UsageError& error) {
-    if (!error.message.empty()) {
-        std::cerr << error.message << '\n';
-        return ExitCode::usageError;
-    }
-    if (!error.argument.empty()) {
-        std::cerr << "kestrin-cli: " << error.argument << "\n\n";
-    }
-    std::cerr << CliOptions::usage();
+// The help lists the commands; each command's own help lists its options, and the man page
+// shows them all.
+const CommandLine::Syntax programSyntax{
+    "kestrin-cli",
+    "Usage:\n"
+    "  kestrin-cli read  --port PATH --table T --address A [options]\n"
+    "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
+    "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
+    "  kestrin-cli ports\n"
+    "  kestrin-cli --help | --version\n"
+    "Reads, writes and polls Modbus RTU devices. Each command lists its options with --help,\n"
+    "as in: kestrin-cli read --help.\n",
+    {},
+    "Exit status: 0 done, 1 the request failed, 2 usage error, 3 the port cannot be used.\n"};
+
+ExitCode usageError(const std::string& message) {
+    std::cerr << message << '\n';
     return ExitCode::usageError;
 }
 
-ExitCode run(const std::vector<std::string_view>& arguments) {
-    if (std::any_of(arguments.begin(), arguments.end(), asksForHelp)) {
-        std::cout << CliOptions::usage();
+// Parses the options of syntax and answers --help, --version and a bad line; else runs.
+template <typename Run>
+ExitCode runCommand(const CommandLine::Syntax& syntax, Arguments arguments, Run run) {
+    const auto parsed = CommandLine::parse(syntax, arguments);
+    if (!parsed) {
+        return usageError(parsed.error());
+    }
+    if (CommandLine::answered(syntax, parsed.value(), std::cout)) {
         return ExitCode::success;
     }
-    if (arguments.empty()) {
-        return usageError({});
+    return run(parsed.value());
+}
+
+// Checks the parsed line with check and runs command with the options it gives.
+template <typename Check, typename Command>
+auto checkedThen(Check check, Command command) {
+    return [check, command](const CommandLine::Parsed& parsed) {
+        const auto options = check(parsed);
+        return options ? command(options.value()) : usageError(options.error());
+    };
+}
+
+ExitCode readOrWrite(CliOptions::Command command, Arguments arguments) {
+    const auto check = [command](const CommandLine::Parsed& parsed) {
+        return CliOptions::check(command, parsed);
+    };
+    const auto execute = [](const CliOptions& options) {
+        return options.command == CliOptions::Command::read
+                   ? ReadCommand::run(options, std::cout, std::cerr)
+                   : WriteCommand::run(options, std::cerr);
+    };
+    return runCommand(CliOptions::syntax(command), arguments, checkedThen(check, execute));
+}
+
+ExitCode run(Arguments arguments) {
+    // A line without a command only asks for the help or the version, or is a mistake.
+    if (arguments.empty() || arguments.front().starts_with('-')) {
+        return runCommand(programSyntax, arguments, [](const CommandLine::Parsed&) {
+            std::cerr << CommandLine::help(programSyntax);
+            return ExitCode::usageError;
+        });
     }
+    const Arguments options = arguments.subspan(1);
 #if KESTRIN_HAS_PORTS
     if (arguments.front() == "ports") {
-        return runPortsCommand(std::span(arguments).subspan(1), std::cout, std::cerr);
+        return runCommand(PortsCommand::syntax(), options,
+                          [](const CommandLine::Parsed&) { return PortsCommand::run(std::cout); });
     }
 #endif
 #if KESTRIN_HAS_POLL
     if (arguments.front() == "poll") {
-        const auto options = PollOptions::parse(std::span(arguments).subspan(1));
-        if (!options) {
-            return usageError(options.error());
-        }
-        return PollCommand::run(options.value(), std::cout, std::cerr);
+        const auto poll = [](const PollOptions& checked) {
+            return PollCommand::run(checked, std::cout, std::cerr);
+        };
+        return runCommand(PollOptions::syntax(), options, checkedThen(&PollOptions::check, poll));
     }
 #endif
-    const std::optional<CliOptions::Command> command = CliOptions::commandNamed(arguments.front());
-    if (!command) {
-        return usageError({{}, std::string(arguments.front())});
+    if (const auto command = CliOptions::commandNamed(arguments.front())) {
+        return readOrWrite(*command, options);
     }
-    const auto options = CliOptions::parse(*command, std::span(arguments).subspan(1));
-    if (!options) {
-        return usageError(options.error());
-    }
-    return *command == CliOptions::Command::read
-               ? ReadCommand::run(options.value(), std::cout, std::cerr)
-               : WriteCommand::run(options.value(), std::cerr);
+    return usageError(
+        L10n::texts().errors.unexpectedArgument(arguments.front(), "kestrin-cli --help"));
 }
 
 } // namespace

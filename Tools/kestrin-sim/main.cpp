@@ -1,6 +1,8 @@
 // kestrin-sim: a Modbus RTU slave on a pseudo-terminal or a serial port, serving a datapoint
 // list, for end-to-end tests, benchmarks and the demo.
 
+#include "CliOptions.h"
+#include "CommandLine.h"
 #include "DatapointCSV.h"
 #include "ExampleList.h"
 #include "Faults.h"
@@ -19,6 +21,7 @@
 #include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,34 +39,41 @@ namespace {
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 
-constexpr const char* usage =
+using CommandLine::Option;
+
+constexpr std::array simOptions{
+    Option{"csv", "FILE", "serve the datapoints of a CSV list"},
+    Option{"project", "FILE",
+           "serve every datapoint of a project file\n(default: the example list, unit 1)"},
+    Option{"unit", "U[,U...]", "serve the list under these unit IDs instead of its own"},
+    Option{"link", "PATH", "also make PATH a symbolic link to the pseudo-terminal"},
+    Option{"port", "PATH", "serve an existing serial device instead"},
+    Option{"baud", "B", "baud rate (default 9600)"},
+    Option{"frame", "8E1", "data bits, parity N/E/O, stop bits (default 8E1)"},
+    Option{"wire-timing", "",
+           "answer only when request and answer would have crossed\n"
+           "the line at that speed, plus the turnaround"},
+    Option{"turnaround-ms", "MS", "the device's reaction time with --wire-timing (default 1)"},
+    Option{"fault", "LIST",
+           "misbehave with these probabilities per answer, LIST being\n"
+           "drop=P,crc=P,garbage=P,wrong-unit=P,delay=P,late=P,noise=P:\n"
+           "garbage replaces the answer, noise puts 1 to 3 random bytes\n"
+           "before it, late answers after 1 to 2 of the master's time-outs"},
+    Option{"delay-ms", "MS", "how late the delay fault answers (default 1500)"},
+    Option{"master-timeout-ms", "MS", "the master's time-out, for the late fault (default 1000)"},
+    Option{"seed", "N", "seed of faults and random values (default 1)"},
+    Option{"ledger", "FILE", "one JSON line per frame received: what it was, what was done"},
+};
+
+const CommandLine::Syntax simSyntax{
+    "kestrin-sim",
     "Usage: kestrin-sim [options]\n"
     "A Modbus RTU slave. Without --port it creates a pseudo-terminal and prints the path\n"
-    "a master opens on the first line of its output.\n"
-    "\n"
-    "  --csv FILE              serve the datapoints of a CSV list\n"
-    "  --project FILE          serve every datapoint of a project file\n"
-    "                          (default: the example list, unit 1)\n"
-    "  --unit U[,U...]         serve the list under these unit IDs instead of its own\n"
-    "  --link PATH             also make PATH a symbolic link to the pseudo-terminal\n"
-    "  --port PATH             serve an existing serial device instead\n"
-    "  --baud B                baud rate (default 9600)\n"
-    "  --frame 8E1             data bits, parity N/E/O, stop bits (default 8E1)\n"
-    "  --wire-timing           answer only when request and answer would have crossed\n"
-    "                          the line at that speed, plus the turnaround\n"
-    "  --turnaround-ms MS      the device's reaction time with --wire-timing (default 1)\n"
-    "  --fault drop=P,crc=P,garbage=P,wrong-unit=P,delay=P,late=P,noise=P\n"
-    "                          misbehave with these probabilities per answer: garbage\n"
-    "                          replaces the answer, noise puts 1 to 3 random bytes before\n"
-    "                          it, late answers after 1 to 2 of the master's time-outs\n"
-    "  --delay-ms MS           how late the delay fault answers (default 1500)\n"
-    "  --master-timeout-ms MS  the master's time-out, for the late fault (default 1000)\n"
-    "  --seed N                seed of faults and random values (default 1)\n"
-    "  --ledger FILE           one JSON line per frame received: what it was, what was done\n"
-    "\n"
+    "a master opens on the first line of its output.\n",
+    simOptions,
     "While an answer is held back (wire timing, delay, late) requests that arrive are\n"
     "ignored, as a half-duplex device does not hear them.\n"
-    "It stops on SIGINT or SIGTERM, and when the process that started it ends.\n";
+    "It stops on SIGINT or SIGTERM, and when the process that started it ends.\n"};
 
 struct Options {
     std::optional<std::string> csv;
@@ -106,88 +116,73 @@ std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
     return units.empty() ? std::nullopt : std::optional(units);
 }
 
-// Whether an option's value was taken.
-enum class Taken { yes, invalid, unknownOption };
-
-// Stores the value of one option that takes a value.
-Taken takeValue(Options& options, std::string_view option, const std::string& value) {
+// Stores the value of one option that takes a value; false when the value is not valid.
+bool takeValue(Options& options, std::string_view option, const std::string& value) {
     const auto take = [](auto parsed, auto& field, auto isValid) {
         if (!parsed || !isValid(*parsed)) {
-            return Taken::invalid;
+            return false;
         }
         field = *parsed;
-        return Taken::yes;
+        return true;
     };
     const auto positive = [](auto number) { return number > 0; };
     const auto notNegative = [](double number) { return number >= 0; };
     const auto any = [](const auto&) { return true; };
     using Path = std::optional<std::string> Options::*;
     static constexpr std::array<std::pair<std::string_view, Path>, 5> paths{{
-        {"--csv", &Options::csv},
-        {"--project", &Options::project},
-        {"--link", &Options::link},
-        {"--port", &Options::port},
-        {"--ledger", &Options::ledger},
+        {"csv", &Options::csv},
+        {"project", &Options::project},
+        {"link", &Options::link},
+        {"port", &Options::port},
+        {"ledger", &Options::ledger},
     }};
     for (const auto& [name, field] : paths) {
         if (option == name) {
             options.*field = value;
-            return Taken::yes;
+            return true;
         }
     }
-    if (option == "--fault") {
+    if (option == "fault") {
         options.faults = value;
-        return Taken::yes;
+        return true;
     }
-    if (option == "--unit") {
+    if (option == "unit") {
         return take(unitList(value), options.units, any);
     }
-    if (option == "--baud") {
-        return take(number<int>(value), options.serial.baudRate, positive);
-    }
-    if (option == "--frame") {
+    if (option == "frame") {
         return take(options.serial.withFrame(value), options.serial, any);
     }
-    if (option == "--turnaround-ms" || option == "--delay-ms") {
-        auto& field = option == "--delay-ms" ? options.delayMs : options.turnaroundMs;
+    if (option == "turnaround-ms" || option == "delay-ms") {
+        auto& field = option == "delay-ms" ? options.delayMs : options.turnaroundMs;
         return take(number<double>(value), field, notNegative);
     }
-    if (option == "--master-timeout-ms") {
+    if (option == "master-timeout-ms") {
         // A late answer is late by whole time-outs: with none there is nothing to be late for.
         return take(number<double>(value), options.masterTimeoutMs, positive);
     }
-    if (option == "--seed") {
-        return take(number<std::uint64_t>(value), options.seed, any);
-    }
-    return Taken::unknownOption;
+    // --seed, the last of the table.
+    return take(number<std::uint64_t>(value), options.seed, any);
 }
 
-// The options, or a message for a usage error (empty for --help).
-Result<Options, std::string> parseOptions(int argc, char** argv) {
+// The options the line gave, checked, or the reason they cannot be used.
+Result<Options, std::string> checkOptions(const CommandLine::Parsed& parsed) {
+    const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
     Options options;
-    for (int i = 1; i < argc; ++i) {
-        const std::string_view option = argv[i];
-        if (option == "--help" || option == "-h") {
-            return std::string();
-        }
-        if (option == "--wire-timing") {
-            options.wireTiming = true;
-            continue;
-        }
-        if (i + 1 >= argc) {
-            return "missing value after " + std::string(option);
-        }
-        const std::string value = argv[++i];
-        const Taken taken = takeValue(options, option, value);
-        if (taken == Taken::invalid) {
-            return "invalid value '" + value + "' for " + std::string(option);
-        }
-        if (taken == Taken::unknownOption) {
-            return "unknown option " + std::string(option);
+    const auto baud = CliOptions::baudRate(parsed);
+    if (!baud) {
+        return baud.error();
+    }
+    options.serial.baudRate = baud.value().value_or(options.serial.baudRate);
+    options.wireTiming = parsed.has("wire-timing");
+    for (const Option& option : simOptions) {
+        const std::optional<std::string> value = parsed.value(option.name);
+        if (value && !option.valueName.empty() && option.name != "baud" &&
+            !takeValue(options, option.name, *value)) {
+            return errors.invalidOptionValue("--" + std::string(option.name), *value);
         }
     }
     if (options.csv && options.project) {
-        return std::string("--csv and --project exclude each other");
+        return errors.optionsExclude("--csv", "--project");
     }
     if (options.port && options.link) {
         return std::string("--link names a pseudo-terminal; it does not go with --port");
@@ -332,14 +327,9 @@ bool announce(const ServedLine& line, const SlaveDevice& device, const Options& 
     return true;
 }
 
-// Prints the usage, after the reason when there is one (there is none for --help), and gives
-// the exit status.
+// Prints the reason and the help; the exit status of a usage error.
 int refuse(const std::string& reason) {
-    if (reason.empty()) {
-        std::fputs(usage, stdout);
-        return 0;
-    }
-    std::fprintf(stderr, "kestrin-sim: %s\n\n%s", reason.c_str(), usage);
+    std::cerr << "kestrin-sim: " << reason << "\n\n" << CommandLine::help(simSyntax);
     return exitUsage;
 }
 
@@ -395,13 +385,22 @@ int main(int argc, char** argv) {
     // Wire timing is emulated with sleeps; the default 50 µs timer slack would show at 115200.
     prctl(PR_SET_TIMERSLACK, 1UL);
 
-    const Result<Options, std::string> parsed = parseOptions(argc, argv);
+    const std::vector<std::string_view> arguments(argv + 1, argv + argc);
+    const auto parsed = CommandLine::parse(simSyntax, arguments);
     if (!parsed) {
         return refuse(parsed.error());
     }
-    Result<Faults, std::string> faults = Faults::parse(parsed.value().faults, parsed.value().seed);
+    if (CommandLine::answered(simSyntax, parsed.value(), std::cout)) {
+        return 0;
+    }
+    const Result<Options, std::string> checked = checkOptions(parsed.value());
+    if (!checked) {
+        return refuse(checked.error());
+    }
+    Result<Faults, std::string> faults =
+        Faults::parse(checked.value().faults, checked.value().seed);
     if (!faults) {
         return refuse(faults.error());
     }
-    return serve(parsed.value(), std::move(faults).value());
+    return serve(checked.value(), std::move(faults).value());
 }

@@ -293,10 +293,13 @@ TEST(Simulator, RefusesBadOptionValuesWithUsage) {
     } rows[] = {
         {{"--master-timeout-ms", "0"}, "invalid value '0' for --master-timeout-ms"},
         {{"--delay-ms", "-1"}, "invalid value '-1' for --delay-ms"},
-        {{"--baud", "0"}, "invalid value '0' for --baud"},
-        {{"--frame", "9Z1"}, "invalid value '9Z1' for --frame"},
+        {{"--baud", "0"},
+         "cannot use the baud rate '0': give a positive whole number, usually one "
+         "of 1200, 2400, 4800, 9600, 14400, 19200, 38400, 57600, 115200, 230400"},
+        {{"--frame=9Z1"}, "invalid value '9Z1' for --frame"},
         {{"--fault", "noise=2"}, "the probability of noise must be a number from 0 to 1"},
-        {{"--lateness", "1"}, "unknown option --lateness"},
+        {{"--lateness", "1"}, "unknown option --lateness (see kestrin-sim --help)"},
+        {{"--csv", "a", "--project", "b"}, "--csv and --project exclude each other"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.message);

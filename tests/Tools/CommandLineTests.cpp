@@ -1,0 +1,244 @@
+#include "CliOptions.h"
+#include "CommandLine.h"
+#include "LanguageForTesting.h"
+#include "PollOptions.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <span>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using CommandLine::Option;
+
+// The words of line; no word of a test's line holds a space.
+std::vector<std::string_view> words(std::string_view line) {
+    std::vector<std::string_view> result;
+    while (!line.empty()) {
+        const std::size_t space = line.find(' ');
+        result.push_back(line.substr(0, space));
+        line = space == std::string_view::npos ? std::string_view() : line.substr(space + 1);
+    }
+    return result;
+}
+
+void inEnglish(const std::function<void()>& check) {
+    L10n::withLanguageForTesting(Language::en, check);
+}
+
+constexpr std::array toolOptions{
+    Option{"port", "PATH", "where"},
+    Option{"rate", "R", "how fast,\nin bits per second"},
+    Option{"raw", "", "log frames"},
+    Option{"quiet", "", "log less"},
+};
+const CommandLine::Syntax tool{"tool run", "Usage: tool run [options]\n", toolOptions, "Bye.\n"};
+
+TEST(CommandLine, TakesValuesSeparateOrAfterEqualsAndTheLastOneWins) {
+    const struct {
+        const char* line;
+        const char* option;
+        std::optional<std::string> value;
+    } rows[] = {
+        {"--port /dev/a", "port", "/dev/a"},
+        {"--port=/dev/a", "port", "/dev/a"},
+        {"--port=", "port", ""},
+        {"--port /dev/a --rate 1 --port=/dev/b", "port", "/dev/b"},
+        // A value may look like an option.
+        {"--rate -5", "rate", "-5"},
+        {"--rate --raw", "rate", "--raw"},
+        // A prefix that names one option is that option.
+        {"--po /dev/a", "port", "/dev/a"},
+        {"--raw", "raw", ""},
+        {"--raw", "port", std::nullopt},
+        {"", "port", std::nullopt},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.line);
+        const auto parsed = CommandLine::parse(tool, words(row.line));
+        ASSERT_TRUE(parsed) << parsed.error();
+        EXPECT_EQ(parsed.value().value(row.option), row.value);
+    }
+    const auto flags = CommandLine::parse(tool, words("--quiet --raw --rate 3 --quiet"));
+    EXPECT_EQ(flags.value().lastOf({"raw", "quiet"}), "quiet");
+    EXPECT_EQ(flags.value().lastOf({"port"}), std::nullopt);
+}
+
+TEST(CommandLine, RefusesNamingTheOptionAndWhereToLook) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"--count 3", "unknown option --count (see tool run --help)"},
+        {"--count=3", "unknown option --count (see tool run --help)"},
+        {"--port a -x", "unknown option -x (see tool run --help)"},
+        // Ambiguous: --rate or --raw.
+        {"--ra 1", "unknown option --ra (see tool run --help)"},
+        {"--rate 1 --port", "option --port needs a value"},
+        {"--raw=yes", "invalid value 'yes' for --raw"},
+        {"--port a extra", "unexpected argument 'extra' (see tool run --help)"},
+    };
+    inEnglish([&] {
+        for (const auto& [line, message] : rows) {
+            SCOPED_TRACE(line);
+            const auto parsed = CommandLine::parse(tool, words(line));
+            ASSERT_FALSE(parsed);
+            EXPECT_EQ(parsed.error(), message);
+        }
+    });
+}
+
+TEST(CommandLine, HelpAlignsTheTableAndAnswersHelpAndVersion) {
+    EXPECT_EQ(CommandLine::help(tool), "Usage: tool run [options]\n"
+                                       "\n"
+                                       "Options:\n"
+                                       "  --port PATH  where\n"
+                                       "  --rate R     how fast,\n"
+                                       "               in bits per second\n"
+                                       "  --raw        log frames\n"
+                                       "  --quiet      log less\n"
+                                       "  -h, --help   print this help and exit\n"
+                                       "  --version    print the version and exit\n"
+                                       "\n"
+                                       "Bye.\n");
+    const std::pair<const char*, std::string> rows[] = {
+        {"--help", CommandLine::help(tool)},
+        {"-h", CommandLine::help(tool)},
+        {"--version", "tool " KESTRIN_VERSION "\n"},
+        {"--raw", ""},
+    };
+    for (const auto& [line, answer] : rows) {
+        std::ostringstream out;
+        EXPECT_EQ(CommandLine::answered(tool, CommandLine::parse(tool, words(line)).value(), out),
+                  !answer.empty());
+        EXPECT_EQ(out.str(), answer) << line;
+    }
+}
+
+// The message for the line of command ("read --port …"), or "" when it is accepted.
+std::string refusal(std::string_view line) {
+    const std::vector<std::string_view> all = words(line);
+    const std::span<const std::string_view> options = std::span(all).subspan(1);
+    const std::optional<CliOptions::Command> command = CliOptions::commandNamed(all.front());
+    const CommandLine::Syntax& syntax =
+        command ? CliOptions::syntax(*command) : PollOptions::syntax();
+    const auto parsed = CommandLine::parse(syntax, options);
+    if (!parsed) {
+        return parsed.error();
+    }
+    if (command) {
+        const auto checked = CliOptions::check(*command, parsed.value());
+        return checked ? "" : checked.error();
+    }
+    const auto checked = PollOptions::check(parsed.value());
+    return checked ? "" : checked.error();
+}
+
+// Which values each option takes is the codecs'; here how each refusal reads.
+TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
+    const std::string read = "read --port p --table HR --address 0";
+    const std::string write = "write --port p --address 0 --value 1 --table";
+    const std::string poll = "poll --port p --csv list.csv";
+    const std::pair<std::string, std::string> rows[] = {
+        {read + " --baud 0",
+         "cannot use the baud rate '0': give a positive whole number, usually one of 1200, 2400, "
+         "4800, 9600, 14400, 19200, 38400, 57600, 115200, 230400"},
+        {write + " IR",
+         "table 'IR' cannot be written: input registers and discrete inputs are read-only; write "
+         "coils (CO) or holding registers (HR)"},
+        {write + " DI", "table 'DI' cannot be written: input registers and discrete inputs are "
+                        "read-only; write coils (CO) or holding registers (HR)"},
+        {read + " --count 3", "unknown option --count (see kestrin-cli read --help)"},
+        {read + " --value 1", "unknown option --value (see kestrin-cli read --help)"},
+        {read + " --port", "option --port needs a value"},
+        {"read --table HR --address 0", "option --port is required"},
+        {"write --port p --table HR --address 0", "option --value is required"},
+        {read + " --frame 9E1", "invalid value '9E1' for --frame"},
+        {read + " --order XYZW", "invalid value 'XYZW' for --order"},
+        {read + " --format octal", "invalid value 'octal' for --format"},
+        {read + " --timeout-ms 0", "invalid number '0'"},
+        {read + " --unit 248", "invalid unit ID '248' (1 to 247)"},
+        {read + " --address 65536", "invalid address '65536' (0 to 65535)"},
+        {"read --port p --table 40001 --address 0", "unknown table '40001' (use CO, DI, HR or IR)"},
+        {"read --port p --table CO --address 0 --type float32", "unknown data type 'float32'"},
+        {"write --port p --address 0 --value 1 --table HR --write-mode double",
+         "invalid value 'double' for --write-mode"},
+        {"poll --port p", "option --project is required"},
+        {poll + " --project a.json", "--project and --csv exclude each other"},
+        {poll + " --cycles 2 --seconds 1", "--cycles and --seconds exclude each other"},
+        {poll + " --cycles 0", "invalid number '0'"},
+        {poll + " --frame 9E1", "invalid value '9E1' for --frame"},
+        {poll + " --baud -1", "cannot use the baud rate '-1': give a positive whole number, "
+                              "usually one of 1200, 2400, 4800, 9600, 14400, 19200, 38400, "
+                              "57600, 115200, 230400"},
+        {read, ""},
+        {poll, ""},
+    };
+    inEnglish([&] {
+        for (const auto& [line, message] : rows) {
+            EXPECT_EQ(refusal(line), message) << line;
+        }
+    });
+}
+
+TEST(CliOptions, ReadsEveryOptionOfAGoodLine) {
+    const auto parsed = CommandLine::parse(
+        CliOptions::syntax(CliOptions::Command::write),
+        words("--port=/dev/a --test-device --baud 19200 --frame 8N1 --timeout-ms 250 --unit=3 "
+              "--table HR --address 7 --type int32 --order CDAB --scale 0,1 --format hex --eu C "
+              "--value 2,5 --write-mode multiple --baud 38400"));
+    const auto options = CliOptions::check(CliOptions::Command::write, parsed.value());
+    ASSERT_TRUE(options) << options.error();
+    const CliOptions& checked = options.value();
+    EXPECT_EQ(checked.port, "/dev/a");
+    EXPECT_TRUE(checked.testDevice);
+    EXPECT_EQ(checked.serial.baudRate, 38400);
+    EXPECT_EQ(checked.serial.shortDescription(), "38400 8N1");
+    EXPECT_EQ(checked.timeoutMs, 250);
+    EXPECT_EQ(checked.datapoint.unitID, 3);
+    EXPECT_EQ(checked.datapoint.table(), RegisterTable::holdingRegister);
+    EXPECT_EQ(checked.datapoint.address, 7);
+    EXPECT_EQ(checked.datapoint.dataType, DataType::int32);
+    EXPECT_EQ(checked.datapoint.wordOrder, WordOrder::cdab);
+    EXPECT_EQ(checked.datapoint.scale, 0.1);
+    EXPECT_EQ(checked.datapoint.format, DisplayFormat::hex);
+    EXPECT_EQ(checked.datapoint.engineeringUnit, "C");
+    EXPECT_EQ(checked.value, checked.datapoint.parse("2.5"));
+    EXPECT_EQ(checked.writeMode, WriteMode::multiple);
+}
+
+TEST(PollOptions, ReadsEveryOptionAndTheLastOfTimestampsOrNoTimestamps) {
+    const auto parsed = CommandLine::parse(
+        PollOptions::syntax(),
+        words("--port p --project a.json --seconds 2,5 --gap 4 --history h.csv --log l.txt "
+              "--raw-frames --only-problems --timestamps --no-timestamps --baud 19200 --frame "
+              "8N2 --timeout-ms 300"));
+    const auto options = PollOptions::check(parsed.value());
+    ASSERT_TRUE(options) << options.error();
+    const PollOptions& checked = options.value();
+    EXPECT_EQ(checked.projectPath, "a.json");
+    EXPECT_EQ(checked.csvPath, std::nullopt);
+    EXPECT_EQ(checked.cycles, std::nullopt);
+    EXPECT_EQ(checked.seconds, 2.5);
+    EXPECT_EQ(checked.maxGap, 4);
+    EXPECT_EQ(checked.historyPath, "h.csv");
+    EXPECT_EQ(checked.logPath, "l.txt");
+    EXPECT_TRUE(checked.rawFrames);
+    EXPECT_TRUE(checked.onlyProblems);
+    EXPECT_FALSE(checked.timestamps);
+    EXPECT_EQ(checked.serial({}).shortDescription(), "19200 8N2");
+    EXPECT_EQ(checked.timeoutMs, 300);
+    const auto again =
+        CommandLine::parse(PollOptions::syntax(),
+                           words("--port p --csv a.csv --no-timestamps --timestamps --cycles 2"));
+    EXPECT_TRUE(PollOptions::check(again.value()).value().timestamps);
+    EXPECT_EQ(PollOptions::check(again.value()).value().cycles, 2);
+}
+
+} // namespace
+} // namespace kestrin
