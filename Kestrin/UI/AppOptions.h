@@ -35,7 +35,9 @@ struct AppOptions {
         "                         to a PNG file\n"
         "  --out FILE.png         where --screenshot writes\n"
         "  --width PX             scale the screenshot down to at most this width\n"
-        "  --wait SECONDS         read this long before the screenshot (default 3 with --demo)\n";
+        "  --wait SECONDS         read this long before the screenshot (default 3 with --demo)\n"
+        "  -h, --help             print this help and exit\n"
+        "  --version              print the version and exit\n";
 
     // The options after the program name; a message for anything not understood.
     static Result<AppOptions, std::string> parse(const std::vector<std::string>& arguments);
