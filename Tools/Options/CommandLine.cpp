@@ -74,15 +74,18 @@ std::string refusal(const Syntax& syntax, const std::vector<Option>& options,
                     std::string_view argument, int code) {
     const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
     const std::size_t equals = argument.find('=');
-    const std::string_view name = argument.substr(0, equals);
+    const std::string_view typed = argument.substr(0, equals);
+    // Named in full, though typed as a prefix.
+    const Option* known = optionWithCode(options, optopt);
+    const std::string name = known != nullptr ? "--" + std::string(known->name) : "";
     if (code == ':') {
         return errors.missingValue(name);
     }
     // A known option that takes no value, given one with "=".
-    if (optionWithCode(options, optopt) != nullptr && equals != std::string_view::npos) {
+    if (known != nullptr && equals != std::string_view::npos) {
         return errors.invalidOptionValue(name, argument.substr(equals + 1));
     }
-    return errors.unknownOption(name, helpCommand(syntax));
+    return errors.unknownOption(typed, helpCommand(syntax));
 }
 
 } // namespace
