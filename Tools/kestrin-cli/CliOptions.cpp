@@ -8,6 +8,7 @@
 #include "Text.h"
 #include "WordOrder.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -36,40 +37,34 @@ constexpr Option scale{"scale", "S", "engineering value = raw value x S (default
 constexpr Option format{"format", "F", "decimal (default), hex, binary"};
 constexpr Option engineeringUnit{"eu", "TEXT", "engineering unit printed after the value"};
 
-constexpr std::array readOptions{
-    SharedOptions::port,
-    SharedOptions::testDevice,
-    baud,
-    frame,
-    timeout,
-    unit,
-    Option{"table", "T",
-           "CO (coil), DI (discrete input), HR (holding register),\nIR (input register)"},
-    address,
-    type,
-    order,
-    scale,
-    format,
-    engineeringUnit,
-};
+// The parts in order, as one table.
+template <std::size_t... Sizes>
+constexpr auto joined(const std::array<Option, Sizes>&... parts) {
+    std::array<Option, (Sizes + ...)> all{};
+    auto next = all.begin();
+    ((next = std::copy(parts.begin(), parts.end(), next)), ...);
+    return all;
+}
 
-constexpr std::array writeOptions{
-    SharedOptions::port,
-    SharedOptions::testDevice,
-    baud,
-    frame,
-    timeout,
-    unit,
-    Option{"table", "T", "CO (coil) or HR (holding register)"},
-    address,
-    type,
-    order,
-    scale,
-    format,
-    engineeringUnit,
-    Option{"value", "V", "the engineering value (42, 1,5, 0x1F, 0b101, on, off)"},
-    Option{"write-mode", "M", "single (FC05/06, default) or multiple (FC15/16)"},
-};
+// Read and write differ in the tables they take and in what only a write needs.
+constexpr std::array lineOptions{
+    SharedOptions::port, SharedOptions::testDevice, baud, frame, timeout, unit};
+constexpr std::array datapointOptions{address, type, order, scale, format, engineeringUnit};
+
+constexpr auto readOptions =
+    joined(lineOptions,
+           std::array{Option{
+               "table", "T",
+               "CO (coil), DI (discrete input), HR (holding register),\nIR (input register)"}},
+           datapointOptions);
+
+constexpr auto writeOptions =
+    joined(lineOptions, std::array{Option{"table", "T", "CO (coil) or HR (holding register)"}},
+           datapointOptions,
+           std::array{
+               Option{"value", "V", "the engineering value (42, 1,5, 0x1F, 0b101, on, off)"},
+               Option{"write-mode", "M", "single (FC05/06, default) or multiple (FC15/16)"},
+           });
 
 const CommandLine::Syntax readSyntax{
     "kestrin-cli read",
