@@ -108,10 +108,6 @@ QVariant alignmentOf(int column) {
 
 } // namespace
 
-std::size_t qHash(const Uuid& id, std::size_t seed) noexcept {
-    return std::hash<Uuid>()(id) ^ seed;
-}
-
 DatapointTableModel::StatusLook DatapointTableModel::statusLook(const PointStatus* status,
                                                                 bool polling) {
     if (status == nullptr) {
@@ -212,8 +208,6 @@ std::vector<Uuid> DatapointTableModel::currentRowIDs() const {
     return ids;
 }
 
-// Qt's hash keeps its entries in blocks, where the standard one allocates and frees a node per
-// datapoint: at 10,000 datapoints the nodes cost more than the rest of a poll switch.
 void DatapointTableModel::setRows(std::vector<Uuid> ids) {
     rows_ = std::move(ids);
     rowOf_.clear();

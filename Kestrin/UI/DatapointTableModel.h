@@ -3,6 +3,7 @@
 #include "Icons.h"
 #include "PointStatus.h"
 #include "Uuid.h"
+#include "UuidHash.h"
 
 #include <optional>
 #include <string>
@@ -15,9 +16,6 @@ namespace kestrin {
 
 class Datapoint;
 class PollerModel;
-
-// Datapoint ids as keys of Qt's hash.
-std::size_t qHash(const Uuid& id, std::size_t seed) noexcept;
 
 // The selected poll's datapoints as table rows. Every edit goes back through the PollerModel,
 // whose change signals then refresh the rows; the adapter keeps only the row identities so that

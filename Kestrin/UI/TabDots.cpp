@@ -24,10 +24,15 @@ void TabDots::recount(const PollerModel& model) {
     const std::vector<Poll>& polls = model.polls();
     points_.clear();
     tallies_.assign(polls.size(), {});
+    std::size_t datapoints = 0;
+    for (const Poll& poll : polls) {
+        datapoints += poll.datapoints.size();
+    }
+    points_.reserve(static_cast<qsizetype>(datapoints));
     for (std::size_t poll = 0; poll < polls.size(); ++poll) {
         for (const Datapoint& point : polls[poll].datapoints) {
             const Outcome outcome = outcomeOf(model.status(point.id));
-            points_.insert_or_assign(point.id, Entry{poll, outcome});
+            points_.insert(point.id, Entry{poll, outcome});
             count(poll, outcome, 1);
         }
     }
@@ -39,7 +44,7 @@ void TabDots::update(const PollerModel& model, const std::vector<Uuid>& datapoin
         if (found == points_.end()) {
             continue;
         }
-        Entry& entry = found->second;
+        Entry& entry = found.value();
         const Outcome now = outcomeOf(model.status(id));
         count(entry.poll, entry.outcome, -1);
         count(entry.poll, now, 1);

@@ -2,10 +2,12 @@
 
 #include "PollTab.h"
 #include "Uuid.h"
+#include "UuidHash.h"
 
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
+
+#include <QHash>
 
 namespace kestrin {
 
@@ -40,7 +42,7 @@ private:
     static Outcome outcomeOf(const PointStatus* status);
     void count(std::size_t poll, Outcome outcome, int by);
 
-    std::unordered_map<Uuid, Entry> points_;
+    QHash<Uuid, Entry> points_;
     std::vector<Tally> tallies_;
 };
 
