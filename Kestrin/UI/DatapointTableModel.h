@@ -19,7 +19,7 @@ class PollerModel;
 
 // The selected poll's datapoints as table rows. Every edit goes back through the PollerModel,
 // whose change signals then refresh the rows; the adapter keeps only the row identities so that
-// status updates touch single rows and a reset happens only when the rows themselves change.
+// statuses touch only their own rows and a reset happens only when the rows themselves change.
 class DatapointTableModel : public QAbstractTableModel {
     Q_OBJECT
 
