@@ -101,12 +101,3 @@ std::ostream& operator<<(std::ostream& stream, const Uuid& uuid) {
 }
 
 } // namespace kestrin
-
-std::size_t std::hash<kestrin::Uuid>::operator()(const kestrin::Uuid& uuid) const noexcept {
-    // The bytes are already uniformly random; fold them into one word.
-    std::uint64_t value = 0;
-    for (std::uint8_t byte : uuid.bytes()) {
-        value = value * 1099511628211ULL ^ byte;
-    }
-    return static_cast<std::size_t>(value);
-}

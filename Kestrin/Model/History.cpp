@@ -1,15 +1,8 @@
 #include "History.h"
 
 #include <cassert>
-#include <cstring>
 
 namespace kestrin {
-
-std::size_t History::IdHash::operator()(const Uuid& id) const noexcept {
-    std::uint64_t word = 0;
-    std::memcpy(&word, id.bytes().data() + 8, sizeof word);
-    return static_cast<std::size_t>(word);
-}
 
 bool History::record(const Uuid& datapointID, const Sample& sample) {
     auto found = rings_.find(datapointID);

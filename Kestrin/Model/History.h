@@ -46,13 +46,8 @@ public:
     std::size_t allocatedBytes() const noexcept;
 
 private:
-    // Ids are random: eight of their bytes make a good hash, cheaper than folding all sixteen.
-    struct IdHash {
-        std::size_t operator()(const Uuid& id) const noexcept;
-    };
-
     std::size_t capacity_;
-    std::unordered_map<Uuid, SampleRing, IdHash> rings_;
+    std::unordered_map<Uuid, SampleRing> rings_;
     bool publicationPending_ = false;
     int holds_ = 0;
 };
