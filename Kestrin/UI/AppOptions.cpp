@@ -28,10 +28,6 @@ Result<AppOptions, std::string> AppOptions::parse(const std::vector<std::string>
     AppOptions options;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& option = arguments[i];
-        if (option == "--help" || option == "-h") {
-            options.help = true;
-            continue;
-        }
         if (option == "--demo" || option == "--dark") {
             (option == "--demo" ? options.demo : options.dark) = true;
             continue;

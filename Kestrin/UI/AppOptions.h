@@ -23,7 +23,6 @@ struct AppOptions {
     std::optional<int> width;
     // How long to read before a screenshot is taken.
     std::optional<double> waitSeconds;
-    bool help = false;
 
     static constexpr const char* usage =
         "Usage: kestrin [--port PATH] [--demo] [--dark]\n"

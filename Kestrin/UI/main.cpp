@@ -44,7 +44,7 @@ bool hasArgument(int argc, char** argv, const char* name) {
 // Answered before the QApplication exists: it needs a display, and a man page is made from the
 // help on machines that have none.
 std::optional<int> answerWithoutDisplay(int argc, char** argv) {
-    if (hasArgument(argc, argv, "--help")) {
+    if (hasArgument(argc, argv, "--help") || hasArgument(argc, argv, "-h")) {
         std::cout << AppOptions::usage;
         return 0;
     }
