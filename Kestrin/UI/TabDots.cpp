@@ -40,15 +40,16 @@ void TabDots::recount(const PollerModel& model) {
 
 void TabDots::update(const PollerModel& model, const std::vector<Uuid>& datapointIDs) {
     for (const Uuid& id : datapointIDs) {
-        const auto found = points_.find(id);
-        if (found == points_.end()) {
+        auto [entry, end] = points_.equal_range(id);
+        if (entry == end) {
             continue;
         }
-        Entry& entry = found.value();
         const Outcome now = outcomeOf(model.status(id));
-        count(entry.poll, entry.outcome, -1);
-        count(entry.poll, now, 1);
-        entry.outcome = now;
+        for (; entry != end; ++entry) {
+            count(entry->poll, entry->outcome, -1);
+            count(entry->poll, now, 1);
+            entry->outcome = now;
+        }
     }
 }
 

@@ -42,7 +42,8 @@ private:
     static Outcome outcomeOf(const PointStatus* status);
     void count(std::size_t poll, Outcome outcome, int by);
 
-    QHash<Uuid, Entry> points_;
+    // A hand-edited project may hold one id in several places, each of which counts.
+    QMultiHash<Uuid, Entry> points_;
     std::vector<Tally> tallies_;
 };
 

@@ -230,6 +230,7 @@ TEST_F(LiveTable, TheTabDotFollowsTheLatestResultOfEachDatapoint) {
     const ReadBlock all{1, RegisterTable::holdingRegister, 100, 6};
     const ReadBlock first{1, RegisterTable::holdingRegister, 100, 1};
     const ReadBlock second{1, RegisterTable::holdingRegister, 101, 1};
+    const ReadBlock third{1, RegisterTable::holdingRegister, 102, 1};
     const std::tuple<const char*, std::function<void()>, TabDot> steps[] = {
         {"nothing read yet", [] {}, TabDot::grey},
         {"all read",
@@ -253,6 +254,17 @@ TEST_F(LiveTable, TheTabDotFollowsTheLatestResultOfEachDatapoint) {
              model->updateDatapoint(moved);
          },
          TabDot::green},
+        {"the third also in a second poll",
+         [&] {
+             std::vector<Poll> polls = model->polls();
+             Poll copy;
+             copy.name = "Copy";
+             copy.datapoints = {*model->datapoint(ids[2])};
+             polls.push_back(copy);
+             model->setPolls(polls);
+         },
+         TabDot::green},
+        {"the third failed", [&] { fail(third); }, TabDot::orange},
         {"stopped", [&] { model->stop(); }, TabDot::grey},
     };
     for (const auto& [step, apply, dot] : steps) {
