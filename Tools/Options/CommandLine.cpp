@@ -65,6 +65,13 @@ const Option* optionWithCode(const std::vector<Option>& options, int code) {
     return nullptr;
 }
 
+// Whether word, where getopt_long found the option, spells its name out: it takes any
+// unambiguous prefix, and a script relying on one would break the day an option with the same
+// beginning is added. Short options ("-h") are whole by nature.
+bool namesInFull(std::string_view word, const Option& option) {
+    return !word.starts_with("--") || word.substr(2, word.find('=') - 2) == option.name;
+}
+
 std::string helpCommand(const Syntax& syntax) {
     return std::string(syntax.command) + " --help";
 }
@@ -75,8 +82,11 @@ std::string refusal(const Syntax& syntax, const std::vector<Option>& options,
     const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
     const std::size_t equals = argument.find('=');
     const std::string_view typed = argument.substr(0, equals);
-    // Named in full, though typed as a prefix.
     const Option* known = optionWithCode(options, optopt);
+    if (known != nullptr && !namesInFull(argument, *known)) {
+        known = nullptr;
+        code = '?';
+    }
     const std::string name = known != nullptr ? "--" + std::string(known->name) : "";
     if (code == ':') {
         return errors.missingValue(name);
@@ -130,9 +140,16 @@ Result<Parsed, std::string> parse(const Syntax& syntax,
     optind = 0;
     opterr = 0;
     Parsed parsed;
-    for (int code;
-         (code = getopt_long(argc, argv.data(), "+:h", longOptions.table.data(), nullptr)) != -1;) {
+    for (int code, at = 1;
+         (code = getopt_long(argc, argv.data(), "+:h", longOptions.table.data(), nullptr)) != -1;
+         at = optind) {
         const Option* option = optionWithCode(options, code);
+        if (option != nullptr && !namesInFull(words[static_cast<std::size_t>(at)], *option)) {
+            option = nullptr;
+            code = '?';
+            optopt = 0;
+            optind = at + 1;
+        }
         if (option == nullptr) {
             const int stoppedAt = std::clamp(optind - 1, 1, argc - 1);
             std::string word = words[static_cast<std::size_t>(stoppedAt)];

@@ -53,9 +53,9 @@ private:
 };
 
 // Reads arguments (those after the command) against the options of syntax with getopt_long: a
-// value follows its option as the next argument or after "=" (--unit=3), and an unambiguous
-// prefix names the option. Failures are finished sentences in the user's language. getopt_long
-// keeps its state in globals, so only one thread may parse at a time.
+// value follows its option as the next argument or after "=" (--unit=3), and only an option's
+// whole name names it. Failures are finished sentences in the user's language. getopt_long keeps
+// its state in globals, so only one thread may parse at a time.
 Result<Parsed, std::string> parse(const Syntax& syntax,
                                   std::span<const std::string_view> arguments);
 
