@@ -408,7 +408,6 @@ constexpr Texts dutch{
             .findPrevious = "Vorige treffer",
             .findDone = "Gereed",
             .exportProgress = "Historie wordt geëxporteerd…",
-            .exportCancel = "Annuleren",
         },
     .chart =
         {

@@ -394,7 +394,6 @@ constexpr Texts english{
             .findPrevious = "Previous match",
             .findDone = "Done",
             .exportProgress = "Exporting the history…",
-            .exportCancel = "Cancel",
         },
     .chart =
         {

@@ -424,7 +424,6 @@ constexpr Texts french{
             .findPrevious = "Résultat précédent",
             .findDone = "Terminé",
             .exportProgress = "Exportation de l'historique…",
-            .exportCancel = "Annuler",
         },
     .chart =
         {

@@ -421,7 +421,6 @@ constexpr Texts german{
             .findPrevious = "Vorheriger Treffer",
             .findDone = "Fertig",
             .exportProgress = "Verlauf wird exportiert…",
-            .exportCancel = "Abbrechen",
         },
     .chart =
         {

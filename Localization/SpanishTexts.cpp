@@ -411,7 +411,6 @@ constexpr Texts spanish{
             .findPrevious = "Coincidencia anterior",
             .findDone = "Listo",
             .exportProgress = "Exportando el historial…",
-            .exportCancel = "Cancelar",
         },
     .chart =
         {

@@ -419,8 +419,7 @@ struct Texts {
     X(Literal, findNext)                                                                           \
     X(Literal, findPrevious)                                                                       \
     X(Literal, findDone)                                                                           \
-    X(Literal, exportProgress) /* the label while a large history is written */                    \
-    X(Literal, exportCancel)
+    X(Literal, exportProgress) /* the label while a large history is written */
         KESTRIN_TEXT_GROUP(KESTRIN_PANE_TEXTS_KEYS)
     };
 

@@ -289,7 +289,8 @@ double threadCpuSeconds() {
 // How old the oldest event of each batch is once the model has handled it: from the engine's
 // stamp to the status change. Events wait in the model's queue for up to a frame before the
 // posted task that takes them waits in the main thread's, so the queue probe alone no longer
-// tells an event's wait. The first id of a change belongs to the batch's oldest answer.
+// tells an event's wait. A datapoint read twice in one batch shows only its newer answer, so
+// the oldest is taken over every id of the change.
 class EventAgeProbe {
 public:
     explicit EventAgeProbe(PollerModel& model) {
@@ -298,10 +299,17 @@ public:
                 if (!recording || ids.empty()) {
                     return;
                 }
-                const PointStatus* status = model.status(ids.front());
-                if (status != nullptr && status->updated) {
-                    agesMs.push_back(static_cast<double>(QDateTime::currentMSecsSinceEpoch() -
-                                                         status->updated->toMSecsSinceEpoch()));
+                std::optional<qint64> oldest;
+                for (const Uuid& id : ids) {
+                    const PointStatus* status = model.status(id);
+                    if (status != nullptr && status->updated) {
+                        const qint64 time = status->updated->toMSecsSinceEpoch();
+                        oldest = std::min(oldest.value_or(time), time);
+                    }
+                }
+                if (oldest) {
+                    agesMs.push_back(
+                        static_cast<double>(QDateTime::currentMSecsSinceEpoch() - *oldest));
                 }
             });
     }

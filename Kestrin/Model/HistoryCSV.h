@@ -26,9 +26,11 @@ std::string valueText(const Datapoint& datapoint, const Value& value, const CSVD
 // "2026-11-16 16:05:12" in the local time zone, whatever the user's locale; a row's time adds
 // ".345".
 std::string secondText(std::int64_t secsSinceEpoch);
-// Header "Time", "Poll", "Name", "Value", "Unit", then the rows sorted by time; rows of equal
-// time keep poll, table and recording order. Datapoints in no poll are left out. CR LF endings.
-// At once, for small histories; HistoryExport writes a large one to a file in slices.
+// Header "Time", "Poll", "Name", "Value", "Unit", then the rows in time order, merged from each
+// datapoint's samples in the order they were recorded (a system clock set back shows as a step
+// back, as it happened); rows of equal time keep poll, table and recording order. Datapoints in no
+// poll are left out. CR LF endings. At once, for small histories; HistoryExport writes a large one
+// to a file in slices.
 std::string text(std::span<const Poll> polls, const History& history, const CSVDialect& dialect);
 
 } // namespace kestrin::HistoryCSV

@@ -147,8 +147,8 @@ void PollerModel::setShowNoResponseHint(bool on) {
 }
 
 void PollerModel::deliver(std::uint64_t generation, const PollerEvent& event) {
-    // A stopped engine's last transaction may still arrive after a new one started. Checked per
-    // event: handling a loss within the batch may already have started the next engine.
+    // A stopped engine's last transaction may still arrive after a new one started, in the same
+    // batch as the new one's first.
     if (generation == engineGeneration_) {
         handleInBatch(event);
     }

@@ -71,7 +71,7 @@ constexpr auto exportSlice = std::chrono::milliseconds(16);
 // whose Cancel drops it.
 void continueExportWithProgress(PollerModel& model, QWidget* parent) {
     auto* dialog = new QProgressDialog(qt(L10n::texts().pane.exportProgress()),
-                                       qt(L10n::texts().pane.exportCancel()), 0, 1000, parent);
+                                       qt(L10n::texts().import.cancel()), 0, 1000, parent);
     dialog->setWindowModality(Qt::WindowModal);
     dialog->setMinimumDuration(0);
     dialog->setAutoClose(false);

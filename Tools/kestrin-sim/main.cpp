@@ -185,7 +185,7 @@ Result<Options, std::string> checkOptions(const CommandLine::Parsed& parsed) {
         return errors.optionsExclude("--csv", "--project");
     }
     if (options.port && options.link) {
-        return std::string("--link names a pseudo-terminal; it does not go with --port");
+        return errors.optionsExclude("--link", "--port");
     }
     return options;
 }

@@ -107,7 +107,7 @@ PollPlan plan(double interval, std::vector<std::uint16_t> addresses) {
     return result;
 }
 
-// A simulator serving registerList, an engine on it at 9600 8E1 and the events it posted.
+// A simulator serving registerList, an engine on it at 9600 8E1 and the events it reported.
 class EngineTest : public testing::Test {
 protected:
     void startSimulator(std::vector<std::string> options = {}, double timeout = 1.0) {
@@ -289,7 +289,7 @@ TEST_F(EngineTest, StopEndsTheTransactionUnderWayAndFreesThePortAtOnce) {
     EXPECT_LT(secondsSince(destroying), 0.5) << "the destructor does not wait again";
 }
 
-TEST(PollerEngine, AStartThatCannotOpenThePortReturnsWhyAndPostsNothing) {
+TEST(PollerEngine, AStartThatCannotOpenThePortReturnsWhyAndReportsNothing) {
     const std::string missing = "/dev/ttyKestrinMissing";
     EventLog events;
     PollerEngine engine(missing, {}, 1.0, false,
@@ -300,9 +300,9 @@ TEST(PollerEngine, AStartThatCannotOpenThePortReturnsWhyAndPostsNothing) {
     EXPECT_TRUE(events.all().empty());
 }
 
-// Whether a poll is due at once or only in a minute, the loss is posted once, within seconds, with
-// nothing after it, and a write waiting at the time is dropped.
-TEST_F(EngineTest, LosingThePortPostsOneSerialLostAndNothingAfter) {
+// Whether a poll is due at once or only in a minute, the loss is reported once, within seconds,
+// with nothing after it, and a write waiting at the time is dropped.
+TEST_F(EngineTest, LosingThePortReportsOneSerialLostAndNothingAfter) {
     for (const double interval : {60.0, 0.02}) {
         SCOPED_TRACE(interval);
         engine.reset();
