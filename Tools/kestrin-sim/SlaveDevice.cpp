@@ -48,6 +48,19 @@ std::optional<WriteRange> multipleWriteRange(ByteView pdu, int maxCount,
     return WriteRange{uint16At(pdu, 1), count};
 }
 
+// The table a read request reads; nothing for any other request.
+std::optional<RegisterTable> readTable(ByteView pdu) {
+    if (pdu.empty()) {
+        return std::nullopt;
+    }
+    for (const RegisterTable table : RegisterTable::allCases) {
+        if (pdu[0] == table.readFunction()) {
+            return table;
+        }
+    }
+    return std::nullopt;
+}
+
 bool isWrite(std::uint8_t function) {
     return function == FunctionCode::writeSingleCoil ||
            function == FunctionCode::writeSingleRegister ||
@@ -63,9 +76,13 @@ SlaveDevice::SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t
         units_.insert(datapoint.unitID);
         store(datapoint, datapoint.value);
         if (datapoint.simulation.isActive()) {
-            animated_.push_back(datapoint);
+            animated_.push_back({{datapoint.unitID, datapoint.table(), datapoint.address},
+                                 seed_ + animated_.size(),
+                                 datapoint});
         }
     }
+    // Stable: of overlapping datapoints the later one's value still wins.
+    std::ranges::stable_sort(animated_, {}, &Animated::key);
     animate(0);
 }
 
@@ -89,10 +106,25 @@ void SlaveDevice::store(const Datapoint& datapoint, const Value& value) {
 }
 
 void SlaveDevice::animate(double seconds) {
-    for (std::size_t i = 0; i < animated_.size(); ++i) {
-        const Datapoint& datapoint = animated_[i];
-        // Each datapoint draws its own random sequence.
-        store(datapoint, SimulatedValue::at(datapoint.simulation, seconds, seed_ + i));
+    for (const Animated& animated : animated_) {
+        store(animated.datapoint,
+              SimulatedValue::at(animated.datapoint.simulation, seconds, animated.seed));
+    }
+}
+
+void SlaveDevice::animate(std::uint8_t unit, RegisterTable table, int first, int count,
+                          double seconds) {
+    // A datapoint of up to four registers may begin before the first address read.
+    const auto from = static_cast<std::uint16_t>(std::clamp(first - 3, 0, addressCount - 1));
+    const Key start{unit, table, from};
+    for (auto animated = std::ranges::lower_bound(animated_, start, {}, &Animated::key);
+         animated != animated_.end(); ++animated) {
+        const auto& [itsUnit, itsTable, address] = animated->key;
+        if (itsUnit != unit || itsTable != std::get<1>(start) || address >= first + count) {
+            break;
+        }
+        store(animated->datapoint,
+              SimulatedValue::at(animated->datapoint.simulation, seconds, animated->seed));
     }
 }
 
@@ -123,21 +155,18 @@ std::optional<Bytes> SlaveDevice::respond(ByteView frame, double seconds) {
     if (!serves(unit)) {
         return std::nullopt;
     }
-    animate(seconds);
+    if (const auto table = readTable(pdu); table && pdu.size() >= fixedRequestSize) {
+        animate(unit, *table, uint16At(pdu, 1), uint16At(pdu, 3), seconds);
+    }
     return RTUFrame::build(unit, answer(unit, pdu));
 }
 
 Bytes SlaveDevice::answer(std::uint8_t unit, ByteView pdu) {
+    if (const auto table = readTable(pdu)) {
+        return read(unit, *table, pdu);
+    }
     const std::uint8_t function = pdu.empty() ? 0 : pdu[0];
     switch (function) {
-    case FunctionCode::readCoils:
-        return read(unit, RegisterTable::coil, pdu);
-    case FunctionCode::readDiscreteInputs:
-        return read(unit, RegisterTable::discreteInput, pdu);
-    case FunctionCode::readHoldingRegisters:
-        return read(unit, RegisterTable::holdingRegister, pdu);
-    case FunctionCode::readInputRegisters:
-        return read(unit, RegisterTable::inputRegister, pdu);
     case FunctionCode::writeSingleCoil:
         return writeCoil(unit, pdu);
     case FunctionCode::writeSingleRegister:

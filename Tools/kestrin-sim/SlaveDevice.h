@@ -36,6 +36,9 @@ public:
 
     // Moves every animated datapoint to its value at `seconds` after start.
     void animate(double seconds);
+    // The same for the animated datapoints a read of count addresses from first touches: a device
+    // with thousands of datapoints then answers as fast as one with a few.
+    void animate(std::uint8_t unit, RegisterTable table, int first, int count, double seconds);
 
     // One register (or bit, as 0 or 1) of the image; nothing where no datapoint is.
     std::optional<std::uint16_t> cell(std::uint8_t unit, RegisterTable table,
@@ -55,7 +58,14 @@ private:
 
     std::map<Key, std::uint16_t> image_;
     std::set<std::uint8_t> units_;
-    std::vector<Datapoint> animated_;
+    struct Animated {
+        Key key;
+        // Each datapoint draws its own random sequence, from the seed and its place in the list.
+        std::uint64_t seed;
+        Datapoint datapoint;
+    };
+    // Sorted by key.
+    std::vector<Animated> animated_;
     std::uint64_t seed_;
 };
 

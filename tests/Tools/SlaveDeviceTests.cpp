@@ -177,6 +177,9 @@ TEST(SlaveDevice, AnimatesSimulatedDatapointsAtTheRequestTime) {
             device.respond(RTUFrame::build(1, hexBytes(pdu)), seconds);
         return answer ? hexString(ByteView(*answer).subspan(1, answer->size() - 3)) : "";
     };
+    // Only what a read touches is moved, including a datapoint that begins before it: 25.1 is
+    // 41C8 CCCD.
+    EXPECT_EQ(ask("04 00 01 00 01", 2.51), "04 02 CC CD");
     // 25.0 at scale 0.1 is raw 250.
     EXPECT_EQ(ask("03 00 00 00 02", 2.5), "03 04 00 FA 00 05");
     EXPECT_EQ(ask("04 00 00 00 02", 2.5), "04 04 41 C8 00 00");
