@@ -14,6 +14,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <tuple>
 #include <utility>
 
 namespace kestrin {
@@ -36,6 +37,9 @@ constexpr Option order{"order", "O", "ABCD (default), CDAB, BADC, DCBA"};
 constexpr Option scale{"scale", "S", "engineering value = raw value x S (default 1)"};
 constexpr Option format{"format", "F", "decimal (default), hex, binary"};
 constexpr Option engineeringUnit{"eu", "TEXT", "engineering unit printed after the value"};
+constexpr Option json{"json", "",
+                      "one JSON object per line (a read of --count N: one array);\n"
+                      "a NaN or infinity is null, its text in \"text\""};
 
 // The parts in order, as one table.
 template <std::size_t... Sizes>
@@ -56,7 +60,17 @@ constexpr auto readOptions =
            std::array{Option{
                "table", "T",
                "CO (coil), DI (discrete input), HR (holding register),\nIR (input register)"}},
-           datapointOptions);
+           datapointOptions,
+           std::array{
+               Option{"count", "N",
+                      "read N values of the type at consecutive addresses,\n"
+                      "each printed after its address (HR 100: 21.5)"},
+               Option{"interval", "MS",
+                      "repeat the read every MS milliseconds until Ctrl+C;\n"
+                      "the exit status is that of the last read"},
+               Option{"cycles", "N", "stop after N reads (back to back without --interval)"},
+               json,
+           });
 
 constexpr auto writeOptions =
     joined(lineOptions, std::array{Option{"table", "T", "CO (coil) or HR (holding register)"}},
@@ -64,6 +78,7 @@ constexpr auto writeOptions =
            std::array{
                Option{"value", "V", "the engineering value (42, 1,5, 0x1F, 0b101, on, off)"},
                Option{"write-mode", "M", "single (FC05/06, default) or multiple (FC15/16)"},
+               json,
            });
 
 const CommandLine::Syntax readSyntax{
@@ -221,6 +236,34 @@ Result<void, std::string> checkWrite(const Parsed& parsed, CliOptions& result) {
     return {};
 }
 
+// A whole-number option from 1 to maximum into target, when given.
+Result<void, std::string> checkPositive(const Parsed& parsed, std::string_view name,
+                                        std::int64_t maximum, std::optional<int>& target) {
+    if (const auto typed = parsed.value(name)) {
+        target = integerIn(*typed, 1, maximum);
+        if (!target) {
+            return invalid(name, *typed);
+        }
+    }
+    return {};
+}
+
+// How many values, how often: the values must end at the last address.
+Result<void, std::string> checkRepetition(const Parsed& parsed, CliOptions& result) {
+    const Datapoint& datapoint = result.datapoint;
+    const int room =
+        (std::numeric_limits<std::uint16_t>::max() - datapoint.address + 1) / datapoint.count();
+    for (const auto& [name, maximum, target] :
+         {std::tuple{"count", std::int64_t(room), &result.count},
+          std::tuple{"interval", std::int64_t(std::numeric_limits<int>::max()), &result.intervalMs},
+          std::tuple{"cycles", std::int64_t(std::numeric_limits<int>::max()), &result.cycles}}) {
+        if (auto checked = checkPositive(parsed, name, maximum, *target); !checked) {
+            return checked;
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 std::optional<CliOptions::Command> CliOptions::commandNamed(std::string_view word) noexcept {
@@ -254,10 +297,11 @@ Result<CliOptions, std::string> CliOptions::check(Command command, const Parsed&
     if (auto presentation = checkPresentation(parsed, result.datapoint); !presentation) {
         return presentation.error();
     }
-    if (command == Command::write) {
-        if (auto write = checkWrite(parsed, result); !write) {
-            return write.error();
-        }
+    result.json = parsed.has("json");
+    auto specific =
+        command == Command::write ? checkWrite(parsed, result) : checkRepetition(parsed, result);
+    if (!specific) {
+        return specific.error();
     }
     return result;
 }

@@ -35,6 +35,14 @@ struct CliOptions {
     // write only: the engineering value typed, already checked against the datapoint's type.
     Value value;
     WriteMode writeMode = WriteMode::single;
+    // read only: that many values of the type at consecutive addresses, each printed with its
+    // address; absent for the one value printed alone.
+    std::optional<int> count;
+    // read only: the reading repeats every intervalMs until stopped or cycles times.
+    std::optional<int> intervalMs;
+    std::optional<int> cycles;
+    // One JSON object (or array) per line instead of text.
+    bool json = false;
 
     // The response time-out as the link takes it.
     double timeoutSeconds() const noexcept { return timeoutMs / 1000.0; }

@@ -11,8 +11,10 @@ namespace {
 // What a device still sends for a failed request (an answer after the time-out, the tail of a
 // defective one) would reach the next command's request as its answer, the same length from
 // the same unit: it is waited out before the port closes, and reported.
-ExitCode settled(ExitCode failed, SerialLink& link, bool timedOut, double timeout,
-                 std::ostream& err) {
+Failed settled(PollFailure failure, const CliOptions& options, SerialLink& link, bool timedOut,
+               std::ostream& err) {
+    Failed failed{fail(failure, options, err), failure};
+    const double timeout = options.timeoutSeconds();
     const auto late = timedOut ? link.lateAnswer(timeout) : link.restOfAnswer();
     if (late && !late.value().empty()) {
         err << L10n::texts().log.lateAnswer() << '\n';
@@ -22,11 +24,11 @@ ExitCode settled(ExitCode failed, SerialLink& link, bool timedOut, double timeou
 
 } // namespace
 
-Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std::ostream& err) {
+Result<Bytes, Failed> send(const CliOptions& options, ByteView requestPDU, std::ostream& err) {
     SerialLink link(options.port, options.serial, options.testDevice);
     if (const auto opened = link.open(); !opened) {
         err << L10n::Errors::describe(opened.error()) << '\n';
-        return ExitCode::portFailed;
+        return Failed{ExitCode::portFailed, std::nullopt};
     }
     const std::uint8_t unit = options.datapoint.unitID;
     const Bytes frame = RTUFrame::build(unit, requestPDU);
@@ -34,16 +36,14 @@ Result<Bytes, ExitCode> send(const CliOptions& options, ByteView requestPDU, std
     if (!answer) {
         // A missing answer is the device's failure; anything else means the port is unusable.
         if (answer.error().is<SerialLinkError::Timeout>()) {
-            return settled(fail(PollFailure::timeout(), options, err), link, true,
-                           options.timeoutSeconds(), err);
+            return settled(PollFailure::timeout(), options, link, true, err);
         }
         err << L10n::Errors::describe(answer.error()) << '\n';
-        return ExitCode::portFailed;
+        return Failed{ExitCode::portFailed, std::nullopt};
     }
     auto pdu = RTUFrame::parseResponse(answer.value(), unit, requestPDU[0]);
     if (!pdu) {
-        return settled(fail(pdu.error().pollFailure(), options, err), link, false,
-                       options.timeoutSeconds(), err);
+        return settled(pdu.error().pollFailure(), options, link, false, err);
     }
     return std::move(pdu).value();
 }

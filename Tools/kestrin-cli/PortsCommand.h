@@ -2,16 +2,24 @@
 
 #include "CommandLine.h"
 #include "ExitCode.h"
+#include "SerialPortInfo.h"
 
 #include <ostream>
+#include <string>
+
+#include <nlohmann/json.hpp>
 
 namespace kestrin::PortsCommand {
 
-// It takes no options but --help and --version.
+// --json besides --help and --version.
 const CommandLine::Syntax& syntax();
 
-// `kestrin-cli ports`: one line per serial port, its path, a tab and its menu title, in the
-// order of the port picker.
-ExitCode run(std::ostream& out);
+// The path, and a tab and the name when the port has a name other than its path.
+std::string line(const SerialPortInfo& port);
+// path, name (null when it has none), vendor-id and product-id (null without a USB device).
+nlohmann::json json(const SerialPortInfo& port);
+
+// `kestrin-cli ports`: one line per serial port, in the order of the port picker.
+ExitCode run(bool asJson, std::ostream& out);
 
 } // namespace kestrin::PortsCommand

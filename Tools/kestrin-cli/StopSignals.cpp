@@ -1,12 +1,11 @@
 #include "StopSignals.h"
 
 #include <array>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/signalfd.h>
+#include <thread>
 #include <unistd.h>
-
-#include <QCoreApplication>
-#include <QSocketNotifier>
 
 namespace kestrin {
 
@@ -20,8 +19,9 @@ sigset_t stopSignals() {
     return set;
 }
 
-// Takes every pending stop signal; false when there was none.
-bool drain(int descriptor) {
+} // namespace
+
+bool StopSignals::drain(int descriptor) {
     std::array<signalfd_siginfo, 4> taken{};
     bool any = false;
     while (::read(descriptor, taken.data(), sizeof taken) > 0) {
@@ -29,8 +29,6 @@ bool drain(int descriptor) {
     }
     return any;
 }
-
-} // namespace
 
 StopSignals::StopSignals() {
     const sigset_t set = stopSignals();
@@ -53,18 +51,14 @@ StopSignals::~StopSignals() {
     pthread_sigmask(SIG_SETMASK, &previousMask_, nullptr);
 }
 
-void StopSignals::watch(QCoreApplication& application, std::function<void()> onStop) {
+bool StopSignals::awaitStop(std::chrono::milliseconds wait) {
     if (descriptor_ == -1) {
-        return;
+        std::this_thread::sleep_for(wait);
+        return false;
     }
-    // Owned by the application, so it never outlives the event dispatcher it registers with.
-    auto* notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, &application);
-    QObject::connect(notifier, &QSocketNotifier::activated, notifier,
-                     [descriptor = descriptor_, onStop = std::move(onStop)] {
-                         if (drain(descriptor)) {
-                             onStop();
-                         }
-                     });
+    pollfd ready{descriptor_, POLLIN, 0};
+    ::poll(&ready, 1, static_cast<int>(wait.count()));
+    return drain(descriptor_);
 }
 
 } // namespace kestrin

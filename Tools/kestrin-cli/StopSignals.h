@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <signal.h>
 
@@ -22,7 +23,14 @@ public:
     // application ends. A signal that came before is delivered once the event loop runs.
     void watch(QCoreApplication& application, std::function<void()> onStop);
 
+    // For a loop without an event loop: waits up to wait for a signal; true when one came (or had
+    // come before).
+    bool awaitStop(std::chrono::milliseconds wait);
+
 private:
+    // Takes every pending stop signal from the descriptor; false when there was none.
+    static bool drain(int descriptor);
+
     sigset_t previousMask_{};
     int descriptor_ = -1;
 };

@@ -73,7 +73,7 @@ ExitCode readOrWrite(CliOptions::Command command, Arguments arguments) {
     const auto execute = [](const CliOptions& options) {
         return options.command == CliOptions::Command::read
                    ? ReadCommand::run(options, std::cout, std::cerr)
-                   : WriteCommand::run(options, std::cerr);
+                   : WriteCommand::run(options, std::cout, std::cerr);
     };
     return runCommand(CliOptions::syntax(command), arguments, checkedThen(check, execute));
 }
@@ -89,8 +89,9 @@ ExitCode run(Arguments arguments) {
     const Arguments options = arguments.subspan(1);
 #if KESTRIN_HAS_PORTS
     if (arguments.front() == "ports") {
-        return runCommand(PortsCommand::syntax(), options,
-                          [](const CommandLine::Parsed&) { return PortsCommand::run(std::cout); });
+        return runCommand(PortsCommand::syntax(), options, [](const CommandLine::Parsed& parsed) {
+            return PortsCommand::run(parsed.has("json"), std::cout);
+        });
     }
 #endif
 #if KESTRIN_HAS_POLL

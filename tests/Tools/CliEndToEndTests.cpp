@@ -2,9 +2,13 @@
 #include "ChildProcess.h"
 #include "RTUFrame.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -103,6 +107,126 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInTheModeAskedFor) {
         EXPECT_EQ(lastReceived(ledger), hexString(RTUFrame::build(1, test::hexBytes(row.request))));
     }
     std::remove(ledger.c_str());
+}
+
+// The keys of expected hold the same values in object; every object carries its time.
+void expectHolds(const nlohmann::json& object, const nlohmann::json& expected) {
+    for (const auto& [key, value] : expected.items()) {
+        EXPECT_EQ(object.value(key, nlohmann::json()), value) << key;
+    }
+    const std::regex isoTime(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}[+-]\d\d:\d\d)");
+    EXPECT_TRUE(std::regex_match(object.value("time", ""), isoTime)) << object.dump();
+}
+
+// What a script reads, the failure included: the object comes whatever happened.
+TEST(CliEndToEnd, ReadsAndWritesAsOneJsonObjectALine) {
+    const SimulatorProcess simulator(simulatorArguments());
+    ASSERT_FALSE(simulator.port().empty());
+    const struct {
+        const char* command;
+        int exitCode;
+        nlohmann::json expected;
+    } rows[] = {
+        {"read --table HR --address 2 --type int16 --scale 0.1 --eu °C --json",
+         0,
+         {{"unit", 1},
+          {"table", "HR"},
+          {"address", 2},
+          {"type", "int16"},
+          {"value", 21.5},
+          {"text", "21.5"},
+          {"eu", "°C"},
+          {"raw", {215}},
+          {"status", "ok"}}},
+        {"read --table CO --address 0 --json", 0, {{"value", true}, {"raw", {1}}}},
+        {"read --table HR --address 9000 --json",
+         1,
+         {{"value", nullptr},
+          {"raw", nlohmann::json::array()},
+          {"status", "exception"},
+          {"exception", 2}}},
+        {"write --table HR --address 200 --value 0x1F --json",
+         0,
+         {{"value", 31}, {"raw", {31}}, {"write-mode", "single"}, {"status", "ok"}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.command);
+        const ProcessResult result = cli(simulator, row.command);
+        EXPECT_EQ(result.exitCode, row.exitCode) << result.err;
+        ASSERT_TRUE(result.out.ends_with('\n'));
+        EXPECT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
+        expectHolds(nlohmann::json::parse(result.out), row.expected);
+    }
+}
+
+// Past 125 registers one request cannot hold them all: the values must still come in order.
+TEST(CliEndToEnd, ReadsACountOfValuesInAsFewRequestsAsTheLimitAllows) {
+    const std::string base =
+        ::testing::TempDir() + "kestrin-cli-count-" + std::to_string(::getpid());
+    {
+        std::ofstream list(base + ".csv");
+        list << "Name,Unit ID,Table,Address,Data type,Word order,Scale,Unit,Format,Value,"
+                "Description\n";
+        for (int address = 0; address < 130; ++address) {
+            list << 'R' << address << ",1,HR," << address << ",uint16,,1,,decimal," << address
+                 << ",\n";
+        }
+    }
+    const SimulatorProcess simulator(ChildProcess::command(
+        {simPath, "--csv", base + ".csv", "--ledger", base + ".jsonl"}, "--baud 9600 --frame 8E1"));
+    ASSERT_FALSE(simulator.port().empty());
+    const ProcessResult json = cli(simulator, "read --table HR --address 0 --count 130 --json");
+    EXPECT_EQ(json.exitCode, 0) << json.err;
+    const nlohmann::json values = nlohmann::json::parse(json.out);
+    ASSERT_EQ(values.size(), 130U);
+    for (int address = 0; address < 130; ++address) {
+        expectHolds(values[address],
+                    {{"address", address}, {"value", address}, {"raw", {address}}});
+    }
+    std::ifstream ledger(base + ".jsonl");
+    const auto requests =
+        std::count(std::istreambuf_iterator<char>(ledger), std::istreambuf_iterator<char>(), '\n');
+    EXPECT_EQ(requests, 2);
+    const ProcessResult text = cli(simulator, "read --table HR --address 128 --count 2 --eu V");
+    EXPECT_EQ(text.out, "HR 128: 128 V\nHR 129: 129 V\n");
+    std::remove((base + ".csv").c_str());
+    std::remove((base + ".jsonl").c_str());
+}
+
+// --cycles ends a repeated read on its own; each repetition is one line.
+TEST(CliEndToEnd, RepeatsAReadEveryIntervalForTheCyclesAskedFor) {
+    const SimulatorProcess simulator(simulatorArguments());
+    ASSERT_FALSE(simulator.port().empty());
+    const auto started = std::chrono::steady_clock::now();
+    const ProcessResult result =
+        cli(simulator, "read --table HR --address 0 --count 2 --interval 150 --cycles 3 --json");
+    EXPECT_GE(std::chrono::steady_clock::now() - started, std::chrono::milliseconds(300));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    std::istringstream lines(result.out);
+    int count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        EXPECT_EQ(nlohmann::json::parse(line).size(), 2U) << line;
+    }
+    EXPECT_EQ(count, 3);
+}
+
+// A port without a name of its own is its path alone, in text and as JSON alike.
+TEST(CliEndToEnd, ListsPortsAsTextAndAsJsonAlike) {
+    const ProcessResult text = ChildProcess::run({cliPath, "ports"});
+    const ProcessResult json = ChildProcess::run({cliPath, "ports", "--json"});
+    ASSERT_EQ(text.exitCode, 0);
+    ASSERT_EQ(json.exitCode, 0);
+    std::istringstream textLines(text.out);
+    std::istringstream jsonLines(json.out);
+    for (std::string line, object;
+         std::getline(textLines, line) && std::getline(jsonLines, object);) {
+        const nlohmann::json port = nlohmann::json::parse(object);
+        const std::string path = port.value("path", "");
+        EXPECT_EQ(line,
+                  port["name"].is_null() ? path : path + '\t' + port["name"].get<std::string>());
+    }
+    EXPECT_EQ(std::count(text.out.begin(), text.out.end(), '\n'),
+              std::count(json.out.begin(), json.out.end(), '\n'));
 }
 
 // Reads and writes share the request: each failure is shown once, by one or the other.

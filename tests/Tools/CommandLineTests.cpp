@@ -154,7 +154,12 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
          "coils (CO) or holding registers (HR)"},
         {write + " DI", "table 'DI' cannot be written: input registers and discrete inputs are "
                         "read-only; write coils (CO) or holding registers (HR)"},
-        {read + " --count 3", "unknown option --count (see kestrin-cli read --help)"},
+        // The values must end at the last address.
+        {"read --port p --table HR --address 65534 --type uint32 --count 2",
+         "invalid value '2' for --count"},
+        {read + " --interval 0", "invalid value '0' for --interval"},
+        {"write --port p --table HR --address 0 --value 1 --cycles 2",
+         "unknown option --cycles (see kestrin-cli write --help)"},
         {read + " --value 1", "unknown option --value (see kestrin-cli read --help)"},
         {read + " --port", "option --port needs a value"},
         {"read --table HR --address 0", "option --port is required"},
