@@ -38,6 +38,12 @@ nlohmann::json number(const Datapoint& datapoint, const Value& value) {
     if (!value.isInteger() && !std::isfinite(value.toDouble())) {
         return nullptr;
     }
+    if (datapoint.scale != 0 && datapoint.scale != 1) {
+        // A scaled value has the digits the scale gives it, not the noise of the multiplication
+        // (234 x 0.1 is 23.400000000000002 as a double).
+        const double power = std::pow(10.0, datapoint.decimals());
+        return std::round(value.toDouble() * power) / power;
+    }
     return JSONValue::number(value);
 }
 

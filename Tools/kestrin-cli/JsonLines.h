@@ -26,9 +26,9 @@ std::int64_t nowMs();
 void addStatus(nlohmann::json& object, const std::optional<PollFailure>& failure);
 
 // One value read, or the attempt to read it: time, unit, table, address, type, value, text, eu,
-// raw and status. A coil or discrete input is a bool; a NaN or infinity, which JSON cannot
-// write, is null with the display text beside it. Without a value the value is null and raw
-// empty.
+// raw and status. A coil or discrete input is a bool, a scaled value has the scale's decimals; a
+// NaN or infinity, which JSON cannot write, is null with the display text beside it. Without a
+// value the value is null and raw empty.
 nlohmann::json reading(const Datapoint& datapoint, const std::optional<Value>& value,
                        std::span<const std::uint16_t> raw, std::int64_t msSinceEpoch);
 

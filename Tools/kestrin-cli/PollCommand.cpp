@@ -3,6 +3,7 @@
 #include "CycleCounter.h"
 #include "DatapointCSV.h"
 #include "DatapointImport.h"
+#include "JsonLines.h"
 #include "L10n.h"
 #include "PollerModel.h"
 #include "PortScanner.h"
@@ -86,6 +87,36 @@ void print(const QList<StyledRun>& runs, std::ostream& out) {
     out.flush();
 }
 
+// The first poll that holds the datapoint; a hand-edited project may have it in several.
+const Poll* pollOf(const PollerModel& model, const Uuid& datapointID) {
+    for (const Poll& poll : model.polls()) {
+        for (const Datapoint& datapoint : poll.datapoints) {
+            if (datapoint.id == datapointID) {
+                return &poll;
+            }
+        }
+    }
+    return nullptr;
+}
+
+// One line per value the batch of answers brought, stamped with the answer's own time.
+void printJson(const PollerModel& model, const std::vector<Uuid>& datapointIDs, std::ostream& out) {
+    for (const Uuid& id : datapointIDs) {
+        const PointStatus* status = model.status(id);
+        const Datapoint* datapoint = model.datapoint(id);
+        const Poll* poll = pollOf(model, id);
+        if (status == nullptr || datapoint == nullptr || poll == nullptr || !status->updated) {
+            continue;
+        }
+        nlohmann::json object = JsonLines::reading(*datapoint, status->value, status->raw,
+                                                   status->updated->toMSecsSinceEpoch());
+        object["poll"] = poll->name;
+        object["name"] = datapoint->name;
+        JsonLines::addStatus(object, status->failure);
+        JsonLines::print(object, out);
+    }
+}
+
 // Stops the event loop once every enabled poll has been read cycles times.
 void stopAfterCycles(PollerModel& model, CycleCounter& counter, int cycles) {
     QObject::connect(&model, &PollerModel::statusChanged, &model,
@@ -165,8 +196,16 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
         err << "kestrin-cli poll: no enabled poll has a datapoint to read\n";
         return ExitCode::usageError;
     }
+    // With --json the values own standard output and the log steps aside.
+    std::ostream& log = options.json ? err : out;
     QObject::connect(&model.output(), &OutputBuffer::appended, &model,
-                     [&out](const QList<StyledRun>& runs) { print(runs, out); });
+                     [&log](const QList<StyledRun>& runs) { print(runs, log); });
+    if (options.json) {
+        QObject::connect(&model, &PollerModel::statusChanged, &model,
+                         [&model, &out](const std::vector<Uuid>& datapointIDs) {
+                             printJson(model, datapointIDs, out);
+                         });
+    }
     if (options.cycles) {
         stopAfterCycles(model, counter, *options.cycles);
     }
@@ -186,7 +225,7 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     QCoreApplication::exec();
 
     model.stop();
-    printStatistics(model.statistics(), out);
+    printStatistics(model.statistics(), log);
     return saveFiles(model, options, err) ? ExitCode::success : ExitCode::requestFailed;
 }
 

@@ -31,6 +31,9 @@ constexpr std::array options{
     Option{"baud", "B", "baud rate"},
     Option{"frame", "F", "data bits, parity, stop bits: 8E1, 8N1, 8N2, 7O1 ..."},
     Option{"timeout-ms", "T", "response time-out in milliseconds"},
+    Option{"json", "",
+           "one JSON object per line for every value read; the log and the\n"
+           "statistics go to standard error"},
 };
 
 const CommandLine::Syntax pollSyntax{
@@ -157,6 +160,7 @@ Result<PollOptions, std::string> PollOptions::check(const Parsed& parsed) {
     }
     result.rawFrames = parsed.has("raw-frames");
     result.onlyProblems = parsed.has("only-problems");
+    result.json = parsed.has("json");
     result.timestamps = parsed.lastOf({"timestamps", "no-timestamps"}) != "no-timestamps";
     return result;
 }

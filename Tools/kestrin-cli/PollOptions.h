@@ -32,6 +32,8 @@ struct PollOptions {
     bool rawFrames = false;
     bool onlyProblems = false;
     bool timestamps = true;
+    // The values as JSON Lines on standard output, the log on standard error.
+    bool json = false;
 
     // The project's frame settings with the baud rate and frame of the command line.
     SerialConfiguration serial(const SerialConfiguration& project) const;

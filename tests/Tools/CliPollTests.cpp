@@ -12,6 +12,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 // kestrin-cli poll against kestrin-sim on a pseudo-terminal: the log as it is written, the cycle
 // count, the files written at the end, and the ways the command ends.
@@ -107,6 +108,37 @@ TEST(CliPoll, LogsStartTheLinesOfTheCyclesAskedForStopAndTheStatistics) {
         expected.insert(expected.end(), row.between.begin(), row.between.end());
         expected.insert(expected.end(), {"--- Reading stopped ---", row.statistics});
         EXPECT_EQ(lines(result.out), expected);
+    }
+}
+
+// With --json standard output is the values' alone, one line each, stamped when they came.
+TEST(CliPoll, PrintsEveryValueReadAsOneJsonLineAndTheLogOnStandardError) {
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const ProcessResult result = ChildProcess::run(
+        pollCommand(sim.port(), "--csv " + boiler + " --baud 9600 --frame 8E1 --cycles 2 --json"));
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_NE(result.err.find("Requests 4 · Responses 4"), std::string::npos) << result.err;
+    const std::vector<std::string> values = lines(result.out);
+    ASSERT_EQ(values.size(), 6U) << result.out;
+    const nlohmann::json expected[] = {
+        {{"name", "Word"}, {"table", "HR"}, {"address", 0}, {"value", 4660}, {"raw", {4660}}},
+        {{"name", "Signed word"}, {"address", 1}, {"value", -1234}, {"raw", {0xFB2E}}},
+        {{"name", "Temperature"}, {"table", "IR"}, {"value", 23.4}, {"eu", "°C"}},
+    };
+    std::string previousTime;
+    for (std::size_t index = 0; index < values.size(); ++index) {
+        const nlohmann::json value = nlohmann::json::parse(values[index]);
+        for (const auto& [key, field] : expected[index % 3].items()) {
+            EXPECT_EQ(value[key], field) << values[index];
+        }
+        EXPECT_EQ(value["poll"], "boiler");
+        EXPECT_EQ(value["status"], "ok");
+        // The same offset throughout, so the texts order as the times do.
+        const std::string time = value.value("time", "");
+        EXPECT_GE(time, previousTime);
+        EXPECT_EQ(time.size(), std::string("2026-11-24T06:14:03.251+01:00").size()) << time;
+        previousTime = time;
     }
 }
 
