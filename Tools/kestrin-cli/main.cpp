@@ -32,10 +32,10 @@ const CommandLine::Syntax programSyntax{
     "  kestrin-cli read  --port PATH --table T --address A [options]\n"
     "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
     "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
-    "  kestrin-cli ports\n"
+    "  kestrin-cli ports [--json]\n"
     "  kestrin-cli --help | --version\n"
     "Reads, writes and polls Modbus RTU devices. Each command lists its options with --help,\n"
-    "as in: kestrin-cli read --help.\n",
+    "as in: kestrin-cli read --help. With --json each prints JSON Lines for scripts.\n",
     {},
     "Exit status: 0 done, 1 the request failed, 2 usage error, 3 the port cannot be used.\n"};
 
