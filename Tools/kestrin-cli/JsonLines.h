@@ -22,7 +22,8 @@ std::string isoTime(std::int64_t msSinceEpoch);
 std::int64_t nowMs();
 
 // "ok", or what failed: "timeout", "exception" (with "exception": its code), "crc",
-// "unexpected-unit", "unexpected-function", "malformed".
+// "unexpected-unit", "unexpected-function", "malformed". The commands write "port" themselves when
+// the port could not be used, which is no failure of the device.
 void addStatus(nlohmann::json& object, const std::optional<PollFailure>& failure);
 
 // One value read, or the attempt to read it: time, unit, table, address, type, value, text, eu,
