@@ -15,6 +15,7 @@
 #include "PollerEvent.h"
 #include "PollerProject.h"
 #include "PollerState.h"
+#include "ReadBlock.h"
 #include "PortPathWatcher.h"
 #include "SerialConfiguration.h"
 #include "SerialPortInfo.h"
@@ -226,6 +227,11 @@ signals:
     void outputIsEmptyChanged();
     // The datapoints whose status changed; all of them after a reset.
     void statusChanged(const std::vector<kestrin::Uuid>& datapointIDs);
+    // One block of a poll was read or failed, with the datapoints it gave a value or a failure;
+    // emitted for every answer as it is handled, where statusChanged comes once per batch and
+    // names a datapoint read twice in it once. Their statuses are this answer's meanwhile.
+    void blockRead(const kestrin::Uuid& poll, const kestrin::ReadBlock& block,
+                   const std::vector<kestrin::Uuid>& datapointIDs);
     void historyVersionChanged();
     void showNoResponseHintChanged();
     void errorMessageChanged();

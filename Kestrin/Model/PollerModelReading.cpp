@@ -260,6 +260,7 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
         }
         statusDidChange(changed);
         appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_), time);
+        emit blockRead(read.poll, read.block, changed);
         return;
     }
 
@@ -283,6 +284,8 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
                                         logOptions_)) {
         appendLog(std::move(*line), time);
     }
+    // Last: a listener may stop reading, and its line must follow this answer's.
+    emit blockRead(read.poll, read.block, changed);
 }
 
 void PollerModel::write(const Datapoint& target, const Value& value) {

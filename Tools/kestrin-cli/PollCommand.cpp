@@ -87,48 +87,43 @@ void print(const QList<StyledRun>& runs, std::ostream& out) {
     out.flush();
 }
 
-// The first poll that holds the datapoint; a hand-edited project may have it in several.
-const Poll* pollOf(const PollerModel& model, const Uuid& datapointID) {
+// The name of the poll with this id; empty for a poll that is gone.
+std::string pollName(const PollerModel& model, const Uuid& pollID) {
     for (const Poll& poll : model.polls()) {
-        for (const Datapoint& datapoint : poll.datapoints) {
-            if (datapoint.id == datapointID) {
-                return &poll;
-            }
+        if (poll.id == pollID) {
+            return poll.name;
         }
     }
-    return nullptr;
+    return {};
 }
 
-// One line per value the batch of answers brought, stamped with the answer's own time.
-void printJson(const PollerModel& model, const std::vector<Uuid>& datapointIDs, std::ostream& out) {
+// One line per value an answer brought, stamped with the answer's own time.
+void printJson(const PollerModel& model, const Uuid& pollID, const std::vector<Uuid>& datapointIDs,
+               std::ostream& out) {
+    const std::string poll = pollName(model, pollID);
     for (const Uuid& id : datapointIDs) {
         const PointStatus* status = model.status(id);
         const Datapoint* datapoint = model.datapoint(id);
-        const Poll* poll = pollOf(model, id);
-        if (status == nullptr || datapoint == nullptr || poll == nullptr || !status->updated) {
+        if (status == nullptr || datapoint == nullptr || !status->updated) {
             continue;
         }
         nlohmann::json object = JsonLines::reading(*datapoint, status->value, status->raw,
                                                    status->updated->toMSecsSinceEpoch());
-        object["poll"] = poll->name;
+        object["poll"] = poll;
         object["name"] = datapoint->name;
         JsonLines::addStatus(object, status->failure);
         JsonLines::print(object, out);
     }
 }
 
-// Stops the event loop once every enabled poll has been read cycles times.
+// Stops reading at the answer that completes the last cycle, so that exactly cycles cycles are
+// shown and counted, however many answers reach the main thread together.
 void stopAfterCycles(PollerModel& model, CycleCounter& counter, int cycles) {
-    QObject::connect(&model, &PollerModel::statusChanged, &model,
-                     [&model, &counter, cycles](const std::vector<Uuid>& datapointIDs) {
-                         for (const Uuid& id : datapointIDs) {
-                             const PointStatus* status = model.status(id);
-                             if (status != nullptr && status->updated) {
-                                 counter.attemptEnded(id, status->updated->toMSecsSinceEpoch());
-                             }
-                         }
-                         // The loop ends after this event, so its answer line is still logged.
+    QObject::connect(&model, &PollerModel::blockRead, &model,
+                     [&model, &counter, cycles](const Uuid& poll, const ReadBlock& block) {
+                         counter.blockRead(poll, block);
                          if (counter.completedCycles() >= cycles) {
+                             model.stop();
                              QCoreApplication::quit();
                          }
                      });
@@ -201,9 +196,10 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     QObject::connect(&model.output(), &OutputBuffer::appended, &model,
                      [&log](const QList<StyledRun>& runs) { print(runs, log); });
     if (options.json) {
-        QObject::connect(&model, &PollerModel::statusChanged, &model,
-                         [&model, &out](const std::vector<Uuid>& datapointIDs) {
-                             printJson(model, datapointIDs, out);
+        QObject::connect(&model, &PollerModel::blockRead, &model,
+                         [&model, &out](const Uuid& poll, const ReadBlock&,
+                                        const std::vector<Uuid>& datapointIDs) {
+                             printJson(model, poll, datapointIDs, out);
                          });
     }
     if (options.cycles) {

@@ -142,6 +142,24 @@ TEST(CliPoll, PrintsEveryValueReadAsOneJsonLineAndTheLogOnStandardError) {
     }
 }
 
+// A poll every 2 ms answers several times within one frame of the main thread; each answer still
+// counts, and reading stops at the one that completes the last cycle.
+TEST(CliPoll, StopsAtExactlyTheCyclesAskedForWhenAnswersComeFasterThanAFrame) {
+    const std::string project = temporaryPath("fast.json");
+    std::string text = fileText(twoPolls);
+    const std::string interval = "\"intervalMs\": 200";
+    text.replace(text.find(interval), interval.size(), "\"intervalMs\": 2");
+    std::ofstream(project) << text;
+    const SimulatorProcess sim = simulator();
+    ASSERT_FALSE(sim.port().empty());
+    const ProcessResult result =
+        ChildProcess::run(pollCommand(sim.port(), "--project " + project + " --cycles 25 --json"));
+    std::remove(project.c_str());
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(lines(result.out).size(), 50U);
+    EXPECT_NE(result.err.find("Requests 50 · Responses 50"), std::string::npos) << result.err;
+}
+
 // The history's layout is the history writer's; here the files are asked for and written. Then,
 // under a file-size limit of nothing, neither can be written again: both failures are named, the
 // files written before stay as they were, and the exit status is 1.

@@ -1,6 +1,6 @@
 #include "CycleCounter.h"
+#include "ReadPlanner.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
@@ -19,92 +19,98 @@ Datapoint at(std::uint8_t unit, RegisterTable table, std::uint16_t address,
     return datapoint;
 }
 
-// Blocks at a gap of 0: boiler reads unit 1 holding 0-1 (a, b), 10 (c) and 65535 (top), unit 1
-// input 10-11 (e), unit 2 coil 3 (d), then unit 4 holding 0-124 (a run of uint64 up to 123, and w)
-// and 124-127 (w, z), which overlap because z would make the first longer than a request may be;
-// past runs beyond 65535 and is in no block. pump reads g at a's address; the disabled poll f is
-// never read.
-std::map<std::string, Datapoint> scattered() {
-    constexpr auto holding = RegisterTable::holdingRegister;
-    return {{"a", at(1, holding, 0)},
-            {"b", at(1, holding, 1)},
-            {"c", at(1, holding, 10)},
-            {"top", at(1, holding, 65535)},
-            {"past", at(1, holding, 65535, DataType::float32)},
-            {"e", at(1, RegisterTable::inputRegister, 10, DataType::float32)},
-            {"d", at(2, RegisterTable::coil, 3)},
-            {"w", at(4, holding, 124)},
-            {"z", at(4, holding, 124, DataType::uint64)},
-            {"g", at(1, holding, 0)},
-            {"f", at(3, holding, 0)}};
-}
-
-std::vector<Poll> project(const std::map<std::string, Datapoint>& points) {
+// boiler plans three blocks at a gap of 0 (HR 0-1, HR 10, IR 10-11) and two at a gap of 10; pump
+// plans HR 0 of unit 1, the same block as boiler's first but another poll's; off is disabled.
+struct Project {
     Poll boiler;
     Poll pump;
     Poll off;
-    off.enabled = false;
-    for (const char* name : {"a", "b", "c", "top", "past", "e", "d", "w", "z"}) {
-        boiler.datapoints.push_back(points.at(name));
-    }
-    for (std::uint16_t address = 0; address < 124; address += 4) {
-        boiler.datapoints.push_back(
-            at(4, RegisterTable::holdingRegister, address, DataType::uint64));
-    }
-    pump.datapoints.push_back(points.at("g"));
-    off.datapoints.push_back(points.at("f"));
-    return {boiler, off, pump};
-}
 
-// Every report of round i carries attempt time i + 1.
-TEST(CycleCounter, CountsCyclesOfScatteredDatapointsByTheLeastReadBlock) {
-    struct Row {
+    Project() {
+        constexpr auto holding = RegisterTable::holdingRegister;
+        boiler.datapoints = {at(1, holding, 0), at(1, holding, 1), at(1, holding, 10),
+                             at(1, RegisterTable::inputRegister, 10, DataType::float32)};
+        pump.datapoints = {at(1, holding, 0)};
+        off.enabled = false;
+        off.datapoints = {at(3, holding, 0)};
+    }
+    std::vector<Poll> polls() const { return {boiler, off, pump}; }
+};
+
+TEST(CycleCounter, CountsCyclesByTheLeastReadBlockOfTheEnabledPolls) {
+    const Project project;
+    struct Read {
+        const Poll* poll;
+        int block; // index among the poll's planned blocks
+    };
+    const ReadBlock unplanned{1, RegisterTable::holdingRegister, 500, 1};
+    const struct {
         const char* name;
         int maxGap;
-        std::vector<std::vector<std::string>> rounds;
+        std::vector<Read> reads;
         std::int64_t expected;
-    };
-    const Row rows[] = {
-        {"each block of each enabled poll once", 0, {{"a", "c", "top", "e", "d", "w", "g"}}, 1},
-        {"one block unread", 0, {{"a", "top", "e", "d", "w", "g"}}, 0},
-        {"a wider gap reads c with a", 10, {{"a", "top", "e", "d", "w", "g"}}, 1},
-        {"one attempt reads its block once, however many datapoints report it",
+    } rows[] = {
+        {"every block once",
          0,
-         {{"a", "b", "c", "top", "e", "d", "w", "g"}, {"c", "top", "e", "d", "w", "g"}},
+         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.boiler, 2}, {&project.pump, 0}},
          1},
-        {"the same address in another poll is another block",
+        {"one block unread",
          0,
-         {{"g", "c", "top", "e", "d", "w"}},
+         {{&project.boiler, 0}, {&project.boiler, 2}, {&project.pump, 0}},
          0},
-        {"z reads only the second of the overlapping blocks",
+        {"reads of one block do not stand in for another",
          0,
-         {{"a", "c", "top", "e", "d", "z", "g"}},
+         {{&project.boiler, 0},
+          {&project.boiler, 0},
+          {&project.boiler, 1},
+          {&project.boiler, 1},
+          {&project.boiler, 2},
+          {&project.pump, 0},
+          {&project.pump, 0}},
+         1},
+        {"the same block in another poll is another block",
+         0,
+         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.boiler, 2}, {&project.boiler, 0}},
          0},
-        {"two rounds",
+        {"a wider gap plans fewer blocks",
+         10,
+         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.pump, 0}},
+         1},
+        {"twice each, in any order",
          0,
-         {{"a", "c", "top", "e", "d", "w", "g"}, {"b", "c", "top", "e", "d", "w", "g", "past"}},
+         {{&project.pump, 0},
+          {&project.boiler, 2},
+          {&project.boiler, 1},
+          {&project.boiler, 0},
+          {&project.boiler, 0},
+          {&project.pump, 0},
+          {&project.boiler, 1},
+          {&project.boiler, 2}},
          2},
     };
-    const std::map<std::string, Datapoint> points = scattered();
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        CycleCounter counter(project(points), row.maxGap);
-        for (std::size_t round = 0; round < row.rounds.size(); ++round) {
-            for (const std::string& name : row.rounds[round]) {
-                counter.attemptEnded(points.at(name).id, static_cast<std::int64_t>(round) + 1);
-            }
+        CycleCounter counter(project.polls(), row.maxGap);
+        for (const Read& read : row.reads) {
+            const std::vector<ReadBlock> blocks =
+                ReadPlanner::blocks(read.poll->datapoints, row.maxGap);
+            counter.blockRead(read.poll->id, blocks.at(static_cast<std::size_t>(read.block)));
+            // Blocks no enabled poll plans are never counted.
+            counter.blockRead(project.off.id,
+                              ReadPlanner::blocks(project.off.datapoints, row.maxGap).front());
+            counter.blockRead(read.poll->id, unplanned);
         }
         EXPECT_EQ(counter.completedCycles(), row.expected);
     }
 }
 
 TEST(CycleCounter, HasNoBlocksWhenNoEnabledPollHasAReadableDatapoint) {
-    const std::map<std::string, Datapoint> points = scattered();
     Poll off;
     off.enabled = false;
-    off.datapoints.push_back(points.at("a"));
+    off.datapoints.push_back(at(1, RegisterTable::holdingRegister, 0));
     Poll unreadable;
-    unreadable.datapoints = {points.at("past"), at(0, RegisterTable::coil, 0)};
+    unreadable.datapoints = {at(1, RegisterTable::holdingRegister, 65535, DataType::float32),
+                             at(0, RegisterTable::coil, 0)};
     const CycleCounter counter({off, unreadable}, 0);
     EXPECT_FALSE(counter.hasBlocks());
     EXPECT_EQ(counter.completedCycles(), 0);
