@@ -298,7 +298,6 @@ TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
         int exitCode;
         std::string message;
     } rows[] = {
-        {missing + list + " --cycles 0", 2, "invalid number '0'\n"},
         {missing + " --csv " + empty, 2, "No datapoints found in this file."},
         {missing + list, 3, "Cannot open /dev/ttyKestrinMissing: No such file or directory.\n"},
     };

@@ -298,7 +298,6 @@ TEST(Simulator, RefusesBadOptionValuesWithUsage) {
          "of 1200, 2400, 4800, 9600, 14400, 19200, 38400, 57600, 115200, 230400"},
         {{"--frame=9Z1"}, "invalid value '9Z1' for --frame"},
         {{"--fault", "noise=2"}, "the probability of noise must be a number from 0 to 1"},
-        {{"--lateness", "1"}, "unknown option --lateness (see kestrin-sim --help)"},
         {{"--csv", "a", "--project", "b"}, "--csv and --project exclude each other"},
     };
     for (const auto& row : rows) {
