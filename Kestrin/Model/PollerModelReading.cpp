@@ -170,7 +170,9 @@ void PollerModel::beginBatch() {
     if (batch_) {
         ++batch_->nested;
     } else {
-        batch_.emplace();
+        // Assigned rather than emplaced: clang takes a nested struct with member initializers
+        // for not default-constructible inside its enclosing class.
+        batch_ = EventBatch{};
     }
 }
 
