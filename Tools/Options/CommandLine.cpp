@@ -130,6 +130,7 @@ Result<Parsed, std::string> parse(const Syntax& syntax,
     std::vector<std::string> words{std::string(syntax.command)};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words) {
         argv.push_back(word.data());
     }

@@ -50,13 +50,16 @@ nlohmann::json number(const Datapoint& datapoint, const Value& value) {
 } // namespace
 
 std::string isoTime(std::int64_t msSinceEpoch) {
-    const std::time_t seconds = static_cast<std::time_t>(std::floor(msSinceEpoch / 1000.0));
-    const auto milliseconds = static_cast<int>(msSinceEpoch - std::int64_t(seconds) * 1000);
+    // Rounded down, so that a time before 1970 keeps positive milliseconds.
+    const std::int64_t wholeSeconds =
+        msSinceEpoch >= 0 ? msSinceEpoch / 1000 : (msSinceEpoch - 999) / 1000;
+    const auto seconds = static_cast<std::time_t>(wholeSeconds);
+    const auto milliseconds = static_cast<int>(msSinceEpoch - wholeSeconds * 1000);
     std::tm local{};
     localtime_r(&seconds, &local);
     char date[32];
     std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
-    const int offsetMinutes = static_cast<int>(std::labs(local.tm_gmtoff) / 60 % (24 * 60));
+    const int offsetMinutes = static_cast<int>(std::labs(local.tm_gmtoff) / 60 % (24L * 60));
     char text[96];
     std::snprintf(text, sizeof text, "%s.%03d%c%02d:%02d", date, milliseconds % 1000,
                   local.tm_gmtoff < 0 ? '-' : '+', offsetMinutes / 60, offsetMinutes % 60);

@@ -68,7 +68,9 @@ std::optional<DeviceRequest::Failed> readBatch(const CliOptions& options, std::s
     const std::int64_t now = JsonLines::nowMs();
     for (std::size_t index = 0; index < batch.size(); ++index) {
         Reading& reading = batch[index];
-        reading.raw.assign(raw.begin() + index * width, raw.begin() + (index + 1) * width);
+        const auto size = static_cast<std::size_t>(width);
+        const auto part = std::span(raw).subspan(index * size, size);
+        reading.raw.assign(part.begin(), part.end());
         reading.value = first.table().isBit() ? Value::unsignedInteger(reading.raw.front() != 0)
                                               : first.valueFromRegisters(reading.raw);
         reading.msSinceEpoch = now;
