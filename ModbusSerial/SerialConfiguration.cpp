@@ -53,11 +53,49 @@ std::optional<SerialConfiguration> SerialConfiguration::withFrame(std::string_vi
     return result;
 }
 
+namespace {
+
+constexpr std::string_view rtsHigh = "high";
+constexpr std::string_view rtsLow = "low";
+
+Result<RS485Direction, JSONValue::Error> rs485FromJSON(const nlohmann::json& object) {
+    const auto level =
+        JSONValue::required(JSONValue::string(object, "rtsWhileSending"), "rtsWhileSending");
+    if (!level) {
+        return level.error();
+    }
+    if (level.value() != rtsHigh && level.value() != rtsLow) {
+        JSONValue::Error error(JSONValue::Error::Kind::unknownValue, "rtsWhileSending");
+        error.found = level.value();
+        error.choices = std::string(rtsHigh) + ", " + std::string(rtsLow);
+        return error;
+    }
+    RS485Direction direction{.rtsHighWhileSending = level.value() == rtsHigh};
+    for (auto [key, field] : {std::pair{"delayBeforeSendMs", &RS485Direction::delayBeforeSendMs},
+                              std::pair{"delayAfterSendMs", &RS485Direction::delayAfterSendMs}}) {
+        const auto value = JSONValue::required(
+            JSONValue::integer(object, key, 0, RS485Direction::longestDelayMs), key);
+        if (!value) {
+            return value.error();
+        }
+        direction.*field = static_cast<int>(value.value());
+    }
+    return direction;
+}
+
+} // namespace
+
 nlohmann::json SerialConfiguration::json() const {
-    return nlohmann::json{{"baudRate", baudRate},
+    nlohmann::json object{{"baudRate", baudRate},
                           {"dataBits", dataBits},
                           {"parity", std::string(parity.rawValue())},
                           {"stopBits", stopBits}};
+    if (rs485) {
+        object["rs485"] = {{"rtsWhileSending", rs485->rtsHighWhileSending ? rtsHigh : rtsLow},
+                           {"delayBeforeSendMs", rs485->delayBeforeSendMs},
+                           {"delayAfterSendMs", rs485->delayAfterSendMs}};
+    }
+    return object;
 }
 
 Result<SerialConfiguration, JSONValue::Error>
@@ -84,6 +122,17 @@ SerialConfiguration::fromJSON(const nlohmann::json& object) {
         return parity.error();
     }
     configuration.parity = parity.value();
+    const auto rs485 = JSONValue::object(object, "rs485");
+    if (!rs485) {
+        return rs485.error();
+    }
+    if (rs485.value()) {
+        auto direction = rs485FromJSON(**rs485.value());
+        if (!direction) {
+            return JSONValue::Error(direction.error()).inside("rs485");
+        }
+        configuration.rs485 = direction.value();
+    }
     return configuration;
 }
 

@@ -126,10 +126,10 @@ TEST(SerialLink, PathsMustNameASerialDevice) {
 
 TEST(RawTerminal, AttributesCarryTheFrameAndKeepOtherControlFlags) {
     const std::tuple<SerialConfiguration, tcflag_t, tcflag_t> rows[] = {
-        {{9600, 8, Parity::even, 1}, CS8 | PARENB, INPCK},
-        {{19200, 8, Parity::none, 2}, CS8 | CSTOPB, 0},
-        {{9600, 7, Parity::odd, 1}, CS7 | PARENB | PARODD, INPCK},
-        {{9600, 5, Parity::none, 3}, CS8, 0}};
+        {{}, CS8 | PARENB, INPCK},
+        {{.parity = Parity::none, .stopBits = 2}, CS8 | CSTOPB, 0},
+        {{.dataBits = 7, .parity = Parity::odd}, CS7 | PARENB | PARODD, INPCK},
+        {{.dataBits = 5, .parity = Parity::none, .stopBits = 3}, CS8, 0}};
     termios original{};
     original.c_cflag = HUPCL | CRTSCTS | CSTOPB | PARODD | CS5;
     original.c_iflag = IXON | IXOFF | ISTRIP | INPCK;
@@ -173,12 +173,12 @@ TEST(SerialLink, FailedOpenNamesTheCauseAndReleasesTheDescriptor) {
     ASSERT_EQ(terminal.applied.size(), 2U);
     EXPECT_EQ(terminal.applied[1].c_cflag, tcflag_t{HUPCL});
     EXPECT_EQ(terminal.calls.back(), "close");
-    EXPECT_EQ(SerialLink(port, {-1, 8, Parity::even, 1}, false, terminal).open(),
+    EXPECT_EQ(SerialLink(port, {.baudRate = -1}, false, terminal).open(),
               failure(SerialLinkError::UnsupportedBaudRate{-1}));
 }
 
 TEST(SerialLink, TestDeviceCarriesOnWhereAPseudoTerminalRefuses) {
-    const SerialConfiguration sevenOdd{9600, 7, Parity::odd, 1};
+    const SerialConfiguration sevenOdd{.dataBits = 7, .parity = Parity::odd};
     ScriptedTerminal terminal;
     terminal.script["tcsetattr"].push_back({-1, EINVAL});
     terminal.script["speed"].push_back({-1, EINVAL});
@@ -255,7 +255,7 @@ TEST(SerialLink, TransientFailuresAreRetriedAndEveryOtherIsMapped) {
 
 // The bits a character takes on the line set the inter-frame silence.
 TEST(SerialConfiguration, FrameTextIsTheInverseOfTheDescriptionAndGivesTheBitsPerCharacter) {
-    const SerialConfiguration base{19200, 8, Parity::none, 1};
+    const SerialConfiguration base{.baudRate = 19200, .parity = Parity::none};
     const std::pair<const char*, int> frames[] = {
         {"8E1", 11}, {"8N2", 11}, {"7O1", 10}, {"7N1", 9}, {"8O2", 12}};
     for (const auto& [text, bits] : frames) {
@@ -271,16 +271,44 @@ TEST(SerialConfiguration, FrameTextIsTheInverseOfTheDescriptionAndGivesTheBitsPe
     }
 }
 
+// A file without "rs485" is one from before the setting and leaves the port's mode alone.
 TEST(SerialConfiguration, DecodingFailsNamingTheBadKey) {
     const nlohmann::json valid = SerialConfiguration().json();
+    ASSERT_FALSE(valid.contains("rs485"));
+    EXPECT_EQ(SerialConfiguration::fromJSON(valid).value(), SerialConfiguration());
+    const nlohmann::json direction = {
+        {"rtsWhileSending", "low"}, {"delayBeforeSendMs", 0}, {"delayAfterSendMs", 1000}};
     struct Row {
         const char* key;
-        nlohmann::json value; // null removes the key
+        nlohmann::json value;       // null removes the key
+        const char* path = nullptr; // where the error is, when not at key
     };
-    const Row rows[] = {{"baudRate", nullptr},  {"dataBits", nullptr}, {"parity", nullptr},
-                        {"stopBits", nullptr},  {"parity", "mark"},    {"parity", "Even"},
-                        {"parity", 1},          {"baudRate", "9600"},  {"baudRate", 9600.5},
-                        {"baudRate", 1LL << 40}};
+    const auto without = [&](const char* key) {
+        nlohmann::json object = direction;
+        object.erase(key);
+        return object;
+    };
+    const auto with = [&](const char* key, nlohmann::json value) {
+        nlohmann::json object = direction;
+        object[key] = std::move(value);
+        return object;
+    };
+    const Row rows[] = {{"baudRate", nullptr},
+                        {"dataBits", nullptr},
+                        {"parity", nullptr},
+                        {"stopBits", nullptr},
+                        {"parity", "mark"},
+                        {"parity", "Even"},
+                        {"parity", 1},
+                        {"baudRate", "9600"},
+                        {"baudRate", 9600.5},
+                        {"baudRate", 1LL << 40},
+                        {"rs485", true},
+                        {"rs485", without("rtsWhileSending"), "rs485.rtsWhileSending"},
+                        {"rs485", with("rtsWhileSending", "HIGH"), "rs485.rtsWhileSending"},
+                        {"rs485", without("delayAfterSendMs"), "rs485.delayAfterSendMs"},
+                        {"rs485", with("delayBeforeSendMs", -1), "rs485.delayBeforeSendMs"},
+                        {"rs485", with("delayAfterSendMs", 1001), "rs485.delayAfterSendMs"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(std::string(row.key) + " = " + row.value.dump());
         nlohmann::json object = valid;
@@ -291,7 +319,7 @@ TEST(SerialConfiguration, DecodingFailsNamingTheBadKey) {
         }
         const auto decoded = SerialConfiguration::fromJSON(object);
         ASSERT_FALSE(decoded.ok());
-        EXPECT_EQ(decoded.error().path, row.key);
+        EXPECT_EQ(decoded.error().path, row.path == nullptr ? row.key : row.path);
     }
     EXPECT_FALSE(SerialConfiguration::fromJSON(nlohmann::json::array()).ok());
 }
@@ -335,8 +363,7 @@ protected:
         master = posix_openpt(O_RDWR | O_NOCTTY);
         ASSERT_TRUE(master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0);
         path = ptsname(master);
-        link =
-            std::make_unique<SerialLink>(path, SerialConfiguration{1200, 8, Parity::even, 1}, true);
+        link = std::make_unique<SerialLink>(path, SerialConfiguration{.baudRate = 1200}, true);
         ASSERT_TRUE(link->open().ok());
     }
     void close() {

@@ -15,6 +15,7 @@ namespace {
 PollerProject sampleProject() {
     PollerProject project;
     project.serial = SerialConfiguration{19200, 7, Parity::odd, 2};
+    project.serial.rs485 = RS485Direction{false, 2, 5};
     project.timeoutMs = 500;
     project.writeMode = WriteMode::multiple;
     project.maxGap = 8;
@@ -47,6 +48,11 @@ TEST(ProjectDocument, WritesEveryKeySortedAndIndentedAndReadsItBackUnchanged) {
     "baudRate": 19200,
     "dataBits": 7,
     "parity": "odd",
+    "rs485": {
+      "delayAfterSendMs": 5,
+      "delayBeforeSendMs": 2,
+      "rtsWhileSending": "low"
+    },
     "stopBits": 2
   },
   "timeoutMs": 500,
