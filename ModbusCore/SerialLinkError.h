@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -13,13 +15,38 @@ struct SerialLinkError {
         std::string path;
         friend bool operator==(const InvalidPath&, const InvalidPath&) = default;
     };
+    // Why the system refused the device (EACCES): which group owns it and how this user stands
+    // with it, so the message can name the one command that helps.
+    struct PortAccess {
+        std::string group;
+        std::string user;
+        // inThisLogin: this process has the group already; notInThisLogin: the group database
+        // lists the user, but the login began before that and the process lacks the group.
+        enum class Membership : std::uint8_t { none, notInThisLogin, inThisLogin };
+        Membership membership = Membership::none;
+        // Whether the device's mode gives its group read and write at all (0600 does not).
+        bool groupMayOpen = true;
+        friend bool operator==(const PortAccess&, const PortAccess&) = default;
+    };
+    // The process found holding the device open.
+    struct PortHolder {
+        std::string program;
+        int pid = 0;
+        friend bool operator==(const PortHolder&, const PortHolder&) = default;
+    };
     struct OpenFailed {
         std::string path;
         int code = 0;
+        // Absent when the code is not EACCES or the facts could not be read. The braces let
+        // {path, code} stay a complete initialisation.
+        std::optional<PortAccess> access{};
         friend bool operator==(const OpenFailed&, const OpenFailed&) = default;
     };
     struct Busy {
         std::string path;
+        std::optional<PortHolder> holder{};
+        // A CH34x adapter on a machine where the braille display driver grabs such adapters.
+        bool brlttyTakesAdapter = false;
         friend bool operator==(const Busy&, const Busy&) = default;
     };
     struct ConfigurationFailed {
