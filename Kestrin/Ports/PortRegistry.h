@@ -9,8 +9,8 @@
 namespace kestrin {
 
 // The system's device registry as port discovery needs it: list the serial devices, read each
-// one's path and USB identity, and hear of arrivals and departures. Releasing is destruction.
-// Thread contract: main thread only.
+// one's path, USB identity and stable link, and hear of arrivals and departures. Releasing is
+// destruction. Thread contract: main thread only.
 class PortRegistry {
 public:
     // What the USB device a port belongs to reports; every field absent for other ports.
@@ -18,6 +18,8 @@ public:
         std::optional<std::string> productName;
         std::optional<int> vendorID;
         std::optional<int> productID;
+        // The device's own serial number, untrimmed; many cheap adapters report none.
+        std::optional<std::string> serialNumber{};
     };
 
     // One device of one enumeration; destroying it releases the registry's hold on it.
@@ -29,6 +31,9 @@ public:
         // Searched through the device's ancestors; a property that is missing or unreadable
         // is absent. The product name comes untrimmed.
         virtual USBIdentity usbIdentity() const = 0;
+        // The port's link under /dev/serial/by-id, which udev makes for USB adapters; absent
+        // when there is none.
+        virtual std::optional<std::string> byIdPath() const = 0;
     };
 
     // Destruction ends the subscription.

@@ -7,6 +7,25 @@
 
 namespace kestrin {
 
+namespace {
+
+std::optional<std::string> trimmed(const std::optional<std::string>& text) {
+    return text ? std::optional<std::string>(Text::trimmed(*text)) : std::nullopt;
+}
+
+// Registries pad names with blanks and line ends; a serial number of blanks is none.
+SerialPortInfo portOf(const PortRegistry::Device& device, std::string path) {
+    const PortRegistry::USBIdentity usb = device.usbIdentity();
+    std::optional<std::string> serialNumber = trimmed(usb.serialNumber);
+    if (serialNumber && serialNumber->empty()) {
+        serialNumber.reset();
+    }
+    return {std::move(path), trimmed(usb.productName), usb.vendorID,
+            usb.productID,   std::move(serialNumber),  device.byIdPath()};
+}
+
+} // namespace
+
 PortScanner::PortScanner(std::unique_ptr<PortRegistry> registry,
                          std::chrono::milliseconds settleDelay, QObject* parent)
     : QObject(parent)
@@ -34,15 +53,9 @@ std::vector<SerialPortInfo> PortScanner::currentPorts() const {
     ports.reserve(devices->size());
     for (const auto& device : *devices) {
         auto path = device->path();
-        if (!path || !SerialLink::isValidPath(*path)) {
-            continue;
+        if (path && SerialLink::isValidPath(*path)) {
+            ports.push_back(portOf(*device, std::move(*path)));
         }
-        auto usb = device->usbIdentity();
-        std::optional<std::string> productName;
-        if (usb.productName) {
-            productName = std::string(Text::trimmed(*usb.productName));
-        }
-        ports.push_back({std::move(*path), std::move(productName), usb.vendorID, usb.productID});
     }
     SerialPortInfo::sortForListing(ports);
     return ports;

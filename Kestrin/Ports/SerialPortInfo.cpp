@@ -122,6 +122,14 @@ std::string SerialPortInfo::menuTitle() const {
     return path;
 }
 
+std::string SerialPortInfo::nameAmong(std::span<const SerialPortInfo> listed) const {
+    std::string own = name();
+    const bool shared = std::any_of(listed.begin(), listed.end(), [&](const SerialPortInfo& other) {
+        return other.path != path && other.name() == own;
+    });
+    return shared && serialNumber ? own + " \u00b7 " + *serialNumber : own;
+}
+
 void SerialPortInfo::sortForListing(std::vector<SerialPortInfo>& ports) {
     // Qt compares code points under the C locale and ignores numeric mode there; English has no
     // tailoring of its own, so it stands for the Unicode default order.
@@ -150,5 +158,7 @@ std::hash<kestrin::SerialPortInfo>::operator()(const kestrin::SerialPortInfo& po
     combine(std::hash<std::optional<std::string>>{}(port.productName));
     combine(std::hash<std::optional<int>>{}(port.vendorID));
     combine(std::hash<std::optional<int>>{}(port.productID));
+    combine(std::hash<std::optional<std::string>>{}(port.serialNumber));
+    combine(std::hash<std::optional<std::string>>{}(port.byIdPath));
     return seed;
 }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,11 @@ struct SerialPortInfo {
     // Absent for ports without a USB device (built-in or virtual ports).
     std::optional<int> vendorID;
     std::optional<int> productID;
+    // The USB device's serial number, trimmed; absent when it reports none. Tells identical
+    // adapters apart.
+    std::optional<std::string> serialNumber{};
+    // The port's link under /dev/serial/by-id, when udev made one.
+    std::optional<std::string> byIdPath{};
 
     // A name from the fixed tables of boards, USB-serial chips and brands.
     struct KnownName {
@@ -34,6 +40,9 @@ struct SerialPortInfo {
     std::string name() const;
     // The path, and " — " with the name when the port has a known or product name.
     std::string menuTitle() const;
+    // The name as the port picker lists it among these ports: when another of them has the same
+    // name (two identical adapters), with " · " and the serial number where there is one.
+    std::string nameAmong(std::span<const SerialPortInfo> listed) const;
 
     // USB adapters first, then paths in the order of the user's locale with digit runs by value:
     // ttyUSB2 before ttyUSB10, case and accents as the locale has them.

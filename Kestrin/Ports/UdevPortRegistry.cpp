@@ -72,7 +72,19 @@ public:
             return {};
         }
         return {attribute(usb, "product"), hexAttribute(usb, "idVendor"),
-                hexAttribute(usb, "idProduct")};
+                hexAttribute(usb, "idProduct"), attribute(usb, "serial")};
+    }
+
+    std::optional<std::string> byIdPath() const override {
+        constexpr std::string_view byID = "/dev/serial/by-id/";
+        udev_list_entry* link = nullptr;
+        udev_list_entry_foreach(link, udev_device_get_devlinks_list_entry(device_.get())) {
+            const std::string_view name = udev_list_entry_get_name(link);
+            if (name.starts_with(byID)) {
+                return std::string(name);
+            }
+        }
+        return std::nullopt;
     }
 
 private:

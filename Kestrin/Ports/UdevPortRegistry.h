@@ -10,9 +10,10 @@ class QSocketNotifier;
 
 namespace kestrin {
 
-// The registry through libudev: tty devices with a parent bus device, their DEVNAME, and the
-// idVendor, idProduct and product attributes of their USB device ancestor. Arrivals and
-// departures come from a udev monitor whose socket is watched by the main thread's event loop.
+// The registry through libudev: tty devices with a parent bus device, their DEVNAME and by-id
+// link, and the idVendor, idProduct, product and serial attributes of their USB device ancestor.
+// Arrivals and departures come from a udev monitor whose socket is watched by the main thread's
+// event loop.
 // Thread contract: main thread only.
 class UdevPortRegistry final : public PortRegistry {
 public:

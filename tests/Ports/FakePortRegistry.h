@@ -11,6 +11,7 @@ public:
     struct Entry {
         std::optional<std::string> path;
         USBIdentity usb;
+        std::optional<std::string> byIdPath{};
     };
     struct State {
         // Absent: the registry cannot be asked.
@@ -48,6 +49,7 @@ private:
             : entry(std::move(entry)) {}
         std::optional<std::string> path() const override { return entry.path; }
         USBIdentity usbIdentity() const override { return entry.usb; }
+        std::optional<std::string> byIdPath() const override { return entry.byIdPath; }
         Entry entry;
     };
 

@@ -51,19 +51,21 @@ TEST(PortScanner, DeliversOnTheFirstGoodStartAndOnArrivalAtOnceAndAfterTheSettle
     registry->notify();
     ASSERT_EQ(spy.count(), 2);
     EXPECT_EQ(delivery(1), (Ports{{"/dev/ttyUSB10", none, none, none}}));
-    registry->entries =
-        std::vector<Entry>{{"/dev/ttyS0", {}},
-                           {"/dev/ttyUSB10", {"FT232R USB UART", 0x0403, 0x6001}},
-                           {"/dev/ttyUSB2", {" \t USB2.0-Serial\r\n", 0x1A86, 0x7523}},
-                           {"/dev/ttyACM0", {"   ", 0x1234, 0x0001}},
-                           {none, {"No node", 0x0403, 0x6001}},
-                           {"/dev/tty3", {}}};
+    const std::string byID = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0";
+    registry->entries = std::vector<Entry>{
+        {"/dev/ttyS0", {}},
+        {"/dev/ttyUSB10", {"FT232R USB UART", 0x0403, 0x6001, "A10K3ZX\n"}, byID},
+        {"/dev/ttyUSB2", {" \t USB2.0-Serial\r\n", 0x1A86, 0x7523, " \n"}},
+        {"/dev/ttyACM0", {"   ", 0x1234, 0x0001, ""}},
+        {none, {"No node", 0x0403, 0x6001}},
+        {"/dev/tty3", {}}};
     ASSERT_TRUE(spy.wait(2000));
     EXPECT_GE(clock.elapsed(), 20);
-    EXPECT_EQ(delivery(2), (Ports{{"/dev/ttyACM0", "", 0x1234, 0x0001},
-                                  {"/dev/ttyUSB2", "USB2.0-Serial", 0x1A86, 0x7523},
-                                  {"/dev/ttyUSB10", "FT232R USB UART", 0x0403, 0x6001},
-                                  {"/dev/ttyS0", none, none, none}}));
+    EXPECT_EQ(delivery(2),
+              (Ports{{"/dev/ttyACM0", "", 0x1234, 0x0001},
+                     {"/dev/ttyUSB2", "USB2.0-Serial", 0x1A86, 0x7523},
+                     {"/dev/ttyUSB10", "FT232R USB UART", 0x0403, 0x6001, "A10K3ZX", byID},
+                     {"/dev/ttyS0", none, none, none}}));
     QTest::qWait(settled);
     EXPECT_EQ(spy.count(), 3);
 
@@ -90,6 +92,30 @@ TEST(SerialPortInfo, NamesComeFromTablesThenProductThenPath) {
             EXPECT_EQ(port.name(), name);
             EXPECT_EQ(port.menuTitle(), titled ? port.path + " \u2014 " + name : port.path);
         }
+    });
+}
+
+// Only a name that two listed ports share needs the serial number; a port without one, or the
+// same port listed once, stays as it is.
+TEST(SerialPortInfo, IdenticalAdaptersAreToldApartByTheirSerialNumbers) {
+    const auto ftdi = [](std::string path, std::optional<std::string> serial) {
+        return SerialPortInfo{std::move(path), "FT232R USB UART", 0x0403, 0x6001,
+                              std::move(serial)};
+    };
+    const SerialPortInfo cp2102{"/dev/ttyUSB2", none, 0x10C4, 0xEA60, "0001"};
+    const std::vector<SerialPortInfo> listed{ftdi("/dev/ttyUSB0", "A10K3ZX"),
+                                             ftdi("/dev/ttyUSB1", "A90B1QW"),
+                                             ftdi("/dev/ttyUSB3", none), cp2102};
+    const std::pair<SerialPortInfo, std::string> rows[] = {
+        {listed[0], "USB serial (FTDI FT232R) \u00b7 A10K3ZX"},
+        {listed[1], "USB serial (FTDI FT232R) \u00b7 A90B1QW"},
+        {listed[2], "USB serial (FTDI FT232R)"},
+        {cp2102, "USB serial (CP210x)"}};
+    L10n::withLanguageForTesting(Language::en, [&] {
+        for (const auto& [port, title] : rows) {
+            EXPECT_EQ(port.nameAmong(listed), title) << port.path;
+        }
+        EXPECT_EQ(listed[0].nameAmong({&listed[0], 1}), "USB serial (FTDI FT232R)");
     });
 }
 

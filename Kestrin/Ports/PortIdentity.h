@@ -1,0 +1,33 @@
+#pragma once
+
+#include "SerialPortInfo.h"
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace kestrin {
+
+// What is remembered of a USB adapter beside its path, so that it is found again when the
+// kernel gives it another name (ttyUSB0 coming back as ttyUSB1 after a replug or a reboot).
+struct PortIdentity {
+    int vendorID = 0;
+    int productID = 0;
+    std::optional<std::string> serialNumber;
+    // The /dev/serial/by-id link, which names the adapter, its serial number and its interface.
+    std::optional<std::string> byIdPath;
+
+    // Absent for a port without a USB identity.
+    static std::optional<PortIdentity> of(const SerialPortInfo& port);
+
+    // The listed port that is this adapter, or null. The by-id link decides when one port has it;
+    // else vendor, product and serial number, where the by-id links of a multi-port adapter
+    // (one serial number for all its ports) must not differ; else, for adapters without serial
+    // numbers, vendor and product when exactly one listed port has them. Anything less certain
+    // is no match: taking a stranger's adapter would write to the wrong device.
+    const SerialPortInfo* findIn(std::span<const SerialPortInfo> listed) const;
+
+    friend bool operator==(const PortIdentity&, const PortIdentity&) = default;
+};
+
+} // namespace kestrin
