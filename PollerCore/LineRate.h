@@ -1,0 +1,29 @@
+#pragma once
+
+#include "PollPlan.h"
+#include "ReadBlock.h"
+#include "SerialConfiguration.h"
+
+#include <optional>
+#include <span>
+
+namespace kestrin {
+
+// How long reads hold a serial line and how many of them it carries in a second, from the frame
+// settings alone. Pure functions: the line's own figures, before any device takes time to think.
+namespace LineRate {
+
+// Seconds one read holds the line: the request on the wire, the silence by which the device
+// knows it ended, the answer on the wire, the wait until the adapter hands the answer over
+// (handoverSeconds: a USB adapter's latency timer, 0 for a UART) and the silence before the
+// next request.
+double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                   double handoverSeconds);
+
+// Reads a second when the plans' blocks follow one another without pause, each plan's as often
+// as its interval asks relative to the others. Nothing when no plan has a block.
+std::optional<double> requestsPerSecond(std::span<const PollPlan> plans,
+                                        const SerialConfiguration& serial, double handoverSeconds);
+
+} // namespace LineRate
+} // namespace kestrin

@@ -1,0 +1,69 @@
+#include "LineRate.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+SerialConfiguration line(int baud, Parity parity) {
+    SerialConfiguration serial;
+    serial.baudRate = baud;
+    serial.parity = parity;
+    return serial;
+}
+
+PollPlan plan(double interval, std::vector<ReadBlock> blocks) {
+    return {Uuid::random(), interval, std::move(blocks)};
+}
+
+// Expected figures worked out by hand: characters of request + answer, two silences (3.5
+// characters up to 19200 baud, 1.75 ms above) and the hand-over.
+TEST(LineRate, RequestsPerSecondFollowTheFrameAndTheHandOver) {
+    const ReadBlock oneRegister{1, RegisterTable::holdingRegister, 0, 1};
+    const ReadBlock longestRead{1, RegisterTable::holdingRegister, 0, 125};
+    // Ten coils answer in two data bytes, not ten or twenty.
+    const ReadBlock tenCoils{1, RegisterTable::coil, 0, 10};
+    struct Row {
+        std::string name;
+        SerialConfiguration serial;
+        std::vector<PollPlan> plans;
+        double handover;
+        double expected;
+    };
+    const std::vector<Row> rows{
+        {"115200 8E1, 16 ms", line(115200, Parity::even), {plan(1, {oneRegister})}, 0.016, 47.77},
+        {"115200 8E1, 1 ms", line(115200, Parity::even), {plan(1, {oneRegister})}, 0.001, 168.57},
+        {"9600 8E1, 16 ms", line(9600, Parity::even), {plan(1, {oneRegister})}, 0.016, 24.27},
+        {"9600 8E1, 1 ms", line(9600, Parity::even), {plan(1, {oneRegister})}, 0.001, 38.16},
+        {"9600 8N1 coils, UART", line(9600, Parity::none), {plan(1, {tenCoils})}, 0.0, 43.64},
+        {"125 registers, 16 ms",
+         line(115200, Parity::even),
+         {plan(1, {longestRead})},
+         0.016,
+         22.42},
+        {"125 registers, 1 ms", line(115200, Parity::even), {plan(1, {longestRead})}, 0.001, 33.77},
+        // The fast poll's small read is made ten times as often as the slow poll's long one.
+        {"weighed by interval",
+         line(115200, Parity::even),
+         {plan(0.1, {oneRegister}), plan(1, {longestRead})},
+         0.001,
+         123.68},
+    };
+    for (const Row& row : rows) {
+        const auto rate = LineRate::requestsPerSecond(row.plans, row.serial, row.handover);
+        ASSERT_TRUE(rate.has_value()) << row.name;
+        EXPECT_NEAR(*rate, row.expected, 0.01) << row.name;
+    }
+}
+
+TEST(LineRate, NoRateWithoutAnyRead) {
+    const std::vector<PollPlan> plans{plan(1, {})};
+    EXPECT_FALSE(LineRate::requestsPerSecond(plans, SerialConfiguration{}, 0.016).has_value());
+    EXPECT_FALSE(LineRate::requestsPerSecond({}, SerialConfiguration{}, 0.016).has_value());
+}
+
+} // namespace
+} // namespace kestrin
