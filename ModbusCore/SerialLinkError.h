@@ -32,6 +32,8 @@ struct SerialLinkError {
     struct PortHolder {
         std::string program;
         int pid = 0;
+        // Its descriptors could not be read, so it is only the likeliest suspect.
+        bool probable = false;
         friend bool operator==(const PortHolder&, const PortHolder&) = default;
     };
     struct OpenFailed {
@@ -52,6 +54,12 @@ struct SerialLinkError {
     struct ConfigurationFailed {
         int code = 0;
         friend bool operator==(const ConfigurationFailed&, const ConfigurationFailed&) = default;
+    };
+    // The driver has no RS-485 mode for RTS to switch direction by, as with USB adapters, which
+    // switch by themselves.
+    struct RS485Refused {
+        int code = 0;
+        friend bool operator==(const RS485Refused&, const RS485Refused&) = default;
     };
     struct UnsupportedBaudRate {
         int baudRate = 0;
@@ -76,8 +84,8 @@ struct SerialLinkError {
     };
 
     using Case =
-        std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, UnsupportedBaudRate,
-                     WriteFailed, NotOpen, Timeout, Disconnected, Cancelled>;
+        std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, RS485Refused,
+                     UnsupportedBaudRate, WriteFailed, NotOpen, Timeout, Disconnected, Cancelled>;
     Case value;
 
     template <typename T>
