@@ -3,6 +3,7 @@
 #include "ExactBaudRate.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -15,6 +16,10 @@ public:
     int open(const char* path, int flags) override { return ::open(path, flags); }
     int close(int fd) override { return ::close(fd); }
     int ioctl(int fd, unsigned long request) override { return ::ioctl(fd, request); }
+    int ioctl(int fd, unsigned long request, void* argument) override {
+        return ::ioctl(fd, request, argument);
+    }
+    int flock(int fd, int operation) override { return ::flock(fd, operation); }
     int tcgetattr(int fd, termios* attributes) override { return ::tcgetattr(fd, attributes); }
     int tcsetattr(int fd, int action, const termios* attributes) override {
         return ::tcsetattr(fd, action, attributes);

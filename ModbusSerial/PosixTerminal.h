@@ -18,6 +18,10 @@ public:
     virtual int close(int fd) = 0;
     // Requests without an argument: TIOCEXCL and TIOCNXCL.
     virtual int ioctl(int fd, unsigned long request) = 0;
+    // Requests that read or fill a struct: TIOCGSERIAL and TIOCSSERIAL (serial_struct),
+    // TIOCGRS485 and TIOCSRS485 (serial_rs485).
+    virtual int ioctl(int fd, unsigned long request, void* argument) = 0;
+    virtual int flock(int fd, int operation) = 0;
     virtual int tcgetattr(int fd, termios* attributes) = 0;
     virtual int tcsetattr(int fd, int action, const termios* attributes) = 0;
     // Both directions to exactly this rate; a rate the driver changes on the way is a failure.

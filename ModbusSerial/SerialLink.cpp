@@ -1,5 +1,7 @@
 #include "SerialLink.h"
 
+#include "PortTrouble.h"
+#include "RS485Mode.h"
 #include "RTUFrame.h"
 #include "RawTerminal.h"
 #include "SerialTiming.h"
@@ -10,6 +12,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <thread>
 #include <utility>
@@ -72,6 +75,17 @@ Result<void, SerialLinkError> SerialLink::open() {
     if (fd_ != -1) {
         return {};
     }
+    auto attached = attach();
+    if (!attached) {
+        // Looked up only now: finding the holder of a port reads through all of /proc.
+        SerialLinkError failure = attached.error();
+        PortTrouble::explain(failure);
+        return failure;
+    }
+    return {};
+}
+
+Result<void, SerialLinkError> SerialLink::attach() {
     if (!allowsTestDevice_ && !isValidPath(path_)) {
         return error(SerialLinkError::InvalidPath{path_});
     }
@@ -80,22 +94,49 @@ Result<void, SerialLinkError> SerialLink::open() {
     if (configuration_.baudRate <= 0) {
         return error(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate});
     }
+    const auto fd = openExclusively();
+    if (!fd) {
+        return fd.error();
+    }
+    if (auto configured = configure(fd.value()); !configured) {
+        release(fd.value());
+        return configured.error();
+    }
+    terminal_.tcflush(fd.value(), TCIOFLUSH);
+    fd_ = fd.value();
+    return {};
+}
 
+Result<int, SerialLinkError> SerialLink::openExclusively() {
     const int fd = terminal_.open(path_.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0) {
         const int code = errno;
         return code == EBUSY ? error(SerialLinkError::Busy{path_})
                              : error(SerialLinkError::OpenFailed{path_, code});
     }
-    const auto fail = [&](SerialLinkError::Case reason) {
+    const auto refused = [&](int code) {
         terminal_.close(fd);
-        return error(std::move(reason));
+        return code == EBUSY || code == EWOULDBLOCK
+                   ? error(SerialLinkError::Busy{path_})
+                   : error(SerialLinkError::ConfigurationFailed{code});
     };
-
+    // Root passes TIOCEXCL straight through; the lock holds against root too, and against other
+    // programs that lock their port. It comes first so that a port locked by someone else is
+    // left without the exclusive flag. Closing the descriptor releases it.
+    if (terminal_.flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        return refused(errno);
+    }
     if (terminal_.ioctl(fd, TIOCEXCL) != 0) {
-        const int code = errno;
-        return code == EBUSY ? fail(SerialLinkError::Busy{path_})
-                             : fail(SerialLinkError::ConfigurationFailed{code});
+        return refused(errno);
+    }
+    return fd;
+}
+
+Result<void, SerialLinkError> SerialLink::configure(int fd) {
+    // Before the attributes, so that a driver without the mode is refused before anything else
+    // of the port changes.
+    if (auto switched = switchDirectionByRTS(fd); !switched) {
+        return switched;
     }
     // A test device may be a pseudo-terminal, which refuses what an adapter takes.
     const auto configured =
@@ -103,23 +144,67 @@ Result<void, SerialLinkError> SerialLink::open() {
                                {.plainFrame = allowsTestDevice_, .anySpeed = allowsTestDevice_});
     if (!configured) {
         return configured.error().step == RawTerminal::Failure::Step::speed
-                   ? fail(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate})
-                   : fail(SerialLinkError::ConfigurationFailed{configured.error().code});
+                   ? error(SerialLinkError::UnsupportedBaudRate{configuration_.baudRate})
+                   : error(SerialLinkError::ConfigurationFailed{configured.error().code});
     }
     originalAttributes_ = configured.value();
-    terminal_.tcflush(fd, TCIOFLUSH);
-    fd_ = fd;
+    lowerLatency(fd);
     return {};
+}
+
+Result<void, SerialLinkError> SerialLink::switchDirectionByRTS(int fd) {
+    if (!configuration_.rs485) {
+        return {};
+    }
+    const auto enabled = RS485Mode::enable(terminal_, fd, *configuration_.rs485);
+    if (enabled) {
+        originalRS485_ = enabled.value();
+        return {};
+    }
+    // Pseudo-terminals have no RS-485 mode; a test runs on without it.
+    return allowsTestDevice_ ? Result<void, SerialLinkError>{}
+                             : error(SerialLinkError::RS485Refused{enabled.error()});
+}
+
+void SerialLink::lowerLatency(int fd) {
+    // Without the flag a driver may hold received bytes back to pass them on in batches, which
+    // delays every answer. Drivers that do not know it refuse, and the port works as before.
+    serial_struct original{};
+    if (terminal_.ioctl(fd, TIOCGSERIAL, &original) != 0 ||
+        (original.flags & ASYNC_LOW_LATENCY) != 0) {
+        return;
+    }
+    serial_struct lowered = original;
+    lowered.flags |= ASYNC_LOW_LATENCY;
+    if (terminal_.ioctl(fd, TIOCSSERIAL, &lowered) == 0) {
+        originalSerialInfo_ = original;
+    }
+}
+
+void SerialLink::release(int fd) noexcept {
+    if (originalSerialInfo_) {
+        terminal_.ioctl(fd, TIOCSSERIAL, &*originalSerialInfo_);
+    }
+    if (originalRS485_) {
+        terminal_.ioctl(fd, TIOCSRS485, &*originalRS485_);
+    }
+    if (originalAttributes_) {
+        terminal_.tcsetattr(fd, TCSANOW, &*originalAttributes_);
+    }
+    originalSerialInfo_.reset();
+    originalRS485_.reset();
+    originalAttributes_.reset();
+    terminal_.ioctl(fd, TIOCNXCL);
+    // Gives up the lock as well. Not retried on EINTR: on Linux the descriptor is released
+    // either way.
+    terminal_.close(fd);
 }
 
 void SerialLink::close() noexcept {
     if (fd_ == -1) {
         return;
     }
-    terminal_.tcsetattr(fd_, TCSANOW, &originalAttributes_);
-    terminal_.ioctl(fd_, TIOCNXCL);
-    // Not retried on EINTR: on Linux the descriptor is released either way.
-    terminal_.close(fd_);
+    release(fd_);
     fd_ = -1;
 }
 

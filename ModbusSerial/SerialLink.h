@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <linux/serial.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -40,9 +41,11 @@ public:
     // name of fewer than 128 characters.
     static bool isValidPath(std::string_view path);
 
-    // Exclusive use, raw mode, the exact speed, both queues flushed. Does nothing when open.
+    // Exclusive use, raw mode, the exact speed, the driver's low latency where it has it, the
+    // configured RS-485 direction, both queues flushed. A failure carries what the system can
+    // tell about a refused or held port. Does nothing when open.
     Result<void, SerialLinkError> open();
-    // Restores the attributes found at open and gives up exclusive use. Does nothing when closed.
+    // Restores what open changed and gives up exclusive use. Does nothing when closed.
     void close() noexcept;
 
     // Once signal is raised, every wait of the link ends with Cancelled, now and later. The
@@ -82,6 +85,15 @@ private:
 
     enum class Input : std::uint8_t { bytes, silence, interrupted };
 
+    // The steps of open, each leaving the link as it found it when it fails.
+    Result<void, SerialLinkError> attach();
+    Result<int, SerialLinkError> openExclusively();
+    Result<void, SerialLinkError> configure(int fd);
+    Result<void, SerialLinkError> switchDirectionByRTS(int fd);
+    void lowerLatency(int fd);
+    // Undoes what the steps of open changed on fd, then closes it.
+    void release(int fd) noexcept;
+
     Result<void, SerialLinkError> writeFrame(ByteView frame);
     Result<Bytes, SerialLinkError> readAnswer(Clock::duration timeout);
     // Whatever arrives once a first byte comes before firstByteBy, until complete or silent.
@@ -97,7 +109,10 @@ private:
     std::string path_;
     SerialConfiguration configuration_;
     int fd_ = -1;
-    termios originalAttributes_{};
+    // What open changed, to be put back; absent where nothing was changed.
+    std::optional<termios> originalAttributes_;
+    std::optional<serial_struct> originalSerialInfo_;
+    std::optional<serial_rs485> originalRS485_;
     // When the line last carried a frame or an answer; the distant past before the first.
     Clock::time_point lastActivity_ = Clock::time_point::min();
     // When the last request had left the adapter.

@@ -1,4 +1,5 @@
 #include "ExactBaudRate.h"
+#include "RS485Mode.h"
 #include "RTUFrame.h"
 #include "RawTerminal.h"
 #include "SerialConfiguration.h"
@@ -16,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <thread>
@@ -40,16 +42,45 @@ struct Step {
 // Plays every POSIX call from a script; a call without a scripted step succeeds (poll times out).
 class ScriptedTerminal final : public PosixTerminal {
 public:
+    // Flags of the driver's own that the link must hand back unchanged.
+    ScriptedTerminal() {
+        serialInfo.flags = ASYNC_SPD_HI;
+        rs485.flags = SER_RS485_RX_DURING_TX;
+        rs485.delay_rts_before_send = 7;
+    }
+
     std::map<std::string, std::deque<Step>, std::less<>> script;
     std::vector<std::string> calls;
     std::vector<termios> applied;
     Bytes sent;
+    serial_struct serialInfo{};
+    serial_rs485 rs485{};
+    std::vector<serial_struct> serialInfosSet;
+    std::vector<serial_rs485> rs485Set;
 
     int open(const char*, int) override { return take("open", 3).result; }
     int close(int) override { return take("close").result; }
     int ioctl(int, unsigned long request) override {
         return take(request == TIOCEXCL ? "TIOCEXCL" : "TIOCNXCL").result;
     }
+    // The driver's settings are serialInfo and rs485; what the link sets is kept in order.
+    int ioctl(int, unsigned long request, void* argument) override {
+        switch (request) {
+        case TIOCGSERIAL:
+            *static_cast<serial_struct*>(argument) = serialInfo;
+            return take("TIOCGSERIAL").result;
+        case TIOCSSERIAL:
+            serialInfosSet.push_back(*static_cast<serial_struct*>(argument));
+            return take("TIOCSSERIAL").result;
+        case TIOCGRS485:
+            *static_cast<serial_rs485*>(argument) = rs485;
+            return take("TIOCGRS485").result;
+        default:
+            rs485Set.push_back(*static_cast<serial_rs485*>(argument));
+            return take("TIOCSRS485").result;
+        }
+    }
+    int flock(int, int) override { return take("flock").result; }
     int tcgetattr(int, termios* attributes) override {
         *attributes = termios{};
         attributes->c_cflag = HUPCL;
@@ -143,28 +174,41 @@ TEST(RawTerminal, AttributesCarryTheFrameAndKeepOtherControlFlags) {
     }
 }
 
-TEST(SerialLink, FailedOpenNamesTheCauseAndReleasesTheDescriptor) {
+// A failed open leaves the port as it was: the descriptor closed, the RS-485 settings given back
+// once they were changed, and a port that someone else has locked without the exclusive flag.
+TEST(SerialLink, FailedOpenNamesTheCauseAndLeavesThePortAsItWas) {
     struct Row {
         const char* call;
         int error;
         SerialLinkError expected;
+        long directionSets = 0;
     };
     const Row rows[] = {
         {"open", EBUSY, failure(SerialLinkError::Busy{port})},
         {"open", EACCES, failure(SerialLinkError::OpenFailed{port, EACCES})},
+        {"flock", EWOULDBLOCK, failure(SerialLinkError::Busy{port})},
+        {"flock", ENOLCK, failure(SerialLinkError::ConfigurationFailed{ENOLCK})},
         {"TIOCEXCL", EBUSY, failure(SerialLinkError::Busy{port})},
         {"TIOCEXCL", ENOTTY, failure(SerialLinkError::ConfigurationFailed{ENOTTY})},
-        {"tcgetattr", EIO, failure(SerialLinkError::ConfigurationFailed{EIO})},
-        {"tcsetattr", EINVAL, failure(SerialLinkError::ConfigurationFailed{EINVAL})},
-        {"speed", EINVAL, failure(SerialLinkError::UnsupportedBaudRate{9600})}};
+        {"TIOCGRS485", ENOTTY, failure(SerialLinkError::RS485Refused{ENOTTY})},
+        {"TIOCSRS485", EINVAL, failure(SerialLinkError::RS485Refused{EINVAL}), 1},
+        {"tcgetattr", EIO, failure(SerialLinkError::ConfigurationFailed{EIO}), 2},
+        {"tcsetattr", EINVAL, failure(SerialLinkError::ConfigurationFailed{EINVAL}), 2},
+        {"speed", EINVAL, failure(SerialLinkError::UnsupportedBaudRate{9600}), 2}};
     for (const Row& row : rows) {
-        SCOPED_TRACE(std::string(row.call) + " " + std::strerror(row.error));
+        const std::string call = row.call;
+        SCOPED_TRACE(call + " " + std::strerror(row.error));
         ScriptedTerminal terminal;
-        terminal.script[row.call].push_back({-1, row.error});
-        SerialLink link(port, {}, false, terminal);
+        terminal.script[call].push_back({-1, row.error});
+        SerialLink link(port, {.rs485 = RS485Direction{}}, false, terminal);
         EXPECT_EQ(link.open(), row.expected);
         EXPECT_FALSE(link.isOpen());
-        EXPECT_EQ(terminal.count("close"), std::string(row.call) == "open" ? 0 : 1);
+        EXPECT_EQ(terminal.count("close"), call == "open" ? 0 : 1);
+        EXPECT_EQ(terminal.count("TIOCEXCL") == 0, call == "open" || call == "flock");
+        ASSERT_EQ(terminal.count("TIOCSRS485"), row.directionSets);
+        if (row.directionSets == 2) {
+            EXPECT_EQ(terminal.rs485Set.back().flags, terminal.rs485.flags);
+        }
     }
     // Only a refused speed finds new attributes applied, so only then are the originals restored.
     ScriptedTerminal terminal;
@@ -178,8 +222,10 @@ TEST(SerialLink, FailedOpenNamesTheCauseAndReleasesTheDescriptor) {
 }
 
 TEST(SerialLink, TestDeviceCarriesOnWhereAPseudoTerminalRefuses) {
-    const SerialConfiguration sevenOdd{.dataBits = 7, .parity = Parity::odd};
+    const SerialConfiguration sevenOdd{
+        .dataBits = 7, .parity = Parity::odd, .rs485 = RS485Direction{}};
     ScriptedTerminal terminal;
+    terminal.script["TIOCSRS485"].push_back({-1, ENOTTY});
     terminal.script["tcsetattr"].push_back({-1, EINVAL});
     terminal.script["speed"].push_back({-1, EINVAL});
     SerialLink link("/tmp/pty", sevenOdd, true, terminal);
@@ -189,10 +235,11 @@ TEST(SerialLink, TestDeviceCarriesOnWhereAPseudoTerminalRefuses) {
     EXPECT_DOUBLE_EQ(link.interFrameDelay(), 10 * 3.5 / 9600);
 }
 
+// What open changed is given back before the port is released, the driver's own flags with it.
 TEST(SerialLink, CloseRestoresThenReleasesOnceAndOpenIsIdempotent) {
     ScriptedTerminal terminal;
     {
-        SerialLink link(port, {}, false, terminal);
+        SerialLink link(port, {.rs485 = RS485Direction{false, 3, 4}}, false, terminal);
         EXPECT_EQ(link.transact(request, true, 1.0), failure(SerialLinkError::NotOpen{}));
         ASSERT_TRUE(link.open().ok());
         ASSERT_TRUE(link.open().ok());
@@ -200,11 +247,57 @@ TEST(SerialLink, CloseRestoresThenReleasesOnceAndOpenIsIdempotent) {
         link.close();
         ASSERT_TRUE(link.open().ok());
     }
-    const std::vector<std::string> closing{"tcsetattr", "TIOCNXCL", "close"};
+    const std::vector<std::string> closing{"TIOCSSERIAL", "TIOCSRS485", "tcsetattr", "TIOCNXCL",
+                                           "close"};
     EXPECT_EQ(terminal.count("open"), 2);
     EXPECT_EQ(terminal.count("close"), 2);
     EXPECT_TRUE(std::equal(closing.rbegin(), closing.rend(), terminal.calls.rbegin()));
     EXPECT_EQ(terminal.applied.back().c_cflag, tcflag_t{HUPCL});
+
+    ASSERT_EQ(terminal.rs485Set.size(), 4U);
+    EXPECT_EQ(terminal.rs485Set[0].flags, SER_RS485_ENABLED | SER_RS485_RTS_AFTER_SEND);
+    EXPECT_EQ(terminal.rs485Set[0].delay_rts_before_send, 3U);
+    EXPECT_EQ(terminal.rs485Set[0].delay_rts_after_send, 4U);
+    EXPECT_EQ(terminal.rs485Set[1].flags, terminal.rs485.flags);
+    EXPECT_EQ(terminal.rs485Set[1].delay_rts_before_send, 7U);
+    EXPECT_EQ(RS485Mode::settings(terminal.rs485, {}).flags,
+              SER_RS485_ENABLED | SER_RS485_RTS_ON_SEND);
+    ASSERT_EQ(terminal.serialInfosSet.size(), 4U);
+    EXPECT_EQ(terminal.serialInfosSet[0].flags, ASYNC_SPD_HI | ASYNC_LOW_LATENCY);
+    EXPECT_EQ(terminal.serialInfosSet[1].flags, ASYNC_SPD_HI);
+}
+
+// Low latency is given back only where the link changed it: never over a driver's own setting.
+TEST(SerialLink, LowLatencyIsGivenBackOnlyWhereItWasTaken) {
+    const std::tuple<const char*, int, const char*, long> rows[] = {
+        {"taken", 0, "", 2},
+        {"already low", ASYNC_LOW_LATENCY, "", 0},
+        {"unknown to the driver", 0, "TIOCGSERIAL", 0},
+        {"refused", 0, "TIOCSSERIAL", 1}};
+    for (const auto& [name, driverFlags, refusing, sets] : rows) {
+        SCOPED_TRACE(name);
+        ScriptedTerminal terminal;
+        terminal.serialInfo.flags = driverFlags;
+        terminal.script[refusing].push_back({-1, ENOTTY});
+        SerialLink link(port, {}, false, terminal);
+        ASSERT_TRUE(link.open().ok());
+        link.close();
+        EXPECT_EQ(terminal.count("TIOCSSERIAL"), sets);
+    }
+}
+
+TEST(RS485Mode, ProbeTellsWhetherTheDriverHasTheMode) {
+    using enum RS485Mode::Support;
+    const std::tuple<const char*, int, RS485Mode::Support> rows[] = {
+        {"open", EACCES, unknown},  {"open", EBUSY, unknown},   {"TIOCGRS485", 0, yes},
+        {"TIOCGRS485", ENOTTY, no}, {"TIOCGRS485", EINVAL, no}, {"TIOCGRS485", EIO, unknown}};
+    for (const auto& [call, code, support] : rows) {
+        SCOPED_TRACE(std::string(call) + " " + std::strerror(code));
+        ScriptedTerminal terminal;
+        terminal.script[call].push_back({code == 0 ? 0 : -1, code});
+        EXPECT_EQ(RS485Mode::probe(port, terminal), support);
+        EXPECT_EQ(terminal.count("close"), std::string(call) == "open" ? 0 : 1);
+    }
 }
 
 // Writes are sent without expecting an answer, reads answer a request; a disconnect signal ends
@@ -509,18 +602,29 @@ TEST_F(PseudoTerminal, WaitsEndOnAWakeUpTheirTimeAHangUpOrACancel) {
     EXPECT_EQ(link->idle(std::nullopt, wake), SerialLinkError{SerialLinkError::Cancelled{}});
 }
 
+// The lock keeps a second opener out even as root, whom TIOCEXCL lets through; a port that another
+// program has locked is busy too. Closing gives up both.
 TEST_F(PseudoTerminal, SecondLinkOnTheSamePortIsBusy) {
-    std::thread([this] {
-        dropAdministratorCapability();
-        SerialLink second(path, {}, true);
-        EXPECT_EQ(second.open(), SerialLinkError{SerialLinkError::Busy{path}});
-    }).join();
+    const auto isBusy = [this](const Result<void, SerialLinkError>& opened) {
+        return !opened.ok() && opened.error().is<SerialLinkError::Busy>() &&
+               std::get<SerialLinkError::Busy>(opened.error().value).path == path;
+    };
+    EXPECT_TRUE(isBusy(SerialLink(path, {}, true).open()));
     link->close();
+    const int other = ::open(path.c_str(), O_RDWR | O_NOCTTY);
+    ASSERT_EQ(::flock(other, LOCK_EX | LOCK_NB), 0);
+    EXPECT_TRUE(isBusy(link->open()));
+    // Unlocked but still open, so that an exclusive flag left behind would stay.
+    ::flock(other, LOCK_UN);
     std::thread([this] {
         dropAdministratorCapability();
-        SerialLink third(path, {}, true);
-        EXPECT_TRUE(third.open().ok()) << "close gives up exclusive use";
+        EXPECT_TRUE(link->open().ok()) << "a failed open leaves no exclusive flag behind";
+        SerialLink second(path, {}, true);
+        EXPECT_FALSE(second.open().ok());
+        link->close();
+        EXPECT_TRUE(second.open().ok()) << "close gives up exclusive use";
     }).join();
+    ::close(other);
 }
 
 TEST(ExactBaudRate, TerminalTakesAnyRateAndOtherFilesRefuse) {
