@@ -52,7 +52,9 @@ constexpr auto joined(const std::array<Option, Sizes>&... parts) {
 
 // Read and write differ in the tables they take and in what only a write needs.
 constexpr std::array lineOptions{
-    SharedOptions::port, SharedOptions::testDevice, baud, frame, timeout, unit};
+    SharedOptions::port,  SharedOptions::testDevice,  baud,    frame,
+    SharedOptions::rs485, SharedOptions::rs485Delays, timeout, unit,
+};
 constexpr std::array datapointOptions{address, type, order, scale, format, engineeringUnit};
 
 constexpr auto readOptions =
@@ -144,6 +146,11 @@ Result<void, std::string> checkLine(const Parsed& parsed, CliOptions& result) {
         }
         result.serial = *withFrame;
     }
+    const auto rs485 = CliOptions::rs485(parsed);
+    if (!rs485) {
+        return rs485.error();
+    }
+    result.serial.rs485 = rs485.value();
     if (const auto typed = parsed.value("timeout-ms")) {
         const std::optional<int> timeoutMs = integerIn(*typed, 1, std::numeric_limits<int>::max());
         if (!timeoutMs) {
@@ -325,6 +332,37 @@ Result<std::optional<int>, std::string> CliOptions::baudRate(const Parsed& parse
         return L10n::texts().errors.invalidBaud(*typed, rates);
     }
     return std::optional<int>(rate);
+}
+
+Result<std::optional<RS485Direction>, std::string> CliOptions::rs485(const Parsed& parsed) {
+    const std::optional<std::string> level = parsed.value("rs485");
+    const std::optional<std::string> delays = parsed.value("rs485-delays");
+    if (!level) {
+        if (delays) {
+            return L10n::texts().errors.missingOption("--rs485");
+        }
+        return std::optional<RS485Direction>();
+    }
+    const std::string_view typed = Text::trimmed(*level);
+    if (typed != "high" && typed != "low") {
+        return invalid("rs485", *level);
+    }
+    RS485Direction direction{.rtsHighWhileSending = typed == "high"};
+    if (delays) {
+        const std::string_view text = *delays;
+        const std::size_t comma = text.find(',');
+        const auto before = integerIn(text.substr(0, comma), 0, RS485Direction::longestDelayMs);
+        const auto after =
+            comma == std::string_view::npos
+                ? std::nullopt
+                : integerIn(text.substr(comma + 1), 0, RS485Direction::longestDelayMs);
+        if (!before || !after) {
+            return invalid("rs485-delays", *delays);
+        }
+        direction.delayBeforeSendMs = *before;
+        direction.delayAfterSendMs = *after;
+    }
+    return std::optional<RS485Direction>(direction);
 }
 
 } // namespace kestrin

@@ -18,6 +18,14 @@ namespace SharedOptions {
 inline constexpr CommandLine::Option port{"port", "PATH", "serial device, such as /dev/ttyUSB0"};
 inline constexpr CommandLine::Option testDevice{
     "test-device", "", "accept a pseudo-terminal or another non-serial device"};
+inline constexpr CommandLine::Option rs485{
+    "rs485", "LEVEL",
+    "RTS switches the RS-485 direction, LEVEL (high or low) while\n"
+    "sending; for the UARTs of boards, not for USB adapters"};
+inline constexpr CommandLine::Option rs485Delays{
+    "rs485-delays", "MS,MS",
+    "with --rs485: RTS delays before and after sending, 0-1000 ms\n"
+    "each (default 0,0)"};
 } // namespace SharedOptions
 
 // What the command line of one read or write asks for, checked and ready to use.
@@ -65,6 +73,10 @@ struct CliOptions {
 
     // --baud as typed, when given: a positive whole number, which the adapter may still refuse.
     static Result<std::optional<int>, std::string> baudRate(const CommandLine::Parsed& parsed);
+    // --rs485 and --rs485-delays, when given; the delays alone are refused, as they would
+    // silently do nothing.
+    static Result<std::optional<RS485Direction>, std::string>
+    rs485(const CommandLine::Parsed& parsed);
 };
 
 } // namespace kestrin

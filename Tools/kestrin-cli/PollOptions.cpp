@@ -30,6 +30,8 @@ constexpr std::array options{
     Option{"no-timestamps", "", "log lines without their time"},
     Option{"baud", "B", "baud rate"},
     Option{"frame", "F", "data bits, parity, stop bits: 8E1, 8N1, 8N2, 7O1 ..."},
+    SharedOptions::rs485,
+    SharedOptions::rs485Delays,
     Option{"timeout-ms", "T", "response time-out in milliseconds"},
     Option{"json", "",
            "one JSON object per line for every value read; the log and the\n"
@@ -40,7 +42,7 @@ const CommandLine::Syntax pollSyntax{
     "kestrin-cli poll",
     "Usage: kestrin-cli poll --port PATH (--project FILE.json | --csv FILE.csv) [options]\n\n"
     "Reads the enabled polls and prints the communication log as it goes. --baud, --frame,\n"
-    "--timeout-ms and --gap override the project's settings.\n",
+    "--rs485, --timeout-ms and --gap override the project's settings.\n",
     options,
     "A poll exits 0 when it ran, whatever the device answered; 1 when the history or the log\n"
     "cannot be written.\n"};
@@ -116,6 +118,11 @@ Result<void, std::string> checkLine(const Parsed& parsed, PollOptions& result) {
     if (result.frame && !SerialConfiguration().withFrame(*result.frame)) {
         return L10n::texts().errors.invalidOptionValue("--frame", *result.frame);
     }
+    const auto rs485 = CliOptions::rs485(parsed);
+    if (!rs485) {
+        return rs485.error();
+    }
+    result.rs485 = rs485.value();
     const auto timeout = wholeNumber(parsed, "timeout-ms", 1, largestInt);
     if (!timeout) {
         return timeout.error();
@@ -133,6 +140,9 @@ SerialConfiguration PollOptions::serial(const SerialConfiguration& project) cons
     }
     if (frame) {
         result = result.withFrame(*frame).value_or(result);
+    }
+    if (rs485) {
+        result.rs485 = rs485;
     }
     return result;
 }

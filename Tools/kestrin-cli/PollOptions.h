@@ -28,6 +28,8 @@ struct PollOptions {
     std::optional<int> baudRate;
     // Already checked: SerialConfiguration::withFrame accepts it.
     std::optional<std::string> frame;
+    // Replaces the project's RS-485 direction when given.
+    std::optional<RS485Direction> rs485;
     std::optional<int> timeoutMs;
     bool rawFrames = false;
     bool onlyProblems = false;
@@ -35,7 +37,8 @@ struct PollOptions {
     // The values as JSON Lines on standard output, the log on standard error.
     bool json = false;
 
-    // The project's frame settings with the baud rate and frame of the command line.
+    // The project's frame settings with the baud rate, frame and RS-485 direction of the command
+    // line.
     SerialConfiguration serial(const SerialConfiguration& project) const;
 
     // Its options and its help.

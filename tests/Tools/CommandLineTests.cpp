@@ -161,6 +161,10 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
         {"read --table HR --address 0", "option --port is required"},
         {"write --port p --table HR --address 0", "option --value is required"},
         {read + " --frame 9E1", "invalid value '9E1' for --frame"},
+        {read + " --rs485 on", "invalid value 'on' for --rs485"},
+        {read + " --rs485 low --rs485-delays 5", "invalid value '5' for --rs485-delays"},
+        {read + " --rs485 low --rs485-delays 0,1001", "invalid value '0,1001' for --rs485-delays"},
+        {poll + " --rs485-delays 1,1", "option --rs485 is required"},
         {read + " --order XYZW", "invalid value 'XYZW' for --order"},
         {read + " --format octal", "invalid value 'octal' for --format"},
         {read + " --timeout-ms 0", "invalid number '0'"},
@@ -194,12 +198,14 @@ TEST(CliOptions, GoodLinesKeepTheLastOfARepeatedOptionOrFlagPair) {
         CliOptions::Command::read,
         CommandLine::parse(CliOptions::syntax(CliOptions::Command::read),
                            words("--port=/dev/a --test-device --baud 19200 --frame 8N1 --unit=3 "
-                                 "--timeout-ms 250 --table HR --address 7 --baud 38400"))
+                                 "--timeout-ms 250 --table HR --address 7 --baud 38400 "
+                                 "--rs485 low --rs485-delays 2,5"))
             .value());
     ASSERT_TRUE(read) << read.error();
     EXPECT_EQ(read.value().port, "/dev/a");
     EXPECT_TRUE(read.value().testDevice);
     EXPECT_EQ(read.value().serial.shortDescription(), "38400 8N1");
+    EXPECT_EQ(read.value().serial.rs485, (RS485Direction{false, 2, 5}));
     EXPECT_EQ(read.value().timeoutMs, 250);
     EXPECT_EQ(read.value().datapoint.unitID, 3);
     for (const auto& [flags, timestamps] : {std::pair{"--timestamps --no-timestamps", false},
@@ -209,6 +215,15 @@ TEST(CliOptions, GoodLinesKeepTheLastOfARepeatedOptionOrFlagPair) {
             PollOptions::check(CommandLine::parse(PollOptions::syntax(), words(line)).value());
         EXPECT_EQ(poll.value().timestamps, timestamps) << flags;
     }
+    // A poll keeps the project's RS-485 direction unless the line gives one.
+    const SerialConfiguration project{.rs485 = RS485Direction{true, 1, 1}};
+    const auto pollDirection = [&](std::string_view line) {
+        const auto poll =
+            PollOptions::check(CommandLine::parse(PollOptions::syntax(), words(line)).value());
+        return poll.value().serial(project).rs485;
+    };
+    EXPECT_EQ(pollDirection("--port p --csv a"), project.rs485);
+    EXPECT_EQ(pollDirection("--port p --csv a --rs485 low"), RS485Direction{false});
 }
 
 } // namespace
