@@ -251,11 +251,53 @@ constexpr Texts dutch{
         .openPermissionDenied =
             "Seriële poorten kunnen alleen door leden van de groep dialout worden geopend: word "
             "lid met het commando sudo usermod -aG dialout $USER en log opnieuw in.",
+        .permissionNotMember =
+            [](std::string_view group, std::string_view user) {
+                return concat("De poort hoort bij de groep ", group, " en ", user,
+                              " is geen lid: voeg die toe met sudo usermod -aG ", group, " ", user,
+                              " en log daarna uit en weer in.");
+            },
+        .permissionNotInThisLogin =
+            [](std::string_view group) {
+                return concat(
+                    "U bent aan de groep ", group,
+                    " toegevoegd nadat deze sessie begon: log uit en weer in (of voer newgrp ",
+                    group, " uit in een terminal en start Kestrin van daaruit).");
+            },
+        .permissionMemberRefused =
+            [](std::string_view group) {
+                return concat("U bent al lid van de groep ", group,
+                              "; iets anders weigert de toegang, zoals een toegangslijst (ACL) of "
+                              "een beveiligingsmodule.");
+            },
+        .permissionOwnerOnly =
+            "Alleen de eigenaar van het apparaat mag het openen; de groep mag er niet in lezen en "
+            "schrijven. Een udev-regel of de eigenaar moet toegang geven.",
         .busy =
             [](std::string_view path) {
                 return concat(path, " is al in gebruik door een ander programma. Sluit dat "
                                     "programma en probeer het opnieuw.");
             },
+        .holderProcess =
+            [](int pid, std::string_view program) {
+                return concat(program, " (proces ", pid, ")");
+            },
+        .busyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " is in gebruik door ", holder, ".");
+            },
+        .busyProbablyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " is in gebruik, waarschijnlijk door ", holder, ".");
+            },
+        .closeHolder = "Sluit dat programma en probeer het opnieuw.",
+        .modemManagerHint = "ModemManager onderzoekt nieuwe seriële adapters op modems: stop het "
+                            "met sudo systemctl stop ModemManager, of houd het weg van deze "
+                            "adapter met een udev-regel die ENV{ID_MM_DEVICE_IGNORE}=\"1\" zet.",
+        .brlttyHint = "brltty, het stuurprogramma voor brailleleesregels, neemt "
+                      "CH340/CH341-adapters in beslag. Zonder brailleleesregel stopt u het met "
+                      "sudo systemctl mask brltty-udev.service brltty.service (of verwijder het "
+                      "pakket brltty); sluit de adapter daarna opnieuw aan.",
         .configurationFailed =
             [](std::string_view reason) {
                 return concat("Instellen van de seriële poort mislukt: ", reason, ".");

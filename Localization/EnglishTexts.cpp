@@ -240,12 +240,53 @@ constexpr Texts english{
         .openPermissionDenied =
             "Serial ports are open only to members of the dialout group: add yourself with the "
             "command sudo usermod -aG dialout $USER and log in again.",
+        .permissionNotMember =
+            [](std::string_view group, std::string_view user) {
+                return concat("The port belongs to the group ", group, " and ", user,
+                              " is not a member: add yourself with sudo usermod -aG ", group, " ",
+                              user, ", then log out and back in.");
+            },
+        .permissionNotInThisLogin =
+            [](std::string_view group) {
+                return concat("You were added to the group ", group,
+                              " after this login began: log out and back in (or run newgrp ", group,
+                              " in a terminal and start Kestrin from there).");
+            },
+        .permissionMemberRefused =
+            [](std::string_view group) {
+                return concat("You are in the group ", group,
+                              " already, so something else refuses access, such as an access "
+                              "control list or a security module.");
+            },
+        .permissionOwnerOnly = "Only the device's owner may open it; its group may not read and "
+                               "write it. A udev rule or the owner must grant access.",
         .busy =
             [](std::string_view path) {
                 return concat(
                     path,
                     " is already in use by another program. Close that program and try again.");
             },
+        .holderProcess =
+            [](int pid, std::string_view program) {
+                return concat(program, " (process ", pid, ")");
+            },
+        .busyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " is in use by ", holder, ".");
+            },
+        .busyProbablyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " is in use, probably by ", holder, ".");
+            },
+        .closeHolder = "Close that program and try again.",
+        .modemManagerHint =
+            "ModemManager probes new serial adapters for modems: stop it with sudo systemctl stop "
+            "ModemManager, or keep it off this adapter with a udev rule that sets "
+            "ENV{ID_MM_DEVICE_IGNORE}=\"1\".",
+        .brlttyHint =
+            "brltty, the braille display driver, takes CH340/CH341 adapters for itself. Without a "
+            "braille display, stop it with sudo systemctl mask brltty-udev.service brltty.service "
+            "(or remove the brltty package), then plug the adapter in again.",
         .configurationFailed =
             [](std::string_view reason) {
                 return concat("Configuring the serial port failed: ", reason, ".");

@@ -259,11 +259,54 @@ constexpr Texts french{
         .openPermissionDenied =
             "Les ports série ne sont accessibles qu'aux membres du groupe dialout : ajoutez-vous "
             "avec la commande sudo usermod -aG dialout $USER, puis rouvrez votre session.",
+        .permissionNotMember =
+            [](std::string_view group, std::string_view user) {
+                return concat("Le port appartient au groupe ", group, " et ", user,
+                              " n'en est pas membre : ajoutez-le avec sudo usermod -aG ", group,
+                              " ", user, ", puis fermez et rouvrez votre session.");
+            },
+        .permissionNotInThisLogin =
+            [](std::string_view group) {
+                return concat("Vous avez été ajouté au groupe ", group,
+                              " après l'ouverture de cette session : fermez-la et rouvrez-la (ou "
+                              "lancez newgrp ",
+                              group, " dans un terminal et démarrez Kestrin depuis celui-ci).");
+            },
+        .permissionMemberRefused =
+            [](std::string_view group) {
+                return concat("Vous êtes déjà membre du groupe ", group,
+                              " ; autre chose refuse l'accès, par exemple une liste de contrôle "
+                              "d'accès (ACL) ou un module de sécurité.");
+            },
+        .permissionOwnerOnly =
+            "Seul le propriétaire du périphérique peut l'ouvrir ; son groupe n'a pas le droit de "
+            "le lire et d'y écrire. Une règle udev ou le propriétaire doit accorder l'accès.",
         .busy =
             [](std::string_view path) {
                 return concat(path, " est déjà utilisé par un autre programme. Fermez ce "
                                     "programme et réessayez.");
             },
+        .holderProcess =
+            [](int pid, std::string_view program) {
+                return concat(program, " (processus ", pid, ")");
+            },
+        .busyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " est utilisé par ", holder, ".");
+            },
+        .busyProbablyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " est utilisé, probablement par ", holder, ".");
+            },
+        .closeHolder = "Fermez ce programme et réessayez.",
+        .modemManagerHint =
+            "ModemManager sonde les nouveaux adaptateurs série à la recherche de modems : "
+            "arrêtez-le avec sudo systemctl stop ModemManager, ou écartez-le de cet adaptateur "
+            "avec une règle udev qui définit ENV{ID_MM_DEVICE_IGNORE}=\"1\".",
+        .brlttyHint =
+            "brltty, le pilote des afficheurs braille, s'empare des adaptateurs CH340/CH341. Sans "
+            "afficheur braille, arrêtez-le avec sudo systemctl mask brltty-udev.service "
+            "brltty.service (ou supprimez le paquet brltty), puis rebranchez l'adaptateur.",
         .configurationFailed =
             [](std::string_view reason) {
                 return concat("Échec de la configuration du port série : ", reason, ".");

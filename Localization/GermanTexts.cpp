@@ -258,12 +258,55 @@ constexpr Texts german{
             "Serielle Schnittstellen sind nur für Mitglieder der Gruppe dialout zugänglich: Fügen "
             "Sie sich mit dem Befehl sudo usermod -aG dialout $USER hinzu und melden Sie sich neu "
             "an.",
+        .permissionNotMember =
+            [](std::string_view group, std::string_view user) {
+                return concat("Die Schnittstelle gehört der Gruppe ", group, ", und ", user,
+                              " ist kein Mitglied: Fügen Sie sich mit sudo usermod -aG ", group,
+                              " ", user, " hinzu und melden Sie sich danach ab und wieder an.");
+            },
+        .permissionNotInThisLogin =
+            [](std::string_view group) {
+                return concat("Sie wurden der Gruppe ", group,
+                              " erst nach dieser Anmeldung hinzugefügt: Melden Sie sich ab und "
+                              "wieder an (oder führen Sie newgrp ",
+                              group, " in einem Terminal aus und starten Sie Kestrin von dort).");
+            },
+        .permissionMemberRefused =
+            [](std::string_view group) {
+                return concat("Sie sind bereits Mitglied der Gruppe ", group,
+                              "; etwas anderes verweigert den Zugriff, etwa eine "
+                              "Zugriffssteuerungsliste (ACL) oder ein Sicherheitsmodul.");
+            },
+        .permissionOwnerOnly =
+            "Nur der Eigentümer des Geräts darf es öffnen; seine Gruppe hat keine Lese- und "
+            "Schreibrechte. Eine udev-Regel oder der Eigentümer muss den Zugriff gewähren.",
         .busy =
             [](std::string_view path) {
                 return concat(path,
                               " wird bereits von einem anderen Programm verwendet. Schließen Sie "
                               "dieses Programm und versuchen Sie es erneut.");
             },
+        .holderProcess =
+            [](int pid, std::string_view program) {
+                return concat(program, " (Prozess ", pid, ")");
+            },
+        .busyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " wird von ", holder, " verwendet.");
+            },
+        .busyProbablyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " wird verwendet, vermutlich von ", holder, ".");
+            },
+        .closeHolder = "Schließen Sie dieses Programm und versuchen Sie es erneut.",
+        .modemManagerHint =
+            "ModemManager prüft neue serielle Adapter auf Modems: Beenden Sie ihn mit sudo "
+            "systemctl stop ModemManager, oder halten Sie ihn mit einer udev-Regel, die "
+            "ENV{ID_MM_DEVICE_IGNORE}=\"1\" setzt, von diesem Adapter fern.",
+        .brlttyHint = "brltty, der Treiber für Braillezeilen, belegt CH340/CH341-Adapter für sich. "
+                      "Ohne Braillezeile stoppen Sie ihn mit sudo systemctl mask "
+                      "brltty-udev.service brltty.service (oder entfernen das Paket brltty) und "
+                      "stecken den Adapter danach neu ein.",
         .configurationFailed =
             [](std::string_view reason) {
                 return concat("Die Konfiguration der seriellen Schnittstelle ist fehlgeschlagen: ",

@@ -190,20 +190,63 @@ std::string systemMessage(int code) {
     return concat("Unknown error ", code);
 }
 
+namespace {
+// The one step that helps this user, from what the system said about the device.
+std::string permissionAdvice(const SerialLinkError::PortAccess& access) {
+    using Membership = SerialLinkError::PortAccess::Membership;
+    const Texts::ErrorsTexts& errors = texts().errors;
+    if (!access.groupMayOpen) {
+        return errors.permissionOwnerOnly();
+    }
+    switch (access.membership) {
+    case Membership::none:
+        return errors.permissionNotMember(access.group, access.user);
+    case Membership::notInThisLogin:
+        return errors.permissionNotInThisLogin(access.group);
+    case Membership::inThisLogin:
+        return errors.permissionMemberRefused(access.group);
+    }
+    return errors.openPermissionDenied();
+}
+
+std::string sentenceForOpenFailure(const SerialLinkError::OpenFailed& failed) {
+    std::string sentence = texts().errors.openFailed(failed.path, systemMessage(failed.code));
+    if (failed.code == EACCES) {
+        sentence += " " + (failed.access ? permissionAdvice(*failed.access)
+                                         : texts().errors.openPermissionDenied());
+    }
+    return sentence;
+}
+
+std::string sentenceForBusyPort(const SerialLinkError::Busy& busy) {
+    const Texts::ErrorsTexts& errors = texts().errors;
+    std::string sentence = errors.busy(busy.path);
+    if (const std::optional<SerialLinkError::PortHolder>& holder = busy.holder) {
+        const std::string who = errors.holderProcess(holder->pid, holder->program);
+        sentence = holder->probable ? errors.busyProbablyBy(busy.path, who)
+                                    : errors.busyBy(busy.path, who);
+        // Closing does not stop a service, and the brltty advice below covers brltty.
+        if (holder->program == "ModemManager") {
+            sentence += " " + errors.modemManagerHint();
+        } else if (!(busy.brlttyTakesAdapter && holder->program == "brltty")) {
+            sentence += " " + errors.closeHolder();
+        }
+    }
+    if (busy.brlttyTakesAdapter) {
+        sentence += " " + errors.brlttyHint();
+    }
+    return sentence;
+}
+} // namespace
+
 std::string describe(const SerialLinkError& error) {
     return std::visit(
         Overloaded{
             [](const SerialLinkError::InvalidPath& e) {
                 return texts().errors.invalidPath(e.path);
             },
-            [](const SerialLinkError::OpenFailed& e) {
-                std::string sentence = texts().errors.openFailed(e.path, systemMessage(e.code));
-                if (e.code == EACCES) {
-                    sentence += " " + texts().errors.openPermissionDenied();
-                }
-                return sentence;
-            },
-            [](const SerialLinkError::Busy& e) { return texts().errors.busy(e.path); },
+            [](const SerialLinkError::OpenFailed& e) { return sentenceForOpenFailure(e); },
+            [](const SerialLinkError::Busy& e) { return sentenceForBusyPort(e); },
             [](const SerialLinkError::ConfigurationFailed& e) {
                 return texts().errors.configurationFailed(systemMessage(e.code));
             },

@@ -253,11 +253,54 @@ constexpr Texts spanish{
         .openPermissionDenied =
             "Solo los miembros del grupo dialout pueden abrir puertos serie: añada su usuario con "
             "el comando sudo usermod -aG dialout $USER y vuelva a iniciar sesión.",
+        .permissionNotMember =
+            [](std::string_view group, std::string_view user) {
+                return concat("El puerto pertenece al grupo ", group, " y ", user,
+                              " no es miembro: añádalo con sudo usermod -aG ", group, " ", user,
+                              " y después cierre la sesión y vuelva a iniciarla.");
+            },
+        .permissionNotInThisLogin =
+            [](std::string_view group) {
+                return concat("Se le añadió al grupo ", group,
+                              " después de iniciar esta sesión: ciérrela y vuelva a iniciarla (o "
+                              "ejecute newgrp ",
+                              group, " en un terminal e inicie Kestrin desde allí).");
+            },
+        .permissionMemberRefused =
+            [](std::string_view group) {
+                return concat("Ya es miembro del grupo ", group,
+                              "; otra cosa deniega el acceso, como una lista de control de acceso "
+                              "(ACL) o un módulo de seguridad.");
+            },
+        .permissionOwnerOnly =
+            "Solo el propietario del dispositivo puede abrirlo; su grupo no tiene permiso de "
+            "lectura y escritura. Una regla de udev o el propietario debe conceder el acceso.",
         .busy =
             [](std::string_view path) {
                 return concat(path, " ya está en uso por otro programa. Cierre ese programa e "
                                     "inténtelo de nuevo.");
             },
+        .holderProcess =
+            [](int pid, std::string_view program) {
+                return concat(program, " (proceso ", pid, ")");
+            },
+        .busyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " está en uso por ", holder, ".");
+            },
+        .busyProbablyBy =
+            [](std::string_view path, std::string_view holder) {
+                return concat(path, " está en uso, probablemente por ", holder, ".");
+            },
+        .closeHolder = "Cierre ese programa e inténtelo de nuevo.",
+        .modemManagerHint =
+            "ModemManager sondea los adaptadores serie nuevos en busca de módems: deténgalo con "
+            "sudo systemctl stop ModemManager, o apártelo de este adaptador con una regla de udev "
+            "que establezca ENV{ID_MM_DEVICE_IGNORE}=\"1\".",
+        .brlttyHint =
+            "brltty, el controlador de líneas braille, se apropia de los adaptadores CH340/CH341. "
+            "Sin línea braille, deténgalo con sudo systemctl mask brltty-udev.service "
+            "brltty.service (o desinstale el paquete brltty) y vuelva a conectar el adaptador.",
         .configurationFailed =
             [](std::string_view reason) {
                 return concat("No se pudo configurar el puerto serie: ", reason, ".");

@@ -296,17 +296,27 @@ struct Texts {
     X(OfText, importNothing)        /* (details: the first issue, or empty) */                     \
     X(OfNumberAndText, importIssue) /* (line, problem) */                                          \
     X(Literal, csvMissingColumns)                                                                  \
-    X(OfText, csvInvalidTable)       /* (cell text) */                                             \
-    X(OfText, csvInvalidAddress)     /* (cell text) */                                             \
-    X(OfText, csvInvalidUnit)        /* (cell text) */                                             \
-    X(OfText, csvInvalidDataType)    /* (cell text) */                                             \
-    X(OfText, csvInvalidNumber)      /* (cell text) */                                             \
-    X(OfText, invalidPath)           /* (path) */                                                  \
-    X(OfTwoTexts, openFailed)        /* (path, system message) */                                  \
-    X(Literal, openPermissionDenied) /* added after openFailed for EACCES */                       \
-    X(OfText, busy)                  /* (path) */                                                  \
-    X(OfText, configurationFailed)   /* (system message) */                                        \
-    X(OfNumber, unsupportedBaud)     /* (baud rate) */                                             \
+    X(OfText, csvInvalidTable)          /* (cell text) */                                          \
+    X(OfText, csvInvalidAddress)        /* (cell text) */                                          \
+    X(OfText, csvInvalidUnit)           /* (cell text) */                                          \
+    X(OfText, csvInvalidDataType)       /* (cell text) */                                          \
+    X(OfText, csvInvalidNumber)         /* (cell text) */                                          \
+    X(OfText, invalidPath)              /* (path) */                                               \
+    X(OfTwoTexts, openFailed)           /* (path, system message) */                               \
+    X(Literal, openPermissionDenied)    /* added after openFailed for EACCES */                    \
+    X(OfTwoTexts, permissionNotMember)  /* (group, user) */                                        \
+    X(OfText, permissionNotInThisLogin) /* (group) */                                              \
+    X(OfText, permissionMemberRefused)  /* (group) */                                              \
+    X(Literal, permissionOwnerOnly)                                                                \
+    X(OfText, busy)                   /* (path) */                                                 \
+    X(OfNumberAndText, holderProcess) /* (pid, program): "ModemManager (process 812)" */           \
+    X(OfTwoTexts, busyBy)             /* (path, holderProcess) */                                  \
+    X(OfTwoTexts, busyProbablyBy)     /* (path, holderProcess) */                                  \
+    X(Literal, closeHolder)                                                                        \
+    X(Literal, modemManagerHint)                                                                   \
+    X(Literal, brlttyHint)                                                                         \
+    X(OfText, configurationFailed) /* (system message) */                                          \
+    X(OfNumber, unsupportedBaud)   /* (baud rate) */                                               \
     X(Literal, notOpen)                                                                            \
     X(OfText, writeFailed) /* (system message) */                                                  \
     X(Literal, timeout)                                                                            \
