@@ -302,6 +302,15 @@ constexpr Texts dutch{
             [](std::string_view reason) {
                 return concat("Instellen van de seriële poort mislukt: ", reason, ".");
             },
+        .rs485Refused =
+            [](std::string_view reason) {
+                return concat("Het stuurprogramma van deze poort ondersteunt geen RS-485-richting "
+                              "via RTS (",
+                              reason,
+                              "). USB-adapters schakelen zelf van richting; de instelling is "
+                              "bedoeld voor de UART's van borden zoals de Raspberry Pi. Zet haar "
+                              "uit in de seriële instellingen.");
+            },
         .unsupportedBaud =
             [](int baud) {
                 return concat("Baudrate ", baud, " wordt niet ondersteund door deze adapter.");

@@ -291,6 +291,14 @@ constexpr Texts english{
             [](std::string_view reason) {
                 return concat("Configuring the serial port failed: ", reason, ".");
             },
+        .rs485Refused =
+            [](std::string_view reason) {
+                return concat("This port's driver does not support RS-485 direction by RTS (",
+                              reason,
+                              "). USB adapters switch direction by themselves; the setting is "
+                              "for the UARTs of boards such as the Raspberry Pi. Turn it off in "
+                              "the serial settings.");
+            },
         .unsupportedBaud =
             [](int baud) {
                 return concat("Baud rate ", baud, " is not supported by this adapter.");

@@ -311,6 +311,14 @@ constexpr Texts french{
             [](std::string_view reason) {
                 return concat("Échec de la configuration du port série : ", reason, ".");
             },
+        .rs485Refused =
+            [](std::string_view reason) {
+                return concat("Le pilote de ce port ne sait pas commuter le sens RS-485 par RTS (",
+                              reason,
+                              "). Les adaptateurs USB changent de sens d'eux-mêmes ; ce réglage "
+                              "est destiné aux UART des cartes comme le Raspberry Pi. "
+                              "Désactivez-le dans les réglages série.");
+            },
         .unsupportedBaud =
             [](int baud) {
                 return concat("La vitesse de ", baud,

@@ -312,6 +312,15 @@ constexpr Texts german{
                 return concat("Die Konfiguration der seriellen Schnittstelle ist fehlgeschlagen: ",
                               reason, ".");
             },
+        .rs485Refused =
+            [](std::string_view reason) {
+                return concat("Der Treiber dieser Schnittstelle kann die RS-485-Richtung nicht "
+                              "über RTS schalten (",
+                              reason,
+                              "). USB-Adapter schalten die Richtung selbst um; die Einstellung "
+                              "ist für die UARTs von Boards wie dem Raspberry Pi gedacht. "
+                              "Schalten Sie sie in den seriellen Einstellungen aus.");
+            },
         .unsupportedBaud =
             [](int baud) {
                 return concat("Die Baudrate ", baud, " wird von diesem Adapter nicht unterstützt.");

@@ -250,6 +250,9 @@ std::string describe(const SerialLinkError& error) {
             [](const SerialLinkError::ConfigurationFailed& e) {
                 return texts().errors.configurationFailed(systemMessage(e.code));
             },
+            [](const SerialLinkError::RS485Refused& e) {
+                return texts().errors.rs485Refused(systemMessage(e.code));
+            },
             [](const SerialLinkError::UnsupportedBaudRate& e) {
                 return texts().errors.unsupportedBaud(e.baudRate);
             },

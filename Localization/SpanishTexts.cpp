@@ -305,6 +305,15 @@ constexpr Texts spanish{
             [](std::string_view reason) {
                 return concat("No se pudo configurar el puerto serie: ", reason, ".");
             },
+        .rs485Refused =
+            [](std::string_view reason) {
+                return concat("El controlador de este puerto no admite la dirección RS-485 por "
+                              "RTS (",
+                              reason,
+                              "). Los adaptadores USB cambian de dirección por sí mismos; el "
+                              "ajuste es para las UART de placas como la Raspberry Pi. "
+                              "Desactívelo en los ajustes del puerto serie.");
+            },
         .unsupportedBaud =
             [](int baud) {
                 return concat("Este adaptador no admite la velocidad de ", baud, " baudios.");

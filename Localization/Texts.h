@@ -316,6 +316,7 @@ struct Texts {
     X(Literal, modemManagerHint)                                                                   \
     X(Literal, brlttyHint)                                                                         \
     X(OfText, configurationFailed) /* (system message) */                                          \
+    X(OfText, rs485Refused)        /* (system message) */                                          \
     X(OfNumber, unsupportedBaud)   /* (baud rate) */                                               \
     X(Literal, notOpen)                                                                            \
     X(OfText, writeFailed) /* (system message) */                                                  \

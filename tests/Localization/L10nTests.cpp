@@ -289,6 +289,10 @@ TEST(L10n, EnglishSerialLinkErrorsReadAsFinishedSentences) {
          "systemctl mask brltty-udev.service brltty.service (or remove the brltty package), then "
          "plug the adapter in again."},
         {{E::ConfigurationFailed{EINVAL}}, "Configuring the serial port failed: Invalid argument."},
+        {{E::RS485Refused{ENOTTY}},
+         "This port's driver does not support RS-485 direction by RTS (Inappropriate ioctl for "
+         "device). USB adapters switch direction by themselves; the setting is for the UARTs of "
+         "boards such as the Raspberry Pi. Turn it off in the serial settings."},
         {{E::UnsupportedBaudRate{250000}}, "Baud rate 250000 is not supported by this adapter."},
         {{E::WriteFailed{4242}}, "Sending failed: Unknown error 4242."},
         {{E::NotOpen{}}, "The serial port is not open."},
