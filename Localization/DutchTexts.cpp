@@ -503,6 +503,10 @@ constexpr Texts dutch{
                 return concat("Seriële poort ", path, " is verdwenen; wachten tot hij terug is");
             },
         .serialRestored = "Seriële poort weer geopend",
+        .serialRestoredAt =
+            [](std::string_view path) {
+                return concat("Seriële poort weer geopend (nu ", path, ")");
+            },
         .lateAnswer = "Te laat antwoord genegeerd",
     },
     .example =

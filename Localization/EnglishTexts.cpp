@@ -488,6 +488,8 @@ constexpr Texts english{
                 return concat("Serial port ", path, " is gone; waiting for it to return");
             },
         .serialRestored = "Serial port open again",
+        .serialRestoredAt =
+            [](std::string_view path) { return concat("Serial port open again (now ", path, ")"); },
         .lateAnswer = "Late answer discarded",
     },
     .example =

@@ -523,6 +523,10 @@ constexpr Texts french{
                 return concat("Le port série ", path, " a disparu ; en attente de son retour");
             },
         .serialRestored = "Port série de nouveau ouvert",
+        .serialRestoredAt =
+            [](std::string_view path) {
+                return concat("Port série de nouveau ouvert (désormais ", path, ")");
+            },
         .lateAnswer = "Réponse tardive ignorée",
     },
     .example =

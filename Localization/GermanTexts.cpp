@@ -527,6 +527,10 @@ constexpr Texts german{
                               " ist nicht mehr vorhanden; es wird auf ihre Rückkehr gewartet");
             },
         .serialRestored = "Serielle Schnittstelle wieder geöffnet",
+        .serialRestoredAt =
+            [](std::string_view path) {
+                return concat("Serielle Schnittstelle wieder geöffnet (jetzt ", path, ")");
+            },
         .lateAnswer = "Verspätete Antwort verworfen",
     },
     .example =

@@ -508,6 +508,10 @@ constexpr Texts spanish{
                 return concat("El puerto serie ", path, " ha desaparecido; esperando a que vuelva");
             },
         .serialRestored = "Puerto serie abierto de nuevo",
+        .serialRestoredAt =
+            [](std::string_view path) {
+                return concat("Puerto serie abierto de nuevo (ahora ", path, ")");
+            },
         .lateAnswer = "Respuesta tardía descartada",
     },
     .example =

@@ -476,6 +476,7 @@ struct Texts {
     X(OfText, writeFailed)           /* (datapoint name) */                                        \
     X(OfText, serialLost)            /* (port path) */                                             \
     X(Literal, serialRestored)                                                                     \
+    X(OfText, serialRestoredAt) /* (the new port path) */                                          \
     X(Literal, lateAnswer)
         KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
     };

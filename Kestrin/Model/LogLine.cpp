@@ -54,8 +54,9 @@ LogLineSegments readingStopped() {
     return systemLine(L10n::texts().log.stopped());
 }
 
-LogLineSegments portReopened() {
-    return systemLine(L10n::texts().log.serialRestored());
+LogLineSegments portReopened(std::string_view newPath) {
+    const auto& texts = L10n::texts().log;
+    return systemLine(newPath.empty() ? texts.serialRestored() : texts.serialRestoredAt(newPath));
 }
 
 LogLineSegments portLost(std::string_view path) {

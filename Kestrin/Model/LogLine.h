@@ -34,7 +34,8 @@ LogLineSegments stamped(LogLineSegments line, const QDateTime& now, const Option
 // "--- Reading started on /dev/ttyUSB0 @ 9600 8E1 ---".
 LogLineSegments readingStarted(std::string_view path, std::string_view serial);
 LogLineSegments readingStopped();
-LogLineSegments portReopened();
+// "--- Serial port open again ---", naming the new path when the adapter came back under another.
+LogLineSegments portReopened(std::string_view newPath = {});
 LogLineSegments portLost(std::string_view path);
 // "⚠ Late answer discarded", with the bytes when raw frames are on.
 LogLineSegments lateAnswer(ByteView bytes, const Options& options);

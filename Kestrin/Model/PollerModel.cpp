@@ -184,6 +184,7 @@ void PollerModel::loadPreferences() {
         return;
     }
     selectedPath_ = settings->value(QLatin1String(portKey)).toString().toStdString();
+    loadPortIdentity(*settings);
     logOptions_.showTimestamps = booleanPreference(*settings, timestampsKey, true);
     logOptions_.showRawFrames = booleanPreference(*settings, rawFramesKey, false);
     logOptions_.onlyProblems = booleanPreference(*settings, onlyProblemsKey, false);
@@ -232,6 +233,8 @@ void PollerModel::setSelectedPath(std::string path) {
     }
     selectedPath_ = std::move(path);
     storePreference(portKey, QString::fromStdString(selectedPath_));
+    const SerialPortInfo* port = listedPort(selectedPath_);
+    storePortIdentity(port != nullptr ? PortIdentity::of(*port) : std::nullopt);
     emit selectedPathChanged();
 }
 

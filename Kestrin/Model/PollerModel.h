@@ -15,8 +15,9 @@
 #include "PollerEvent.h"
 #include "PollerProject.h"
 #include "PollerState.h"
-#include "ReadBlock.h"
+#include "PortIdentity.h"
 #include "PortPathWatcher.h"
+#include "ReadBlock.h"
 #include "SerialConfiguration.h"
 #include "SerialPortInfo.h"
 #include "Uuid.h"
@@ -286,6 +287,11 @@ private:
     bool isTestDevice(const std::string& path) const;
     void publishPorts();
     void watchTestDevice(const std::string& path);
+    const SerialPortInfo* listedPort(const std::string& path) const;
+    void loadPortIdentity(const QSettings& settings);
+    void storePortIdentity(std::optional<PortIdentity> identity);
+    bool selectRememberedAdapter();
+    void chooseListedPort(const std::optional<std::set<std::string>>& previous);
 
     Environment environment_;
 
@@ -299,6 +305,8 @@ private:
     std::optional<std::string> errorMessage_;
     std::optional<std::string> writeError_;
     std::string selectedPath_;
+    // The USB adapter at the selected path, so that it is found again under another name.
+    std::optional<PortIdentity> portIdentity_;
     SerialConfiguration serial_;
     int timeoutMs_ = PollerProject::defaultTimeoutMs;
     WriteMode writeMode_ = WriteMode::single;

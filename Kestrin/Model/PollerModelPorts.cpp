@@ -6,12 +6,25 @@
 
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QSettings>
 
 // The ports the user can choose and read from: what discovery reports, and the test devices the
 // program was given, listed while their path leads somewhere.
 namespace kestrin {
 
 namespace {
+
+// The adapter of the selected port, kept beside its path.
+constexpr auto identityGroup = "portIdentity";
+constexpr auto vendorKey = "portIdentity/vendorID";
+constexpr auto productKey = "portIdentity/productID";
+constexpr auto serialNumberKey = "portIdentity/serialNumber";
+constexpr auto byIdKey = "portIdentity/byIdPath";
+
+std::optional<std::string> textPreference(const QSettings& settings, const char* key) {
+    const QVariant value = settings.value(QLatin1String(key));
+    return value.isValid() ? std::optional(value.toString().toStdString()) : std::nullopt;
+}
 
 // Follows links: a link to a pseudo-terminal that has closed leads nowhere.
 bool exists(const std::string& path) {
@@ -54,11 +67,62 @@ void PollerModel::addTestDevice(const std::string& path, const std::string& name
         watchTestDevice(path);
         publishPorts();
     }
-    // Not stored: a pseudo-terminal's name means nothing at the next start.
+    // Not stored: a pseudo-terminal's name means nothing at the next start. Neither is its
+    // identity, which it only has when discovery lists the path too.
+    const SerialPortInfo* listed = listedPort(path);
+    portIdentity_ = listed != nullptr ? PortIdentity::of(*listed) : std::nullopt;
     if (path != selectedPath_) {
         selectedPath_ = path;
         emit selectedPathChanged();
     }
+}
+
+const SerialPortInfo* PollerModel::listedPort(const std::string& path) const {
+    const auto found = std::find_if(ports_.begin(), ports_.end(),
+                                    [&](const SerialPortInfo& port) { return port.path == path; });
+    return found == ports_.end() ? nullptr : &*found;
+}
+
+void PollerModel::loadPortIdentity(const QSettings& settings) {
+    bool hasVendor = false;
+    bool hasProduct = false;
+    const int vendor = settings.value(QLatin1String(vendorKey)).toInt(&hasVendor);
+    const int product = settings.value(QLatin1String(productKey)).toInt(&hasProduct);
+    if (hasVendor && hasProduct) {
+        portIdentity_ = PortIdentity{vendor, product, textPreference(settings, serialNumberKey),
+                                     textPreference(settings, byIdKey)};
+    }
+}
+
+void PollerModel::storePortIdentity(std::optional<PortIdentity> identity) {
+    portIdentity_ = std::move(identity);
+    QSettings* settings = environment_.preferences.get();
+    if (settings == nullptr) {
+        return;
+    }
+    settings->remove(QLatin1String(identityGroup));
+    if (!portIdentity_) {
+        return;
+    }
+    settings->setValue(QLatin1String(vendorKey), portIdentity_->vendorID);
+    settings->setValue(QLatin1String(productKey), portIdentity_->productID);
+    if (portIdentity_->serialNumber) {
+        settings->setValue(QLatin1String(serialNumberKey),
+                           QString::fromStdString(*portIdentity_->serialNumber));
+    }
+    if (portIdentity_->byIdPath) {
+        settings->setValue(QLatin1String(byIdKey),
+                           QString::fromStdString(*portIdentity_->byIdPath));
+    }
+}
+
+bool PollerModel::selectRememberedAdapter() {
+    const SerialPortInfo* adapter = portIdentity_ ? portIdentity_->findIn(ports_) : nullptr;
+    if (adapter == nullptr) {
+        return false;
+    }
+    setSelectedPath(adapter->path);
+    return true;
 }
 
 // Discovery never announces a test device, so its folder is watched instead, and the folder its
@@ -84,9 +148,14 @@ void PollerModel::watchTestDevice(const std::string& path) {
 void PollerModel::publishPorts() {
     std::vector<SerialPortInfo> listed;
     for (const SerialPortInfo& device : testDevices_) {
-        if (exists(device.path)) {
-            listed.push_back(device);
+        if (!exists(device.path)) {
+            continue;
         }
+        // Discovery knows more of a device than the name it was given here.
+        const auto scanned =
+            std::find_if(scannedPorts_.begin(), scannedPorts_.end(),
+                         [&](const SerialPortInfo& port) { return port.path == device.path; });
+        listed.push_back(scanned != scannedPorts_.end() ? *scanned : device);
     }
     for (const SerialPortInfo& port : scannedPorts_) {
         if (!isTestDevice(port.path)) {
@@ -110,30 +179,39 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
     }
     knownPaths_ = paths;
 
-    if (state_ == PollerState::serialLost && paths.contains(selectedPath_)) {
+    const SerialPortInfo* selected = listedPort(selectedPath_);
+    // A choice stored before identities were kept learns its adapter's when it is listed.
+    if (selected != nullptr && selected->isUSB() && !isTestDevice(selectedPath_) &&
+        PortIdentity::of(*selected) != portIdentity_) {
+        storePortIdentity(PortIdentity::of(*selected));
+    }
+    if (state_ == PollerState::serialLost && (selected != nullptr || selectRememberedAdapter())) {
         armResume();
     }
     // An engine that is opening the port counts as reading: its started line names the path.
-    if (state_ != PollerState::stopped || engine_) {
+    if (state_ == PollerState::stopped && !engine_) {
+        chooseListedPort(previous);
+    }
+}
+
+void PollerModel::chooseListedPort(const std::optional<std::set<std::string>>& previous) {
+    const SerialPortInfo* selected = listedPort(selectedPath_);
+    if (selected == nullptr && selectRememberedAdapter()) {
         return;
     }
-
-    const auto selected = std::find_if(ports_.begin(), ports_.end(), [&](const SerialPortInfo& p) {
-        return p.path == selectedPath_;
-    });
     if (previous) {
         for (const SerialPortInfo& port : ports_) {
             if (!port.isUSB() || previous->contains(port.path)) {
                 continue;
             }
             // Someone who just plugged in an adapter wants to use it, unless they already have one.
-            if (selected == ports_.end() || !selected->isUSB()) {
+            if (selected == nullptr || !selected->isUSB()) {
                 setSelectedPath(port.path);
             }
             return;
         }
     }
-    if (!ports_.empty() && selected == ports_.end()) {
+    if (!ports_.empty() && selected == nullptr) {
         const auto adapter = std::find_if(ports_.begin(), ports_.end(),
                                           [](const SerialPortInfo& p) { return p.isUSB(); });
         if (adapter != ports_.end()) {

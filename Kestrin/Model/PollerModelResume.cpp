@@ -4,7 +4,8 @@
 #include <QTimer>
 
 // Resume after loss: port discovery and the watch on the lost path both arm the same delayed
-// restart, so a port returns the same way whoever noticed it first.
+// restart, so a port returns the same way whoever noticed it first. Discovery may also have found
+// the adapter under another name and selected that path instead.
 namespace kestrin {
 
 void PollerModel::portLost(const std::string& path) {
@@ -12,7 +13,8 @@ void PollerModel::portLost(const std::string& path) {
     engine_.reset();
     setState(PollerState::serialLost);
     appendLog(LogLine::portLost(path));
-    // The path resume opens, which is also the one the engine lost: it cannot change meanwhile.
+    // The path the engine lost; resume opens the selected path, which stays this one unless the
+    // adapter turns up under another name.
     lostPortWatcher_ = std::make_unique<PortPathWatcher>(selectedPath_, openedLink_);
     connect(lostPortWatcher_.get(), &PortPathWatcher::returned, this, &PollerModel::armResume);
     // An adapter replugged before the engine noticed is back already; nothing will announce it.
@@ -29,10 +31,11 @@ void PollerModel::resumeAfterLoss() {
     if (state_ != PollerState::serialLost || engine_) {
         return;
     }
+    const bool moved = lostPortWatcher_ && lostPortWatcher_->path() != selectedPath_;
     // A failure stays silent: the next arrival of the port tries again.
     if (startEngine()) {
         lostPortWatcher_.reset();
-        appendLog(LogLine::portReopened());
+        appendLog(LogLine::portReopened(moved ? selectedPath_ : std::string_view()));
     }
 }
 

@@ -115,13 +115,6 @@ std::string SerialPortInfo::name() const {
     return path.size() > devicesPrefix ? path.substr(devicesPrefix) : std::string();
 }
 
-std::string SerialPortInfo::menuTitle() const {
-    if (const auto name = displayName(*this)) {
-        return path + " \u2014 " + *name;
-    }
-    return path;
-}
-
 std::string SerialPortInfo::nameAmong(std::span<const SerialPortInfo> listed) const {
     std::string own = name();
     const bool shared = std::any_of(listed.begin(), listed.end(), [&](const SerialPortInfo& other) {

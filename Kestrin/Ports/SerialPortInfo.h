@@ -38,8 +38,6 @@ struct SerialPortInfo {
     // The known name (a chip as "USB serial (chip)"), else the product name, else the path
     // without "/dev/".
     std::string name() const;
-    // The path, and " — " with the name when the port has a known or product name.
-    std::string menuTitle() const;
     // The name as the port picker lists it among these ports: when another of them has the same
     // name (two identical adapters), with " · " and the serial number where there is one.
     std::string nameAmong(std::span<const SerialPortInfo> listed) const;

@@ -128,7 +128,7 @@ void TopBar::refreshPorts() {
     const auto& ports = model_.ports();
     const std::string& selected = model_.selectedPath();
     for (const SerialPortInfo& port : ports) {
-        port_->addItem(qt(port.name()), qt(port.path));
+        port_->addItem(qt(port.nameAmong(ports)), qt(port.path));
         port_->setItemData(port_->count() - 1, qt(port.path), Qt::ToolTipRole);
     }
     const bool present = std::any_of(ports.begin(), ports.end(),

@@ -12,7 +12,8 @@ namespace {
 constexpr std::array options{
     CommandLine::Option{"json", "",
                         "one JSON object per port: path, name (null when it has none),\n"
-                        "vendor-id, product-id (null for a port without a USB device)"},
+                        "vendor-id, product-id (null for a port without a USB device),\n"
+                        "serial-number, by-id (the /dev/serial/by-id link; null when absent)"},
 };
 
 // The name the window shows, when the port has one of its own rather than its path.
@@ -48,7 +49,9 @@ nlohmann::json json(const SerialPortInfo& port) {
     return {{"path", port.path},
             {"name", optional(ownName(port))},
             {"vendor-id", optional(port.vendorID)},
-            {"product-id", optional(port.productID)}};
+            {"product-id", optional(port.productID)},
+            {"serial-number", optional(port.serialNumber)},
+            {"by-id", optional(port.byIdPath)}};
 }
 
 ExitCode run(bool asJson, std::ostream& out) {

@@ -16,7 +16,8 @@ const CommandLine::Syntax& syntax();
 
 // The path, and a tab and the name when the port has a name other than its path.
 std::string line(const SerialPortInfo& port);
-// path, name (null when it has none), vendor-id and product-id (null without a USB device).
+// path, name (null when it has none), vendor-id, product-id, serial-number and by-id (null
+// without a USB device, or when the device has no serial number or udev made no by-id link).
 nlohmann::json json(const SerialPortInfo& port);
 
 // `kestrin-cli ports`: one line per serial port, in the order of the port picker.

@@ -209,6 +209,34 @@ TEST_F(PollerModelPorts, ChoiceOnTheFirstScanAndWhenAdaptersComeAndGo) {
     }
 }
 
+// Beside the chosen path its adapter is remembered, and found by it when the path is gone: at the
+// next start before the first adapter, and when plugged in before another new one.
+TEST_F(PollerModelPorts, TheChosenAdapterIsFoundAgainUnderAnotherNameUntilAnotherPortIsChosen) {
+    const auto mine = [](std::string path) {
+        return FakePortRegistry::Entry{
+            std::move(path),
+            {"FT232R USB UART", 0x0403, 0x6001, "A10K3ZX"},
+            "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0"};
+    };
+    const FakePortRegistry::Entry other{"/dev/ttyUSB3", {"FT232R USB UART", 0x0403, 0x6001, "B2"}};
+    createWith("", {internal, mine(usb0)});
+    ASSERT_EQ(model->selectedPath(), usb0);
+
+    registry->entries = {cp2102, internal, mine("/dev/ttyUSB5")};
+    create(quietProject({}));
+    EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB5");
+    plug({internal});
+    plug({internal, other, mine("/dev/ttyUSB6")});
+    EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB6");
+    EXPECT_EQ(storedPort(), "/dev/ttyUSB6");
+
+    model->setSelectedPath(s0);
+    EXPECT_FALSE(preferences()->contains("portIdentity/vendorID"));
+    registry->entries = {cp2102, mine("/dev/ttyUSB9")};
+    create(quietProject({}));
+    EXPECT_EQ(model->selectedPath(), usb1);
+}
+
 TEST_F(PollerModelPorts, ReadingCanStartOnlyOnAPresentPortWithSomethingToRead) {
     using Obstacle = PollerModel::StartObstacle;
     const PollerProject reading = project({poll("Meter", {holding("Level", 100)})});

@@ -125,6 +125,49 @@ TEST_F(PollerModelReading, LostPortThatIsBackWhenTheLossArrivesIsReopened) {
     EXPECT_EQ(countInLog("--- Reading started on " + link), 2);
 }
 
+SerialPortInfo ftdiAt(std::string path, std::optional<std::string> serial) {
+    SerialPortInfo port{std::move(path), "FT232R USB UART", 0x0403, 0x6001, serial};
+    if (serial) {
+        port.byIdPath = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_" + *serial + "-if00-port0";
+    }
+    return port;
+}
+
+// The adapter comes back under another name, as ttyUSB0 does as ttyUSB1: reading follows it
+// there, but never to an identical adapter with another serial number or none. The scanner lists
+// /dev paths only, so discovery's lists reach the model directly.
+TEST_F(PollerModelReading, LostAdapterIsFollowedToItsNewNameButNotToAnIdenticalOne) {
+    const std::string before = file("ttyUSB0").toStdString();
+    const std::string after = file("ttyUSB1").toStdString();
+    const std::string stranger = file("ttyUSB2").toStdString();
+    auto simulator = serve(served, {"--link", before});
+    create(reading);
+    // Added before the one read from, since adding a test device selects it.
+    model->addTestDevice(after, "sim");
+    model->portsChanged({ftdiAt(before, "A10K3ZX")});
+    startReading(before);
+    ASSERT_TRUE(waitUntil([&] { return hasValue(level, 500); }));
+
+    // Unplugged: the node goes with the adapter.
+    simulator->end(SIGKILL);
+    std::filesystem::remove(before);
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::serialLost; }));
+    for (const SerialPortInfo& identical : {ftdiAt(stranger, "B20X"), ftdiAt(stranger, {})}) {
+        model->portsChanged({identical});
+        EXPECT_EQ(model->selectedPath(), before) << identical.serialNumber.value_or("none");
+    }
+    QTest::qWait(150);
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+
+    simulator = serve(served, {"--link", after});
+    model->portsChanged({ftdiAt(after, "A10K3ZX"), ftdiAt(stranger, "B20X")});
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    EXPECT_EQ(model->selectedPath(), after);
+    EXPECT_EQ(preferences()->value("port").toString().toStdString(), after);
+    EXPECT_EQ(countInLog("--- Serial port open again (now " + after + ") ---"), 1);
+    EXPECT_EQ(countInLog("Reading started on " + after), 1);
+}
+
 Datapoint scaled(Datapoint point, double scale) {
     point.scale = scale;
     point.engineeringUnit = "°C";

@@ -3,7 +3,6 @@
 #include "PortScanner.h"
 #include "SerialPortInfo.h"
 
-#include <tuple>
 #include <vector>
 
 #include <QCoreApplication>
@@ -76,21 +75,19 @@ TEST(PortScanner, DeliversOnTheFirstGoodStartAndOnArrivalAtOnceAndAfterTheSettle
 }
 
 // Boards and brands go by their own name, chips inside a wrapper, then the product, then the
-// path; the menu title adds the name unless only the path could give one.
+// path.
 TEST(SerialPortInfo, NamesComeFromTablesThenProductThenPath) {
-    const std::tuple<SerialPortInfo, std::string, bool> rows[] = {
-        {{"/dev/ttyUSB0", "FT232R", 0x0403, 0x6001}, "USB serial (FTDI FT232R)", true},
-        {{"/dev/ttyACM0", none, 0x2341, 0x0043}, "Arduino Uno", true},
-        {{"/dev/ttyACM0", "Widget", 0x2341, 0x9999}, "Arduino", true},
-        {{"/dev/ttyUSB3", "Quad RS232-HS", 0x0403, 0x6011}, "Quad RS232-HS", true},
-        {{"/dev/ttyUSB3", none, 0x0403, 0x6011}, "ttyUSB3", false},
-        {{"/dev/ttyUSB4", "", 0x0403, none}, "ttyUSB4", false},
-        {{"/dev/ttyS1", none, none, none}, "ttyS1", false}};
+    const std::pair<SerialPortInfo, std::string> rows[] = {
+        {{"/dev/ttyUSB0", "FT232R", 0x0403, 0x6001}, "USB serial (FTDI FT232R)"},
+        {{"/dev/ttyACM0", none, 0x2341, 0x0043}, "Arduino Uno"},
+        {{"/dev/ttyACM0", "Widget", 0x2341, 0x9999}, "Arduino"},
+        {{"/dev/ttyUSB3", "Quad RS232-HS", 0x0403, 0x6011}, "Quad RS232-HS"},
+        {{"/dev/ttyUSB3", none, 0x0403, 0x6011}, "ttyUSB3"},
+        {{"/dev/ttyUSB4", "", 0x0403, none}, "ttyUSB4"},
+        {{"/dev/ttyS1", none, none, none}, "ttyS1"}};
     L10n::withLanguageForTesting(Language::en, [&] {
-        for (const auto& [port, name, titled] : rows) {
-            SCOPED_TRACE(name);
+        for (const auto& [port, name] : rows) {
             EXPECT_EQ(port.name(), name);
-            EXPECT_EQ(port.menuTitle(), titled ? port.path + " \u2014 " + name : port.path);
         }
     });
 }
