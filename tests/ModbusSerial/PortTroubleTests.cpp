@@ -23,7 +23,7 @@ Login alice(std::vector<gid_t> groups = {}) {
 }
 
 // A CH340 adapter reached through its by-id link, and the account files of a Debian machine
-// where alice's own group is 1000 and dialout (20) lists bob.
+// where alice's own group is 1000 and carol's is dialout (20).
 void buildAdapter(FakeSystemTree& tree, std::filesystem::perms mode, gid_t group,
                   std::string_view dialoutMembers) {
     tree.usbSerial({.name = "ttyUSB0", .driver = "ch341-uart", .byId = byId.substr(18)})
@@ -32,7 +32,8 @@ void buildAdapter(FakeSystemTree& tree, std::filesystem::perms mode, gid_t group
         .file("/etc/group", "root:x:0:\n# local\ndialout:x:20:" + std::string(dialoutMembers) +
                                 "\nalice:x:1000:\n")
         .file("/etc/passwd",
-              "root:x:0:0:root:/root:/bin/sh\nalice:x:1000:1000::/home/alice:/bin/sh\n");
+              "root:x:0:0:root:/root:/bin/sh\nalice:x:1000:1000::/home/alice:/bin/sh\n"
+              "carol:x:1001:20::/home/carol:/bin/sh\n");
 }
 
 TEST(PortTrouble, PermissionFactsNameTheGroupAndHowThisLoginStandsWithIt) {
@@ -61,6 +62,9 @@ TEST(PortTrouble, PermissionFactsNameTheGroupAndHowThisLoginStandsWithIt) {
          Access{"dialout", "alice", Membership::inThisLogin, true}},
         {"primary group counts", shared, 1000, "", alice({}),
          Access{"alice", "alice", Membership::inThisLogin, true}},
+        {"dialout made the primary group after logging in", shared, dialout, "",
+         Login{"carol", 1001, 1001, {}},
+         Access{"dialout", "carol", Membership::notInThisLogin, true}},
         {"group may not open", groupReadOnly, dialout, "alice", alice({dialout}),
          Access{"dialout", "alice", Membership::inThisLogin, false}},
         {"group without a name", shared, 4242, "", alice(),
@@ -75,17 +79,6 @@ TEST(PortTrouble, PermissionFactsNameTheGroupAndHowThisLoginStandsWithIt) {
         EXPECT_EQ(error,
                   (SerialLinkError{SerialLinkError::OpenFailed{byId, EACCES, row.expected}}));
     }
-}
-
-TEST(PortTrouble, PrimaryGroupInTheAccountFileMakesAMemberNotYetInThisLogin) {
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "giving the fake device a group needs root";
-    }
-    FakeSystemTree tree;
-    buildAdapter(tree, std::filesystem::perms(0660), dialout, "");
-    tree.file("/etc/passwd", "alice:x:1000:20::/home/alice:/bin/sh\n");
-    EXPECT_EQ(PortAccess::facts("/dev/ttyUSB0", alice(), tree.root()),
-              (Access{"dialout", "alice", Membership::notInThisLogin, true}));
 }
 
 TEST(PortTrouble, LeavesOtherFailuresAndUnreadableDevicesAlone) {
