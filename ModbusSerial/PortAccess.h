@@ -26,9 +26,10 @@ struct Login {
 
 namespace PortAccess {
 
-// Why path refused this login: the group that owns the device (through its links), whether the
-// group database counts the user in it and whether this process has it, and whether the group
-// may read and write at all. Absent when the device cannot be examined.
+// How the device's permissions stand for this login: the group that owns it (through its links),
+// whether the group database counts the user in it and whether this process has it, and whether
+// the group may read and write at all. Explains a refusal, and serves a port listing as well.
+// Absent when the device cannot be examined.
 std::optional<SerialLinkError::PortAccess> facts(std::string_view path, const Login& login,
                                                  const SystemRoot& root = SystemRoot::machine());
 
