@@ -17,8 +17,10 @@ void PollerModel::portLost(const std::string& path) {
     // adapter turns up under another name.
     lostPortWatcher_ = std::make_unique<PortPathWatcher>(selectedPath_, openedLink_);
     connect(lostPortWatcher_.get(), &PortPathWatcher::returned, this, &PollerModel::armResume);
-    // An adapter replugged before the engine noticed is back already; nothing will announce it.
-    if (lostPortWatcher_->isOpenable()) {
+    // An adapter replugged before the engine noticed is back already, at its path or, once
+    // discovery has dropped that path, under another name; nothing will announce it.
+    if (lostPortWatcher_->isOpenable() ||
+        (listedPort(selectedPath_) == nullptr && selectRememberedAdapter())) {
         armResume();
     }
 }
