@@ -51,6 +51,15 @@ constexpr Texts dutch{
             .writeMultiple = "Altijd FC15/16",
             .writeModeHelp = "Sommige apparaten ondersteunen alleen FC16 (meerdere registers "
                              "schrijven), ook voor één register.",
+            .rs485 = "RS-485-richting via RTS",
+            .rs485Help = "Voor de UART's van boards zoals de Raspberry Pi, waarvan de driver de "
+                         "transceiver met RTS omschakelt. USB-adapters schakelen zelf om: laat het "
+                         "voor hen uit.",
+            .rtsWhileSending = "RTS tijdens zenden",
+            .rtsHigh = "Hoog",
+            .rtsLow = "Laag",
+            .delayBeforeSend = "Wachttijd voor het zenden",
+            .delayAfterSend = "Wachttijd na het zenden",
         },
     .footer =
         {
@@ -416,6 +425,37 @@ constexpr Texts dutch{
                 },
             .startFirst = "Start eerst het uitlezen (Ctrl+R) om waarden te schrijven.",
         },
+    .adapter = {
+        .latencyHeld =
+            [](int ms, std::string_view path) {
+                return concat("De adapter op ", path, " houdt elk antwoord ", ms,
+                              " ms vast (zijn latency timer).");
+            },
+        .latencyCost =
+            [](int ms, int now, int best) {
+                return concat("Met ", ms, " ms ongeveer ", now,
+                              " verzoeken per seconde in plaats van ", best, ".");
+            },
+        .setToOneMs = "Op 1 ms zetten",
+        .fixForGood = "Blijvend oplossen…",
+        .fixTitle = "Latency timer blijvend instellen",
+        .fixSteps =
+            [](std::string_view file, std::string_view command) {
+                return concat("Sla deze regel op als ", file, " (als root), voer daarna ", command,
+                              " uit en sluit de adapter opnieuw aan. Vanaf dan krijgen "
+                              "FTDI-adapters bij elke aansluiting 1 ms.");
+            },
+        .copyRule = "Regel kopiëren",
+        .latencySet =
+            [](std::string_view path) {
+                return concat("Latency timer van ", path, " op 1 ms gezet");
+            },
+        .latencySetFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("De latency timer van ", path, " kon niet worden ingesteld: ", reason,
+                              ".");
+            },
+    },
     .polls = {
         .add = "Nieuwe poll",
         .addHelp = "Nog een groep datapunten met een eigen interval (Ctrl+T)",

@@ -48,6 +48,15 @@ constexpr Texts english{
             .writeMultiple = "Always FC15/16",
             .writeModeHelp = "Some devices only support FC16 (write multiple registers), even for "
                              "a single register.",
+            .rs485 = "RS-485 direction by RTS",
+            .rs485Help =
+                "For the UARTs of boards such as the Raspberry Pi, whose driver switches the "
+                "transceiver with RTS. USB adapters switch by themselves: leave it off for them.",
+            .rtsWhileSending = "RTS while sending",
+            .rtsHigh = "High",
+            .rtsLow = "Low",
+            .delayBeforeSend = "Delay before sending",
+            .delayAfterSend = "Delay after sending",
         },
     .footer =
         {
@@ -400,6 +409,34 @@ constexpr Texts english{
                 },
             .startFirst = "Start reading first (Ctrl+R) to write values.",
         },
+    .adapter = {
+        .latencyHeld =
+            [](int ms, std::string_view path) {
+                return concat("The adapter on ", path, " holds every answer back for ", ms,
+                              " ms (its latency timer).");
+            },
+        .latencyCost =
+            [](int ms, int now, int best) {
+                return concat("With ", ms, " ms, about ", now, " requests a second instead of ",
+                              best, ".");
+            },
+        .setToOneMs = "Set to 1 ms",
+        .fixForGood = "Fix for good…",
+        .fixTitle = "Latency timer for good",
+        .fixSteps =
+            [](std::string_view file, std::string_view command) {
+                return concat("Save this line as ", file, " (as root), then run ", command,
+                              " and plug the adapter in again. From then on FTDI adapters get "
+                              "1 ms every time they are plugged in.");
+            },
+        .copyRule = "Copy Rule",
+        .latencySet =
+            [](std::string_view path) { return concat("Latency timer of ", path, " set to 1 ms"); },
+        .latencySetFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("The latency timer of ", path, " could not be set: ", reason, ".");
+            },
+    },
     .polls = {
         .add = "New Poll",
         .addHelp = "Another group of datapoints with its own interval (Ctrl+T)",

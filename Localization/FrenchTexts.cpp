@@ -51,6 +51,15 @@ constexpr Texts french{
             .writeMultiple = "Toujours FC15/16",
             .writeModeHelp = "Certains appareils ne prennent en charge que FC16 (écriture de "
                              "plusieurs registres), même pour un seul registre.",
+            .rs485 = "Direction RS-485 par RTS",
+            .rs485Help = "Pour les UART des cartes comme le Raspberry Pi, dont le pilote commute "
+                         "l'émetteur-récepteur avec RTS. Les adaptateurs USB commutent seuls ; "
+                         "laissez-la désactivée pour eux.",
+            .rtsWhileSending = "RTS pendant l'émission",
+            .rtsHigh = "Haut",
+            .rtsLow = "Bas",
+            .delayBeforeSend = "Délai avant l'émission",
+            .delayAfterSend = "Délai après l'émission",
         },
     .footer =
         {
@@ -429,6 +438,38 @@ constexpr Texts french{
                 },
             .startFirst = "Démarrez d'abord la lecture (Ctrl+R) pour écrire des valeurs.",
         },
+    .adapter = {
+        .latencyHeld =
+            [](int ms, std::string_view path) {
+                return concat("L'adaptateur sur ", path, " retient chaque réponse ", ms,
+                              " ms (son latency timer).");
+            },
+        .latencyCost =
+            [](int ms, int now, int best) {
+                return concat("Avec ", ms, " ms, environ ", now,
+                              " requêtes par seconde au lieu de ", best, ".");
+            },
+        .setToOneMs = "Régler sur 1 ms",
+        .fixForGood = "Corriger durablement…",
+        .fixTitle = "Régler le latency timer durablement",
+        .fixSteps =
+            [](std::string_view file, std::string_view command) {
+                return concat("Enregistrez cette ligne sous ", file, " (en root), puis exécutez ",
+                              command,
+                              " et rebranchez l'adaptateur. Les adaptateurs FTDI auront "
+                              "alors 1 ms à chaque branchement.");
+            },
+        .copyRule = "Copier la règle",
+        .latencySet =
+            [](std::string_view path) {
+                return concat("Latency timer de ", path, " réglé sur 1 ms");
+            },
+        .latencySetFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("Le latency timer de ", path, " n'a pas pu être réglé : ", reason,
+                              ".");
+            },
+    },
     .polls = {
         .add = "Nouvelle scrutation",
         .addHelp = "Ajouter un autre groupe de points de données avec son propre intervalle "

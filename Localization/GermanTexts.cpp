@@ -50,6 +50,16 @@ constexpr Texts german{
             .writeMultiple = "Immer FC15/16",
             .writeModeHelp = "Manche Geräte unterstützen nur FC16 (Mehrere Register schreiben), "
                              "auch für ein einzelnes Register.",
+            .rs485 = "RS-485-Richtung über RTS",
+            .rs485Help =
+                "Für die UARTs von Boards wie dem Raspberry Pi, deren Treiber den "
+                "Transceiver mit RTS umschaltet. USB-Adapter schalten selbst um: Lassen Sie "
+                "es für sie aus.",
+            .rtsWhileSending = "RTS beim Senden",
+            .rtsHigh = "Hoch",
+            .rtsLow = "Niedrig",
+            .delayBeforeSend = "Wartezeit vor dem Senden",
+            .delayAfterSend = "Wartezeit nach dem Senden",
         },
     .footer =
         {
@@ -429,6 +439,38 @@ constexpr Texts german{
                 },
             .startFirst = "Starten Sie zuerst das Lesen (Strg+R), um Werte zu schreiben.",
         },
+    .adapter = {
+        .latencyHeld =
+            [](int ms, std::string_view path) {
+                return concat("Der Adapter an ", path, " hält jede Antwort ", ms,
+                              " ms zurück (sein Latency-Timer).");
+            },
+        .latencyCost =
+            [](int ms, int now, int best) {
+                return concat("Mit ", ms, " ms etwa ", now, " Anfragen pro Sekunde statt ", best,
+                              ".");
+            },
+        .setToOneMs = "Auf 1 ms setzen",
+        .fixForGood = "Dauerhaft beheben…",
+        .fixTitle = "Latency-Timer dauerhaft einstellen",
+        .fixSteps =
+            [](std::string_view file, std::string_view command) {
+                return concat("Speichern Sie diese Zeile als ", file,
+                              " (als root), führen Sie dann ", command,
+                              " aus und stecken Sie den Adapter neu ein. Danach erhalten "
+                              "FTDI-Adapter bei jedem Einstecken 1 ms.");
+            },
+        .copyRule = "Regel kopieren",
+        .latencySet =
+            [](std::string_view path) {
+                return concat("Latency-Timer von ", path, " auf 1 ms gesetzt");
+            },
+        .latencySetFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("Der Latency-Timer von ", path,
+                              " konnte nicht gesetzt werden: ", reason, ".");
+            },
+    },
     .polls = {
         .add = "Neue Abfrage",
         .addHelp = "Eine weitere Gruppe von Datenpunkten mit eigenem Intervall (Strg+T)",

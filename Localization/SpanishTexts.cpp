@@ -49,6 +49,16 @@ constexpr Texts spanish{
             .writeMultiple = "Siempre FC15/16",
             .writeModeHelp = "Algunos dispositivos solo admiten FC16 (escribir varios registros), "
                              "incluso para un único registro.",
+            .rs485 = "Dirección RS-485 por RTS",
+            .rs485Help =
+                "Para las UART de placas como la Raspberry Pi, cuyo controlador conmuta el "
+                "transceptor con RTS. Los adaptadores USB conmutan solos: déjelo desactivado "
+                "para ellos.",
+            .rtsWhileSending = "RTS al enviar",
+            .rtsHigh = "Alto",
+            .rtsLow = "Bajo",
+            .delayBeforeSend = "Espera antes de enviar",
+            .delayAfterSend = "Espera después de enviar",
         },
     .footer =
         {
@@ -420,6 +430,37 @@ constexpr Texts spanish{
                 },
             .startFirst = "Inicie primero la lectura (Control+R) para poder escribir valores.",
         },
+    .adapter = {
+        .latencyHeld =
+            [](int ms, std::string_view path) {
+                return concat("El adaptador en ", path, " retiene cada respuesta ", ms,
+                              " ms (su latency timer).");
+            },
+        .latencyCost =
+            [](int ms, int now, int best) {
+                return concat("Con ", ms, " ms, unas ", now,
+                              " solicitudes por segundo en lugar de ", best, ".");
+            },
+        .setToOneMs = "Poner a 1 ms",
+        .fixForGood = "Corregir de forma permanente…",
+        .fixTitle = "Latency timer de forma permanente",
+        .fixSteps =
+            [](std::string_view file, std::string_view command) {
+                return concat("Guarde esta línea como ", file, " (como root), ejecute después ",
+                              command,
+                              " y vuelva a conectar el adaptador. A partir de entonces "
+                              "los adaptadores FTDI tienen 1 ms cada vez que se conectan.");
+            },
+        .copyRule = "Copiar la regla",
+        .latencySet =
+            [](std::string_view path) {
+                return concat("Latency timer de ", path, " puesto a 1 ms");
+            },
+        .latencySetFailed =
+            [](std::string_view path, std::string_view reason) {
+                return concat("No se pudo ajustar el latency timer de ", path, ": ", reason, ".");
+            },
+    },
     .polls = {
         .add = "Nuevo sondeo",
         .addHelp = "Otro grupo de puntos de datos con su propio intervalo (Control+T)",

@@ -72,6 +72,7 @@ using OfTwoTexts = Fn<std::string(std::string_view, std::string_view)>;
 using OfNumber = Fn<std::string(int)>;
 using OfNumberAndText = Fn<std::string(int, std::string_view)>;
 using OfTwoNumbers = Fn<std::string(std::int64_t, std::int64_t)>;
+using OfThreeNumbers = Fn<std::string(int, int, int)>;
 using OfCounters =
     Fn<std::string(std::int64_t, std::int64_t, std::int64_t, std::int64_t, std::int64_t)>;
 
@@ -127,7 +128,14 @@ struct Texts {
     X(Literal, writeMode)                                                                          \
     X(Literal, writeSingle)                                                                        \
     X(Literal, writeMultiple)                                                                      \
-    X(Literal, writeModeHelp)
+    X(Literal, writeModeHelp)                                                                      \
+    X(Literal, rs485)     /* the switch: "RS-485 direction by RTS" */                              \
+    X(Literal, rs485Help) /* for boards' UARTs, not USB adapters */                                \
+    X(Literal, rtsWhileSending)                                                                    \
+    X(Literal, rtsHigh)                                                                            \
+    X(Literal, rtsLow)                                                                             \
+    X(Literal, delayBeforeSend)                                                                    \
+    X(Literal, delayAfterSend)
         KESTRIN_TEXT_GROUP(KESTRIN_SETTINGS_TEXTS_KEYS)
     };
 
@@ -385,6 +393,21 @@ struct Texts {
         KESTRIN_TEXT_GROUP(KESTRIN_NOTICE_TEXTS_KEYS)
     };
 
+    // A USB adapter that holds answers back: its latency timer and how to lower it.
+    struct AdapterTexts {
+#define KESTRIN_ADAPTER_TEXTS_KEYS(X)                                                              \
+    X(OfNumberAndText, latencyHeld) /* (timer ms, port path) */                                    \
+    X(OfThreeNumbers, latencyCost)  /* (timer ms, requests a second now, at 1 ms) */               \
+    X(Literal, setToOneMs)                                                                         \
+    X(Literal, fixForGood) /* opens the rule that sets 1 ms at every plug-in */                    \
+    X(Literal, fixTitle)                                                                           \
+    X(OfTwoTexts, fixSteps) /* (rule file path, command reloading the rules) */                    \
+    X(Literal, copyRule)                                                                           \
+    X(OfText, latencySet)           /* (port path): a log line */                                  \
+    X(OfTwoTexts, latencySetFailed) /* (port path, system message) */
+        KESTRIN_TEXT_GROUP(KESTRIN_ADAPTER_TEXTS_KEYS)
+    };
+
     struct PollsTexts {
 #define KESTRIN_POLLS_TEXTS_KEYS(X)                                                                \
     X(Literal, add)                                                                                \
@@ -508,6 +531,7 @@ struct Texts {
     X(HelpTexts, help)                                                                             \
     X(StateTexts, state)                                                                           \
     X(NoticeTexts, notice)                                                                         \
+    X(AdapterTexts, adapter)                                                                       \
     X(PollsTexts, polls)                                                                           \
     X(WriteTexts, write)                                                                           \
     X(PaneTexts, pane)                                                                             \
