@@ -59,6 +59,10 @@ LogLineSegments portReopened(std::string_view newPath) {
     return systemLine(newPath.empty() ? texts.serialRestored() : texts.serialRestoredAt(newPath));
 }
 
+LogLineSegments latencyTimerSet(std::string_view path) {
+    return systemLine(L10n::texts().adapter.latencySet(path));
+}
+
 LogLineSegments portLost(std::string_view path) {
     return {{Kind::error, L10n::texts().log.serialLost(path)}};
 }

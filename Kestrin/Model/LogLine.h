@@ -37,6 +37,8 @@ LogLineSegments readingStopped();
 // "--- Serial port open again ---", naming the new path when the adapter came back under another.
 LogLineSegments portReopened(std::string_view newPath = {});
 LogLineSegments portLost(std::string_view path);
+// "--- Latency timer of /dev/ttyUSB0 set to 1 ms ---".
+LogLineSegments latencyTimerSet(std::string_view path);
 // "⚠ Late answer discarded", with the bytes when raw frames are on.
 LogLineSegments lateAnswer(ByteView bytes, const Options& options);
 

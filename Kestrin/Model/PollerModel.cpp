@@ -162,6 +162,14 @@ PollerModel::PollerModel(Environment environment, QObject* parent)
     publicationTimer_.setSingleShot(true);
     publicationTimer_.setInterval(environment_.delays.publication);
     connect(&publicationTimer_, &QTimer::timeout, this, &PollerModel::publishHistory);
+    // Only a port that reads shows what its adapter's latency costs the polls.
+    connect(this, &PollerModel::stateChanged, this, [this] {
+        if (state_ == PollerState::running) {
+            checkLatency();
+        }
+    });
+    connect(this, &PollerModel::selectedPathChanged, this,
+            [this] { setLatencyNotice(std::nullopt); });
 
     scanner_ =
         environment_.scanner ? std::move(environment_.scanner) : std::make_unique<PortScanner>();

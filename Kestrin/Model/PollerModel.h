@@ -5,6 +5,7 @@
 #include "DatapointImport.h"
 #include "History.h"
 #include "HistoryExport.h"
+#include "LatencyNotice.h"
 #include "LogLine.h"
 #include "LogSegment.h"
 #include "OutputBuffer.h"
@@ -20,6 +21,7 @@
 #include "ReadBlock.h"
 #include "SerialConfiguration.h"
 #include "SerialPortInfo.h"
+#include "SystemRoot.h"
 #include "Uuid.h"
 #include "WriteMode.h"
 
@@ -79,6 +81,8 @@ public:
         // absent.
         std::optional<PollerProject> project;
         Delays delays;
+        // Where the adapter's facts (its latency timer) are read and set.
+        SystemRoot systemRoot = SystemRoot::machine();
 
         static Environment application();
     };
@@ -160,6 +164,13 @@ public:
     void stop();
     void toggle();
     void dismissNoResponseHint();
+    // An adapter that holds answers back, found as reading starts; absent when there is none or
+    // it was dismissed for this adapter.
+    const std::optional<LatencyNotice>& latencyNotice() const noexcept { return latencyNotice_; }
+    // Not again for this adapter, in this session or later ones.
+    void dismissLatencyNotice();
+    // The notice's adapter answers after 1 ms from now until it is unplugged.
+    void setLatencyTimerToBest();
     // A batch of one.
     void handleEvent(const PollerEvent& event);
     void handleEvents(std::span<const PollerEvent> events);
@@ -235,6 +246,7 @@ signals:
                    const std::vector<kestrin::Uuid>& datapointIDs);
     void historyVersionChanged();
     void showNoResponseHintChanged();
+    void latencyNoticeChanged();
     void errorMessageChanged();
     void writeErrorChanged();
     void selectedPathChanged();
@@ -263,6 +275,8 @@ private:
     void setState(PollerState state);
     void setStatistics(const PollerStatistics& statistics);
     void setShowNoResponseHint(bool on);
+    void checkLatency();
+    void setLatencyNotice(std::optional<LatencyNotice> notice);
     void countFailure(PollFailure failure);
     std::unique_ptr<PollerEngine> makeEngine();
     std::vector<PollPlan> buildPlans() const;
@@ -302,6 +316,7 @@ private:
     std::map<Uuid, PointStatus> status_;
     std::int64_t historyVersion_ = 0;
     bool showNoResponseHint_ = false;
+    std::optional<LatencyNotice> latencyNotice_;
     std::optional<std::string> errorMessage_;
     std::optional<std::string> writeError_;
     std::string selectedPath_;
