@@ -3,12 +3,16 @@
 #include "L10n.h"
 #include "QtText.h"
 
+#include <algorithm>
+
 #include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace kestrin {
 
@@ -43,7 +47,10 @@ NoticeBanner::NoticeBanner(Symbol symbol, const QColor& tint, const QString& tex
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::PlainText);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    layout->addWidget(text_, 1, Qt::AlignTop);
+    column_ = new QVBoxLayout;
+    column_->setSpacing(6);
+    column_->addWidget(text_);
+    layout->addLayout(column_, 1);
 
     if (onDismiss) {
         dismissButton_ = new QToolButton(body_);
@@ -75,11 +82,27 @@ void NoticeBanner::setText(const QString& text) {
     updateGeometry();
 }
 
+QPushButton* NoticeBanner::addAction(const QString& text) {
+    if (actions_ == nullptr) {
+        actions_ = new QHBoxLayout;
+        actions_->setSpacing(6);
+        actions_->addStretch(1);
+        column_->addLayout(actions_);
+    }
+    auto* button = new QPushButton(text, body_);
+    actions_->insertWidget(actions_->count() - 1, button);
+    updateGeometry();
+    return button;
+}
+
 int NoticeBanner::naturalWidth() const {
     const QMargins margins = body_->layout()->contentsMargins();
     const int spacing = body_->layout()->spacing();
-    int width = margins.left() + margins.right() + symbolSize + spacing +
-                text_->fontMetrics().horizontalAdvance(text_->text()) + 2;
+    int column = text_->fontMetrics().horizontalAdvance(text_->text()) + 2;
+    if (actions_ != nullptr) {
+        column = std::max(column, actions_->sizeHint().width());
+    }
+    int width = margins.left() + margins.right() + symbolSize + spacing + column;
     if (dismissButton_ != nullptr) {
         width += spacing + dismissButton_->sizeHint().width();
     }

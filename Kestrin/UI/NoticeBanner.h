@@ -7,7 +7,10 @@
 #include <QColor>
 #include <QWidget>
 
+class QHBoxLayout;
 class QLabel;
+class QVBoxLayout;
+class QPushButton;
 class QToolButton;
 
 namespace kestrin {
@@ -24,6 +27,8 @@ public:
                  std::function<void()> onDismiss = {}, QWidget* parent = nullptr);
 
     void setText(const QString& text);
+    // A button in a row under the text, in the order added; the caller connects it.
+    QPushButton* addAction(const QString& text);
     QString text() const;
     QColor tint() const { return tint_; }
     bool isDismissable() const { return dismissButton_ != nullptr; }
@@ -42,6 +47,9 @@ private:
     QColor tint_;
     QWidget* body_ = nullptr;
     QLabel* text_;
+    // The text and, under it, the row of actions, created with the first one.
+    QVBoxLayout* column_ = nullptr;
+    QHBoxLayout* actions_ = nullptr;
     QToolButton* dismissButton_ = nullptr;
 };
 

@@ -1,11 +1,13 @@
 #include "NoticeOverlays.h"
 
 #include "L10n.h"
+#include "LatencyRuleDialog.h"
 #include "LogPalette.h"
 #include "NoticeBanner.h"
 #include "PollerModel.h"
 #include "QtText.h"
 
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace kestrin {
@@ -17,27 +19,51 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
                                    qt(L10n::texts().notice.serialLost()), {}, this))
     , noResponse_(new NoticeBanner(
           Symbol::warning, LogPalette::orange(palette()), qt(L10n::texts().notice.noResponse()),
-          [&model] { model.dismissNoResponseHint(); }, this)) {
+          [&model] { model.dismissNoResponseHint(); }, this))
+    , latency_(new NoticeBanner(
+          Symbol::clock, LogPalette::blue(palette()), {},
+          [&model] { model.dismissLatencyNotice(); }, this))
+    , setLatency_(latency_->addAction(qt(L10n::texts().adapter.setToOneMs()))) {
     setObjectName("noticeOverlays");
     serialLost_->setObjectName("serialLostNotice");
     noResponse_->setObjectName("noResponseNotice");
+    latency_->setObjectName("latencyNotice");
+    setLatency_->setObjectName("setLatencyButton");
+    QPushButton* fixForGood = latency_->addAction(qt(L10n::texts().adapter.fixForGood()));
+    fixForGood->setObjectName("latencyRuleButton");
+    connect(setLatency_, &QPushButton::clicked, &model_, &PollerModel::setLatencyTimerToBest);
+    connect(fixForGood, &QPushButton::clicked, this, &NoticeOverlays::showLatencyRule);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
     layout->addWidget(serialLost_, 0, Qt::AlignHCenter);
     layout->addWidget(noResponse_, 0, Qt::AlignHCenter);
+    layout->addWidget(latency_, 0, Qt::AlignHCenter);
 
     connect(&model_, &PollerModel::stateChanged, this, &NoticeOverlays::refresh);
     connect(&model_, &PollerModel::showNoResponseHintChanged, this, &NoticeOverlays::refresh);
+    connect(&model_, &PollerModel::latencyNoticeChanged, this, &NoticeOverlays::refresh);
     refresh();
 }
 
 void NoticeOverlays::refresh() {
     serialLost_->setVisible(model_.state() == PollerState::serialLost);
     noResponse_->setVisible(model_.showNoResponseHint());
-    setVisible(!serialLost_->isHidden() || !noResponse_->isHidden());
+    const std::optional<LatencyNotice>& latency = model_.latencyNotice();
+    if (latency) {
+        latency_->setText(qt(latency->text()));
+        setLatency_->setVisible(latency->writable);
+    }
+    latency_->setVisible(latency.has_value());
+    setVisible(!serialLost_->isHidden() || !noResponse_->isHidden() || !latency_->isHidden());
     emit contentChanged();
+}
+
+// Modal, as the rule is copied from it before anything else is done with the window.
+void NoticeOverlays::showLatencyRule() {
+    LatencyRuleDialog dialog(window());
+    dialog.exec();
 }
 
 int NoticeOverlays::heightFor(int width) const {

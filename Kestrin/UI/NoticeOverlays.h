@@ -2,13 +2,16 @@
 
 #include <QWidget>
 
+class QPushButton;
+
 namespace kestrin {
 
 class NoticeBanner;
 class PollerModel;
 
 // The notices stacked over the top of the log: the lost port (until reading resumes) above the
-// device that does not respond (until dismissed or the next start).
+// device that does not respond (until dismissed or the next start), then the adapter whose
+// latency timer slows reading down (until dismissed or set).
 class NoticeOverlays : public QWidget {
     Q_OBJECT
 
@@ -17,6 +20,7 @@ public:
 
     NoticeBanner* serialLostBanner() const { return serialLost_; }
     NoticeBanner* noResponseBanner() const { return noResponse_; }
+    NoticeBanner* latencyBanner() const { return latency_; }
 
     // The height this needs at a width.
     int heightFor(int width) const;
@@ -27,10 +31,13 @@ signals:
 
 private:
     void refresh();
+    void showLatencyRule();
 
     PollerModel& model_;
     NoticeBanner* serialLost_;
     NoticeBanner* noResponse_;
+    NoticeBanner* latency_;
+    QPushButton* setLatency_;
 };
 
 } // namespace kestrin

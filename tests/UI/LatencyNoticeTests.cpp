@@ -1,0 +1,117 @@
+#include "AdapterFacts.h"
+#include "LatencyRuleDialog.h"
+#include "ModbusSerial/FakeSystemTree.h"
+#include "NoticeBanner.h"
+#include "NoticeOverlays.h"
+#include "QtText.h"
+#include "UIFixture.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+
+#include <QClipboard>
+#include <QPlainTextEdit>
+
+namespace kestrin::UITesting {
+namespace {
+
+// Root writes any file but an immutable one; the flag also keeps the file from being removed.
+bool setImmutable(const std::filesystem::path& file, bool immutable) {
+    const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    int flags = 0;
+    bool done = fd >= 0 && ::ioctl(fd, FS_IOC_GETFLAGS, &flags) == 0;
+    if (done) {
+        flags = immutable ? flags | FS_IMMUTABLE_FL : flags & ~FS_IMMUTABLE_FL;
+        done = ::ioctl(fd, FS_IOC_SETFLAGS, &flags) == 0;
+    }
+    ::close(fd);
+    return done;
+}
+
+// Read-only for this process, which may be root.
+bool makeReadOnly(const std::filesystem::path& file) {
+    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+    return ::geteuid() != 0 || setImmutable(file, true);
+}
+
+// Reading on a terminal that the fake tree makes an FTDI adapter with a 16 ms timer.
+class LatencyNoticeView : public ::testing::Test {
+protected:
+    FakeSystemTree tree;
+    QuietTerminal terminal;
+    std::filesystem::path timer = tree.at("/sys/bus/usb-serial/devices/ttyUSB0/latency_timer");
+    bool readOnly = false;
+
+    void SetUp() override {
+        tree.usbSerial({.name = "ttyUSB0", .latencyMs = 16});
+        tree.link(terminal.path(), "/dev/ttyUSB0");
+    }
+    void TearDown() override {
+        if (readOnly && ::geteuid() == 0) {
+            setImmutable(timer, false);
+        }
+    }
+
+    std::unique_ptr<PollerModel> reading() {
+        PollerModel::Environment environment = Testing::environment();
+        environment.project = PollerProject::firstRun();
+        environment.systemRoot = tree.root();
+        auto model = std::make_unique<PollerModel>(std::move(environment));
+        model->addTestDevice(terminal.path(), "Adapter");
+        model->start();
+        EXPECT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+        return model;
+    }
+};
+
+TEST_F(LatencyNoticeView, SetToOneMillisecondOnlyWhereTheTimerCanBeWritten) {
+    for (const bool writable : {true, false}) {
+        SCOPED_TRACE(writable ? "writable" : "read-only");
+        if (!writable && !(readOnly = makeReadOnly(timer))) {
+            GTEST_SKIP() << "the timer cannot be made read-only here";
+        }
+        auto model = reading();
+        NoticeOverlays overlays(*model);
+        showAt(overlays, 900, 200);
+        auto* banner = child<NoticeBanner>(overlays, "latencyNotice");
+        EXPECT_TRUE(banner->isVisible() && banner->isDismissable());
+        EXPECT_TRUE(banner->text().contains(QString::fromUtf8("16\u00a0ms")));
+        EXPECT_EQ(child(overlays, "setLatencyButton")->isVisible(), writable);
+        EXPECT_TRUE(child(overlays, "latencyRuleButton")->isVisible());
+        model->stop();
+    }
+}
+
+TEST_F(LatencyNoticeView, SettingOrClosingTakesTheNoticeAway) {
+    auto model = reading();
+    NoticeOverlays overlays(*model);
+    showAt(overlays, 900, 200);
+    auto* banner = child<NoticeBanner>(overlays, "latencyNotice");
+    click(child(overlays, "setLatencyButton"));
+    EXPECT_FALSE(banner->isVisible());
+    EXPECT_FALSE(overlays.isVisible());
+
+    model->stop();
+    tree.file("/sys/bus/usb-serial/devices/ttyUSB0/latency_timer", "16\n");
+    model->start();
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    EXPECT_TRUE(banner->isVisible());
+    click(child(*banner, "noticeDismiss"));
+    EXPECT_FALSE(banner->isVisible());
+    model->stop();
+}
+
+TEST(LatencyRule, DialogShowsTheRuleToCopy) {
+    LatencyRuleDialog dialog;
+    const QString rule = qt(AdapterFacts::latencyUdevRule());
+    auto* text = child<QPlainTextEdit>(dialog, "latencyRule");
+    EXPECT_EQ(text->toPlainText(), rule);
+    EXPECT_TRUE(text->isReadOnly());
+    QGuiApplication::clipboard()->clear();
+    click(child(dialog, "copyLatencyRule"));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), rule);
+}
+
+} // namespace
+} // namespace kestrin::UITesting
