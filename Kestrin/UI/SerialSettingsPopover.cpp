@@ -9,11 +9,13 @@
 
 #include <array>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
 namespace kestrin {
@@ -50,6 +52,16 @@ void select(QComboBox* combo, int value, const QString& textIfMissing) {
     combo->setCurrentIndex(index);
 }
 
+QSpinBox* delayField(const char* name, QWidget* parent) {
+    auto* field = new QSpinBox(parent);
+    field->setObjectName(QString::fromLatin1(name));
+    field->setRange(0, RS485Direction::longestDelayMs);
+    field->setSuffix(QStringLiteral(" ms"));
+    // One change when the typing is done, not one per digit.
+    field->setKeyboardTracking(false);
+    return field;
+}
+
 QLabel* sectionTitle(const std::string& text, QWidget* parent) {
     auto* label = new QLabel(qt(text), parent);
     QFont font = label->font();
@@ -69,14 +81,20 @@ SerialSettingsPopover::SerialSettingsPopover(PollerModel& model, QWidget* parent
     , modbusDefault_(new QPushButton(qt(L10n::texts().settings.modbusDefault()), this))
     , timeout_(picker("timeoutPicker", this))
     , gap_(picker("gapPicker", this))
-    , writeMode_(picker("writeModePicker", this)) {
+    , writeMode_(picker("writeModePicker", this))
+    , rs485_(new QCheckBox(qt(L10n::texts().settings.rs485()), this))
+    , rtsLevel_(picker("rtsLevelPicker", this))
+    , delayBefore_(delayField("delayBeforeField", this))
+    , delayAfter_(delayField("delayAfterField", this)) {
     setObjectName(QStringLiteral("serialSettings"));
     // At least the width the popover was drawn for; wider where a language needs it.
     setMinimumWidth(400);
     modbusDefault_->setObjectName(QStringLiteral("modbusDefaultButton"));
     addChoices();
     layOutSections();
+    addRS485Section();
     connectPickers();
+    connectRS485();
     connectModel();
     refresh();
 }
@@ -157,6 +175,66 @@ void SerialSettingsPopover::connectPickers() {
     });
 }
 
+void SerialSettingsPopover::addRS485Section() {
+    rs485_->setObjectName(QStringLiteral("rs485Switch"));
+    QFont font = rs485_->font();
+    font.setBold(true);
+    rs485_->setFont(font);
+    rtsLevel_->addItem(qt(L10n::texts().settings.rtsHigh()), 1);
+    rtsLevel_->addItem(qt(L10n::texts().settings.rtsLow()), 0);
+    auto* direction = form();
+    direction->addRow(qt(L10n::texts().settings.rtsWhileSending()), rtsLevel_);
+    direction->addRow(qt(L10n::texts().settings.delayBeforeSend()), delayBefore_);
+    direction->addRow(qt(L10n::texts().settings.delayAfterSend()), delayAfter_);
+
+    contentLayout()->addSpacing(6);
+    contentLayout()->addWidget(rs485_);
+    contentLayout()->addLayout(direction);
+    contentLayout()->addWidget(FaintText::note(qt(L10n::texts().settings.rs485Help()), this));
+}
+
+RS485Direction SerialSettingsPopover::rs485FromFields() const {
+    return {rtsLevel_->currentData().toInt() == 1, delayBefore_->value(), delayAfter_->value()};
+}
+
+// Switched off the direction is gone from the settings; switched on again it takes what the
+// fields still show.
+void SerialSettingsPopover::connectRS485() {
+    const auto changeDirection = [this] {
+        SerialConfiguration serial = model_.serial();
+        serial.rs485 = rs485_->isChecked() ? std::optional(rs485FromFields()) : std::nullopt;
+        model_.setSerial(serial);
+    };
+    connect(rs485_, &QCheckBox::clicked, this, changeDirection);
+    connect(rtsLevel_, &QComboBox::activated, this, changeDirection);
+    connect(delayBefore_, &QSpinBox::valueChanged, this, changeDirection);
+    connect(delayAfter_, &QSpinBox::valueChanged, this, changeDirection);
+}
+
+void SerialSettingsPopover::refreshRS485(bool locked) {
+    const std::optional<RS485Direction>& direction = model_.serial().rs485;
+    {
+        const QSignalBlocker blockSwitch(rs485_);
+        const QSignalBlocker blockBefore(delayBefore_);
+        const QSignalBlocker blockAfter(delayAfter_);
+        rs485_->setChecked(direction.has_value());
+        if (direction) {
+            delayBefore_->setValue(direction->delayBeforeSendMs);
+            delayAfter_->setValue(direction->delayAfterSendMs);
+        }
+    }
+    if (direction) {
+        select(rtsLevel_, direction->rtsHighWhileSending ? 1 : 0, QString());
+    }
+    const QString lockedTip = locked ? qt(L10n::texts().header.lockedWhileRunning()) : QString();
+    rs485_->setEnabled(!locked);
+    rs485_->setToolTip(lockedTip);
+    for (QWidget* field : std::initializer_list<QWidget*>{rtsLevel_, delayBefore_, delayAfter_}) {
+        field->setEnabled(!locked && direction.has_value());
+        field->setToolTip(lockedTip);
+    }
+}
+
 void SerialSettingsPopover::connectModel() {
     connect(&model_, &PollerModel::serialChanged, this, &SerialSettingsPopover::refresh);
     connect(&model_, &PollerModel::timeoutMsChanged, this, &SerialSettingsPopover::refresh);
@@ -188,6 +266,7 @@ void SerialSettingsPopover::refresh() {
          std::initializer_list<QWidget*>{dataBits_, parity_, stopBits_, modbusDefault_}) {
         control->setToolTip(locked ? lockedTip : QString());
     }
+    refreshRS485(locked);
 }
 
 } // namespace kestrin

@@ -1,16 +1,20 @@
 #pragma once
 
 #include "Popover.h"
+#include "SerialConfiguration.h"
 
+class QCheckBox;
 class QComboBox;
 class QPushButton;
+class QSpinBox;
 
 namespace kestrin {
 
 class PollerModel;
 
 // The frame and request settings: data bits, parity, stop bits, the Modbus default, the
-// response time-out, read combining and the write method. Locked while reading.
+// response time-out, read combining, the write method and the RS-485 direction of a board's
+// UART. Locked while reading.
 class SerialSettingsPopover : public Popover {
     Q_OBJECT
 
@@ -25,6 +29,11 @@ private:
     // The model's settings and reading state show in the pickers.
     void connectModel();
     void refresh();
+    void addRS485Section();
+    void connectRS485();
+    void refreshRS485(bool locked);
+    // The direction the RS-485 fields describe.
+    RS485Direction rs485FromFields() const;
 
     PollerModel& model_;
     QComboBox* dataBits_;
@@ -34,6 +43,10 @@ private:
     QComboBox* timeout_;
     QComboBox* gap_;
     QComboBox* writeMode_;
+    QCheckBox* rs485_;
+    QComboBox* rtsLevel_;
+    QSpinBox* delayBefore_;
+    QSpinBox* delayAfter_;
 };
 
 } // namespace kestrin

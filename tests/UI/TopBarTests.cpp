@@ -8,6 +8,7 @@
 #include <QAbstractItemView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QSpinBox>
 
 namespace kestrin::UITesting {
 namespace {
@@ -86,8 +87,9 @@ TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut
     TopBar bar(*model);
     SerialSettingsPopover* settings = bar.serialSettings();
     std::vector<QWidget*> locked{child(bar, "portPicker"), child(bar, "baudPicker")};
-    for (const char* name : {"dataBitsPicker", "parityPicker", "stopBitsPicker", "timeoutPicker",
-                             "gapPicker", "writeModePicker", "modbusDefaultButton"}) {
+    for (const char* name :
+         {"dataBitsPicker", "parityPicker", "stopBitsPicker", "timeoutPicker", "gapPicker",
+          "writeModePicker", "modbusDefaultButton", "rs485Switch"}) {
         locked.push_back(child(*settings, name));
     }
     const auto lockedWhile = [&](bool reading) {
@@ -139,6 +141,33 @@ TEST(SerialSettings, PickersWriteTheRequestSettingsAndModbusDefaultRestoresEight
     EXPECT_EQ(model->serial().frameDescription(), "8E1");
     EXPECT_EQ(parity->currentData().toInt(), int(Parity::even));
     EXPECT_LE(changes, 3);
+}
+
+// Switched off, the direction is absent from the settings and its fields are off too.
+TEST(SerialSettings, RS485DirectionIsWrittenOnlyWhileSwitchedOn) {
+    auto model = makeModel(PollerProject::firstRun());
+    SerialSettingsPopover settings(*model);
+    auto* direction = child<QCheckBox>(settings, "rs485Switch");
+    auto* level = child<QComboBox>(settings, "rtsLevelPicker");
+    auto* after = child<QSpinBox>(settings, "delayAfterField");
+    EXPECT_FALSE(direction->isChecked() || level->isEnabled() || after->isEnabled());
+
+    direction->click();
+    EXPECT_EQ(model->serial().rs485, RS485Direction{});
+    EXPECT_TRUE(level->isEnabled() && after->isEnabled());
+    choose(level, 0);
+    after->setValue(5);
+    EXPECT_EQ(model->serial().rs485, (RS485Direction{false, 0, 5}));
+    direction->click();
+    EXPECT_EQ(model->serial().rs485, std::nullopt);
+
+    SerialConfiguration serial = model->serial();
+    serial.rs485 = RS485Direction{true, 2, 3};
+    model->setSerial(serial);
+    EXPECT_TRUE(direction->isChecked());
+    EXPECT_EQ(level->currentData().toInt(), 1);
+    EXPECT_EQ(child<QSpinBox>(settings, "delayBeforeField")->value(), 2);
+    EXPECT_EQ(after->value(), 3);
 }
 
 TEST(SerialSettings, EveryLabelAndChoiceShowsWholeInEveryLanguage) {
