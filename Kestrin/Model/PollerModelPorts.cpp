@@ -180,10 +180,12 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
     knownPaths_ = paths;
 
     const SerialPortInfo* selected = listedPort(selectedPath_);
-    // A choice stored before identities were kept learns its adapter's when it is listed.
-    if (selected != nullptr && selected->isUSB() && !isTestDevice(selectedPath_) &&
-        PortIdentity::of(*selected) != portIdentity_) {
-        storePortIdentity(PortIdentity::of(*selected));
+    // A choice stored before identities were kept learns its adapter's when it is listed; a port
+    // listed before its USB facts settled keeps the identity it had.
+    if (selected != nullptr && !isTestDevice(selectedPath_)) {
+        if (auto identity = PortIdentity::of(*selected); identity && identity != portIdentity_) {
+            storePortIdentity(std::move(identity));
+        }
     }
     if (state_ == PollerState::serialLost && (selected != nullptr || selectRememberedAdapter())) {
         armResume();
