@@ -40,6 +40,9 @@ double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
 
 std::optional<double> requestsPerSecond(std::span<const PollPlan> plans,
                                         const SerialConfiguration& serial, double handoverSeconds) {
+    if (serial.baudRate <= 0) {
+        return std::nullopt;
+    }
     double reads = 0.0;
     double seconds = 0.0;
     for (const PollPlan& plan : plans) {

@@ -16,12 +16,13 @@ namespace LineRate {
 // Seconds one read holds the line: the request on the wire, the silence by which the device
 // knows it ended, the answer on the wire, the wait until the adapter hands the answer over
 // (handoverSeconds: a USB adapter's latency timer, 0 for a UART) and the silence before the
-// next request.
+// next request. The baud rate must be positive.
 double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
                    double handoverSeconds);
 
 // Reads a second when the plans' blocks follow one another without pause, each plan's as often
-// as its interval asks relative to the others. Nothing when no plan has a block.
+// as its interval asks relative to the others. Nothing when no plan has a block or the baud rate
+// is not positive, as a hand-edited project may have it.
 std::optional<double> requestsPerSecond(std::span<const PollPlan> plans,
                                         const SerialConfiguration& serial, double handoverSeconds);
 

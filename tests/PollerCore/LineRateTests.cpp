@@ -59,10 +59,12 @@ TEST(LineRate, RequestsPerSecondFollowTheFrameAndTheHandOver) {
     }
 }
 
-TEST(LineRate, NoRateWithoutAnyRead) {
+TEST(LineRate, NoRateWithoutAReadOrABaudRate) {
     const std::vector<PollPlan> plans{plan(1, {})};
     EXPECT_FALSE(LineRate::requestsPerSecond(plans, SerialConfiguration{}, 0.016).has_value());
     EXPECT_FALSE(LineRate::requestsPerSecond({}, SerialConfiguration{}, 0.016).has_value());
+    const std::vector<PollPlan> reading{plan(1, {ReadBlock{}})};
+    EXPECT_FALSE(LineRate::requestsPerSecond(reading, line(0, Parity::even), 0.016).has_value());
 }
 
 } // namespace
