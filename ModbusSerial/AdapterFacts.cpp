@@ -38,14 +38,22 @@ std::optional<std::string> driver(std::string_view path, const SystemRoot& root)
     if (!name) {
         return std::nullopt;
     }
-    // Only the link's last component matters; its target lies far off in /sys/bus.
-    const fs::path device = root.resolve("/sys/class/tty/" + *name + "/device");
-    std::error_code error;
-    const fs::path target = fs::read_symlink(root.at((device / "driver").native()), error);
-    if (device.empty() || error || target.filename().empty()) {
-        return std::nullopt;
+    fs::path device = root.resolve("/sys/class/tty/" + *name + "/device");
+    // Since Linux 6.5 a UART's tty hangs under the serial core's own "port" and "ctrl" devices;
+    // the driver that names the hardware (serial8250, pl011) sits on the device above them.
+    for (int level = 0; level < 3 && !device.empty(); ++level) {
+        std::error_code error;
+        const fs::path target = fs::read_symlink(root.at((device / "driver").native()), error);
+        if (error || target.filename().empty()) {
+            return std::nullopt;
+        }
+        // Only the link's last component names the driver; its target lies far off in /sys/bus.
+        if (target.parent_path().parent_path().filename() != "serial-base") {
+            return target.filename().string();
+        }
+        device = device.parent_path();
     }
-    return target.filename().string();
+    return std::nullopt;
 }
 
 std::optional<LatencyTimer> latencyTimer(std::string_view path, const SystemRoot& root) {

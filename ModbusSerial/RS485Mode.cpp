@@ -11,8 +11,13 @@ Support probe(const std::string& path, PosixTerminal& terminal) {
     if (fd < 0) {
         return Support::unknown;
     }
+    // Every serial core port answers the read, whether its driver has the mode or not; only
+    // writing the settings back, unchanged, asks the driver itself.
     serial_rs485 current{};
-    const int result = terminal.ioctl(fd, TIOCGRS485, &current);
+    int result = terminal.ioctl(fd, TIOCGRS485, &current);
+    if (result == 0) {
+        result = terminal.ioctl(fd, TIOCSRS485, &current);
+    }
     const int code = errno;
     terminal.close(fd);
     if (result == 0) {

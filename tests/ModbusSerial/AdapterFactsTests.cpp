@@ -28,6 +28,14 @@ void buildMachine(FakeSystemTree& tree) {
         .file("/dev/ttyS0")
         .link("/sys/class/tty/ttyS0/device/driver", "/sys/bus/platform/drivers/serial8250")
         .link("/dev/serial/by-id/usb-Prolific-if00-port0", "../../ttyUSB7");
+    // A UART as Linux 6.5 and later lay it out: the serial core's port and controller devices
+    // between the tty and the hardware's driver.
+    const std::string uart = "/sys/devices/pnp0/00:01";
+    tree.file("/dev/ttyS1")
+        .link("/sys/class/tty/ttyS1/device", uart + "/00:01:0/00:01:0.0")
+        .link(uart + "/00:01:0/00:01:0.0/driver", "/sys/bus/serial-base/drivers/port")
+        .link(uart + "/00:01:0/driver", "/sys/bus/serial-base/drivers/ctrl")
+        .link(uart + "/driver", "/sys/bus/pnp/drivers/serial");
 }
 
 TEST(AdapterFacts, NamesDriversAndTimersThroughLinksInsideTheRoot) {
@@ -46,6 +54,7 @@ TEST(AdapterFacts, NamesDriversAndTimersThroughLinksInsideTheRoot) {
         {"/dev/ttyUSB1", "ttyUSB1", "ch341-uart", std::nullopt},
         {"/dev/ttyACM0", "ttyACM0", "cdc_acm", std::nullopt},
         {"/dev/ttyS0", "ttyS0", "serial8250", std::nullopt},
+        {"/dev/ttyS1", "ttyS1", "serial", std::nullopt},
         {"/dev/serial/by-id/usb-Prolific-if00-port0", std::nullopt, std::nullopt, std::nullopt},
         {"/dev/ttyUSB9", std::nullopt, std::nullopt, std::nullopt},
     };
