@@ -32,7 +32,7 @@ const CommandLine::Syntax programSyntax{
     "  kestrin-cli read  --port PATH --table T --address A [options]\n"
     "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
     "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
-    "  kestrin-cli ports [--json]\n"
+    "  kestrin-cli ports [--json] [--verbose]\n"
     "  kestrin-cli --help | --version\n"
     "Reads, writes and polls Modbus RTU devices. Each command lists its options with --help,\n"
     "as in: kestrin-cli read --help. With --json each prints JSON Lines for scripts.\n",
@@ -90,7 +90,8 @@ ExitCode run(Arguments arguments) {
 #if KESTRIN_HAS_PORTS
     if (arguments.front() == "ports") {
         return runCommand(PortsCommand::syntax(), options, [](const CommandLine::Parsed& parsed) {
-            return PortsCommand::run(parsed.has("json"), std::cout);
+            return PortsCommand::run({.json = parsed.has("json"), .verbose = parsed.has("verbose")},
+                                     std::cout);
         });
     }
 #endif
