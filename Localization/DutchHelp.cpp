@@ -173,23 +173,53 @@ constexpr HelpContent dutch{
                 "vaak op.",
             .cabling = "Gebruik twisted-pair-kabel, een afsluitweerstand van 120 Ω aan beide "
                        "uiteinden van de bus en een gemeenschappelijke massa.",
-            .busyPort = "Is de poort bezet of verdwenen? Sluit andere programma's die hem "
-                        "gebruiken, zoals een seriële terminal. ModemManager test een nieuwe "
-                        "adapter een paar seconden lang, en brltty (voor brailleleesregels) eist "
-                        "CH34x-adapters op: verwijder brltty als het niet nodig is. De "
-                        "gangbare chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) hebben geen extra "
-                        "driver nodig.",
+            .busyPort =
+                "Is de poort bezet? De melding noemt het programma dat hem vasthoudt, bijvoorbeeld "
+                "ModemManager (proces 812), en hoe u het stopt: ModemManager onderzoekt nieuwe "
+                "adapters op modems, en brltty (voor brailleleesregels) eist CH34x-adapters op. "
+                "Kestrin vergrendelt de poort die het uitleest, zodat een tweede Kestrin hem niet "
+                "kan openen, zelfs niet als root. De gangbare chips (FTDI, CP210x, CH34x, PL2303, "
+                "CDC-ACM) hebben geen extra driver nodig.",
             .oddValuesHeading = "Vreemde waarden",
             .scale = "Klopt de orde van grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 "
                      "of 0,01).",
             .order = "Klopt een 32-bitwaarde niet? Probeer een andere **volgorde**, meestal CDAB.",
             .offByOne = "Is alles één adres verschoven? Trek er 1 af: de handleiding telt de "
                         "adressen dan vanaf 1 (of 40001).",
+            .adaptersHeading = "Poorten en adapters",
             .privacy =
-                "Seriële poorten kunnen alleen door leden van de groep **dialout** worden geopend: "
-                "gaat een poort niet open, voer dan `sudo usermod -aG dialout $USER` uit en log "
-                "opnieuw in. Er gaat niets over het netwerk; lijsten en instellingen blijven op "
-                "deze computer.",
+                "Gaat een poort niet open? De melding noemt de groep waar hij bij hoort (meestal "
+                "**dialout**), zegt of u lid bent en geeft de opdracht die u met uw gebruikersnaam "
+                "toevoegt, bijvoorbeeld `sudo usermod -aG dialout alice`; log daarna uit en weer "
+                "in. Bent u pas na het inloggen toegevoegd, dan is opnieuw inloggen genoeg. "
+                "Kestrin praat alleen met de seriële poort: er gaat niets over het netwerk, en "
+                "lijsten en instellingen blijven op deze computer.",
+            .portMoved =
+                "Kestrin onthoudt de gekozen adapter aan zijn USB-identiteit (fabrikant, product, "
+                "serienummer). Komt hij na opnieuw aansluiten onder een andere naam terug, "
+                "bijvoorbeeld `/dev/ttyUSB1` in plaats van `/dev/ttyUSB0`, dan gaat het uitlezen "
+                "daar verder en meldt het log “Seriële poort weer geopend (nu /dev/ttyUSB1)”. Twee "
+                "gelijke adapters zijn in de poortlijst te onderscheiden aan hun serienummer.",
+            .slowAdapter =
+                "FTDI-adapters houden elk antwoord vast zolang hun latency timer loopt, standaard "
+                "16 ms. Kestrin vraagt de driver tijdens het uitlezen om lage latentie; staat de "
+                "timer daarna nog boven 1 ms, dan toont een melding boven het log wat dat kost, "
+                "bijvoorbeeld “Met 16 ms ongeveer 45 verzoeken per seconde in plaats van 185.” "
+                "**Op 1 ms zetten** verlaagt hem tot de adapter wordt losgekoppeld (de knop "
+                "verschijnt alleen als de timer mag worden gewijzigd); **Blijvend oplossen…** "
+                "toont de udev-regel die bij elke aansluiting 1 ms instelt.",
+            .rs485 = "Op de UART van een board zoals de Raspberry Pi kan de driver de richting van "
+                     "een RS-485-transceiver met RTS omschakelen: zet **RS-485-richting via RTS** "
+                     "aan in de instellingen (schuifregelaars bovenaan) en stel **RTS tijdens "
+                     "zenden**, **Wachttijd voor het zenden** en **Wachttijd na het zenden** in "
+                     "zoals de transceiver nodig heeft. USB-adapters schakelen zelf om: laat het "
+                     "voor hen uit. Kent de driver van de poort de RS-485-modus van de kernel "
+                     "niet, dan gaat de poort niet open en zegt de melding dat.",
+            .portsVerbose =
+                "`kestrin-cli ports --verbose` toont dit alles in één keer voor elke poort: de "
+                "link in /dev/serial/by-id, de driver, de USB-identiteit, de groep waar de poort "
+                "bij hoort en of u hem mag openen, het programma dat hem vasthoudt, de latency "
+                "timer en of de driver de RS-485-modus kent.",
         },
     .shortcuts =
         {

@@ -156,20 +156,50 @@ constexpr HelpContent english{
             .wiring = "Are A and B swapped? Swapping them is harmless and often the fix.",
             .cabling = "Use twisted-pair cable, a 120 Ω termination resistor at both ends of the "
                        "bus and a common ground.",
-            .busyPort = "Is the port busy or gone? Close other programs that use it, such as a "
-                        "serial terminal. ModemManager may probe a new adapter for a few seconds, "
-                        "and brltty (for Braille displays) takes CH34x adapters away: remove "
-                        "brltty if you do not need it. The common chips (FTDI, CP210x, CH34x, "
-                        "PL2303, CDC-ACM) need no extra driver.",
+            .busyPort =
+                "Is the port busy? The message names the program holding it, for example "
+                "ModemManager (process 812), and how to stop it: ModemManager probes new adapters "
+                "for modems, and brltty (for braille displays) takes CH34x adapters. Kestrin locks "
+                "the port it reads, so a second Kestrin, even one run as root, cannot open it. The "
+                "common chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) need no extra driver.",
             .oddValuesHeading = "Odd values",
             .scale = "Is the size wrong? Check the **scale** (for example 0.1 or 0.01).",
             .order = "Is a 32-bit value wrong? Try another **order**, usually CDAB.",
             .offByOne = "Is everything one address off? Subtract 1: the manual then uses addresses "
                         "from 1 (or 40001).",
+            .adaptersHeading = "Ports and adapters",
             .privacy =
-                "Serial ports are open only to members of the **dialout** group: if a port cannot "
-                "be opened, run `sudo usermod -aG dialout $USER` and log in again. Nothing goes "
-                "over the network; your lists and settings stay on this computer.",
+                "Can a port not be opened? The message names the group that owns it (usually "
+                "**dialout**), says whether you are in it, and gives the command that adds you by "
+                "your user name, for example `sudo usermod -aG dialout alice`; then log out and "
+                "back in. If you were added after logging in, logging in again is all it takes. "
+                "Kestrin talks only to the serial port: nothing goes over the network, and your "
+                "lists and settings stay on this computer.",
+            .portMoved =
+                "Kestrin remembers the chosen adapter by its USB identity (vendor, product, serial "
+                "number). If it comes back under another name after being plugged in again, for "
+                "example `/dev/ttyUSB1` instead of `/dev/ttyUSB0`, reading resumes there and the "
+                "log says “Serial port open again (now /dev/ttyUSB1)”. Two identical adapters are "
+                "told apart in the port list by their serial numbers.",
+            .slowAdapter =
+                "FTDI adapters hold every answer back for their latency timer, 16 ms by default. "
+                "Kestrin asks the driver for low latency while it reads; where the timer still "
+                "stands above 1 ms, a notice over the log shows what that costs, for example “With "
+                "16 ms, about 45 requests a second instead of 185.” **Set to 1 ms** lowers it "
+                "until the adapter is unplugged (the button appears only where the timer may be "
+                "changed); **Fix for good…** shows the udev rule that sets 1 ms every time the "
+                "adapter is plugged in.",
+            .rs485 =
+                "On the UART of a board such as the Raspberry Pi, the driver can switch an RS-485 "
+                "transceiver's direction with RTS: turn on **RS-485 direction by RTS** in the "
+                "settings (sliders at the top) and set **RTS while sending**, **Delay before "
+                "sending** and **Delay after sending** to what the transceiver needs. USB adapters "
+                "switch direction by themselves: leave it off for them. A port whose driver lacks "
+                "the kernel's RS-485 mode does not open, and the message says so.",
+            .portsVerbose = "`kestrin-cli ports --verbose` shows all of this for every port at "
+                            "once: the /dev/serial/by-id link, the driver, the USB identity, the "
+                            "owning group and whether you may open the port, the program holding "
+                            "it, the latency timer and whether the driver has RS-485 mode.",
         },
     .shortcuts =
         {

@@ -180,11 +180,12 @@ constexpr HelpContent french{
                       "souvent le problème.",
             .cabling = "Utilisez un câble à paire torsadée, une résistance de terminaison de "
                        "120 Ω à chaque extrémité du bus et une masse commune.",
-            .busyPort = "Le port est-il occupé ou a-t-il disparu ? Fermez les autres programmes "
-                        "qui l'utilisent, par exemple un terminal série. ModemManager sonde un "
-                        "nouvel adaptateur pendant quelques secondes, et brltty (pour les "
-                        "afficheurs braille) s'empare des adaptateurs CH34x : désinstallez "
-                        "brltty si vous n'en avez pas besoin. Les puces courantes (FTDI, CP210x, "
+            .busyPort = "Le port est-il occupé ? Le message nomme le programme qui le tient, par "
+                        "exemple ModemManager (processus 812), et indique comment l'arrêter : "
+                        "ModemManager sonde les nouveaux adaptateurs à la recherche de modems, et "
+                        "brltty (pour les afficheurs braille) s'empare des adaptateurs CH34x. "
+                        "Kestrin verrouille le port qu'il lit, si bien qu'un second Kestrin ne "
+                        "peut pas l'ouvrir, même lancé en root. Les puces courantes (FTDI, CP210x, "
                         "CH34x, PL2303, CDC-ACM) ne demandent aucun pilote supplémentaire.",
             .oddValuesHeading = "Valeurs aberrantes",
             .scale = "L'ordre de grandeur est faux ? Vérifiez l'**échelle** (par exemple 0,1 ou "
@@ -193,10 +194,40 @@ constexpr HelpContent french{
                      "souvent CDAB.",
             .offByOne = "Tout est décalé d'une adresse ? Retranchez 1 : le manuel compte alors "
                         "les adresses à partir de 1 (ou de 40001).",
-            .privacy = "Les ports série ne sont accessibles qu'aux membres du groupe "
-                       "**dialout** : si un port ne peut pas être ouvert, exécutez `sudo usermod "
-                       "-aG dialout $USER` puis rouvrez votre session. Rien ne passe par le "
-                       "réseau ; vos listes et réglages restent sur cet ordinateur.",
+            .adaptersHeading = "Ports et adaptateurs",
+            .privacy = "Un port refuse de s'ouvrir ? Le message nomme le groupe auquel il "
+                       "appartient (le plus souvent **dialout**), dit si vous en êtes membre et "
+                       "donne la commande qui vous y ajoute avec votre nom d'utilisateur, par "
+                       "exemple `sudo usermod -aG dialout alice` ; fermez ensuite votre session et "
+                       "rouvrez-la. Si vous avez été ajouté après l'ouverture de la session, il "
+                       "suffit de la rouvrir. Kestrin ne parle qu'au port série : rien ne passe "
+                       "par le réseau, et vos listes et réglages restent sur cet ordinateur.",
+            .portMoved = "Kestrin retient l'adaptateur choisi par son identité USB (fabricant, "
+                         "produit, numéro de série). S'il revient sous un autre nom après avoir "
+                         "été rebranché, par exemple `/dev/ttyUSB1` au lieu de `/dev/ttyUSB0`, la "
+                         "lecture reprend là et le journal indique « Port série de nouveau ouvert "
+                         "(désormais /dev/ttyUSB1) ». Deux adaptateurs identiques se distinguent "
+                         "dans la liste des ports par leur numéro de série.",
+            .slowAdapter =
+                "Les adaptateurs FTDI retiennent chaque réponse le temps de leur latency timer, 16 "
+                "ms par défaut. Kestrin demande au pilote une faible latence pendant la lecture ; "
+                "si le timer reste au-dessus de 1 ms, un avis au-dessus du journal indique ce que "
+                "cela coûte, par exemple « Avec 16 ms, environ 45 requêtes par seconde au lieu de "
+                "185. » **Régler sur 1 ms** l'abaisse jusqu'à ce que l'adaptateur soit débranché "
+                "(le bouton n'apparaît que si le timer peut être modifié) ; **Corriger "
+                "durablement…** montre la règle udev qui règle 1 ms à chaque branchement.",
+            .rs485 = "Sur l'UART d'une carte comme le Raspberry Pi, le pilote peut commuter le "
+                     "sens d'un émetteur-récepteur RS-485 avec RTS : activez **Direction RS-485 "
+                     "par RTS** dans les réglages (curseurs en haut) et réglez **RTS pendant "
+                     "l'émission**, **Délai avant l'émission** et **Délai après l'émission** selon "
+                     "les besoins de l'émetteur-récepteur. Les adaptateurs USB commutent seuls : "
+                     "laissez-la désactivée pour eux. Si le pilote du port ne connaît pas le mode "
+                     "RS-485 du noyau, le port ne s'ouvre pas et le message le dit.",
+            .portsVerbose =
+                "`kestrin-cli ports --verbose` montre tout cela d'un coup pour chaque port : le "
+                "lien dans /dev/serial/by-id, le pilote, l'identité USB, le groupe propriétaire et "
+                "si vous pouvez ouvrir le port, le programme qui le tient, le latency timer et si "
+                "le pilote connaît le mode RS-485.",
         },
     .shortcuts =
         {

@@ -175,12 +175,13 @@ constexpr HelpContent german{
                       "behebt das Problem oft.",
             .cabling = "Verwenden Sie verdrilltes Kabel (Twisted Pair), einen Abschlusswiderstand "
                        "von 120 Ω an beiden Enden des Busses und eine gemeinsame Masse.",
-            .busyPort = "Ist die Schnittstelle belegt oder verschwunden? Schließen Sie andere "
-                        "Programme, die sie verwenden, etwa ein serielles Terminal. ModemManager "
-                        "prüft einen neuen Adapter einige Sekunden lang, und brltty (für "
-                        "Braillezeilen) belegt CH34x-Adapter: Deinstallieren Sie brltty, wenn Sie "
-                        "es nicht brauchen. Die gängigen Chips (FTDI, CP210x, CH34x, PL2303, "
-                        "CDC-ACM) brauchen keinen eigenen Treiber.",
+            .busyPort =
+                "Ist die Schnittstelle belegt? Die Meldung nennt das Programm, das sie belegt, "
+                "etwa ModemManager (Prozess 812), und wie Sie es beenden: ModemManager prüft neue "
+                "Adapter auf Modems, und brltty (für Braillezeilen) belegt CH34x-Adapter. Kestrin "
+                "sperrt die Schnittstelle, die es liest, sodass ein zweites Kestrin sie nicht "
+                "öffnen kann, auch nicht als root. Die gängigen Chips (FTDI, CP210x, CH34x, "
+                "PL2303, CDC-ACM) brauchen keinen eigenen Treiber.",
             .oddValuesHeading = "Unplausible Werte",
             .scale = "Stimmt die Größenordnung nicht? Prüfen Sie den **Faktor** (zum Beispiel "
                      "0,1 oder 0,01).",
@@ -188,11 +189,42 @@ constexpr HelpContent german{
                      "meist CDAB.",
             .offByOne = "Ist alles um eine Adresse verschoben? Ziehen Sie 1 ab: Das Handbuch "
                         "zählt die Adressen dann ab 1 (oder ab 40001).",
-            .privacy = "Serielle Schnittstellen sind nur für Mitglieder der Gruppe **dialout** "
-                       "zugänglich: Lässt sich eine Schnittstelle nicht öffnen, führen Sie `sudo "
-                       "usermod -aG dialout $USER` aus und melden Sie sich neu an. Nichts wird "
-                       "über das Netzwerk übertragen; Ihre Listen und Einstellungen bleiben auf "
-                       "diesem Computer.",
+            .adaptersHeading = "Schnittstellen und Adapter",
+            .privacy =
+                "Lässt sich eine Schnittstelle nicht öffnen? Die Meldung nennt die Gruppe, der sie "
+                "gehört (meist **dialout**), sagt, ob Sie Mitglied sind, und gibt den Befehl an, "
+                "der Sie mit Ihrem Benutzernamen hinzufügt, etwa `sudo usermod -aG dialout alice`; "
+                "melden Sie sich danach ab und wieder an. Wurden Sie erst nach der Anmeldung "
+                "hinzugefügt, genügt eine neue Anmeldung. Kestrin spricht nur mit der seriellen "
+                "Schnittstelle: Nichts wird über das Netzwerk übertragen, und Ihre Listen und "
+                "Einstellungen bleiben auf diesem Computer.",
+            .portMoved = "Kestrin merkt sich den gewählten Adapter an seiner USB-Kennung "
+                         "(Hersteller, Produkt, Seriennummer). Taucht er nach erneutem Einstecken "
+                         "unter einem anderen Namen auf, etwa `/dev/ttyUSB1` statt `/dev/ttyUSB0`, "
+                         "wird dort weitergelesen, und das Log meldet „Serielle Schnittstelle "
+                         "wieder geöffnet (jetzt /dev/ttyUSB1)“. Zwei gleiche Adapter "
+                         "unterscheidet die Liste der Schnittstellen an ihren Seriennummern.",
+            .slowAdapter =
+                "FTDI-Adapter halten jede Antwort für die Dauer ihres Latency-Timers zurück, ab "
+                "Werk 16 ms. Kestrin bittet den Treiber beim Lesen um niedrige Latenz; steht der "
+                "Timer danach noch über 1 ms, zeigt ein Hinweis über dem Log, was das kostet, etwa "
+                "„Mit 16 ms etwa 45 Anfragen pro Sekunde statt 185.“ **Auf 1 ms setzen** senkt "
+                "ihn, bis der Adapter ausgesteckt wird (die Schaltfläche erscheint nur, wenn der "
+                "Timer geändert werden darf); **Dauerhaft beheben…** zeigt die udev-Regel, die bei "
+                "jedem Einstecken 1 ms einstellt.",
+            .rs485 =
+                "Am UART eines Boards wie dem Raspberry Pi kann der Treiber die Richtung eines "
+                "RS-485-Transceivers mit RTS umschalten: Schalten Sie in den Einstellungen "
+                "(Schieberegler oben) **RS-485-Richtung über RTS** ein und stellen Sie **RTS beim "
+                "Senden**, **Wartezeit vor dem Senden** und **Wartezeit nach dem Senden** so ein, "
+                "wie der Transceiver es braucht. USB-Adapter schalten selbst um: Lassen Sie es für "
+                "sie aus. Kennt der Treiber der Schnittstelle den RS-485-Modus des Kernels nicht, "
+                "lässt sie sich nicht öffnen, und die Meldung sagt das.",
+            .portsVerbose =
+                "`kestrin-cli ports --verbose` zeigt all das auf einen Blick, für jede "
+                "Schnittstelle: den Link unter /dev/serial/by-id, den Treiber, die USB-Kennung, "
+                "die Gruppe, der sie gehört, und ob Sie sie öffnen dürfen, das Programm, das sie "
+                "belegt, den Latency-Timer und ob der Treiber den RS-485-Modus kennt.",
         },
     .shortcuts =
         {

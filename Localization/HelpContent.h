@@ -116,7 +116,12 @@ struct HelpContent {
         Literal scale;
         Literal order;
         Literal offByOne;
+        Literal adaptersHeading;
         Literal privacy;
+        Literal portMoved;
+        Literal slowAdapter;
+        Literal rs485;
+        Literal portsVerbose;
     } troubleshooting;
 
     // Table values; the keys are the shortcuts, built from the key names below.

@@ -199,7 +199,12 @@ HelpTopic troubleshootingTopic(const HelpContent& help) {
                 heading(help.troubleshooting.oddValuesHeading),
                 bullets({help.troubleshooting.scale, help.troubleshooting.order,
                          help.troubleshooting.offByOne}),
+                heading(help.troubleshooting.adaptersHeading),
                 paragraph(help.troubleshooting.privacy()),
+                paragraph(help.troubleshooting.portMoved()),
+                paragraph(help.troubleshooting.slowAdapter()),
+                paragraph(help.troubleshooting.rs485()),
+                tip(help.troubleshooting.portsVerbose),
             }};
 }
 

@@ -177,22 +177,53 @@ constexpr HelpContent spanish{
                       "menudo es la solución.",
             .cabling = "Use cable de par trenzado, una resistencia de terminación de 120 Ω en "
                        "ambos extremos del bus y una masa común.",
-            .busyPort = "¿Está ocupado el puerto o ha desaparecido? Cierre los demás programas que "
-                        "lo usen, como un terminal serie. ModemManager sondea un adaptador nuevo "
-                        "durante unos segundos, y brltty (para líneas braille) se apropia de los "
-                        "adaptadores CH34x: desinstale brltty si no lo necesita. Los chips "
-                        "habituales (FTDI, CP210x, CH34x, PL2303, CDC-ACM) no necesitan ningún "
-                        "controlador adicional.",
+            .busyPort = "¿Está ocupado el puerto? El mensaje nombra el programa que lo retiene, "
+                        "por ejemplo ModemManager (proceso 812), y cómo detenerlo: ModemManager "
+                        "sondea los adaptadores nuevos en busca de módems, y brltty (para líneas "
+                        "braille) se apropia de los adaptadores CH34x. Kestrin bloquea el puerto "
+                        "que lee, de modo que un segundo Kestrin no puede abrirlo, aunque se "
+                        "ejecute como root. Los chips habituales (FTDI, CP210x, CH34x, PL2303, "
+                        "CDC-ACM) no necesitan ningún controlador adicional.",
             .oddValuesHeading = "Valores extraños",
             .scale = "¿El orden de magnitud es incorrecto? Compruebe la **escala** (por ejemplo, "
                      "0,1 o 0,01).",
             .order = "¿Un valor de 32 bits es incorrecto? Pruebe otro **orden**, normalmente CDAB.",
             .offByOne = "¿Está todo desplazado una dirección? Reste 1: el manual usa entonces "
                         "direcciones a partir de 1 (o de 40001).",
-            .privacy = "Solo los miembros del grupo **dialout** pueden abrir puertos serie: si no "
-                       "se puede abrir un puerto, ejecute `sudo usermod -aG dialout $USER` y "
-                       "vuelva a iniciar sesión. Nada se envía por la red; sus listas y ajustes "
-                       "permanecen en este equipo.",
+            .adaptersHeading = "Puertos y adaptadores",
+            .privacy =
+                "¿No se puede abrir un puerto? El mensaje nombra el grupo al que pertenece "
+                "(normalmente **dialout**), dice si usted es miembro y da el comando que le añade "
+                "con su nombre de usuario, por ejemplo `sudo usermod -aG dialout alice`; después "
+                "cierre la sesión y vuelva a iniciarla. Si se le añadió después de iniciar la "
+                "sesión, basta con volver a iniciarla. Kestrin solo habla con el puerto serie: "
+                "nada se envía por la red, y sus listas y ajustes permanecen en este equipo.",
+            .portMoved =
+                "Kestrin recuerda el adaptador elegido por su identidad USB (fabricante, producto, "
+                "número de serie). Si vuelve con otro nombre tras conectarlo de nuevo, por ejemplo "
+                "`/dev/ttyUSB1` en lugar de `/dev/ttyUSB0`, la lectura continúa allí y la traza "
+                "indica «Puerto serie abierto de nuevo (ahora /dev/ttyUSB1)». Dos adaptadores "
+                "iguales se distinguen en la lista de puertos por su número de serie.",
+            .slowAdapter =
+                "Los adaptadores FTDI retienen cada respuesta durante su latency timer, 16 ms de "
+                "fábrica. Kestrin pide al controlador baja latencia mientras lee; si el timer "
+                "sigue por encima de 1 ms, un aviso sobre la traza muestra lo que cuesta, por "
+                "ejemplo «Con 16 ms, unas 45 solicitudes por segundo en lugar de 185.» **Poner a 1 "
+                "ms** lo reduce hasta que se desconecte el adaptador (el botón solo aparece si el "
+                "timer se puede cambiar); **Corregir de forma permanente…** muestra la regla de "
+                "udev que pone 1 ms cada vez que se conecta.",
+            .rs485 = "En la UART de una placa como la Raspberry Pi, el controlador puede conmutar "
+                     "la dirección de un transceptor RS-485 con RTS: active **Dirección RS-485 por "
+                     "RTS** en los ajustes (los controles deslizantes de arriba) y ajuste **RTS al "
+                     "enviar**, **Espera antes de enviar** y **Espera después de enviar** a lo que "
+                     "necesite el transceptor. Los adaptadores USB conmutan solos: déjelo "
+                     "desactivado para ellos. Si el controlador del puerto no tiene el modo RS-485 "
+                     "del kernel, el puerto no se abre y el mensaje lo indica.",
+            .portsVerbose =
+                "`kestrin-cli ports --verbose` muestra todo esto de una vez para cada puerto: el "
+                "enlace en /dev/serial/by-id, el controlador, la identidad USB, el grupo "
+                "propietario y si usted puede abrir el puerto, el programa que lo retiene, el "
+                "latency timer y si el controlador tiene el modo RS-485.",
         },
     .shortcuts =
         {

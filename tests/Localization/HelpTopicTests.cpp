@@ -3,7 +3,9 @@
 #include "L10n.h"
 #include "LanguageForTesting.h"
 #include "Overloaded.h"
+#include "Texts.h"
 
+#include <algorithm>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -138,6 +140,30 @@ TEST(HelpTopic, EveryLanguageFindsItsOwnTitlesAndTheSameCodes) {
         L10n::withLanguageForTesting(language, [&] {
             EXPECT_EQ(HelpTopic::search("Modbus"), HelpTopic::matching(topics, "Modbus"));
         });
+    }
+}
+
+// The troubleshooting topic sends the reader to these controls by name, so a renamed control
+// must not leave the help pointing at a label the window no longer shows.
+TEST(HelpTopic, TroubleshootingNamesAdapterControlsAsTheWindowDoes) {
+    for (Language language : Language::allCases) {
+        SCOPED_TRACE(language.rawValue());
+        const L10n::Texts& window = L10n::texts(language);
+        const std::vector<HelpTopic> topics = HelpTopic::all(language);
+        const auto topic = std::find_if(topics.begin(), topics.end(), [](const HelpTopic& t) {
+            return t.id == "troubleshooting";
+        });
+        ASSERT_NE(topic, topics.end());
+        std::string help;
+        for (const std::string& text : texts(*topic)) {
+            help += text + '\n';
+        }
+        for (const std::string& name :
+             {window.settings.rs485(), window.settings.rtsWhileSending(),
+              window.settings.delayBeforeSend(), window.settings.delayAfterSend(),
+              window.adapter.setToOneMs(), window.adapter.fixForGood()}) {
+            EXPECT_NE(help.find("**" + name + "**"), std::string::npos) << name;
+        }
     }
 }
 
