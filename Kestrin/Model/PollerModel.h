@@ -305,6 +305,8 @@ private:
     void loadPortIdentity(const QSettings& settings);
     void storePortIdentity(std::optional<PortIdentity> identity);
     bool selectRememberedAdapter();
+    // The listed port at the selected path unless it is certainly not the remembered adapter.
+    const SerialPortInfo* rememberedPortAtSelectedPath() const;
     void chooseListedPort(const std::optional<std::set<std::string>>& previous);
 
     Environment environment_;
@@ -343,6 +345,8 @@ private:
     std::unique_ptr<PortScanner> scanner_;
     // Present while the port is lost and not yet reopened.
     std::unique_ptr<PortPathWatcher> lostPortWatcher_;
+    // While the port is lost: the other ports listed at the loss that have not left since.
+    std::set<std::string> presentAtLoss_;
     // The selected path's link as it was when reading last opened the port.
     std::optional<PortPathWatcher::LinkIdentity> openedLink_;
     std::vector<SerialPortInfo> scannedPorts_;

@@ -1,6 +1,7 @@
 #include "PollerModel.h"
 
 #include <algorithm>
+#include <iterator>
 #include <filesystem>
 #include <system_error>
 
@@ -117,12 +118,33 @@ void PollerModel::storePortIdentity(std::optional<PortIdentity> identity) {
 }
 
 bool PollerModel::selectRememberedAdapter() {
-    const SerialPortInfo* adapter = portIdentity_ ? portIdentity_->findIn(ports_) : nullptr;
+    if (!portIdentity_) {
+        return false;
+    }
+    // Without a serial number an adapter is told from an identical one only by when it came: one
+    // that was plugged in all along, beside the lost one, is not the lost one come back.
+    std::vector<SerialPortInfo> arrived;
+    const bool lostWithoutSerial =
+        state_ == PollerState::serialLost && !portIdentity_->serialNumber;
+    if (lostWithoutSerial) {
+        std::copy_if(
+            ports_.begin(), ports_.end(), std::back_inserter(arrived),
+            [&](const SerialPortInfo& port) { return !presentAtLoss_.contains(port.path); });
+    }
+    const SerialPortInfo* adapter = portIdentity_->findIn(lostWithoutSerial ? arrived : ports_);
     if (adapter == nullptr) {
         return false;
     }
     setSelectedPath(adapter->path);
     return true;
+}
+
+const SerialPortInfo* PollerModel::rememberedPortAtSelectedPath() const {
+    const SerialPortInfo* listed = listedPort(selectedPath_);
+    if (listed != nullptr && portIdentity_ && portIdentity_->isContradictedBy(*listed)) {
+        return nullptr;
+    }
+    return listed;
 }
 
 // Discovery never announces a test device, so its folder is watched instead, and the folder its
@@ -178,16 +200,17 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
         paths.insert(port.path);
     }
     knownPaths_ = paths;
+    std::erase_if(presentAtLoss_, [&](const std::string& path) { return !paths.contains(path); });
 
+    // A choice stored before identities were kept, or made before the port's USB facts had
+    // settled, learns its adapter when it is listed. A known adapter is never replaced this way:
+    // another adapter that now has its name (after both were replugged) is not the one chosen.
     const SerialPortInfo* selected = listedPort(selectedPath_);
-    // A choice stored before identities were kept learns its adapter's when it is listed; a port
-    // listed before its USB facts settled keeps the identity it had.
-    if (selected != nullptr && !isTestDevice(selectedPath_)) {
-        if (auto identity = PortIdentity::of(*selected); identity && identity != portIdentity_) {
-            storePortIdentity(std::move(identity));
-        }
+    if (selected != nullptr && !portIdentity_ && !isTestDevice(selectedPath_)) {
+        storePortIdentity(PortIdentity::of(*selected));
     }
-    if (state_ == PollerState::serialLost && (selected != nullptr || selectRememberedAdapter())) {
+    if (state_ == PollerState::serialLost &&
+        (rememberedPortAtSelectedPath() != nullptr || selectRememberedAdapter())) {
         armResume();
     }
     // An engine that is opening the port counts as reading: its started line names the path.
@@ -198,7 +221,7 @@ void PollerModel::portsChanged(const std::vector<SerialPortInfo>& list) {
 
 void PollerModel::chooseListedPort(const std::optional<std::set<std::string>>& previous) {
     const SerialPortInfo* selected = listedPort(selectedPath_);
-    if (selected == nullptr && selectRememberedAdapter()) {
+    if (rememberedPortAtSelectedPath() == nullptr && selectRememberedAdapter()) {
         return;
     }
     if (previous) {

@@ -83,6 +83,14 @@ void PollerModel::start() {
     if (!startEngine()) {
         return;
     }
+    // Whatever adapter now answers to the chosen name is the one being read, and the one to find
+    // again if it is lost.
+    if (const SerialPortInfo* port = listedPort(selectedPath_);
+        port != nullptr && !isTestDevice(selectedPath_)) {
+        if (auto identity = PortIdentity::of(*port); identity && identity != portIdentity_) {
+            storePortIdentity(std::move(identity));
+        }
+    }
     setStatistics({});
     consecutiveFailures_ = 0;
     setShowNoResponseHint(false);

@@ -13,6 +13,12 @@ void PollerModel::portLost(const std::string& path) {
     engine_.reset();
     setState(PollerState::serialLost);
     appendLog(LogLine::portLost(path));
+    presentAtLoss_.clear();
+    for (const SerialPortInfo& port : ports_) {
+        if (port.path != selectedPath_) {
+            presentAtLoss_.insert(port.path);
+        }
+    }
     // The path the engine lost; resume opens the selected path, which stays this one unless the
     // adapter turns up under another name.
     lostPortWatcher_ = std::make_unique<PortPathWatcher>(selectedPath_, openedLink_);
@@ -20,7 +26,7 @@ void PollerModel::portLost(const std::string& path) {
     // An adapter replugged before the engine noticed is back already, at its path or, once
     // discovery has dropped that path, under another name; nothing will announce it.
     if (lostPortWatcher_->isOpenable() ||
-        (listedPort(selectedPath_) == nullptr && selectRememberedAdapter())) {
+        (rememberedPortAtSelectedPath() == nullptr && selectRememberedAdapter())) {
         armResume();
     }
 }
@@ -31,6 +37,11 @@ void PollerModel::armResume() {
 
 void PollerModel::resumeAfterLoss() {
     if (state_ != PollerState::serialLost || engine_) {
+        return;
+    }
+    // The lost path may have come back as another adapter; only the remembered one is read.
+    if (listedPort(selectedPath_) != nullptr && rememberedPortAtSelectedPath() == nullptr &&
+        !selectRememberedAdapter()) {
         return;
     }
     const bool moved = lostPortWatcher_ && lostPortWatcher_->path() != selectedPath_;

@@ -20,24 +20,34 @@ const SerialPortInfo* PortIdentity::findIn(std::span<const SerialPortInfo> liste
         }
         return &*found;
     };
-    if (byIdPath) {
-        const auto link =
-            std::find_if(listed.begin(), listed.end(),
-                         [&](const SerialPortInfo& port) { return port.byIdPath == byIdPath; });
-        if (link != listed.end()) {
-            return &*link;
-        }
-    }
     const auto sameProduct = [&](const SerialPortInfo& port) {
         return port.vendorID == vendorID && port.productID == productID;
     };
-    if (serialNumber) {
-        return only([&](const SerialPortInfo& port) {
-            return sameProduct(port) && port.serialNumber == serialNumber &&
-                   !(byIdPath && port.byIdPath && port.byIdPath != byIdPath);
-        });
+    if (!serialNumber) {
+        return only(sameProduct);
     }
-    return only(sameProduct);
+    if (byIdPath) {
+        if (const SerialPortInfo* linked =
+                only([&](const SerialPortInfo& port) { return port.byIdPath == byIdPath; })) {
+            return linked;
+        }
+    }
+    return only(
+        [&](const SerialPortInfo& port) { return sameProduct(port) && !isContradictedBy(port); });
+}
+
+bool PortIdentity::isContradictedBy(const SerialPortInfo& port) const {
+    if (!port.vendorID || !port.productID) {
+        return false;
+    }
+    if (*port.vendorID != vendorID || *port.productID != productID) {
+        return true;
+    }
+    if (!serialNumber) {
+        return false;
+    }
+    return port.serialNumber != serialNumber ||
+           (byIdPath && port.byIdPath && port.byIdPath != byIdPath);
 }
 
 } // namespace kestrin

@@ -158,6 +158,13 @@ TEST_F(PollerModelReading, LostAdapterIsFollowedToItsNewNameButNotToAnIdenticalO
     }
     QTest::qWait(150);
     EXPECT_EQ(model->state(), PollerState::serialLost);
+    // Both replugged, the other adapter first: it now has the lost name, and is not read.
+    auto other = serve(served, {"--link", before});
+    model->portsChanged({ftdiAt(before, "B20X")});
+    QTest::qWait(150);
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+    other->end(SIGKILL);
+    std::filesystem::remove(before);
 
     simulator = serve(served, {"--link", after});
     model->portsChanged({ftdiAt(after, "A10K3ZX"), ftdiAt(stranger, "B20X")});
@@ -166,6 +173,35 @@ TEST_F(PollerModelReading, LostAdapterIsFollowedToItsNewNameButNotToAnIdenticalO
     EXPECT_EQ(preferences()->value("port").toString().toStdString(), after);
     EXPECT_EQ(countInLog("--- Serial port open again (now " + after + ") ---"), 1);
     EXPECT_EQ(countInLog("Reading started on " + after), 1);
+}
+
+// Adapters without serial numbers (CH340s) are told apart only by when they came: one that sat
+// beside the lost adapter all along is not it, one that arrives after the loss is.
+TEST_F(PollerModelReading, LostAdapterWithoutSerialIsFollowedOnlyToOneThatArrivedAfter) {
+    const std::string before = file("ttyUSB0").toStdString();
+    const std::string after = file("ttyUSB1").toStdString();
+    const std::string beside = file("ttyUSB2").toStdString();
+    const auto ch340At = [](std::string path) {
+        return SerialPortInfo{std::move(path), "USB Serial", 0x1A86, 0x7523};
+    };
+    auto simulator = serve(served, {"--link", before});
+    create(reading);
+    model->addTestDevice(after, "sim");
+    model->portsChanged({ch340At(before), ch340At(beside)});
+    startReading(before);
+
+    simulator->end(SIGKILL);
+    std::filesystem::remove(before);
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::serialLost; }));
+    model->portsChanged({ch340At(beside)});
+    QTest::qWait(150);
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+    EXPECT_EQ(model->selectedPath(), before);
+
+    simulator = serve(served, {"--link", after});
+    model->portsChanged({ch340At(beside), ch340At(after)});
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    EXPECT_EQ(model->selectedPath(), after);
 }
 
 Datapoint scaled(Datapoint point, double scale) {

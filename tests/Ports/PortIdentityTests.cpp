@@ -51,12 +51,38 @@ TEST(PortIdentity, FindsTheRememberedAdapterUnderAnotherNameAndNeverAStrangers) 
         {"multi-port, no links", quadUnlinked, {quad("USB4", none), quad("USB5", none)}, ""},
         {"the one without serial", cheap, {ftdi("USB0", "A10K3ZX"), ch340("USB1")}, "USB1"},
         {"two without serial", cheap, {ch340("USB1"), ch340("USB2")}, ""},
-        // Identical adapters without serial numbers share one link name; the newest holds it.
-        {"shared link", cheapLinked, {ch340("USB1"), ch340("USB2", ch340Link)}, "USB2"}};
+        // Identical adapters without serial numbers share one link name, so it tells nothing.
+        {"shared link", cheapLinked, {ch340("USB1"), ch340("USB2", ch340Link)}, ""},
+        {"shared link, one adapter", cheapLinked, {ch340("USB2", ch340Link)}, "USB2"},
+        {"link listed twice",
+         mine,
+         {ftdi("USB1", "A10K3ZX", ftdiLink), ftdi("USB2", "A10K3ZX", ftdiLink)},
+         ""}};
     for (const auto& [situation, remembered, listed, taken] : rows) {
         const SerialPortInfo* found = remembered.findIn(listed);
         EXPECT_EQ(found == nullptr ? "" : found->path, taken.empty() ? "" : "/dev/tty" + taken)
             << situation;
+    }
+}
+
+// Whether the port now under the remembered name is certainly someone else's adapter.
+TEST(PortIdentity, IsContradictedOnlyByAPortThatIsCertainlyAnotherAdapter) {
+    const PortIdentity mine{0x0403, 0x6001, "A10K3ZX", ftdiLink};
+    const PortIdentity cheap{0x1A86, 0x7523, none, none};
+    SerialPortInfo unsettled = ftdi("USB0", none);
+    unsettled.vendorID.reset();
+    using Row = std::tuple<const char*, PortIdentity, SerialPortInfo, bool>;
+    const Row rows[] = {{"itself", mine, ftdi("USB0", "A10K3ZX", ftdiLink), false},
+                        {"itself, link not yet made", mine, ftdi("USB0", "A10K3ZX"), false},
+                        {"other serial", mine, ftdi("USB0", "B20X"), true},
+                        {"no serial", mine, ftdi("USB0", none), true},
+                        {"other product", mine, ch340("USB0"), true},
+                        {"multi-port, other port", PortIdentity{0x0403, 0x6011, "FT4X", quadLink1},
+                         quad("USB0", quadLink0), true},
+                        {"USB facts not settled", mine, unsettled, false},
+                        {"identical without serial", cheap, ch340("USB0"), false}};
+    for (const auto& [situation, remembered, listed, contradicted] : rows) {
+        EXPECT_EQ(remembered.isContradictedBy(listed), contradicted) << situation;
     }
 }
 
