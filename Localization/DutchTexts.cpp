@@ -317,7 +317,7 @@ constexpr Texts dutch{
                               "via RTS (",
                               reason,
                               "). USB-adapters schakelen zelf van richting; de instelling is "
-                              "bedoeld voor de UART's van borden zoals de Raspberry Pi. Zet haar "
+                              "bedoeld voor de UART's van boards zoals de Raspberry Pi. Zet haar "
                               "uit in de seriële instellingen.");
             },
         .unsupportedBaud =

@@ -19,16 +19,34 @@ namespace {
 
 using Holder = SerialLinkError::PortHolder;
 
+// Calls visit with each entry of folder until it returns true; false when the folder cannot be
+// listed. Never throws: processes end while /proc is read, and a failed step ends the listing
+// instead (a range-for would throw from the iterator's increment).
+template <typename Visit>
+bool eachEntry(const fs::path& folder, Visit visit) {
+    std::error_code error;
+    fs::directory_iterator entry(folder, error);
+    if (error) {
+        return false;
+    }
+    for (; entry != fs::directory_iterator(); entry.increment(error)) {
+        if (error || visit(entry->path())) {
+            break;
+        }
+    }
+    return true;
+}
+
 std::vector<int> processIds(const SystemRoot& root) {
     std::vector<int> pids;
-    std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(root.at("/proc"), error)) {
+    eachEntry(root.at("/proc"), [&](const fs::path& entry) {
         const std::optional<std::uint64_t> pid =
-            NumberText::unsignedInteger(entry.path().filename().string(), 10);
+            NumberText::unsignedInteger(entry.filename().string(), 10);
         if (pid && *pid > 0 && *pid <= INT32_MAX) {
             pids.push_back(static_cast<int>(*pid));
         }
-    }
+        return false;
+    });
     std::ranges::sort(pids);
     return pids;
 }
@@ -41,21 +59,18 @@ std::string programOf(const SystemRoot& root, int pid) {
 
 // Whether one of the process's descriptors leads to device; absent when they cannot be listed.
 std::optional<bool> opens(const SystemRoot& root, int pid, const fs::path& device) {
-    std::error_code error;
-    fs::directory_iterator descriptors(root.at("/proc/" + std::to_string(pid) + "/fd"), error);
-    if (error) {
-        return std::nullopt;
-    }
-    for (const fs::directory_entry& descriptor : descriptors) {
-        const fs::path target = fs::read_symlink(descriptor.path(), error);
-        // The kernel shows the resolved node, so links need following only in fake trees and
-        // for paths opened through /dev links; sockets and pipes are never followed.
-        if (!error && (target == device || (target.string().starts_with("/dev/") &&
-                                            root.resolve(target.native()) == device))) {
-            return true;
-        }
-    }
-    return false;
+    bool found = false;
+    const bool listed =
+        eachEntry(root.at("/proc/" + std::to_string(pid) + "/fd"), [&](const fs::path& descriptor) {
+            std::error_code error;
+            const fs::path target = fs::read_symlink(descriptor, error);
+            // The kernel shows the resolved node, so links need following only in fake trees and
+            // for paths opened through /dev links; sockets and pipes are never followed.
+            found = !error && (target == device || (target.string().starts_with("/dev/") &&
+                                                    root.resolve(target.native()) == device));
+            return found;
+        });
+    return listed ? std::optional(found) : std::nullopt;
 }
 
 } // namespace
@@ -89,15 +104,14 @@ bool brlttyInstalled(const SystemRoot& root) {
         }
     }
     // Distributions that split the package may ship only the rules that claim the adapters.
+    bool found = false;
     for (const char* rules : {"/usr/lib/udev/rules.d", "/lib/udev/rules.d", "/etc/udev/rules.d"}) {
-        for (const fs::directory_entry& entry :
-             fs::directory_iterator(root.located(rules), error)) {
-            if (entry.path().filename().string().find("brltty") != std::string::npos) {
-                return true;
-            }
-        }
+        eachEntry(root.located(rules), [&](const fs::path& entry) {
+            found = found || entry.filename().string().find("brltty") != std::string::npos;
+            return found;
+        });
     }
-    return false;
+    return found;
 }
 
 } // namespace kestrin::PortHolders

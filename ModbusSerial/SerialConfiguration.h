@@ -22,8 +22,9 @@ struct RS485Direction {
     int delayBeforeSendMs = 0;
     int delayAfterSendMs = 0;
 
-    // Longer delays would eat into the time-out of the answer.
-    static constexpr int longestDelayMs = 1000;
+    // The kernel's serial core takes no longer delay (RS485_MAX_RTS_DELAY); it would shorten one
+    // without saying so.
+    static constexpr int longestDelayMs = 100;
 
     friend bool operator==(const RS485Direction&, const RS485Direction&) = default;
 };

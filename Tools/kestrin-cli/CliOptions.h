@@ -24,7 +24,7 @@ inline constexpr CommandLine::Option rs485{
     "sending; for the UARTs of boards, not for USB adapters"};
 inline constexpr CommandLine::Option rs485Delays{
     "rs485-delays", "MS,MS",
-    "with --rs485: RTS delays before and after sending, 0-1000 ms\n"
+    "with --rs485: RTS delays before and after sending, 0-100 ms\n"
     "each (default 0,0)"};
 } // namespace SharedOptions
 

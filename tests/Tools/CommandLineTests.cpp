@@ -163,7 +163,7 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
         {read + " --frame 9E1", "invalid value '9E1' for --frame"},
         {read + " --rs485 on", "invalid value 'on' for --rs485"},
         {read + " --rs485 low --rs485-delays 5", "invalid value '5' for --rs485-delays"},
-        {read + " --rs485 low --rs485-delays 0,1001", "invalid value '0,1001' for --rs485-delays"},
+        {read + " --rs485 low --rs485-delays 0,101", "invalid value '0,101' for --rs485-delays"},
         {poll + " --rs485-delays 1,1", "option --rs485 is required"},
         {read + " --order XYZW", "invalid value 'XYZW' for --order"},
         {read + " --format octal", "invalid value 'octal' for --format"},
