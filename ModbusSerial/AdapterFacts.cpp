@@ -18,11 +18,11 @@ namespace {
 
 constexpr int maxLatencyMs = 255; // the chips keep it in one byte
 
-std::string latencyAttribute(const std::string& name) {
-    return "/sys/bus/usb-serial/devices/" + name + "/latency_timer";
-}
-
 } // namespace
+
+std::string latencyAttribute(std::string_view deviceName) {
+    return "/sys/bus/usb-serial/devices/" + std::string(deviceName) + "/latency_timer";
+}
 
 std::optional<std::string> deviceName(std::string_view path, const SystemRoot& root) {
     const fs::path device = root.resolve(path);

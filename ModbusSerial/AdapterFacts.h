@@ -27,6 +27,8 @@ struct LatencyTimer {
     bool writable = false;
     friend bool operator==(const LatencyTimer&, const LatencyTimer&) = default;
 };
+// Where the timer of the device with the kernel name deviceName ("ttyUSB0") is, as a system path.
+std::string latencyAttribute(std::string_view deviceName);
 std::optional<LatencyTimer> latencyTimer(std::string_view path,
                                          const SystemRoot& root = SystemRoot::machine());
 

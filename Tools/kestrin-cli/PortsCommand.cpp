@@ -2,12 +2,13 @@
 
 #include "JsonLines.h"
 #include "L10n.h"
+#include "NumberText.h"
 #include "PortHolders.h"
 #include "PortScanner.h"
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
+#include <cstdint>
 #include <unistd.h>
 
 namespace kestrin::PortsCommand {
@@ -22,7 +23,8 @@ constexpr std::array options{
     CommandLine::Option{"verbose", "",
                         "also the driver, the owning group and whether this user can open\n"
                         "the port, the process holding it, the latency timer and RS-485\n"
-                        "support (with --json: driver, group, group-may-open, membership,\n"
+                        "support, for which a free built-in UART is opened for a moment\n"
+                        "(with --json: driver, group, group-may-open, membership,\n"
                         "can-open, holder, latency-timer-ms, latency-timer-writable, rs485)"},
 };
 
@@ -40,10 +42,9 @@ nlohmann::json optional(const auto& value) {
     return value ? nlohmann::json(*value) : nlohmann::json();
 }
 
+// The four hexadecimal digits USB IDs are known by, without "0x".
 std::string hex4(int value) {
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "%04x", value & 0xFFFF);
-    return text.data();
+    return NumberText::hexadecimal(static_cast<std::uint64_t>(value), 4).substr(2);
 }
 
 std::string orNone(const std::optional<std::string>& value) {
@@ -107,10 +108,9 @@ std::string latencyText(const SerialPortInfo& port, const Details& details) {
     if (milliseconds <= 1) {
         return text;
     }
-    const std::string name = details.deviceName.value_or(port.path);
     return text + "; every answer waits that long in the adapter. Kestrin asks the driver for " +
            "1 ms while it reads; for every program: echo 1 | sudo tee " +
-           "/sys/bus/usb-serial/devices/" + name + "/latency_timer";
+           AdapterFacts::latencyAttribute(details.deviceName.value_or(port.path));
 }
 
 std::string rs485Text(RS485Mode::Support support) {
