@@ -7,7 +7,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <sstream>
 #include <string>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <system_error>
 #include <vector>
 
@@ -73,12 +76,47 @@ std::optional<bool> opens(const SystemRoot& root, int pid, const fs::path& devic
     return listed ? std::optional(found) : std::nullopt;
 }
 
+// The process that holds a lock on the device, from /proc/locks, which every user may read:
+// "1: FLOCK  ADVISORY  WRITE 812 00:19:3 0 EOF", the device as hexadecimal major and minor of its
+// file system and the inode. Waiters ("1: -> FLOCK ...") hold nothing.
+std::optional<int> lockingProcess(const SystemRoot& root, const fs::path& device, pid_t self) {
+    struct stat node {};
+    const Result<std::string, int> locks = TextFileReader::read(root.at("/proc/locks").string());
+    if (!locks || ::stat(root.at(device.native()).c_str(), &node) != 0) {
+        return std::nullopt;
+    }
+    std::istringstream lines(locks.value());
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string number, kind, advisory, mode, pid, file;
+        words >> number >> kind >> advisory >> mode >> pid >> file;
+        const std::size_t first = file.find(':');
+        const std::size_t second = file.find(':', first == std::string::npos ? first : first + 1);
+        if (kind == "->" || second == std::string::npos) {
+            continue;
+        }
+        const auto process = NumberText::unsignedInteger(pid, 10);
+        if (NumberText::unsignedInteger(file.substr(0, first), 16) == major(node.st_dev) &&
+            NumberText::unsignedInteger(file.substr(first + 1, second - first - 1), 16) ==
+                minor(node.st_dev) &&
+            NumberText::unsignedInteger(file.substr(second + 1), 10) == node.st_ino && process &&
+            *process <= INT32_MAX && static_cast<pid_t>(*process) != self) {
+            return static_cast<int>(*process);
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::optional<Holder> holder(std::string_view path, const SystemRoot& root, pid_t self) {
     const fs::path device = root.resolve(path);
     if (device.empty()) {
         return std::nullopt;
+    }
+    // Among the programs that have the port open, the one with the lock is the one in the way.
+    if (const std::optional<int> pid = lockingProcess(root, device, self)) {
+        return Holder{programOf(root, *pid), *pid};
     }
     std::optional<Holder> hiddenModemManager;
     for (const int pid : processIds(root)) {

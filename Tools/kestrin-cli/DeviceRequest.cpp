@@ -24,26 +24,36 @@ Failed settled(PollFailure failure, const CliOptions& options, SerialLink& link,
 
 } // namespace
 
-Result<Bytes, Failed> send(const CliOptions& options, ByteView requestPDU, std::ostream& err) {
-    SerialLink link(options.port, options.serial, options.testDevice);
-    if (const auto opened = link.open(); !opened) {
-        err << L10n::Errors::describe(opened.error()) << '\n';
-        return Failed{ExitCode::portFailed, std::nullopt};
+Port::Port(const CliOptions& options)
+    : options_(options) {}
+
+Port::~Port() = default;
+
+Result<Bytes, Failed> Port::send(ByteView requestPDU, std::ostream& err) {
+    if (!link_) {
+        auto link =
+            std::make_unique<SerialLink>(options_.port, options_.serial, options_.testDevice);
+        if (const auto opened = link->open(); !opened) {
+            err << L10n::Errors::describe(opened.error()) << '\n';
+            return Failed{ExitCode::portFailed, std::nullopt};
+        }
+        link_ = std::move(link);
     }
-    const std::uint8_t unit = options.datapoint.unitID;
+    const std::uint8_t unit = options_.datapoint.unitID;
     const Bytes frame = RTUFrame::build(unit, requestPDU);
-    const auto answer = link.transact(frame, true, options.timeoutSeconds());
+    const auto answer = link_->transact(frame, true, options_.timeoutSeconds());
     if (!answer) {
         // A missing answer is the device's failure; anything else means the port is unusable.
         if (answer.error().is<SerialLinkError::Timeout>()) {
-            return settled(PollFailure::timeout(), options, link, true, err);
+            return settled(PollFailure::timeout(), options_, *link_, true, err);
         }
         err << L10n::Errors::describe(answer.error()) << '\n';
+        link_.reset();
         return Failed{ExitCode::portFailed, std::nullopt};
     }
     auto pdu = RTUFrame::parseResponse(answer.value(), unit, requestPDU[0]);
     if (!pdu) {
-        return settled(pdu.error().pollFailure(), options, link, false, err);
+        return settled(pdu.error().pollFailure(), options_, *link_, false, err);
     }
     return std::move(pdu).value();
 }

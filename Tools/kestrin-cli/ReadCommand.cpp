@@ -49,13 +49,13 @@ std::vector<std::uint16_t> words(const ReadData& data) {
 }
 
 // Reads the values of batch with one request, the most one answer can hold.
-std::optional<DeviceRequest::Failed> readBatch(const CliOptions& options, std::span<Reading> batch,
-                                               std::ostream& err) {
+std::optional<DeviceRequest::Failed> readBatch(const CliOptions& options, DeviceRequest::Port& port,
+                                               std::span<Reading> batch, std::ostream& err) {
     const Datapoint& first = batch.front().datapoint;
     const int width = first.count();
     const int count = static_cast<int>(batch.size()) * width;
     const Bytes request = PDU::read(first.table(), first.address, count);
-    const auto answer = DeviceRequest::send(options, request, err);
+    const auto answer = port.send(request, err);
     if (!answer) {
         return answer.error();
     }
@@ -80,13 +80,14 @@ std::optional<DeviceRequest::Failed> readBatch(const CliOptions& options, std::s
 
 // Reads every value in as few requests as the table's limit allows; the first failure ends the
 // reading and stands for every value not read.
-ExitCode readAll(const CliOptions& options, std::vector<Reading>& readings, std::ostream& err) {
+ExitCode readAll(const CliOptions& options, DeviceRequest::Port& port,
+                 std::vector<Reading>& readings, std::ostream& err) {
     const Datapoint& first = options.datapoint;
     const std::size_t perRequest =
         static_cast<std::size_t>(std::max(1, first.table().maxReadCount() / first.count()));
     for (std::size_t start = 0; start < readings.size(); start += perRequest) {
         const std::size_t size = std::min(perRequest, readings.size() - start);
-        if (auto failed = readBatch(options, std::span(readings).subspan(start, size), err)) {
+        if (auto failed = readBatch(options, port, std::span(readings).subspan(start, size), err)) {
             const std::int64_t now = JsonLines::nowMs();
             for (std::size_t rest = start; rest < readings.size(); ++rest) {
                 readings[rest].failed = failed;
@@ -140,9 +141,10 @@ void printText(const CliOptions& options, const std::vector<Reading>& readings, 
     out << std::flush;
 }
 
-ExitCode readOnce(const CliOptions& options, std::ostream& out, std::ostream& err) {
+ExitCode readOnce(const CliOptions& options, DeviceRequest::Port& port, std::ostream& out,
+                  std::ostream& err) {
     std::vector<Reading> readings = consecutive(options.datapoint, options.count.value_or(1));
-    const ExitCode code = readAll(options, readings, err);
+    const ExitCode code = readAll(options, port, readings, err);
     if (options.json) {
         printJson(options, readings, out);
     } else {
@@ -154,8 +156,9 @@ ExitCode readOnce(const CliOptions& options, std::ostream& out, std::ostream& er
 } // namespace
 
 ExitCode run(const CliOptions& options, std::ostream& out, std::ostream& err) {
+    DeviceRequest::Port port(options);
     if (!options.intervalMs && !options.cycles) {
-        return readOnce(options, out, err);
+        return readOnce(options, port, out, err);
     }
     // The signals wait for the pause between reads, so that Ctrl+C ends the run between lines.
     StopSignals stopSignals;
@@ -163,7 +166,7 @@ ExitCode run(const CliOptions& options, std::ostream& out, std::ostream& err) {
     ExitCode code = ExitCode::success;
     for (int cycle = 1;; ++cycle) {
         const auto started = std::chrono::steady_clock::now();
-        code = readOnce(options, out, err);
+        code = readOnce(options, port, out, err);
         if (options.cycles && cycle >= *options.cycles) {
             break;
         }

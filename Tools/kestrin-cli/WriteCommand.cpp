@@ -29,7 +29,8 @@ void printJson(const CliOptions& options, const std::optional<PollFailure>& fail
 
 ExitCode write(const CliOptions& options, const Bytes& request, std::ostream& out,
                std::ostream& err) {
-    const auto answer = DeviceRequest::send(options, request, err);
+    DeviceRequest::Port port(options);
+    const auto answer = port.send(request, err);
     std::optional<DeviceRequest::Failed> failed;
     if (!answer) {
         failed = answer.error();

@@ -210,6 +210,22 @@ TEST(CliEndToEnd, RepeatsAReadEveryIntervalForTheCyclesAskedFor) {
     EXPECT_EQ(count, 3);
 }
 
+// A repeated read holds its port from the first read to the last: another command, even one
+// run as root, is refused meanwhile and told who has the port.
+TEST(CliEndToEnd, ARepeatedReadHoldsItsPortUntilItEnds) {
+    const SimulatorProcess simulator(simulatorArguments());
+    ASSERT_FALSE(simulator.port().empty());
+    ChildProcess::RunningProcess repeating(ChildProcess::command(
+        {cliPath, "read", "--port", simulator.port(), "--test-device", "--timeout-ms", "3000"},
+        "--table HR --address 0 --interval 50 --cycles 40"));
+    ASSERT_TRUE(repeating.waitForOutput("4660\n"));
+    const ProcessResult refused = cli(simulator, "read --table HR --address 0");
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_NE(refused.err.find(" is in use by kestrin-cli (process "), std::string::npos)
+        << refused.err;
+    EXPECT_EQ(repeating.finish().exitCode, 0);
+}
+
 // A port without a name of its own is its path alone, in text and as JSON alike.
 TEST(CliEndToEnd, ListsPortsAsTextAndAsJsonAlike) {
     const ProcessResult text = ChildProcess::run({cliPath, "ports"});
