@@ -8,30 +8,21 @@
 namespace kestrin {
 namespace {
 
+const std::string byId = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0";
+
 // An FTDI adapter reached as the port picker lists it, its by-id link held open by ModemManager,
 // with the stock 16 ms latency timer, on a machine where alice was added to dialout after she
 // logged in.
 SerialPortInfo ftdiAdapter(FakeSystemTree& tree) {
-    tree.usbSerial({.name = "ttyUSB0",
-                    .serialNumber = "A10K3ZX",
-                    .byId = "usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0",
-                    .latencyMs = 16})
+    using std::filesystem::perms;
+    tree.usbSerial({.byId = byId.substr(18), .latencyMs = 16})
         .file("/dev/ttyUSB0", {},
-              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write |
-                  std::filesystem::perms::group_read | std::filesystem::perms::group_write)
+              perms::owner_read | perms::owner_write | perms::group_read | perms::group_write)
         .owner("/dev/ttyUSB0", 0, 20)
         .file("/etc/group", "dialout:x:20:alice\n")
         .file("/etc/passwd", "alice:x:1000:1000::/home/alice:/bin/sh\n")
-        .process(812, "ModemManager",
-                 {"/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0"});
-    SerialPortInfo port;
-    port.path = "/dev/ttyUSB0";
-    port.productName = "FT232R USB UART";
-    port.vendorID = 0x0403;
-    port.productID = 0x6001;
-    port.serialNumber = "A10K3ZX";
-    port.byIdPath = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0";
-    return port;
+        .process(812, "ModemManager", byId);
+    return {"/dev/ttyUSB0", "FT232R USB UART", 0x0403, 0x6001, "A10K3ZX", byId};
 }
 
 PortsCommand::System systemOf(const FakeSystemTree& tree) {
@@ -68,8 +59,7 @@ TEST(PortsCommand, VerboseNamesWhatStandsBetweenTheUserAndTheAdapter) {
 TEST(PortsCommand, VerboseJsonCarriesTheSameFactsAndProbesOnlyFreeBuiltInPorts) {
     FakeSystemTree tree;
     tree.file("/dev/ttyS0");
-    SerialPortInfo uart;
-    uart.path = "/dev/ttyS0";
+    const SerialPortInfo uart{"/dev/ttyS0", std::nullopt, std::nullopt, std::nullopt};
     std::ostringstream out;
     PortsCommand::list({uart}, {.json = true, .verbose = true}, systemOf(tree), out);
     const nlohmann::json object = nlohmann::json::parse(out.str());
@@ -80,7 +70,7 @@ TEST(PortsCommand, VerboseJsonCarriesTheSameFactsAndProbesOnlyFreeBuiltInPorts) 
     // Probed: a plain file answers the RS-485 request as a driver without the mode does.
     EXPECT_EQ(object["rs485"], "no");
 
-    tree.process(40, "minicom", {"/dev/ttyS0"});
+    tree.process(40, "minicom", "/dev/ttyS0");
     out.str({});
     PortsCommand::list({uart}, {.json = true, .verbose = true}, systemOf(tree), out);
     const nlohmann::json held = nlohmann::json::parse(out.str());
