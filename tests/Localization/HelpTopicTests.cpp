@@ -150,9 +150,7 @@ TEST(HelpTopic, TroubleshootingNamesAdapterControlsAsTheWindowDoes) {
         SCOPED_TRACE(language.rawValue());
         const L10n::Texts& window = L10n::texts(language);
         const std::vector<HelpTopic> topics = HelpTopic::all(language);
-        const auto topic = std::find_if(topics.begin(), topics.end(), [](const HelpTopic& t) {
-            return t.id == "troubleshooting";
-        });
+        const auto topic = std::ranges::find(topics, "troubleshooting", &HelpTopic::id);
         ASSERT_NE(topic, topics.end());
         std::string help;
         for (const std::string& text : texts(*topic)) {

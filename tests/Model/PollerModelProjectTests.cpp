@@ -212,11 +212,9 @@ TEST_F(PollerModelPorts, ChoiceOnTheFirstScanAndWhenAdaptersComeAndGo) {
 // Beside the chosen path its adapter is remembered, and found by it when the path is gone: at the
 // next start before the first adapter, and when plugged in before another new one.
 TEST_F(PollerModelPorts, TheChosenAdapterIsFoundAgainUnderAnotherNameUntilAnotherPortIsChosen) {
-    const auto mine = [](std::string path) {
-        return FakePortRegistry::Entry{
-            std::move(path),
-            {"FT232R USB UART", 0x0403, 0x6001, "A10K3ZX"},
-            "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0"};
+    const std::string byId = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0";
+    const auto mine = [&](std::string path) {
+        return FakePortRegistry::Entry{path, {"FT232R USB UART", 0x0403, 0x6001, "A10K3ZX"}, byId};
     };
     const FakePortRegistry::Entry other{"/dev/ttyUSB3", {"FT232R USB UART", 0x0403, 0x6001, "B2"}};
     // Stored before adapters were remembered: the listing teaches it.

@@ -29,52 +29,36 @@ bool setImmutable(const std::filesystem::path& file, bool immutable) {
     return done;
 }
 
-// Read-only for this process, which may be root.
-bool makeReadOnly(const std::filesystem::path& file) {
-    std::filesystem::permissions(file, std::filesystem::perms::owner_read);
-    return ::geteuid() != 0 || setImmutable(file, true);
-}
-
 // Reading on a terminal that the fake tree makes an FTDI adapter with a 16 ms timer.
 class LatencyNoticeView : public ::testing::Test {
 protected:
     FakeSystemTree tree;
     QuietTerminal terminal;
-    std::filesystem::path timer = tree.at("/sys/bus/usb-serial/devices/ttyUSB0/latency_timer");
-    bool readOnly = false;
+    const std::string timer = AdapterFacts::latencyAttribute("ttyUSB0");
 
-    void SetUp() override {
-        tree.usbSerial({.name = "ttyUSB0", .latencyMs = 16});
-        tree.link(terminal.path(), "/dev/ttyUSB0");
-    }
-    void TearDown() override {
-        if (readOnly && ::geteuid() == 0) {
-            setImmutable(timer, false);
-        }
-    }
-
-    std::unique_ptr<PollerModel> reading() {
-        PollerModel::Environment environment = Testing::environment();
-        environment.project = PollerProject::firstRun();
-        environment.systemRoot = tree.root();
-        auto model = std::make_unique<PollerModel>(std::move(environment));
-        model->addTestDevice(terminal.path(), "Adapter");
-        model->start();
-        EXPECT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-        return model;
-    }
+    void SetUp() override { tree.usbSerial({}).link(terminal.path(), "/dev/ttyUSB0"); }
+    void TearDown() override { setImmutable(tree.at(timer), false); }
 };
 
 // Either button takes the notice away.
 TEST_F(LatencyNoticeView, SetToOneMillisecondOnlyWhereTheTimerCanBeWritten) {
     for (const bool writable : {true, false}) {
         SCOPED_TRACE(writable ? "writable" : "read-only");
-        tree.file("/sys/bus/usb-serial/devices/ttyUSB0/latency_timer", "16\n");
-        if (!writable && !(readOnly = makeReadOnly(timer))) {
-            GTEST_SKIP() << "the timer cannot be made read-only here";
+        tree.file(timer, "16\n");
+        if (!writable) {
+            std::filesystem::permissions(tree.at(timer), std::filesystem::perms::owner_read);
+            if (::geteuid() == 0 && !setImmutable(tree.at(timer), true)) {
+                GTEST_SKIP() << "the timer cannot be made read-only here";
+            }
         }
-        auto model = reading();
-        NoticeOverlays overlays(*model);
+        PollerModel::Environment environment = Testing::environment();
+        environment.project = PollerProject::firstRun();
+        environment.systemRoot = tree.root();
+        PollerModel model(std::move(environment));
+        model.addTestDevice(terminal.path(), "Adapter");
+        model.start();
+        ASSERT_TRUE(waitUntil([&] { return model.state() == PollerState::running; }));
+        NoticeOverlays overlays(model);
         showAt(overlays, 900, 200);
         auto* banner = child<NoticeBanner>(overlays, "latencyNotice");
         EXPECT_TRUE(banner->isVisible());
@@ -83,7 +67,7 @@ TEST_F(LatencyNoticeView, SetToOneMillisecondOnlyWhereTheTimerCanBeWritten) {
         EXPECT_TRUE(child(overlays, "latencyRuleButton")->isVisible());
         click(writable ? child(overlays, "setLatencyButton") : child(*banner, "noticeDismiss"));
         EXPECT_FALSE(overlays.isVisible());
-        model->stop();
+        model.stop();
     }
 }
 
