@@ -560,6 +560,19 @@ constexpr Texts dutch{
             .pump = "Pomp aan",
             .alarm = "Alarm",
         },
+    .scan = {
+        .unitProgress =
+            [](int done, int total, int seconds) {
+                return concat("Unit ", done, " van ", total, ", nog ongeveer ", seconds, " s");
+            },
+        .sweepProgress =
+            [](int done, int total, int seconds) {
+                return concat("Instelling ", done, " van ", total, ", nog ongeveer ", seconds,
+                              " s");
+            },
+        .noUnitAnswered = "Geen enkele unit antwoordde.",
+        .noSettingsAnswered = "Bij geen van de geprobeerde instellingen antwoordde een unit.",
+    },
 };
 } // namespace
 

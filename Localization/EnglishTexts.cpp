@@ -540,6 +540,18 @@ constexpr Texts english{
             .pump = "Pump on",
             .alarm = "Alarm",
         },
+    .scan = {
+        .unitProgress =
+            [](int done, int total, int seconds) {
+                return concat("Unit ", done, " of ", total, ", about ", seconds, " s left");
+            },
+        .sweepProgress =
+            [](int done, int total, int seconds) {
+                return concat("Setting ", done, " of ", total, ", about ", seconds, " s left");
+            },
+        .noUnitAnswered = "No unit answered.",
+        .noSettingsAnswered = "No unit answered at any of the settings tried.",
+    },
 };
 } // namespace
 

@@ -581,6 +581,18 @@ constexpr Texts french{
             .pump = "Pompe en marche",
             .alarm = "Alarme",
         },
+    .scan = {
+        .unitProgress =
+            [](int done, int total, int seconds) {
+                return concat("Esclave ", done, " sur ", total, ", encore environ ", seconds, " s");
+            },
+        .sweepProgress =
+            [](int done, int total, int seconds) {
+                return concat("Réglage ", done, " sur ", total, ", encore environ ", seconds, " s");
+            },
+        .noUnitAnswered = "Aucun esclave n'a répondu.",
+        .noSettingsAnswered = "Aucun esclave n'a répondu avec les réglages essayés.",
+    },
 };
 } // namespace
 

@@ -586,6 +586,19 @@ constexpr Texts german{
             .pump = "Pumpe ein",
             .alarm = "Alarm",
         },
+    .scan = {
+        .unitProgress =
+            [](int done, int total, int seconds) {
+                return concat("Geräteadresse ", done, " von ", total, ", noch etwa ", seconds,
+                              " s");
+            },
+        .sweepProgress =
+            [](int done, int total, int seconds) {
+                return concat("Einstellung ", done, " von ", total, ", noch etwa ", seconds, " s");
+            },
+        .noUnitAnswered = "Kein Gerät hat geantwortet.",
+        .noSettingsAnswered = "Bei keiner der versuchten Einstellungen hat ein Gerät geantwortet.",
+    },
 };
 } // namespace
 

@@ -566,6 +566,18 @@ constexpr Texts spanish{
             .pump = "Bomba en marcha",
             .alarm = "Alarma",
         },
+    .scan = {
+        .unitProgress =
+            [](int done, int total, int seconds) {
+                return concat("Esclavo ", done, " de ", total, ", quedan unos ", seconds, " s");
+            },
+        .sweepProgress =
+            [](int done, int total, int seconds) {
+                return concat("Ajuste ", done, " de ", total, ", quedan unos ", seconds, " s");
+            },
+        .noUnitAnswered = "Ningún esclavo respondió.",
+        .noSettingsAnswered = "Ningún esclavo respondió con los ajustes probados.",
+    },
 };
 } // namespace
 

@@ -517,6 +517,16 @@ struct Texts {
         KESTRIN_TEXT_GROUP(KESTRIN_EXAMPLE_TEXTS_KEYS)
     };
 
+    // What kestrin-cli scan tells the person at the terminal.
+    struct ScanTexts {
+#define KESTRIN_SCAN_TEXTS_KEYS(X)                                                                 \
+    X(OfThreeNumbers, unitProgress)  /* (units done, of, seconds left) */                          \
+    X(OfThreeNumbers, sweepProgress) /* (settings tried, of, seconds left) */                      \
+    X(Literal, noUnitAnswered)                                                                     \
+    X(Literal, noSettingsAnswered)
+        KESTRIN_TEXT_GROUP(KESTRIN_SCAN_TEXTS_KEYS)
+    };
+
 #define KESTRIN_TEXTS_KEYS(X)                                                                      \
     X(HeaderTexts, header)                                                                         \
     X(SettingsTexts, settings)                                                                     \
@@ -537,7 +547,8 @@ struct Texts {
     X(PaneTexts, pane)                                                                             \
     X(ChartTexts, chart)                                                                           \
     X(LogTexts, log)                                                                               \
-    X(ExampleTexts, example)
+    X(ExampleTexts, example)                                                                       \
+    X(ScanTexts, scan)
     KESTRIN_TEXT_GROUP(KESTRIN_TEXTS_KEYS)
 };
 

@@ -10,6 +10,7 @@
 #include "PortsCommand.h"
 #endif
 #include "ReadCommand.h"
+#include "ScanCommand.h"
 #include "WriteCommand.h"
 
 #include <csignal>
@@ -33,9 +34,11 @@ const CommandLine::Syntax programSyntax{
     "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
     "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
     "  kestrin-cli ports [--json] [--verbose]\n"
+    "  kestrin-cli scan  --port PATH [--units 1-247 | --sweep] [options]\n"
     "  kestrin-cli --help | --version\n"
-    "Reads, writes and polls Modbus RTU devices. Each command lists its options with --help,\n"
-    "as in: kestrin-cli read --help. With --json each prints JSON Lines for scripts.\n",
+    "Reads, writes and polls Modbus RTU devices, and finds them on a line. Each command lists\n"
+    "its options with --help, as in: kestrin-cli read --help. With --json each prints JSON\n"
+    "Lines for scripts.\n",
     {},
     "Exit status: 0 done, 1 the request failed, 2 usage error, 3 the port cannot be used.\n"};
 
@@ -103,6 +106,12 @@ ExitCode run(Arguments arguments) {
         return runCommand(PollOptions::syntax(), options, checkedThen(&PollOptions::check, poll));
     }
 #endif
+    if (arguments.front() == "scan") {
+        const auto scan = [](const ScanCommand::ScanOptions& checked) {
+            return ScanCommand::run(checked, std::cout, std::cerr);
+        };
+        return runCommand(ScanCommand::syntax(), options, checkedThen(&ScanCommand::check, scan));
+    }
     if (const auto command = CliOptions::commandNamed(arguments.front())) {
         return readOrWrite(*command, options);
     }

@@ -1,0 +1,98 @@
+#include "SettingsSweep.h"
+
+#include "SerialLink.h"
+
+#include <array>
+#include <numeric>
+
+namespace kestrin::SettingsSweep {
+
+namespace {
+
+constexpr std::array commonRates{9600, 19200, 38400, 115200};
+constexpr std::array rareRates{57600, 4800, 2400, 1200};
+constexpr std::array commonFrames{"8E1", "8N1", "8N2"};
+constexpr std::array allFrames{"8E1", "8N1", "8N2", "8O1"};
+
+void append(std::vector<SerialConfiguration>& list, const SerialConfiguration& base,
+            std::span<const int> rates, std::span<const char* const> frames) {
+    for (const int rate : rates) {
+        for (const char* frame : frames) {
+            SerialConfiguration serial = *base.withFrame(frame);
+            serial.baudRate = rate;
+            list.push_back(serial);
+        }
+    }
+}
+
+double timeoutAt(const SerialConfiguration& serial, std::optional<double> timeout) {
+    return timeout.value_or(UnitScan::defaultTimeout(serial));
+}
+
+// Seconds the settings from first on take when nothing answers.
+double silentSeconds(std::span<const SerialConfiguration> settings, std::size_t units,
+                     std::optional<double> timeout) {
+    return std::accumulate(
+        settings.begin(), settings.end(), 0.0, [&](double sum, const SerialConfiguration& serial) {
+            const double perUnit = UnitScan::silentUnitSeconds(serial, timeoutAt(serial, timeout));
+            return sum + static_cast<double>(units) * perUnit;
+        });
+}
+
+// The first of units that answers at serial; nothing when none does or the rate is refused.
+Result<std::optional<UnitScan::Answer>, SerialLinkError>
+tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<std::uint8_t>& units,
+       std::optional<double> timeout) {
+    SerialLink link(line.path, serial, line.allowsTestDevice);
+    if (line.cancel != nullptr) {
+        link.cancelWith(*line.cancel);
+    }
+    if (auto opened = link.open(); !opened) {
+        if (opened.error().is<SerialLinkError::UnsupportedBaudRate>()) {
+            return std::optional<UnitScan::Answer>();
+        }
+        return opened.error();
+    }
+    for (const std::uint8_t unit : units) {
+        auto answer = UnitScan::probe(link, unit, timeoutAt(serial, timeout));
+        if (!answer || answer.value()) {
+            return answer;
+        }
+    }
+    return std::optional<UnitScan::Answer>();
+}
+
+} // namespace
+
+std::vector<SerialConfiguration> candidates(const SerialConfiguration& base) {
+    std::vector<SerialConfiguration> list;
+    append(list, base, commonRates, commonFrames);
+    append(list, base, commonRates, std::span(allFrames).subspan(commonFrames.size()));
+    append(list, base, rareRates, allFrames);
+    return list;
+}
+
+Result<std::optional<Found>, SerialLinkError> run(const Line& line, const SerialConfiguration& base,
+                                                  const std::vector<std::uint8_t>& units,
+                                                  std::optional<double> timeout,
+                                                  const ProgressCallback& progress) {
+    const std::vector<SerialConfiguration> settings = candidates(base);
+    for (std::size_t index = 0; index < settings.size(); ++index) {
+        const auto answer = tryOne(line, settings[index], units, timeout);
+        if (!answer) {
+            return answer.error();
+        }
+        if (progress) {
+            const auto rest = std::span(settings).subspan(index + 1);
+            progress({static_cast<int>(index + 1), static_cast<int>(settings.size()),
+                      answer.value() ? 0.0 : silentSeconds(rest, units.size(), timeout),
+                      settings[index]});
+        }
+        if (answer.value()) {
+            return std::optional(Found{settings[index], *answer.value()});
+        }
+    }
+    return std::optional<Found>();
+}
+
+} // namespace kestrin::SettingsSweep

@@ -1,0 +1,99 @@
+#include "UnitScan.h"
+
+#include "ModbusException.h"
+#include "PDU.h"
+#include "RTUFrame.h"
+#include "SerialLink.h"
+#include "SerialTiming.h"
+
+#include <array>
+
+namespace kestrin::UnitScan {
+
+namespace {
+
+// A read of one value: unit, function, address, count and CRC.
+constexpr int requestBytes = 8;
+// The longest answer to it: unit, function, byte count, one register and CRC.
+constexpr int answerBytes = 7;
+constexpr double thinkingSeconds = 0.030;
+
+// Holding registers first: nearly every device has them. A device that answers 01 to that is
+// asked for the other tables before it counts as one that knows no read at all.
+constexpr std::array probeOrder{RegisterTable::holdingRegister, RegisterTable::coil,
+                                RegisterTable::discreteInput, RegisterTable::inputRegister};
+
+double wireSeconds(const SerialConfiguration& serial, int characters) {
+    return SerialTiming::transmissionTime(characters, serial.baudRate, serial.bitsPerCharacter());
+}
+
+} // namespace
+
+double defaultTimeout(const SerialConfiguration& serial) {
+    return wireSeconds(serial, answerBytes) + thinkingSeconds;
+}
+
+double silentUnitSeconds(const SerialConfiguration& serial, double timeout) {
+    return wireSeconds(serial, requestBytes) + timeout +
+           SerialTiming::interFrameDelay(serial.baudRate, serial.bitsPerCharacter());
+}
+
+Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint8_t unit,
+                                                     double timeout) {
+    std::optional<Answer> proven;
+    for (const RegisterTable table : probeOrder) {
+        const Bytes request = PDU::read(table, 0, 1);
+        const auto frame = link.transact(RTUFrame::build(unit, request), true, timeout);
+        if (!frame) {
+            if (frame.error().is<SerialLinkError::Timeout>()) {
+                return proven;
+            }
+            return frame.error();
+        }
+        const auto pdu = RTUFrame::parseResponse(frame.value(), unit, request[0]);
+        if (!pdu) {
+            // Noise or another unit's late answer proves nothing; its tail must not meet the next
+            // request.
+            (void)link.restOfAnswer();
+            return proven;
+        }
+        const auto data = PDU::parseRead(pdu.value(), table, 1);
+        if (data) {
+            return std::optional(Answer{unit, table, std::nullopt});
+        }
+        if (data.error().kind == ResponseError::Kind::malformed) {
+            return proven;
+        }
+        // The first refusal stands for the device when no other table is readable either.
+        if (!proven) {
+            proven = Answer{unit, table, data.error().code};
+        }
+        if (data.error().code != ModbusException::illegalFunction) {
+            return proven;
+        }
+    }
+    return proven;
+}
+
+Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
+                                                 const std::vector<std::uint8_t>& units,
+                                                 double timeout, const ProgressCallback& progress) {
+    std::vector<Answer> answers;
+    const double perUnit = silentUnitSeconds(link.configuration(), timeout);
+    const int total = static_cast<int>(units.size());
+    for (int done = 1; done <= total; ++done) {
+        const auto answer = probe(link, units[static_cast<std::size_t>(done - 1)], timeout);
+        if (!answer) {
+            return answer.error();
+        }
+        if (answer.value()) {
+            answers.push_back(*answer.value());
+        }
+        if (progress) {
+            progress({done, total, (total - done) * perUnit, answer.value()});
+        }
+    }
+    return answers;
+}
+
+} // namespace kestrin::UnitScan

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "RegisterTable.h"
+#include "Result.h"
+#include "SerialConfiguration.h"
+#include "SerialLinkError.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace kestrin {
+
+class SerialLink;
+
+// Which unit IDs answer on a line at its current settings. Each unit gets the cheapest request
+// that any device understands, with a time-out barely above the answer's wire time, so that an
+// empty bus is done in seconds. Runs on the caller's thread through the link, which it leaves
+// open; the link's cancellation signal ends a scan at once.
+namespace UnitScan {
+
+// What answered a unit: the read whose answer proved the device, and the exception it answered
+// with, if any.
+struct Answer {
+    std::uint8_t unit = 0;
+    RegisterTable table = RegisterTable::holdingRegister;
+    std::optional<std::uint8_t> exception;
+    friend bool operator==(const Answer&, const Answer&) = default;
+};
+
+struct Progress {
+    int done = 0;
+    int total = 0;
+    // From the line's timing: every unit left staying silent until its time-out.
+    double remainingSeconds = 0;
+    // The unit just probed, when it answered.
+    std::optional<Answer> answer;
+};
+
+using ProgressCallback = std::function<void(const Progress&)>;
+
+// The wire time of the longest answer to a probe plus 30 ms for the device to think: long
+// enough for a device that answers at all, short enough that 247 silent units pass quickly.
+double defaultTimeout(const SerialConfiguration& serial);
+
+// Seconds one silent unit costs: the request on the wire, the time-out and the silence before
+// the next request.
+double silentUnitSeconds(const SerialConfiguration& serial, double timeout);
+
+// One unit: a read of one holding register at 0, and when the device does not know that
+// function (exception 01), coils, discrete inputs and input registers in turn. Any well-formed
+// answer proves a device; nothing when it stayed silent or answered garbage. An error only when
+// the link failed or was cancelled.
+Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint8_t unit,
+                                                     double timeout);
+
+// Every unit of units in order, with progress after each; the units that answered, or the
+// link's failure (Cancelled included), which ends the scan.
+Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
+                                                 const std::vector<std::uint8_t>& units,
+                                                 double timeout, const ProgressCallback& progress);
+
+} // namespace UnitScan
+} // namespace kestrin

@@ -1,0 +1,326 @@
+#include "ScanCommand.h"
+
+#include "CliOptions.h"
+#include "JsonLines.h"
+#include "L10n.h"
+#include "RTUFrame.h"
+#include "SerialLink.h"
+#include "SettingsSweep.h"
+#include "StopSignals.h"
+#include "UnitScan.h"
+#include "WakeSignal.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <limits>
+#include <ranges>
+#include <thread>
+#include <unistd.h>
+
+namespace kestrin::ScanCommand {
+
+namespace {
+
+using CommandLine::Option;
+using CommandLine::Parsed;
+
+constexpr std::array scanOptions{
+    SharedOptions::port,
+    SharedOptions::testDevice,
+    Option{"baud", "B", "baud rate (default 9600); a sweep tries the usual ones"},
+    Option{"frame", "F", "data bits, parity, stop bits: 8E1 (default), 8N1, 8N2, 7O1 ..."},
+    SharedOptions::rs485,
+    SharedOptions::rs485Delays,
+    Option{"timeout-ms", "T",
+           "time-out per request in milliseconds (default: the answer's\n"
+           "wire time plus 30 ms)"},
+    Option{"units", "LIST", "unit IDs to scan: 1-247 (default), 3,17,200 or 1-10,17"},
+    Option{"sweep", "",
+           "find the baud rate and frame at which --unit answers: 9600,\n"
+           "19200, 38400, 115200 with 8E1, 8N1, 8N2 first, then the rest"},
+    Option{"unit", "LIST", "with --sweep: the unit IDs to try (default 1)"},
+    Option{"json", "", "one JSON object per line"},
+};
+
+const CommandLine::Syntax scanSyntax{
+    "kestrin-cli scan",
+    "Usage: kestrin-cli scan --port PATH [--units 1-247] [options]\n"
+    "       kestrin-cli scan --port PATH --sweep [--unit U] [options]\n\n"
+    "Finds the devices on a line: prints \"Unit N\" and what answered for each unit that\n"
+    "answers at the line's settings, or with --sweep the settings at which a unit answers.\n",
+    scanOptions,
+    "Exit status: 0 something answered, 1 nothing did, 2 usage error, 3 the port cannot be "
+    "used.\n"};
+
+std::string invalid(std::string_view name, std::string_view value) {
+    return L10n::texts().errors.invalidOptionValue(std::string("--") + std::string(name), value);
+}
+
+// One entry of a unit list: "17" or "1-10".
+std::optional<std::pair<int, int>> unitSpan(std::string_view text) {
+    const std::size_t dash = text.find('-');
+    const auto unit = [](std::string_view part) {
+        return CliOptions::wholeNumber(part, RTUFrame::unitRange.first, RTUFrame::unitRange.last);
+    };
+    const std::optional<int> first = unit(text.substr(0, dash));
+    const std::optional<int> last =
+        dash == std::string_view::npos ? first : unit(text.substr(dash + 1));
+    if (!first || !last || *first > *last) {
+        return std::nullopt;
+    }
+    return std::pair{*first, *last};
+}
+
+// Baud rate, frame, RS-485 direction and time-out.
+Result<void, std::string> checkLine(const Parsed& parsed, ScanOptions& result) {
+    const auto baudRate = CliOptions::baudRate(parsed);
+    if (!baudRate) {
+        return baudRate.error();
+    }
+    result.serial.baudRate = baudRate.value().value_or(result.serial.baudRate);
+    if (const auto typed = parsed.value("frame")) {
+        const auto withFrame = result.serial.withFrame(*typed);
+        if (!withFrame) {
+            return invalid("frame", *typed);
+        }
+        result.serial = *withFrame;
+    }
+    const auto rs485 = CliOptions::rs485(parsed);
+    if (!rs485) {
+        return rs485.error();
+    }
+    result.serial.rs485 = rs485.value();
+    if (const auto typed = parsed.value("timeout-ms")) {
+        result.timeoutMs = CliOptions::wholeNumber(*typed, 1, std::numeric_limits<int>::max());
+        if (!result.timeoutMs) {
+            return invalid("timeout-ms", *typed);
+        }
+    }
+    return {};
+}
+
+// --units belongs to the unit scan, --unit to the others.
+Result<void, std::string> checkUnits(const Parsed& parsed, ScanOptions& result) {
+    const std::string_view name = result.sweep ? "unit" : "units";
+    const std::string_view other = result.sweep ? "units" : "unit";
+    if (parsed.has(other)) {
+        return L10n::texts().errors.unexpectedArgument("--" + std::string(other),
+                                                       "kestrin-cli scan --help");
+    }
+    const std::string typed = parsed.value(name).value_or(result.sweep ? "1" : "1-247");
+    const auto units = unitList(typed);
+    if (!units) {
+        return invalid(name, typed);
+    }
+    result.units = *units;
+    return {};
+}
+
+} // namespace
+
+const CommandLine::Syntax& syntax() {
+    return scanSyntax;
+}
+
+std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
+    std::vector<std::uint8_t> units;
+    std::array<bool, 256> listed{};
+    for (const auto entry : std::views::split(text, ',')) {
+        const auto span = unitSpan(std::string_view(entry.begin(), entry.end()));
+        if (!span) {
+            return std::nullopt;
+        }
+        for (int unit = span->first; unit <= span->second; ++unit) {
+            if (!std::exchange(listed[static_cast<std::size_t>(unit)], true)) {
+                units.push_back(static_cast<std::uint8_t>(unit));
+            }
+        }
+    }
+    return units.empty() ? std::nullopt : std::optional(units);
+}
+
+Result<ScanOptions, std::string> check(const Parsed& parsed) {
+    if (!parsed.has("port")) {
+        return L10n::texts().errors.missingOption("--port");
+    }
+    ScanOptions result;
+    result.port = *parsed.value("port");
+    result.testDevice = parsed.has("test-device");
+    if (auto line = checkLine(parsed, result); !line) {
+        return line.error();
+    }
+    result.sweep = parsed.has("sweep");
+    if (auto units = checkUnits(parsed, result); !units) {
+        return units.error();
+    }
+    result.json = parsed.has("json");
+    return result;
+}
+
+namespace {
+
+// Ctrl+C raises the cancellation of the scan's link, so that the port is put back as it was and
+// what was found so far is still printed.
+class Interruption {
+public:
+    Interruption()
+        : watcher_([this](std::stop_token stop) {
+            while (!stop.stop_requested()) {
+                if (signals_.awaitStop(std::chrono::milliseconds(50))) {
+                    cancel_.raise();
+                    return;
+                }
+            }
+        }) {}
+
+    const WakeSignal& cancel() const noexcept { return cancel_; }
+
+private:
+    WakeSignal cancel_;
+    StopSignals signals_;
+    std::jthread watcher_;
+};
+
+// The remaining time on one line that the next one overwrites, only where someone watches.
+class ProgressLine {
+public:
+    explicit ProgressLine(std::ostream& err)
+        : err_(err)
+        , shown_(&err == &std::cerr && ::isatty(STDERR_FILENO) == 1) {}
+    ~ProgressLine() { clear(); }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    // The remaining time in whole seconds, rounded up so that it reaches 0 only at the end.
+    template <typename Text>
+    void show(Text text, int done, int total, double remainingSeconds) {
+        if (shown_) {
+            const auto seconds = static_cast<int>(std::ceil(remainingSeconds));
+            err_ << '\r' << text(done, total, seconds) << "\x1b[K" << std::flush;
+        }
+    }
+    void clear() {
+        if (shown_) {
+            err_ << "\r\x1b[K" << std::flush;
+        }
+    }
+
+private:
+    std::ostream& err_;
+    bool shown_;
+};
+
+constexpr std::array tableWords{"coils", "discrete inputs", "holding registers", "input registers"};
+
+int functionOf(const UnitScan::Answer& answer) {
+    return answer.table.readFunction();
+}
+
+std::string twoDigits(int number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
+}
+
+// "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03".
+std::string answerText(const UnitScan::Answer& answer) {
+    const std::string unit = "Unit " + std::to_string(answer.unit) + ": ";
+    const std::string function = "FC" + twoDigits(functionOf(answer));
+    if (answer.exception) {
+        return unit + "exception " + twoDigits(*answer.exception) + " to " + function;
+    }
+    return unit + tableWords[static_cast<std::size_t>(answer.table)] + " (" + function + ")";
+}
+
+nlohmann::json answerJson(const UnitScan::Answer& answer) {
+    nlohmann::json object{{"unit", answer.unit},
+                          {"table", std::string(answer.table.code())},
+                          {"function", functionOf(answer)},
+                          {"status", answer.exception ? "exception" : "ok"}};
+    if (answer.exception) {
+        object["exception"] = *answer.exception;
+    }
+    return object;
+}
+
+ExitCode portFailed(const SerialLinkError& error, std::ostream& err) {
+    if (error.is<SerialLinkError::Cancelled>()) {
+        return ExitCode::requestFailed;
+    }
+    err << L10n::Errors::describe(error) << '\n';
+    return ExitCode::portFailed;
+}
+
+ExitCode scanUnits(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    Interruption interruption;
+    SerialLink link(options.port, options.serial, options.testDevice);
+    link.cancelWith(interruption.cancel());
+    if (const auto opened = link.open(); !opened) {
+        return portFailed(opened.error(), err);
+    }
+    const double timeout =
+        options.timeoutSeconds().value_or(UnitScan::defaultTimeout(options.serial));
+    ProgressLine progressLine(err);
+    bool anyAnswered = false;
+    const auto scanned =
+        UnitScan::run(link, options.units, timeout, [&](const UnitScan::Progress& progress) {
+            if (progress.answer) {
+                anyAnswered = true;
+                progressLine.clear();
+                if (options.json) {
+                    JsonLines::print(answerJson(*progress.answer), out);
+                } else {
+                    out << answerText(*progress.answer) << '\n' << std::flush;
+                }
+            }
+            progressLine.show(L10n::texts().scan.unitProgress, progress.done, progress.total,
+                              progress.remainingSeconds);
+        });
+    progressLine.clear();
+    if (!scanned && !scanned.error().is<SerialLinkError::Cancelled>()) {
+        return portFailed(scanned.error(), err);
+    }
+    if (!anyAnswered) {
+        err << L10n::texts().scan.noUnitAnswered() << '\n';
+    }
+    return anyAnswered ? ExitCode::success : ExitCode::requestFailed;
+}
+
+ExitCode sweep(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    Interruption interruption;
+    const SettingsSweep::Line line{options.port, options.testDevice, &interruption.cancel()};
+    ProgressLine progressLine(err);
+    const auto swept =
+        SettingsSweep::run(line, options.serial, options.units, options.timeoutSeconds(),
+                           [&](const SettingsSweep::Progress& progress) {
+                               progressLine.show(L10n::texts().scan.sweepProgress, progress.done,
+                                                 progress.total, progress.remainingSeconds);
+                           });
+    progressLine.clear();
+    if (!swept) {
+        return portFailed(swept.error(), err);
+    }
+    if (!swept.value()) {
+        err << L10n::texts().scan.noSettingsAnswered() << '\n';
+        return ExitCode::requestFailed;
+    }
+    const SettingsSweep::Found& found = *swept.value();
+    if (options.json) {
+        nlohmann::json object = answerJson(found.answer);
+        object["baud"] = found.serial.baudRate;
+        object["frame"] = found.serial.frameDescription();
+        JsonLines::print(object, out);
+    } else {
+        out << found.serial.shortDescription() << ": unit " << int(found.answer.unit)
+            << " answers\n";
+    }
+    return ExitCode::success;
+}
+
+} // namespace
+
+ExitCode run(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    return options.sweep ? sweep(options, out, err) : scanUnits(options, out, err);
+}
+
+} // namespace kestrin::ScanCommand
