@@ -1,0 +1,263 @@
+#include "RegisterMap.h"
+
+#include "ExceptionPDU.h"
+#include "LineRate.h"
+#include "PDU.h"
+#include "RTUFrame.h"
+#include "ReadBlock.h"
+#include "SerialLink.h"
+#include "SerialTiming.h"
+
+#include <algorithm>
+#include <bit>
+#include <deque>
+#include <numeric>
+#include <string>
+
+namespace kestrin {
+
+namespace {
+
+using Span = Datapoint::AddressRange;
+
+// How the device took one read.
+enum class Answer : std::uint8_t {
+    data,
+    // Exception 02 and the rest: somewhere in the range is an address it will not read.
+    missing,
+    // Exception 01: not this table at all.
+    unsupported,
+    // Exception 03, no answer or a defective one: too much at once, or nothing there.
+    refused,
+};
+
+Answer fromException(std::uint8_t code) {
+    switch (code) {
+    case ModbusException::illegalFunction:
+        return Answer::unsupported;
+    case ModbusException::illegalDataValue:
+        return Answer::refused;
+    default:
+        return Answer::missing;
+    }
+}
+
+int spanSize(const Span& span) {
+    return span.last - span.first + 1;
+}
+
+// A span still to read, and what its sibling told: when both halves of a range with a hole
+// have holes too, holes are everywhere, and reading each address alone costs less than halving
+// on (an empty table costs one request an address instead of two).
+struct Pending {
+    enum class Role : std::uint8_t { whole, firstHalf, secondHalf, siblingMissing };
+    Span span;
+    Role role = Role::whole;
+};
+
+class Mapper {
+public:
+    Mapper(SerialLink& link, const RegisterMapOptions& options,
+           const RegisterMapProgressHandler& progress)
+        : link_(link)
+        , options_(options)
+        , progress_(progress) {
+        map_.unit = options.unit;
+    }
+
+    Result<RegisterMap, SerialLinkError> run() {
+        for (std::size_t index = 0; index < options_.tables.size(); ++index) {
+            nextTable_ = index + 1;
+            TableMap table{options_.tables[index], true, {}};
+            if (auto mapped = mapTable(table); !mapped) {
+                return mapped.error();
+            }
+            map_.tables.push_back(std::move(table));
+            if (!map_.answered) {
+                // Every size down to one address went unanswered: nobody is there to ask
+                // about the other tables.
+                break;
+            }
+        }
+        return map_;
+    }
+
+private:
+    Result<void, SerialLinkError> mapTable(TableMap& table) {
+        pending_.assign(1, Pending{{options_.first, options_.last}});
+        while (!pending_.empty()) {
+            Pending next = pending_.front();
+            pending_.pop_front();
+            const int count = std::min(spanSize(next.span), limit(table.table));
+            if (count < spanSize(next.span)) {
+                pending_.push_front({{next.span.first + count, next.span.last}});
+                next.role = Pending::Role::whole;
+            }
+            const ReadBlock block{options_.unit, table.table,
+                                  static_cast<std::uint16_t>(next.span.first), count};
+            auto answer = ask(block);
+            if (!answer) {
+                return answer.error();
+            }
+            if (!take(answer.value(), block, next.role, table)) {
+                break;
+            }
+        }
+        return {};
+    }
+
+    // Records what the answer tells about block; false when the table is done.
+    bool take(Answer answer, const ReadBlock& block, Pending::Role role, TableMap& table) {
+        const Span span{block.address, block.lastAddress()};
+        if (answer == Answer::unsupported && table.ranges.empty()) {
+            table.supported = false;
+            return false;
+        }
+        if (answer == Answer::data) {
+            add(table.ranges, span);
+        } else if (answer == Answer::refused && block.count > 1) {
+            // 125 becomes 64, then 32, 16 ...: the sizes devices are commonly limited to.
+            limit(table.table) = static_cast<int>(std::bit_floor(unsigned(block.count - 1)));
+            pending_.push_front({span, role});
+        } else if (answer == Answer::refused && !map_.answered) {
+            return false;
+        } else if (block.count > 1) {
+            split(span, role);
+        }
+        return true;
+    }
+
+    void split(const Span& span, Pending::Role role) {
+        using enum Pending::Role;
+        if (role == firstHalf && !pending_.empty() && pending_.front().role == secondHalf) {
+            pending_.front().role = siblingMissing;
+        }
+        if (role == siblingMissing) {
+            for (int address = span.last; address >= span.first; --address) {
+                pending_.push_front({{address, address}});
+            }
+            return;
+        }
+        const int half = spanSize(span) / 2;
+        pending_.push_front({{span.first + half, span.last}, secondHalf});
+        pending_.push_front({{span.first, span.first + half - 1}, firstHalf});
+    }
+
+    static void add(std::vector<Span>& ranges, const Span& span) {
+        if (!ranges.empty() && ranges.back().last + 1 == span.first) {
+            ranges.back().last = span.last;
+        } else {
+            ranges.push_back(span);
+        }
+    }
+
+    int& limit(RegisterTable table) {
+        return table.isBit() ? map_.largestBitRead : map_.largestRegisterRead;
+    }
+
+    Result<Answer, SerialLinkError> ask(const ReadBlock& block) {
+        const Bytes request = PDU::read(block.table, block.address, block.count);
+        const double timeout =
+            LineRate::readSeconds(block, link_.configuration(), options_.handoverSeconds) +
+            options_.thinkSeconds;
+        auto frame = link_.transact(RTUFrame::build(block.unit, request), true, timeout);
+        ++map_.requests;
+        if (!frame) {
+            if (!frame.error().is<SerialLinkError::Timeout>()) {
+                return frame.error();
+            }
+            return settled(link_.lateAnswer(timeout));
+        }
+        auto pdu = RTUFrame::parseResponse(frame.value(), block.unit, request.front());
+        if (!pdu) {
+            return settled(link_.restOfAnswer());
+        }
+        map_.answered = true;
+        report();
+        if (const auto code = ExceptionPDU::exception(pdu.value())) {
+            return fromException(*code);
+        }
+        return PDU::parseRead(pdu.value(), block.table, block.count) ? Answer::data
+                                                                     : Answer::refused;
+    }
+
+    // Whatever still comes for a failed request is kept from the next one's answer.
+    Result<Answer, SerialLinkError> settled(const Result<Bytes, SerialLinkError>& late) {
+        if (!late) {
+            return late.error();
+        }
+        report();
+        return Answer::refused;
+    }
+
+    void report() const {
+        if (progress_) {
+            progress_({map_.requests, remainingSeconds()});
+        }
+    }
+
+    // The pending spans and the tables not begun, read at the limits known now.
+    double remainingSeconds() const {
+        double seconds = 0.0;
+        const auto readAll = [&](RegisterTable table, int size) {
+            const int most = table.isBit() ? map_.largestBitRead : map_.largestRegisterRead;
+            for (; size > 0; size -= most) {
+                const ReadBlock block{options_.unit, table, 0, std::min(size, most)};
+                seconds +=
+                    LineRate::readSeconds(block, link_.configuration(), options_.handoverSeconds);
+            }
+        };
+        const RegisterTable current = options_.tables[nextTable_ - 1];
+        for (const Pending& next : pending_) {
+            readAll(current, spanSize(next.span));
+        }
+        for (std::size_t index = nextTable_; index < options_.tables.size(); ++index) {
+            readAll(options_.tables[index], options_.last - options_.first + 1);
+        }
+        return seconds;
+    }
+
+    SerialLink& link_;
+    const RegisterMapOptions& options_;
+    const RegisterMapProgressHandler& progress_;
+    RegisterMap map_;
+    // The spans of the current table still to read, in address order.
+    std::deque<Pending> pending_;
+    std::size_t nextTable_ = 0;
+};
+
+} // namespace
+
+int TableMap::addressCount() const noexcept {
+    return std::accumulate(ranges.begin(), ranges.end(), 0,
+                           [](int sum, const Span& span) { return sum + spanSize(span); });
+}
+
+bool RegisterMap::found() const noexcept {
+    return std::ranges::any_of(tables, [](const TableMap& table) { return !table.ranges.empty(); });
+}
+
+Result<RegisterMap, SerialLinkError> mapRegisters(SerialLink& link,
+                                                  const RegisterMapOptions& options,
+                                                  const RegisterMapProgressHandler& progress) {
+    return Mapper(link, options, progress).run();
+}
+
+std::vector<Datapoint> mappedDatapoints(const RegisterMap& map) {
+    std::vector<Datapoint> datapoints;
+    for (const TableMap& table : map.tables) {
+        for (const Span& span : table.ranges) {
+            for (int address = span.first; address <= span.last; ++address) {
+                Datapoint datapoint;
+                datapoint.name = std::string(table.table.code()) + " " + std::to_string(address);
+                datapoint.unitID = map.unit;
+                datapoint.address = static_cast<std::uint16_t>(address);
+                datapoint.setTable(table.table);
+                datapoints.push_back(std::move(datapoint));
+            }
+        }
+    }
+    return datapoints;
+}
+
+} // namespace kestrin

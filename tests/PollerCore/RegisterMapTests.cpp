@@ -1,0 +1,145 @@
+#include "CSVDialect.h"
+#include "ChildProcess.h"
+#include "DatapointCSV.h"
+#include "RegisterMap.h"
+#include "SerialLink.h"
+#include "WakeSignal.h"
+
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using ChildProcess::SimulatorProcess;
+using Ranges = std::vector<Datapoint::AddressRange>;
+
+// Holes inside the holding registers, a coil block at the very end of the range, a lone input
+// register, no discrete inputs: unit 5 with the line's own timing.
+std::string servedList() {
+    std::string csv = "Name,Unit ID,Table,Address,Data type,Value\n";
+    const auto row = [&](const std::string& table, int address, const std::string& type) {
+        csv += "p,5," + table + "," + std::to_string(address) + "," + type + ",1\n";
+    };
+    for (int address = 0; address < 10; ++address) {
+        row("HR", address, "uint16");
+    }
+    row("HR", 100, "float32");
+    row("HR", 110, "uint16");
+    for (int address = 116; address < 120; ++address) {
+        row("CO", address, "bool");
+    }
+    row("IR", 7, "int16");
+    return csv;
+}
+
+class RegisterMapTest : public testing::Test {
+protected:
+    void serve(std::vector<std::string> options = {}) {
+        std::ofstream(list) << servedList();
+        options.insert(options.begin(),
+                       {KESTRIN_SIM, "--csv", list, "--baud", "115200", "--wire-timing"});
+        simulator = std::make_unique<SimulatorProcess>(options);
+        ASSERT_FALSE(simulator->port().empty());
+        SerialConfiguration serial;
+        serial.baudRate = 115200;
+        link = std::make_unique<SerialLink>(simulator->port(), serial, true);
+        ASSERT_TRUE(link->open().ok());
+    }
+
+    void TearDown() override {
+        link.reset();
+        simulator.reset();
+        std::remove(list.c_str());
+    }
+
+    Ranges rangesOf(const RegisterMap& map, RegisterTable table) {
+        for (const TableMap& mapped : map.tables) {
+            if (mapped.table == table) {
+                return mapped.ranges;
+            }
+        }
+        ADD_FAILURE() << "table not mapped";
+        return {};
+    }
+
+    std::string list = testing::TempDir() + "kestrin-map-" + std::to_string(::getpid()) + ".csv";
+    std::unique_ptr<SimulatorProcess> simulator;
+    std::unique_ptr<SerialLink> link;
+};
+
+TEST_F(RegisterMapTest, FindsEveryServedAddressAndNothingElseWithinTheRequestLimit) {
+    struct Row {
+        std::vector<std::string> simulator;
+        int largestRead;
+    };
+    const std::vector<Row> rows{{{}, 125}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.largestRead);
+        serve(row.simulator);
+        std::vector<RegisterMapProgress> reports;
+        const auto map = mapRegisters(*link, {.unit = 5, .first = 0, .last = 119},
+                                      [&](const RegisterMapProgress& p) { reports.push_back(p); });
+        ASSERT_TRUE(map.ok());
+        EXPECT_EQ(rangesOf(map.value(), RegisterTable::holdingRegister),
+                  (Ranges{{0, 9}, {100, 101}, {110, 110}}));
+        EXPECT_EQ(rangesOf(map.value(), RegisterTable::coil), (Ranges{{116, 119}}));
+        EXPECT_EQ(rangesOf(map.value(), RegisterTable::discreteInput), Ranges{});
+        EXPECT_EQ(rangesOf(map.value(), RegisterTable::inputRegister), (Ranges{{7, 7}}));
+        EXPECT_EQ(map.value().largestRegisterRead, row.largestRead);
+        // Halving alone would take two requests for each missing address; the tables here are
+        // mostly holes, and reading them address by address costs about one.
+        EXPECT_LE(map.value().requests, 4 * 120 * 115 / 100);
+        ASSERT_FALSE(reports.empty());
+        EXPECT_EQ(reports.back().requests, map.value().requests);
+        EXPECT_EQ(reports.back().remainingSeconds, 0.0);
+        EXPECT_GT(reports.front().remainingSeconds, reports.back().remainingSeconds);
+        TearDown();
+    }
+}
+
+TEST_F(RegisterMapTest, ProducesOneImportableDatapointPerAddressNamedByTableAndAddress) {
+    serve();
+    const auto map = mapRegisters(*link, {.unit = 5, .first = 100, .last = 117});
+    ASSERT_TRUE(map.ok());
+    const auto datapoints = mappedDatapoints(map.value());
+    const auto imported =
+        DatapointCSV::parse(DatapointCSV::exportText(datapoints, CSVDialect::current()));
+    EXPECT_TRUE(imported.issues.empty());
+    std::vector<std::string> names;
+    for (const Datapoint& datapoint : imported.datapoints) {
+        names.push_back(datapoint.name);
+        EXPECT_EQ(datapoint.unitID, 5);
+        EXPECT_EQ(datapoint.dataType,
+                  datapoint.table().isBit() ? DataType::boolean : DataType::uint16);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"HR 100", "HR 101", "HR 110", "CO 116", "CO 117"}));
+}
+
+// A unit nobody answers for gives up after the sizes it tried, without asking about the other
+// tables, and a raised signal ends the map before the first request.
+TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {
+    serve();
+    const auto absent = mapRegisters(*link, {.unit = 9, .first = 0, .last = 999});
+    ASSERT_TRUE(absent.ok());
+    EXPECT_FALSE(absent.value().answered);
+    EXPECT_FALSE(absent.value().found());
+    EXPECT_EQ(absent.value().tables.size(), 1u);
+    EXPECT_LE(absent.value().requests, 8);
+
+    WakeSignal cancel;
+    link->cancelWith(cancel);
+    cancel.raise();
+    const auto cancelled = mapRegisters(*link, {.unit = 5});
+    ASSERT_FALSE(cancelled.ok());
+    EXPECT_TRUE(cancelled.error().is<SerialLinkError::Cancelled>());
+}
+
+} // namespace
+} // namespace kestrin
