@@ -572,6 +572,11 @@ constexpr Texts dutch{
             },
         .noUnitAnswered = "Geen enkele unit antwoordde.",
         .noSettingsAnswered = "Bij geen van de geprobeerde instellingen antwoordde een unit.",
+        .mapProgress =
+            [](std::int64_t requests, std::int64_t seconds) {
+                return concat("Verzoek ", requests, ", nog minstens ", seconds, " s");
+            },
+        .noAddressFound = "De unit antwoordt, maar geen enkel adres van het bereik bestaat.",
     },
 };
 } // namespace

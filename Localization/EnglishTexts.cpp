@@ -551,6 +551,11 @@ constexpr Texts english{
             },
         .noUnitAnswered = "No unit answered.",
         .noSettingsAnswered = "No unit answered at any of the settings tried.",
+        .mapProgress =
+            [](std::int64_t requests, std::int64_t seconds) {
+                return concat("Request ", requests, ", at least ", seconds, " s left");
+            },
+        .noAddressFound = "The unit answers, but no address of the range exists.",
     },
 };
 } // namespace

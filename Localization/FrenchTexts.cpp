@@ -592,6 +592,11 @@ constexpr Texts french{
             },
         .noUnitAnswered = "Aucun esclave n'a répondu.",
         .noSettingsAnswered = "Aucun esclave n'a répondu avec les réglages essayés.",
+        .mapProgress =
+            [](std::int64_t requests, std::int64_t seconds) {
+                return concat("Requête ", requests, ", encore au moins ", seconds, " s");
+            },
+        .noAddressFound = "L'esclave répond, mais aucune adresse de la plage n'existe.",
     },
 };
 } // namespace

@@ -598,6 +598,11 @@ constexpr Texts german{
             },
         .noUnitAnswered = "Kein Gerät hat geantwortet.",
         .noSettingsAnswered = "Bei keiner der versuchten Einstellungen hat ein Gerät geantwortet.",
+        .mapProgress =
+            [](std::int64_t requests, std::int64_t seconds) {
+                return concat("Anfrage ", requests, ", noch mindestens ", seconds, " s");
+            },
+        .noAddressFound = "Das Gerät antwortet, aber keine Adresse des Bereichs ist vorhanden.",
     },
 };
 } // namespace

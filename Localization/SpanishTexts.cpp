@@ -577,6 +577,11 @@ constexpr Texts spanish{
             },
         .noUnitAnswered = "Ningún esclavo respondió.",
         .noSettingsAnswered = "Ningún esclavo respondió con los ajustes probados.",
+        .mapProgress =
+            [](std::int64_t requests, std::int64_t seconds) {
+                return concat("Petición ", requests, ", quedan al menos ", seconds, " s");
+            },
+        .noAddressFound = "El esclavo responde, pero no existe ninguna dirección del rango.",
     },
 };
 } // namespace

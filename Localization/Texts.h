@@ -523,7 +523,9 @@ struct Texts {
     X(OfThreeNumbers, unitProgress)  /* (units done, of, seconds left) */                          \
     X(OfThreeNumbers, sweepProgress) /* (settings tried, of, seconds left) */                      \
     X(Literal, noUnitAnswered)                                                                     \
-    X(Literal, noSettingsAnswered)
+    X(Literal, noSettingsAnswered)                                                                 \
+    X(OfTwoNumbers, mapProgress) /* (requests sent, seconds left at least) */                      \
+    X(Literal, noAddressFound)
         KESTRIN_TEXT_GROUP(KESTRIN_SCAN_TEXTS_KEYS)
     };
 

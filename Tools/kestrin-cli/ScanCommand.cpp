@@ -4,6 +4,8 @@
 #include "JsonLines.h"
 #include "L10n.h"
 #include "RTUFrame.h"
+#include "RegisterMap.h"
+#include "RegisterMapReport.h"
 #include "SerialLink.h"
 #include "SettingsSweep.h"
 #include "StopSignals.h"
@@ -40,16 +42,26 @@ constexpr std::array scanOptions{
     Option{"sweep", "",
            "find the baud rate and frame at which --unit answers: 9600,\n"
            "19200, 38400, 115200 with 8E1, 8N1, 8N2 first, then the rest"},
-    Option{"unit", "LIST", "with --sweep: the unit IDs to try (default 1)"},
+    Option{"unit", "LIST",
+           "with --sweep: the unit IDs to try (default 1); with --registers:\n"
+           "the one unit to map"},
+    Option{"registers", "",
+           "find which addresses of each table exist on --unit and the\n"
+           "largest read it accepts; --timeout-ms is then what the device\n"
+           "may take beyond each answer's wire time"},
+    Option{"range", "A-B", "with --registers: the addresses to map (default 0-999)"},
+    Option{"csv", "FILE", "with --registers: write the addresses found as a datapoint list"},
     Option{"json", "", "one JSON object per line"},
 };
 
 const CommandLine::Syntax scanSyntax{
     "kestrin-cli scan",
     "Usage: kestrin-cli scan --port PATH [--units 1-247] [options]\n"
-    "       kestrin-cli scan --port PATH --sweep [--unit U] [options]\n\n"
+    "       kestrin-cli scan --port PATH --sweep [--unit U] [options]\n"
+    "       kestrin-cli scan --port PATH --unit U --registers [--range A-B] [--csv FILE]\n\n"
     "Finds the devices on a line: prints \"Unit N\" and what answered for each unit that\n"
-    "answers at the line's settings, or with --sweep the settings at which a unit answers.\n",
+    "answers at the line's settings, with --sweep the settings at which a unit answers, or\n"
+    "with --registers the addresses one unit has.\n",
     scanOptions,
     "Exit status: 0 something answered, 1 nothing did, 2 usage error, 3 the port cannot be "
     "used.\n"};
@@ -103,18 +115,46 @@ Result<void, std::string> checkLine(const Parsed& parsed, ScanOptions& result) {
 
 // --units belongs to the unit scan, --unit to the others.
 Result<void, std::string> checkUnits(const Parsed& parsed, ScanOptions& result) {
-    const std::string_view name = result.sweep ? "unit" : "units";
-    const std::string_view other = result.sweep ? "units" : "unit";
+    const bool oneUnit = result.sweep || result.registers;
+    const std::string_view name = oneUnit ? "unit" : "units";
+    const std::string_view other = oneUnit ? "units" : "unit";
     if (parsed.has(other)) {
         return L10n::texts().errors.unexpectedArgument("--" + std::string(other),
                                                        "kestrin-cli scan --help");
     }
-    const std::string typed = parsed.value(name).value_or(result.sweep ? "1" : "1-247");
+    const std::string typed = parsed.value(name).value_or(oneUnit ? "1" : "1-247");
     const auto units = unitList(typed);
-    if (!units) {
+    if (!units || (result.registers && units->size() != 1)) {
         return invalid(name, typed);
     }
     result.units = *units;
+    return {};
+}
+
+// --range and --csv belong to --registers, which maps one unit and sweeps nothing.
+Result<void, std::string> checkRegisters(const Parsed& parsed, ScanOptions& result) {
+    result.registers = parsed.has("registers");
+    for (const std::string_view name : {"sweep", "range", "csv"}) {
+        if (parsed.has(name) && result.registers == (name == "sweep")) {
+            return L10n::texts().errors.unexpectedArgument("--" + std::string(name),
+                                                           "kestrin-cli scan --help");
+        }
+    }
+    if (const auto typed = parsed.value("range")) {
+        const std::size_t dash = typed->find('-');
+        const auto address = [&](std::string_view part) {
+            return CliOptions::wholeNumber(part, 0, std::numeric_limits<std::uint16_t>::max());
+        };
+        const auto first = address(std::string_view(*typed).substr(0, dash));
+        const auto last = dash == std::string::npos
+                              ? std::nullopt
+                              : address(std::string_view(*typed).substr(dash + 1));
+        if (!first || !last || *first > *last) {
+            return invalid("range", *typed);
+        }
+        result.range = {*first, *last};
+    }
+    result.csv = parsed.value("csv");
     return {};
 }
 
@@ -152,6 +192,9 @@ Result<ScanOptions, std::string> check(const Parsed& parsed) {
         return line.error();
     }
     result.sweep = parsed.has("sweep");
+    if (auto registers = checkRegisters(parsed, result); !registers) {
+        return registers.error();
+    }
     if (auto units = checkUnits(parsed, result); !units) {
         return units.error();
     }
@@ -317,9 +360,36 @@ ExitCode sweep(const ScanOptions& options, std::ostream& out, std::ostream& err)
     return ExitCode::success;
 }
 
+ExitCode mapUnit(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    Interruption interruption;
+    SerialLink link(options.port, options.serial, options.testDevice);
+    link.cancelWith(interruption.cancel());
+    if (const auto opened = link.open(); !opened) {
+        return portFailed(opened.error(), err);
+    }
+    RegisterMapOptions mapping{
+        .unit = options.units.front(), .first = options.range.first, .last = options.range.second};
+    mapping.thinkSeconds = options.timeoutSeconds().value_or(mapping.thinkSeconds);
+    const auto progressText = [](int requests, int, int seconds) {
+        return L10n::texts().scan.mapProgress(requests, seconds);
+    };
+    ProgressLine progressLine(err);
+    const auto mapped = mapRegisters(link, mapping, [&](const RegisterMapProgress& progress) {
+        progressLine.show(progressText, progress.requests, 0, progress.remainingSeconds);
+    });
+    progressLine.clear();
+    if (!mapped) {
+        return portFailed(mapped.error(), err);
+    }
+    return RegisterMapReport::print(mapped.value(), options.json, options.csv, out, err);
+}
+
 } // namespace
 
 ExitCode run(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    if (options.registers) {
+        return mapUnit(options, out, err);
+    }
     return options.sweep ? sweep(options, out, err) : scanUnits(options, out, err);
 }
 

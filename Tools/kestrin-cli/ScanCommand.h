@@ -9,6 +9,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kestrin::ScanCommand {
@@ -26,6 +27,10 @@ struct ScanOptions {
     // --units for the unit scan (default 1-247), --unit for the others (default 1).
     std::vector<std::uint8_t> units;
     bool sweep = false;
+    // --registers: the register map of --unit over range, its datapoints written to csv.
+    bool registers = false;
+    std::pair<int, int> range{0, 999};
+    std::optional<std::string> csv;
     bool json = false;
 
     std::optional<double> timeoutSeconds() const {

@@ -1,0 +1,129 @@
+#include "RegisterMapReport.h"
+
+#include "CSVDialect.h"
+#include "DatapointCSV.h"
+#include "JsonLines.h"
+#include "L10n.h"
+
+#include <array>
+#include <string>
+
+#if KESTRIN_HAS_POLL
+#include "TextFile.h"
+
+#include <QFile>
+#endif
+
+namespace kestrin::RegisterMapReport {
+
+namespace {
+
+// By table, in case order.
+constexpr std::array tableWords{"coils", "discrete inputs", "holding registers", "input registers"};
+constexpr std::array tableWord{"coil", "discrete input", "holding register", "input register"};
+
+std::string rangesText(const TableMap& table) {
+    std::string text;
+    for (const Datapoint::AddressRange& range : table.ranges) {
+        text += text.empty() ? "" : ", ";
+        text += std::to_string(range.first);
+        if (range.last != range.first) {
+            text += "-" + std::to_string(range.last);
+        }
+    }
+    return text;
+}
+
+std::string tableText(const TableMap& table) {
+    const std::string words = tableWords[static_cast<std::size_t>(table.table)];
+    if (!table.supported) {
+        return words + " refused (exception 01)";
+    }
+    if (table.ranges.empty()) {
+        return "no " + words;
+    }
+    const int count = table.addressCount();
+    const std::string counted =
+        count == 1 ? tableWord[static_cast<std::size_t>(table.table)] : words;
+    return std::to_string(count) + " " + counted + " (" + rangesText(table) + ")";
+}
+
+// The bit limit only where a device imposed one: 2000 bits is the protocol's own.
+std::string limitsText(const RegisterMap& map) {
+    std::string text = "largest read " + std::to_string(map.largestRegisterRead) + " registers";
+    if (map.largestBitRead < FunctionCode::maxReadBits) {
+        text += ", " + std::to_string(map.largestBitRead) + " bits";
+    }
+    return text;
+}
+
+void printJson(const RegisterMap& map, std::ostream& out) {
+    for (const TableMap& table : map.tables) {
+        nlohmann::json ranges = nlohmann::json::array();
+        for (const Datapoint::AddressRange& range : table.ranges) {
+            ranges.push_back({range.first, range.last});
+        }
+        JsonLines::print({{"unit", map.unit},
+                          {"table", std::string(table.table.code())},
+                          {"supported", table.supported},
+                          {"count", table.addressCount()},
+                          {"ranges", ranges}},
+                         out);
+    }
+    JsonLines::print({{"unit", map.unit},
+                      {"largestRegisterRead", map.largestRegisterRead},
+                      {"largestBitRead", map.largestBitRead},
+                      {"requests", map.requests}},
+                     out);
+}
+
+Result<void, std::string> writeCsv(const RegisterMap& map, const std::string& path) {
+    const auto datapoints = mappedDatapoints(map);
+    const std::string text = DatapointCSV::exportText(datapoints, CSVDialect::current());
+#if KESTRIN_HAS_POLL
+    if (auto written = TextFile::write(QFile::decodeName(path.c_str()), text); !written) {
+        return L10n::texts().errors.saveFailed(written.error());
+    }
+    return {};
+#else
+    // The one atomic writer lives with the application's model; a build without it has no
+    // way to replace a file whole or not at all, and a half-written list would import wrong.
+    (void)path;
+    (void)text;
+    return L10n::texts().errors.saveFailed("this kestrin-cli was built without the application");
+#endif
+}
+
+} // namespace
+
+std::string summary(const RegisterMap& map) {
+    std::string tables;
+    for (const TableMap& table : map.tables) {
+        tables += (tables.empty() ? "" : ", ") + tableText(table);
+    }
+    return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map);
+}
+
+ExitCode print(const RegisterMap& map, bool json, const std::optional<std::string>& csv,
+               std::ostream& out, std::ostream& err) {
+    if (!map.answered || !map.found()) {
+        err << (map.answered ? L10n::texts().scan.noAddressFound()
+                             : L10n::texts().scan.noUnitAnswered())
+            << '\n';
+        return ExitCode::requestFailed;
+    }
+    if (json) {
+        printJson(map, out);
+    } else {
+        out << summary(map) << '\n';
+    }
+    if (csv) {
+        if (auto written = writeCsv(map, *csv); !written) {
+            err << written.error() << '\n';
+            return ExitCode::requestFailed;
+        }
+    }
+    return ExitCode::success;
+}
+
+} // namespace kestrin::RegisterMapReport
