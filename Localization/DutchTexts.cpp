@@ -548,6 +548,11 @@ constexpr Texts dutch{
                 return concat("Seriële poort weer geopend (nu ", path, ")");
             },
         .lateAnswer = "Te laat antwoord genegeerd",
+        .readInParts = [](std::string_view range) { return concat(range, " in delen gelezen"); },
+        .noRegister =
+            [](std::string_view addresses) {
+                return concat("het apparaat heeft geen register ", addresses);
+            },
     },
     .example =
         {

@@ -528,6 +528,11 @@ constexpr Texts english{
         .serialRestoredAt =
             [](std::string_view path) { return concat("Serial port open again (now ", path, ")"); },
         .lateAnswer = "Late answer discarded",
+        .readInParts = [](std::string_view range) { return concat(range, " read in parts"); },
+        .noRegister =
+            [](std::string_view addresses) {
+                return concat("the device has no register ", addresses);
+            },
     },
     .example =
         {

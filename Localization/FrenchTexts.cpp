@@ -569,6 +569,12 @@ constexpr Texts french{
                 return concat("Port série de nouveau ouvert (désormais ", path, ")");
             },
         .lateAnswer = "Réponse tardive ignorée",
+        .readInParts =
+            [](std::string_view range) { return concat(range, " lu en plusieurs parties"); },
+        .noRegister =
+            [](std::string_view addresses) {
+                return concat("l'appareil n'a pas de registre ", addresses);
+            },
     },
     .example =
         {

@@ -574,6 +574,11 @@ constexpr Texts german{
                 return concat("Serielle Schnittstelle wieder geöffnet (jetzt ", path, ")");
             },
         .lateAnswer = "Verspätete Antwort verworfen",
+        .readInParts = [](std::string_view range) { return concat(range, " in Teilen gelesen"); },
+        .noRegister =
+            [](std::string_view addresses) {
+                return concat("das Gerät hat kein Register ", addresses);
+            },
     },
     .example =
         {

@@ -554,6 +554,11 @@ constexpr Texts spanish{
                 return concat("Puerto serie abierto de nuevo (ahora ", path, ")");
             },
         .lateAnswer = "Respuesta tardía descartada",
+        .readInParts = [](std::string_view range) { return concat(range, " leído por partes"); },
+        .noRegister =
+            [](std::string_view addresses) {
+                return concat("el dispositivo no tiene registros en ", addresses);
+            },
     },
     .example =
         {

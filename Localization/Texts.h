@@ -500,7 +500,9 @@ struct Texts {
     X(OfText, serialLost)            /* (port path) */                                             \
     X(Literal, serialRestored)                                                                     \
     X(OfText, serialRestoredAt) /* (the new port path) */                                          \
-    X(Literal, lateAnswer)
+    X(Literal, lateAnswer)                                                                         \
+    X(OfText, readInParts) /* (the refused block, "HR 0–10") */                                  \
+    X(OfText, noRegister)  /* (the missing addresses, "1–9, 12") */
         KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
     };
 

@@ -15,6 +15,9 @@ struct PollPlan {
     double interval = 1.0;
     // ReadPlanner::blocks of the poll's datapoints, in that order.
     std::vector<ReadBlock> blocks;
+    // ReadPlanner::pieces of the same datapoints: what a block the device refuses whole may be
+    // split into. Without them a block is never split.
+    std::vector<ReadBlock> pieces;
 
     friend bool operator==(const PollPlan&, const PollPlan&) = default;
 };

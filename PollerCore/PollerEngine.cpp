@@ -1,5 +1,7 @@
 #include "PollerEngine.h"
 
+#include "BlockSplit.h"
+#include "ExceptionPDU.h"
 #include "Overloaded.h"
 #include "PDU.h"
 #include "RTUFrame.h"
@@ -42,6 +44,12 @@ struct Exchange {
     double duration = 0;
     PollerEvent::Time ended;
 };
+
+// Exception 02: some address of the request does not exist on the device.
+bool isRefusal(const Result<Bytes, PollFailureError>& answer) {
+    return answer && ExceptionPDU::exception(answer.value()) ==
+                         ModbusException(ModbusException::illegalDataAddress).code();
+}
 
 } // namespace
 
@@ -128,21 +136,45 @@ private:
                           job.value);
     }
 
-    // Reads every block of plan in turn; a queued write goes out between two blocks.
+    // Reads every block of plan in turn, a block learnt to be read in parts by its parts; a
+    // queued write goes out between two reads.
     bool poll(const PollPlan& plan) {
         for (const ReadBlock& block : plan.blocks) {
-            if (!isRunning()) {
-                return true;
-            }
-            if (!readBlock(plan.id, block)) {
-                return false;
-            }
-            // A write waits for one block at most, not for the whole poll.
-            if (std::optional<Job::Write> write = takeWrite(); write && !send(*write)) {
-                return false;
+            const std::vector<ReadBlock>* parts = partsOf(plan, block);
+            const std::size_t reads = parts != nullptr ? parts->size() : 1;
+            for (std::size_t i = 0; i < reads; ++i) {
+                if (!isRunning()) {
+                    return true;
+                }
+                if (!(parts == nullptr ? readOrSplit(plan, block)
+                                       : readBlock(plan.id, (*parts)[i]))) {
+                    return false;
+                }
+                if (parts != nullptr && i + 1 == reads) {
+                    emit(PollerEvent::PartsRead{plan.id, block});
+                }
+                // A write waits for one read at most, not for the whole poll.
+                if (std::optional<Job::Write> write = takeWrite(); write && !send(*write)) {
+                    return false;
+                }
             }
         }
         return true;
+    }
+
+    // The parts block is read in, when it was split for the same pieces; an edit that changed
+    // the datapoints inside the block forgets the split, since merging may work again.
+    const std::vector<ReadBlock>* partsOf(const PollPlan& plan, const ReadBlock& block) {
+        auto& known = splits_[plan.id];
+        const auto found = known.find(block);
+        if (found == known.end()) {
+            return nullptr;
+        }
+        if (found->second.pieces != BlockSplit::piecesIn(block, plan.pieces)) {
+            known.erase(found);
+            return nullptr;
+        }
+        return &found->second.parts;
     }
 
     bool isRunning() {
@@ -160,17 +192,93 @@ private:
         return write;
     }
 
+    Result<Exchange, SerialLinkError> read(const ReadBlock& block) {
+        return exchange(PDU::read(block.table, block.address, block.count), block.unit);
+    }
+
     bool readBlock(const Uuid& poll, const ReadBlock& block) {
-        auto exchanged = exchange(PDU::read(block.table, block.address, block.count), block.unit);
+        auto exchanged = read(block);
         if (!exchanged) {
             return lose();
         }
-        Exchange& done = exchanged.value();
+        return report(poll, block, exchanged.value());
+    }
+
+    bool report(const Uuid& poll, const ReadBlock& block, Exchange& done) {
         Result<ReadData, PollFailureError> result = readData(done.answer, block);
         emit(PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
                                std::move(done.response), done.duration},
              done.ended);
         return settle(done.answer);
+    }
+
+    // A block of more than one piece that the device refuses is split at once.
+    bool readOrSplit(const PollPlan& plan, const ReadBlock& block) {
+        auto exchanged = read(block);
+        if (!exchanged) {
+            return lose();
+        }
+        Exchange& done = exchanged.value();
+        if (!isRefusal(done.answer) || !BlockSplit::halves(block, plan.pieces)) {
+            return report(plan.id, block, done);
+        }
+        // Held back until the split is known, so that the line saying so comes before the
+        // parts' answers; no write goes between them.
+        held_.emplace();
+        const bool split = splitRefused(plan, block, done);
+        std::vector<PollerEvent> events = std::move(*held_);
+        held_.reset();
+        if (!split) {
+            return lose();
+        }
+        for (PollerEvent& event : events) {
+            emit(std::move(event.value), event.time);
+        }
+        return true;
+    }
+
+    // Halves the refused block until every part answers or holds a single piece; the parts are
+    // read in address order. False when the port was lost.
+    bool splitRefused(const PollPlan& plan, const ReadBlock& block, Exchange& refused) {
+        PollerEvent::ReadInParts split{plan.id,         block,           {}, {}, 1,
+                                       refused.request, refused.response};
+        if (!settle(refused.answer)) {
+            return false;
+        }
+        const auto first = BlockSplit::halves(block, plan.pieces);
+        std::vector<ReadBlock> todo{first->second, first->first};
+        std::vector<ReadBlock> known;
+        while (!todo.empty()) {
+            const ReadBlock part = todo.back();
+            todo.pop_back();
+            auto exchanged = read(part);
+            if (!exchanged) {
+                return false;
+            }
+            Exchange& done = exchanged.value();
+            const bool refusedToo = isRefusal(done.answer);
+            if (const auto more =
+                    refusedToo ? BlockSplit::halves(part, plan.pieces) : std::nullopt) {
+                ++split.refusals;
+                todo.insert(todo.end(), {more->second, more->first});
+                if (!settle(done.answer)) {
+                    return false;
+                }
+                continue;
+            }
+            split.parts.push_back(part);
+            if (!refusedToo) {
+                known.push_back(part);
+            }
+            if (!report(plan.id, part, done)) {
+                return false;
+            }
+        }
+        emit(PollerEvent::PartsRead{plan.id, block});
+        split.missing = BlockSplit::uncovered(block, known);
+        splits_[plan.id][block] = {BlockSplit::piecesIn(block, plan.pieces), split.parts};
+        held_->insert(held_->begin(), PollerEvent{std::move(split), refused.ended});
+        return true;
     }
 
     static Result<ReadData, PollFailureError>
@@ -283,14 +391,28 @@ private:
     }
 
     void emit(PollerEvent::Case value, PollerEvent::Time time = std::chrono::system_clock::now()) {
-        deliver(onEvent_, std::move(value), time);
+        if (held_) {
+            held_->push_back({std::move(value), time});
+        } else {
+            deliver(onEvent_, std::move(value), time);
+        }
     }
+
+    // How a block the device refused whole is read, and the pieces inside it when it was split.
+    struct Split {
+        std::vector<ReadBlock> pieces;
+        std::vector<ReadBlock> parts;
+    };
 
     std::shared_ptr<State> state_;
     std::unique_ptr<SerialLink> link_;
     std::string path_;
     double timeout_;
     EventHandler onEvent_;
+    // Kept for the whole reading: the device's missing addresses do not come back.
+    std::unordered_map<Uuid, std::unordered_map<ReadBlock, Split>> splits_;
+    // Events held back while a refused block is split.
+    std::optional<std::vector<PollerEvent>> held_;
 };
 
 PollerEngine::PollChoice

@@ -46,6 +46,10 @@ namespace kestrin {
 //   the thread with exactly one serialLost, unless stop came first; nothing is delivered after it.
 // - After a failed request the engine keeps what the device still sends for it from the next
 //   request (a late answer) and reports it as lateAnswer; after a good answer it waits no longer.
+// - A block of several pieces that the device refuses with exception 02 is halved, down to single
+//   pieces, until every part answers or is one piece; from then on, for the rest of the reading,
+//   the block is read by those parts. Its events are held back while it is split, so that the
+//   one readInParts comes before the parts' reads; no write goes out in between.
 class PollerEngine {
 public:
     using Clock = std::chrono::steady_clock;

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace kestrin {
 
@@ -23,7 +24,7 @@ namespace kestrin {
 struct PollerEvent {
     using Time = std::chrono::system_clock::time_point;
 
-    // One block was read or failed.
+    // One block, or one part of a block read in parts, was read or failed.
     struct Read {
         Uuid poll;
         ReadBlock block;
@@ -32,6 +33,29 @@ struct PollerEvent {
         Bytes response;
         double duration = 0;
         friend bool operator==(const Read&, const Read&) = default;
+    };
+    // The device refused a block of the plan whole with exception 02, so it is read in parts
+    // from now on. Comes once per block and reading, before the reads of its parts; request and
+    // response are the refused read's. refusals counts every read that was refused and split
+    // further, that one included: each was a request answered with exception 02.
+    struct ReadInParts {
+        Uuid poll;
+        ReadBlock block;
+        std::vector<ReadBlock> parts;
+        // The addresses the device refused: those of the block that no part answered for, in
+        // runs.
+        std::vector<ReadBlock> missing;
+        int refusals = 1;
+        Bytes request;
+        Bytes response;
+        friend bool operator==(const ReadInParts&, const ReadInParts&) = default;
+    };
+    // Every part of a block read in parts was read, the last one just before: a receiver that
+    // counts readings of the plan's blocks counts this one here.
+    struct PartsRead {
+        Uuid poll;
+        ReadBlock block;
+        friend bool operator==(const PartsRead&, const PartsRead&) = default;
     };
     // One write was sent; unit 0 is a broadcast, never answered, with duration 0.
     struct Wrote {
@@ -60,7 +84,7 @@ struct PollerEvent {
         friend bool operator==(const LateAnswer&, const LateAnswer&) = default;
     };
 
-    using Case = std::variant<Read, Wrote, SerialLost, Started, LateAnswer>;
+    using Case = std::variant<Read, ReadInParts, PartsRead, Wrote, SerialLost, Started, LateAnswer>;
     Case value;
     Time time{};
 

@@ -34,9 +34,8 @@ void emit(std::vector<ReadBlock>& result, GroupKey group, int start, int end, in
     }
 }
 
-} // namespace
-
-std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxGap) {
+// gap -1 joins only ranges that overlap.
+std::vector<ReadBlock> spans(const std::vector<Datapoint>& datapoints, int gap) {
     std::vector<std::uint64_t> keys;
     keys.reserve(datapoints.size());
     for (std::size_t i = 0; i < datapoints.size(); ++i) {
@@ -46,7 +45,6 @@ std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxG
     }
     std::sort(keys.begin(), keys.end());
 
-    const int gap = std::max(maxGap, 0);
     std::vector<ReadBlock> result;
     GroupKey group;
     int start = 0;
@@ -76,6 +74,16 @@ std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxG
         emit(result, group, start, end, group.table.maxReadCount());
     }
     return result;
+}
+
+} // namespace
+
+std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxGap) {
+    return spans(datapoints, std::max(maxGap, 0));
+}
+
+std::vector<ReadBlock> pieces(const std::vector<Datapoint>& datapoints) {
+    return spans(datapoints, -1);
 }
 
 std::optional<DecodedValue> value(const Datapoint& of, const ReadBlock& in, const ReadData& data) {

@@ -93,7 +93,7 @@ double processSeconds() {
 
 // The blocks all read the same registers: the simulator's list is short, the line cost the same.
 PollPlan poll(const Options& options) {
-    PollPlan plan{Uuid::random(), options.interval, {}};
+    PollPlan plan{Uuid::random(), options.interval, {}, {}};
     plan.blocks.assign(static_cast<std::size_t>(options.blocks),
                        ReadBlock{1, RegisterTable::holdingRegister, 0, options.quantity});
     return plan;

@@ -54,7 +54,8 @@ std::vector<PollPlan> PollerModel::buildPlans() const {
             continue;
         }
         plans.push_back({poll.id, static_cast<double>(poll.intervalMs) / 1000.0,
-                         ReadPlanner::blocks(poll.datapoints, maxGap_)});
+                         ReadPlanner::blocks(poll.datapoints, maxGap_),
+                         ReadPlanner::pieces(poll.datapoints)});
     }
     return plans;
 }
@@ -223,6 +224,17 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
         portLost(lost->path);
     } else if (const auto* read = event.as<PollerEvent::Read>()) {
         handleRead(*read, time);
+    } else if (const auto* parts = event.as<PollerEvent::PartsRead>()) {
+        // Its parts were reported as they came; counting readings of the plan's blocks sees the
+        // block itself once.
+        emit blockRead(parts->poll, parts->block, {});
+    } else if (const auto* split = event.as<PollerEvent::ReadInParts>()) {
+        // Every refused read was a request and an exception answer, though no datapoint shows it.
+        for (int i = 0; i < split->refusals; ++i) {
+            countFailure(PollFailure::exception(0x02));
+            setStatistics(counted(statistics_, {&PollerStatistics::requests}));
+        }
+        appendLog(LogLine::readInParts(split->block, split->missing), time);
     } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {
         handleWrote(*wrote, time);
     } else if (const auto* late = event.as<PollerEvent::LateAnswer>()) {

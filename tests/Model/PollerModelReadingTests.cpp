@@ -1,5 +1,6 @@
 #include "ModelFixture.h"
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <thread>
@@ -37,13 +38,43 @@ TEST_F(PollerModelReading, ValuesComeFromTheDeviceAndChangesTakeEffectWithoutARe
     model->setPolls(polls);
     ASSERT_TRUE(waitUntil([&] { return hasValue(far, 777); }));
 
-    // Bridging the gap reads HR 100-200 as one block of 101 registers.
+    // Bridging the gap asks for HR 100-200 as one block of 101 registers (which the device, without
+    // HR 102-199, refuses).
     model->setMaxGap(100);
     ASSERT_TRUE(waitUntil([&] {
-        const std::vector<std::string> frames = received();
-        return !frames.empty() && frames.back().starts_with("01 03 00 64 00 65");
+        return std::ranges::any_of(received(), [](const std::string& frame) {
+            return frame.starts_with("01 03 00 64 00 65");
+        });
     }));
     EXPECT_EQ(countInLog("Reading started"), 1);
+}
+
+// A device without the registers of a bridged gap refuses the whole block; read in parts, the
+// datapoints around the gap still get their values, and the split is logged once.
+TEST_F(PollerModelReading, ABridgedGapTheDeviceLacksIsReadInPartsAndLoggedOnce) {
+    const auto simulator = serve(project({poll("Boiler", {level, far})}));
+    create(project({poll("Boiler", {level, far})}));
+    model->setMaxGap(100);
+    std::vector<ReadBlock> readings;
+    QObject::connect(model.get(), &PollerModel::blockRead, model.get(),
+                     [&](const Uuid&, const ReadBlock& block, const std::vector<Uuid>&) {
+                         readings.push_back(block);
+                     });
+    startReading(simulator->port());
+    const ReadBlock planned{1, RegisterTable::holdingRegister, 100, 101};
+    ASSERT_TRUE(waitUntil([&] { return std::ranges::count(readings, planned) >= 3; }));
+    model->stop();
+
+    EXPECT_TRUE(hasValue(level, 500));
+    EXPECT_TRUE(hasValue(far, 777));
+    EXPECT_EQ(countInLog("⚠ Unit 1 · HR 100–200 read in parts: the device has no register "
+                         "101–199"),
+              1);
+    EXPECT_EQ(countInLog("Exception 02"), 0);
+    // The one refusal was a request and an exception answer; every request was answered.
+    const PollerStatistics statistics = model->statistics();
+    EXPECT_EQ(statistics.exceptions, 1);
+    EXPECT_EQ(statistics.requests, statistics.responses);
 }
 
 // The engine answers on while the main thread is busy; a stop shows what it queued meanwhile

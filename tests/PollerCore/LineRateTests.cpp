@@ -9,7 +9,7 @@ namespace kestrin {
 namespace {
 
 PollPlan plan(double interval, std::vector<ReadBlock> blocks) {
-    return {Uuid::random(), interval, std::move(blocks)};
+    return {Uuid::random(), interval, std::move(blocks), {}};
 }
 
 // Expected figures worked out by hand: characters of request + answer, two silences (3.5

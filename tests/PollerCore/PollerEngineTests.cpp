@@ -100,7 +100,7 @@ bool waitForRequests(const std::string& ledger, std::size_t count) {
 }
 
 PollPlan plan(double interval, std::vector<std::uint16_t> addresses) {
-    PollPlan result{Uuid::random(), interval, {}};
+    PollPlan result{Uuid::random(), interval, {}, {}};
     for (const std::uint16_t address : addresses) {
         result.blocks.push_back({1, holding, address, 1});
     }
@@ -110,9 +110,10 @@ PollPlan plan(double interval, std::vector<std::uint16_t> addresses) {
 // A simulator serving registerList, an engine on it at 9600 8E1 and the events it reported.
 class EngineTest : public testing::Test {
 protected:
-    void startSimulator(std::vector<std::string> options = {}, double timeout = 1.0) {
+    void startSimulator(std::vector<std::string> options = {}, double timeout = 1.0,
+                        const std::string& served = registerList()) {
         options.insert(options.begin(), KESTRIN_SIM);
-        std::ofstream(list) << registerList();
+        std::ofstream(list) << served;
         options.insert(options.end(), {"--csv", list, "--ledger", ledger});
         simulator = std::make_unique<SimulatorProcess>(options);
         ASSERT_FALSE(simulator->port().empty());
@@ -271,6 +272,63 @@ TEST_F(EngineTest, FailedRequestsAreReportedWithTheBytesAndReadingGoesOn) {
         EXPECT_EQ(read.request, RTUFrame::build(1, PDU::read(holding, 4, 1)));
         EXPECT_EQ(read.response.size(), 7U);
     }
+}
+
+// The reads of a device whose registers hold their own address: a split by its block, missing
+// runs and refusals, a read by address (=value, E for exception 02), the end of a block's parts
+// by *.
+std::string trace(const std::vector<PollerEvent>& events, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count && i < events.size(); ++i) {
+        if (const auto* split = events[i].as<PollerEvent::ReadInParts>()) {
+            const ReadBlock& block = split->block;
+            EXPECT_EQ(split->request,
+                      RTUFrame::build(1, PDU::read(holding, block.address, block.count)));
+            text += "P" + std::to_string(block.address) + ":";
+            for (const ReadBlock& run : split->missing) {
+                text += std::to_string(run.address) + "-" + std::to_string(run.lastAddress());
+            }
+            text += "/" + std::to_string(split->refusals) + " ";
+        } else if (const auto* read = events[i].as<PollerEvent::Read>()) {
+            text += "R" + std::to_string(read->block.address) +
+                    (read->result ? "=" + std::to_string(read->block.address) : "E") + " ";
+        } else if (events[i].is<PollerEvent::PartsRead>()) {
+            text += "* ";
+        }
+    }
+    return text;
+}
+
+// A device that has only HR 0, 10, 20 and 30 refuses the bridged blocks HR 0-10 and 20-30 whole.
+// The first reading splits them, says so once before the parts, and reads the parts; later
+// readings go straight to the parts, and so do those after an update that left the blocks alone.
+// A datapoint added inside a block splits it anew.
+TEST_F(EngineTest, ARefusedBlockIsReadInPartsFromThenOn) {
+    std::string served = "Name,Unit ID,Table,Address,Data type,Value\n";
+    for (const int address : {0, 10, 20, 30}) {
+        served += "r,1,HR," + std::to_string(address) + ",uint16," + std::to_string(address) + "\n";
+    }
+    startSimulator({}, 1.0, served);
+    PollPlan bridged = plan(0.02, {0, 10, 20, 25, 30});
+    bridged.pieces = bridged.blocks;
+    bridged.blocks = {{1, holding, 0, 11}, {1, holding, 20, 11}};
+    ASSERT_TRUE(engine->start({bridged}).ok());
+    const std::string learnt = "P0:1-9/1 R0=0 R10=10 * P20:21-29/2 R20=20 R25E R30=30 * ";
+    const std::string known = "R0=0 R10=10 * R20=20 R25E R30=30 * ";
+    EXPECT_EQ(trace(events.waitFor(1 + 9 + 7), 1 + 9 + 7), learnt + known);
+
+    engine->update({bridged});
+    events.waitFor(1 + 9 + 14);
+    bridged.pieces.insert(bridged.pieces.begin() + 1, ReadBlock{1, holding, 5, 1});
+    engine->update({bridged});
+    const std::string relearnt = "P0:1-9/2 R0=0 R5E R10=10 * ";
+    const auto all = events.waitUntil(
+        [&](const auto& all) { return trace(all, all.size()).find(relearnt) != std::string::npos; },
+        10);
+    engine->stop();
+    const std::string text = trace(all, all.size());
+    EXPECT_NE(text.find(relearnt), std::string::npos) << text;
+    EXPECT_EQ(std::ranges::count(text, 'P'), 3) << text;
 }
 
 TEST_F(EngineTest, StopEndsTheTransactionUnderWayAndFreesThePortAtOnce) {

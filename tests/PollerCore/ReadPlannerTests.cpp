@@ -99,6 +99,25 @@ TEST(ReadPlanner, BlocksFollowGapLimitAndGroupRules) {
     }
 }
 
+// The smallest reads: a piece never joins a neighbour unless the two share an address.
+TEST(ReadPlanner, PiecesJoinOnlyOverlappingDatapoints) {
+    const struct {
+        std::string name;
+        std::vector<Datapoint> points;
+        std::vector<ReadBlock> pieces;
+    } rows[] = {
+        {"adjacent datapoints stay apart", {hr(1), hr(0)}, {block(0, 1), block(1, 1)}},
+        {"overlapping datapoints join",
+         {hr(11), hr(10, DataType::uint32), hr(12, DataType::float32)},
+         {block(10, 2), block(12, 2)}},
+        {"groups as for blocks", {point(1, input, 0), hr(0)}, {block(0, 1), {1, input, 0, 1}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(ReadPlanner::pieces(row.points), row.pieces);
+    }
+}
+
 TEST(ReadBlock, CoversOnlyWholeDatapointsOfItsUnitAndTable) {
     const ReadBlock block{1, holding, 10, 4};
     struct Row {
@@ -218,7 +237,7 @@ using Due = std::unordered_map<Uuid, Clock::time_point>;
 using std::chrono::milliseconds;
 
 PollPlan plan(double interval, std::vector<ReadBlock> blocks = {block(0, 1)}) {
-    return {Uuid::random(), interval, std::move(blocks)};
+    return {Uuid::random(), interval, std::move(blocks), {}};
 }
 
 TEST(PollSchedule, ChoosesTheEarliestDuePollOrSleeps) {
