@@ -249,6 +249,10 @@ private:
         std::vector<ReadBlock> todo{first->second, first->first};
         std::vector<ReadBlock> known;
         while (!todo.empty()) {
+            // A stop ends the split quietly: its held events are dropped like the read under way.
+            if (!isRunning()) {
+                return false;
+            }
             const ReadBlock part = todo.back();
             todo.pop_back();
             auto exchanged = read(part);

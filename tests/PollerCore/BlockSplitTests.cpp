@@ -52,7 +52,6 @@ TEST(BlockSplit, UncoveredAddressesComeInRuns) {
         {"two gaps", {hr(0), hr(5), hr(10)}, {hr(1, 4), hr(6, 4)}},
         {"every address answered", {hr(0, 6), hr(6, 5)}, {}},
         {"nothing answered", {}, {hr(0, 11)}},
-        {"a part reaching past the block", {hr(5, 20)}, {hr(0, 5)}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

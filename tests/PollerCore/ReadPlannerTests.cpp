@@ -110,7 +110,6 @@ TEST(ReadPlanner, PiecesJoinOnlyOverlappingDatapoints) {
         {"overlapping datapoints join",
          {hr(11), hr(10, DataType::uint32), hr(12, DataType::float32)},
          {block(10, 2), block(12, 2)}},
-        {"groups as for blocks", {point(1, input, 0), hr(0)}, {block(0, 1), {1, input, 0, 1}}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
