@@ -240,13 +240,13 @@ private:
     // Halves the refused block until every part answers or holds a single piece; the parts are
     // read in address order. False when the port was lost.
     bool splitRefused(const PollPlan& plan, const ReadBlock& block, Exchange& refused) {
-        PollerEvent::ReadInParts split{plan.id,         block,           {}, {}, 1,
-                                       refused.request, refused.response};
+        PollerEvent::ReadInParts split{plan.id, block, {}, 1, refused.request, refused.response};
         if (!settle(refused.answer)) {
             return false;
         }
         const auto first = BlockSplit::halves(block, plan.pieces);
         std::vector<ReadBlock> todo{first->second, first->first};
+        std::vector<ReadBlock> parts;
         std::vector<ReadBlock> known;
         while (!todo.empty()) {
             // A stop ends the split quietly: its held events are dropped like the read under way.
@@ -270,7 +270,7 @@ private:
                 }
                 continue;
             }
-            split.parts.push_back(part);
+            parts.push_back(part);
             if (!refusedToo) {
                 known.push_back(part);
             }
@@ -280,7 +280,7 @@ private:
         }
         emit(PollerEvent::PartsRead{plan.id, block});
         split.missing = BlockSplit::uncovered(block, known);
-        splits_[plan.id][block] = {BlockSplit::piecesIn(block, plan.pieces), split.parts};
+        splits_[plan.id][block] = {BlockSplit::piecesIn(block, plan.pieces), std::move(parts)};
         held_->insert(held_->begin(), PollerEvent{std::move(split), refused.ended});
         return true;
     }

@@ -41,7 +41,6 @@ struct PollerEvent {
     struct ReadInParts {
         Uuid poll;
         ReadBlock block;
-        std::vector<ReadBlock> parts;
         // The addresses the device refused: those of the block that no part answered for, in
         // runs.
         std::vector<ReadBlock> missing;

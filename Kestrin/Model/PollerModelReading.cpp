@@ -235,6 +235,9 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
             setStatistics(counted(statistics_, {&PollerStatistics::requests}));
         }
         appendLog(LogLine::readInParts(split->block, split->missing), time);
+        if (auto frames = LogLine::writeFrames(split->request, split->response, logOptions_)) {
+            appendLog(std::move(*frames), time);
+        }
     } else if (const auto* wrote = event.as<PollerEvent::Wrote>()) {
         handleWrote(*wrote, time);
     } else if (const auto* late = event.as<PollerEvent::LateAnswer>()) {
