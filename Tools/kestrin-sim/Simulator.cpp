@@ -1,5 +1,6 @@
 #include "Simulator.h"
 
+#include "MasterSettings.h"
 #include "RTUFrame.h"
 #include "SerialTiming.h"
 
@@ -30,6 +31,12 @@ timespec timespecFrom(std::chrono::steady_clock::duration duration) {
     const auto nanoseconds = std::max<std::int64_t>(0, std::chrono::nanoseconds(duration).count());
     return timespec{static_cast<time_t>(nanoseconds / 1'000'000'000),
                     static_cast<long>(nanoseconds % 1'000'000'000)};
+}
+
+// Whether the master set its end of the line to this rate and these stop bits.
+bool masterSetTo(int fd, int baudRate, int stopBits) {
+    const std::optional<MasterSettings> settings = MasterSettings::of(fd);
+    return !settings || (settings->baudRate == baudRate && settings->stopBits == stopBits);
 }
 
 } // namespace
@@ -137,6 +144,10 @@ void Simulator::handle(const FrameSplitter::Frame& frame, Clock::time_point star
     if (frame.kind != Kind::request) {
         entry.frame = frame.kind == Kind::response ? "response" : "garbage";
         entry.action = frame.kind == Kind::response ? "ignored" : "discarded";
+    } else if (timing_.strictSettings && !masterSetTo(fd_, timing_.baudRate, timing_.stopBits)) {
+        entry.frame = "request";
+        entry.action = "ignored";
+        entry.reason = "sent at other settings";
     } else if (pending_) {
         entry.frame = "request";
         entry.action = "ignored";

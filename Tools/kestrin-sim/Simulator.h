@@ -20,6 +20,10 @@ struct SimulatorTiming {
     bool wireTiming = false;
     int baudRate = 9600;
     int bitsPerCharacter = 11;
+    int stopBits = 1;
+    // On a pseudo-terminal, which carries no line signal, a request the master sent at another
+    // baud rate or stop bits goes unheard, as a real device would hear only garbage.
+    bool strictSettings = false;
     double turnaround = 0.001; // seconds between the end of a request and the start of its answer
     double delay = 1.5;        // seconds the delay fault holds an answer back
     double masterTimeout = 1;  // seconds the master waits; the late fault answers after 1 to 2

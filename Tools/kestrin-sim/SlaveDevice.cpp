@@ -74,6 +74,7 @@ SlaveDevice::SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t
     : seed_(seed) {
     for (const Datapoint& datapoint : datapoints) {
         units_.insert(datapoint.unitID);
+        tables_.insert({datapoint.unitID, datapoint.table()});
         store(datapoint, datapoint.value);
         if (datapoint.simulation.isActive()) {
             animated_.push_back({{datapoint.unitID, datapoint.table(), datapoint.address},
@@ -155,6 +156,12 @@ std::optional<Bytes> SlaveDevice::respond(ByteView frame, double seconds) {
     if (!serves(unit)) {
         return std::nullopt;
     }
+    if (exceedsLimit(pdu)) {
+        if (limit_->silent) {
+            return std::nullopt;
+        }
+        return RTUFrame::build(unit, exceptionAnswer(pdu[0], ModbusException::illegalDataValue));
+    }
     if (const auto table = readTable(pdu); table && pdu.size() >= fixedRequestSize) {
         animate(unit, *table, uint16At(pdu, 1), uint16At(pdu, 3), seconds);
     }
@@ -180,6 +187,17 @@ Bytes SlaveDevice::answer(std::uint8_t unit, ByteView pdu) {
     }
 }
 
+bool SlaveDevice::exceedsLimit(ByteView pdu) const {
+    if (!limit_ || pdu.size() < fixedRequestSize) {
+        return false;
+    }
+    const std::uint8_t function = pdu[0];
+    const bool registers = function == FunctionCode::readHoldingRegisters ||
+                           function == FunctionCode::readInputRegisters ||
+                           function == FunctionCode::writeMultipleRegisters;
+    return registers && uint16At(pdu, 3) > limit_->maxRegisters;
+}
+
 bool SlaveDevice::covers(std::uint8_t unit, RegisterTable table, int first, int count) const {
     if (first + count > addressCount) {
         return false;
@@ -198,6 +216,9 @@ Bytes SlaveDevice::read(std::uint8_t unit, RegisterTable table, ByteView pdu) co
     const std::uint8_t function = pdu[0];
     if (pdu.size() != fixedRequestSize) {
         return exceptionAnswer(function, ModbusException::illegalDataValue);
+    }
+    if (refusesTablesNotServed_ && !tables_.contains({unit, table})) {
+        return exceptionAnswer(function, ModbusException::illegalFunction);
     }
     const int address = uint16At(pdu, 1);
     const int count = uint16At(pdu, 3);

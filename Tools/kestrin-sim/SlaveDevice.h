@@ -24,6 +24,17 @@ public:
     // (overlapping datapoints share registers: the later one's value wins).
     explicit SlaveDevice(const std::vector<Datapoint>& datapoints, std::uint64_t seed = 0);
 
+    // The most registers one request may read or write, as devices with small buffers have it.
+    struct RequestLimit {
+        int maxRegisters = 0;
+        // Some refuse a larger request with exception 03, others ignore it.
+        bool silent = false;
+    };
+    void limitRequests(RequestLimit limit) noexcept { limit_ = limit; }
+    // A read of a table in which a unit has no datapoint at all is then refused with exception
+    // 01, as by a device that lacks the function, rather than with 02.
+    void refuseTablesNotServed() noexcept { refusesTablesNotServed_ = true; }
+
     bool serves(std::uint8_t unit) const noexcept { return units_.contains(unit); }
     const std::set<std::uint8_t>& units() const noexcept { return units_; }
 
@@ -56,7 +67,13 @@ private:
     Bytes writeCoils(std::uint8_t unit, ByteView pdu);
     Bytes writeRegisters(std::uint8_t unit, ByteView pdu);
 
+    // Whether a register request of pdu asks for more than the limit allows.
+    bool exceedsLimit(ByteView pdu) const;
+
     std::map<Key, std::uint16_t> image_;
+    std::optional<RequestLimit> limit_;
+    std::set<std::pair<std::uint8_t, RegisterTable::Case>> tables_;
+    bool refusesTablesNotServed_ = false;
     std::set<std::uint8_t> units_;
     struct Animated {
         Key key;

@@ -9,6 +9,7 @@
 #include "L10n.h"
 #include "Ledger.h"
 #include "RTUFrame.h"
+#include "RegisterTable.h"
 #include "SerialConfiguration.h"
 #include "ServedLine.h"
 #include "Simulator.h"
@@ -54,6 +55,15 @@ constexpr std::array simOptions{
            "answer only when request and answer would have crossed\n"
            "the line at that speed, plus the turnaround"},
     Option{"turnaround-ms", "MS", "the device's reaction time with --wire-timing (default 1)"},
+    Option{"max-registers", "N[,silent]",
+           "refuse a read or write of more than N registers with\n"
+           "exception 03, or with silence"},
+    Option{"refuse-missing-tables", "",
+           "answer a read of a table the list has nothing in with\n"
+           "exception 01 (no such function) instead of 02"},
+    Option{"strict-settings", "",
+           "on a pseudo-terminal: answer only a master that set the\n"
+           "same baud rate and stop bits (parity does not show on one)"},
     Option{"fault", "LIST",
            "misbehave with these probabilities per answer, LIST being\n"
            "drop=P,crc=P,garbage=P,wrong-unit=P,delay=P,late=P,noise=P:\n"
@@ -84,6 +94,9 @@ struct Options {
     SerialConfiguration serial;
     bool wireTiming = false;
     double turnaroundMs = 1;
+    std::optional<SlaveDevice::RequestLimit> limit;
+    bool strictSettings = false;
+    bool refuseMissingTables = false;
     std::string faults;
     double delayMs = 1500;
     double masterTimeoutMs = 1000;
@@ -114,6 +127,20 @@ std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
         text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
     }
     return units.empty() ? std::nullopt : std::optional(units);
+}
+
+// "32" or "32,silent": at least one register, at most what any read may ask for.
+std::optional<SlaveDevice::RequestLimit> requestLimit(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    const std::optional<int> count = number<int>(text.substr(0, comma));
+    const std::string_view how =
+        comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
+    if (!count || *count < 1 ||
+        *count > RegisterTable(RegisterTable::holdingRegister).maxReadCount() ||
+        (comma != std::string_view::npos && how != "silent")) {
+        return std::nullopt;
+    }
+    return SlaveDevice::RequestLimit{*count, !how.empty()};
 }
 
 // Stores the value of one option that takes a value; false when the value is not valid.
@@ -149,6 +176,9 @@ bool takeValue(Options& options, std::string_view option, const std::string& val
     if (option == "unit") {
         return take(unitList(value), options.units, any);
     }
+    if (option == "max-registers") {
+        return take(requestLimit(value), options.limit, any);
+    }
     if (option == "frame") {
         return take(options.serial.withFrame(value), options.serial, any);
     }
@@ -174,6 +204,8 @@ Result<Options, std::string> checkOptions(const CommandLine::Parsed& parsed) {
     }
     options.serial.baudRate = baud.value().value_or(options.serial.baudRate);
     options.wireTiming = parsed.has("wire-timing");
+    options.strictSettings = parsed.has("strict-settings");
+    options.refuseMissingTables = parsed.has("refuse-missing-tables");
     for (const Option& option : simOptions) {
         const std::optional<std::string> value = parsed.value(option.name);
         if (value && !option.valueName.empty() && option.name != "baud" &&
@@ -262,6 +294,8 @@ SimulatorTiming timingOf(const Options& options) {
     timing.wireTiming = options.wireTiming;
     timing.baudRate = options.serial.baudRate;
     timing.bitsPerCharacter = options.serial.bitsPerCharacter();
+    timing.stopBits = options.serial.stopBits;
+    timing.strictSettings = options.strictSettings;
     timing.turnaround = options.turnaroundMs / 1000;
     timing.delay = options.delayMs / 1000;
     timing.masterTimeout = options.masterTimeoutMs / 1000;
@@ -353,6 +387,12 @@ int serve(const Options& options, Faults faults) {
         return exitFailure;
     }
     SlaveDevice device(underUnits(datapoints.value(), options.units), options.seed);
+    if (options.limit) {
+        device.limitRequests(*options.limit);
+    }
+    if (options.refuseMissingTables) {
+        device.refuseTablesNotServed();
+    }
 
     Ledger ledger;
     if (options.ledger && !ledger.open(*options.ledger)) {

@@ -297,6 +297,8 @@ TEST(Simulator, RefusesBadOptionValuesWithUsage) {
          "cannot use the baud rate '0': give a positive whole number, usually one "
          "of 1200, 2400, 4800, 9600, 14400, 19200, 38400, 57600, 115200, 230400"},
         {{"--frame=9Z1"}, "invalid value '9Z1' for --frame"},
+        {{"--max-registers", "126"}, "invalid value '126' for --max-registers"},
+        {{"--max-registers", "16,quiet"}, "invalid value '16,quiet' for --max-registers"},
         {{"--fault", "noise=2"}, "the probability of noise must be a number from 0 to 1"},
         {{"--csv", "a", "--project", "b"}, "--csv and --project exclude each other"},
     };

@@ -112,6 +112,50 @@ TEST(SlaveDevice, RespondsOnlyToValidFramesForItsUnitsAndSilentlyToBroadcasts) {
     EXPECT_EQ(device.respond(RTUFrame::build(0, read), 0), std::nullopt);
 }
 
+// Devices with small buffers refuse long requests, with exception 03 or silence; devices without
+// a table may refuse its function outright.
+TEST(SlaveDevice, RefusesWhatASmallerDeviceRefuses) {
+    struct Row {
+        const char* name;
+        std::optional<SlaveDevice::RequestLimit> limit;
+        bool refuseTables;
+        const char* request;
+        std::optional<const char*> answer;
+    };
+    const SlaveDevice::RequestLimit two{2, false};
+    const SlaveDevice::RequestLimit twoSilent{2, true};
+    const Row rows[] = {
+        {"read within the limit", two, false, "03 00 0A 00 02", "03 04 12 34 3F 80"},
+        {"read past the limit", two, false, "03 00 0A 00 03", "83 03"},
+        {"input registers too", two, false, "04 00 00 00 03", "84 03"},
+        {"write past the limit", two, false, "10 00 0A 00 03 06 00 00 00 00 00 00", "90 03"},
+        {"bits are not registers", two, false, "01 00 00 00 03", "01 01 05"},
+        {"silent past the limit", twoSilent, false, "03 00 0A 00 03", std::nullopt},
+        {"a table without datapoints", std::nullopt, true, "04 00 05 00 01", "84 01"},
+        {"a table with datapoints, an address without", std::nullopt, true, "03 00 01 00 01",
+         "83 02"},
+    };
+    std::vector<Datapoint> list = sampleList();
+    list.push_back(datapoint(RegisterTable::holdingRegister, 0, 1, DataType::uint16, 2));
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        SlaveDevice device(list);
+        if (row.limit) {
+            device.limitRequests(*row.limit);
+        }
+        if (row.refuseTables) {
+            device.refuseTablesNotServed();
+        }
+        // Unit 2 has only holding register 0.
+        const std::uint8_t unit = row.refuseTables ? 2 : 1;
+        const auto answer = device.respond(RTUFrame::build(unit, hexBytes(row.request)), 0);
+        ASSERT_EQ(answer.has_value(), row.answer.has_value());
+        if (answer) {
+            EXPECT_EQ(*answer, RTUFrame::build(unit, hexBytes(*row.answer)));
+        }
+    }
+}
+
 TEST(SimulatedValue, FollowsEachKindOverTime) {
     using Kind = Simulation::Kind;
     struct Row {
