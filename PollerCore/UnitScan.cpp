@@ -64,12 +64,13 @@ Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint
         if (data.error().kind == ResponseError::Kind::malformed) {
             return proven;
         }
-        // The first refusal stands for the device when no other table is readable either.
-        if (!proven) {
-            proven = Answer{unit, table, data.error().code};
+        const std::uint8_t exception = data.error().code;
+        if (exception != ModbusException::illegalFunction) {
+            return std::optional(Answer{unit, table, exception});
         }
-        if (data.error().code != ModbusException::illegalFunction) {
-            return proven;
+        // A device that knows no read at all is still a device.
+        if (!proven) {
+            proven = Answer{unit, table, exception};
         }
     }
     return proven;

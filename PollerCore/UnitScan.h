@@ -21,7 +21,8 @@ class SerialLink;
 namespace UnitScan {
 
 // What answered a unit: the read whose answer proved the device, and the exception it answered
-// with, if any.
+// with, if any. A refusal other than 01 says the table exists without address 0; a device that
+// knows none of the reads is reported with its 01 to FC03.
 struct Answer {
     std::uint8_t unit = 0;
     RegisterTable table = RegisterTable::holdingRegister;

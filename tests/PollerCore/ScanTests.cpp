@@ -1,0 +1,173 @@
+#include "ChildProcess.h"
+#include "SerialLink.h"
+#include "SettingsSweep.h"
+#include "UnitScan.h"
+#include "WakeSignal.h"
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <numeric>
+#include <set>
+#include <string>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using ChildProcess::SimulatorProcess;
+using Clock = std::chrono::steady_clock;
+using Answer = UnitScan::Answer;
+using Table = RegisterTable;
+
+// Files of this process alone: ctest runs the tests side by side.
+std::string scratch(const std::string& name) {
+    return testing::TempDir() + "kestrin-scan-" + std::to_string(::getpid()) + "-" + name;
+}
+
+// A simulator serving csv with options, and a link to it at serial.
+class ScanTest : public testing::Test {
+protected:
+    void serve(const std::string& csv, std::vector<std::string> options,
+               const SerialConfiguration& serial = {}) {
+        std::ofstream(list) << csv;
+        options.insert(options.begin(), {KESTRIN_SIM, "--csv", list});
+        simulator = std::make_unique<SimulatorProcess>(options);
+        ASSERT_FALSE(simulator->port().empty());
+        link = std::make_unique<SerialLink>(simulator->port(), serial, true);
+        ASSERT_TRUE(link->open());
+    }
+
+    void TearDown() override {
+        link.reset();
+        simulator.reset();
+        std::remove(list.c_str());
+    }
+
+    std::string list = scratch("list.csv");
+    std::unique_ptr<SimulatorProcess> simulator;
+    std::unique_ptr<SerialLink> link;
+};
+
+// Devices that lack a table refuse its function (01): the scan then asks for the next table, and
+// a refusal of address 0 (02) still proves a device.
+TEST_F(ScanTest, ReportsEachUnitThatAnswersWithWhatAnsweredAndCountsDown) {
+    serve("Unit ID,Table,Address\n"
+          "3,HR,0\n9,CO,0\n30,DI,0\n12,IR,5\n20,HR,5\n",
+          {"--refuse-missing-tables"});
+    const std::vector<std::uint8_t> units{1, 3, 9, 12, 20, 30, 31};
+    const double timeout = 0.05;
+    std::vector<UnitScan::Progress> reports;
+    const auto answers = UnitScan::run(*link, units, timeout,
+                                       [&](const UnitScan::Progress& p) { reports.push_back(p); });
+    ASSERT_TRUE(answers);
+    const std::vector<Answer> expected{
+        {3, Table::holdingRegister, std::nullopt},
+        {9, Table::coil, std::nullopt},
+        {12, Table::inputRegister, 2},
+        {20, Table::holdingRegister, 2},
+        {30, Table::discreteInput, std::nullopt},
+    };
+    EXPECT_EQ(answers.value(), expected);
+
+    ASSERT_EQ(reports.size(), units.size());
+    const double perUnit = UnitScan::silentUnitSeconds(link->configuration(), timeout);
+    std::vector<Answer> reported;
+    for (std::size_t index = 0; index < reports.size(); ++index) {
+        SCOPED_TRACE(index);
+        EXPECT_EQ(reports[index].done, static_cast<int>(index + 1));
+        EXPECT_EQ(reports[index].total, static_cast<int>(units.size()));
+        EXPECT_NEAR(reports[index].remainingSeconds,
+                    static_cast<double>(units.size() - index - 1) * perUnit, 1e-9);
+        if (reports[index].answer) {
+            reported.push_back(*reports[index].answer);
+        }
+    }
+    EXPECT_EQ(reported, expected);
+}
+
+// The default time-out decides how long an empty bus takes: at 19200 baud with the line's own
+// timing 30 silent units take what the estimate says, and a cancel ends the scan at once.
+TEST_F(ScanTest, AnEmptyBusTakesTheEstimatedTimeAndACancelEndsItAtOnce) {
+    SerialConfiguration serial;
+    serial.baudRate = 19200;
+    serve("Unit ID,Table,Address\n200,HR,0\n", {"--baud", "19200", "--wire-timing"}, serial);
+    const double timeout = UnitScan::defaultTimeout(serial);
+    std::vector<std::uint8_t> units(30);
+    std::iota(units.begin(), units.end(), 1);
+    const auto started = Clock::now();
+    const auto answers = UnitScan::run(*link, units, timeout, {});
+    const double elapsed = std::chrono::duration<double>(Clock::now() - started).count();
+    ASSERT_TRUE(answers);
+    EXPECT_TRUE(answers.value().empty());
+    const double estimate = 30 * UnitScan::silentUnitSeconds(serial, timeout);
+    EXPECT_GE(elapsed, 30 * timeout);
+    EXPECT_LT(elapsed, 1.5 * estimate);
+
+    // Unit 200 answers within the default time-out even with the line's timing.
+    const auto found = UnitScan::probe(*link, 200, timeout);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found.value(), (Answer{200, Table::holdingRegister, std::nullopt}));
+
+    WakeSignal cancel;
+    link->cancelWith(cancel);
+    std::vector<std::uint8_t> all(247);
+    std::iota(all.begin(), all.end(), 1);
+    std::jthread canceller([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        cancel.raise();
+    });
+    const auto cancelStarted = Clock::now();
+    const auto cancelled = UnitScan::run(*link, all, timeout, {});
+    ASSERT_FALSE(cancelled);
+    EXPECT_TRUE(cancelled.error().is<SerialLinkError::Cancelled>());
+    EXPECT_LT(Clock::now() - cancelStarted, std::chrono::milliseconds(400));
+}
+
+TEST(SettingsSweep, TriesTheCommonSettingsFirstEachOnceKeepingTheDirection) {
+    SerialConfiguration base;
+    base.rs485 = RS485Direction{};
+    const std::vector<SerialConfiguration> settings = SettingsSweep::candidates(base);
+    std::vector<std::string> first;
+    std::set<std::string> distinct;
+    for (const SerialConfiguration& serial : settings) {
+        EXPECT_EQ(serial.rs485, base.rs485);
+        distinct.insert(serial.shortDescription());
+        if (first.size() < 12) {
+            first.push_back(serial.shortDescription());
+        }
+    }
+    EXPECT_EQ(distinct.size(), settings.size());
+    const std::vector<std::string> common{"9600 8E1",  "9600 8N1",   "9600 8N2",   "19200 8E1",
+                                          "19200 8N1", "19200 8N2",  "38400 8E1",  "38400 8N1",
+                                          "38400 8N2", "115200 8E1", "115200 8N1", "115200 8N2"};
+    EXPECT_EQ(first, common);
+}
+
+// The simulator hears only a master at its own rate and stop bits (a pseudo-terminal hides the
+// parity): the sweep passes 38400 8E1 and 8N1 and stops at 8N2.
+TEST_F(ScanTest, SweepStopsAtTheFirstSettingsAtWhichAUnitAnswers) {
+    serve("Unit ID,Table,Address\n5,HR,0\n",
+          {"--baud", "38400", "--frame", "8N2", "--strict-settings"});
+    link.reset();
+    std::vector<SettingsSweep::Progress> reports;
+    const auto found = SettingsSweep::run(
+        {simulator->port(), true, nullptr}, SerialConfiguration{}, {1, 5}, 0.05,
+        [&](const SettingsSweep::Progress& progress) { reports.push_back(progress); });
+    ASSERT_TRUE(found);
+    ASSERT_TRUE(found.value());
+    EXPECT_EQ(found.value()->serial.shortDescription(), "38400 8N2");
+    EXPECT_EQ(found.value()->answer, (Answer{5, Table::holdingRegister, std::nullopt}));
+    ASSERT_EQ(reports.size(), 9U);
+    EXPECT_EQ(reports.back().done, 9);
+    EXPECT_EQ(reports.back().remainingSeconds, 0);
+    EXPECT_GT(reports.front().remainingSeconds, reports[1].remainingSeconds);
+}
+
+} // namespace
+} // namespace kestrin
