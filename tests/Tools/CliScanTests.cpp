@@ -1,0 +1,132 @@
+#include "ChildProcess.h"
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+// kestrin-cli scan against kestrin-sim on a pseudo-terminal.
+
+namespace kestrin {
+namespace {
+
+using ChildProcess::ProcessResult;
+using ChildProcess::SimulatorProcess;
+
+const std::string cliPath = KESTRIN_CLI_PATH;
+const std::string simPath = KESTRIN_SIM_PATH;
+
+// Unit 3 has holding register 0, unit 17 holding registers but none at 0, unit 200 only coils
+// and refuses the functions of the tables it lacks.
+class CliScan : public testing::Test {
+protected:
+    void SetUp() override {
+        std::ofstream(list) << "Unit ID,Table,Address\n3,HR,0\n17,HR,5\n200,CO,0\n";
+    }
+    void TearDown() override { std::remove(list.c_str()); }
+
+    std::vector<std::string> simulatorServing(const std::string& options) const {
+        return ChildProcess::command({simPath, "--csv", list, "--refuse-missing-tables"}, options);
+    }
+
+    // scan on the simulator's port; the time-out is short because most units stay silent.
+    static ProcessResult scan(const SimulatorProcess& simulator, const std::string& options) {
+        return ChildProcess::run(ChildProcess::command(
+            {cliPath, "scan", "--port", simulator.port(), "--test-device", "--timeout-ms", "100"},
+            options));
+    }
+
+    std::string list =
+        testing::TempDir() + "kestrin-cli-scan-" + std::to_string(::getpid()) + ".csv";
+};
+
+TEST_F(CliScan, PrintsEachUnitThatAnswersAndWhatAnsweredAndExitsOneWhenNoneDid) {
+    const SimulatorProcess simulator(simulatorServing(""));
+    ASSERT_FALSE(simulator.port().empty());
+    const struct {
+        std::string options;
+        int exitCode;
+        std::string out;
+        std::string err;
+    } rows[] = {
+        {"--units 1-5,17,199-200", 0,
+         "Unit 3: holding registers (FC03)\n"
+         "Unit 17: exception 02 to FC03\n"
+         "Unit 200: coils (FC01)\n",
+         ""},
+        {"--units 17,200 --json", 0,
+         "{\"exception\":2,\"function\":3,\"status\":\"exception\",\"table\":\"HR\",\"unit\":17}\n"
+         "{\"function\":1,\"status\":\"ok\",\"table\":\"CO\",\"unit\":200}\n",
+         ""},
+        {"--units 4-8", 1, "", "No unit answered.\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        const ProcessResult result = scan(simulator, row.options);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(result.out, row.out);
+        EXPECT_EQ(result.err, row.err);
+    }
+}
+
+// The simulator hears only a master at 19200 baud with two stop bits. It answers at once, so
+// that a short time-out lets the silent settings pass quickly.
+TEST_F(CliScan, SweepPrintsTheFirstSettingsAtWhichAUnitAnswers) {
+    const SimulatorProcess simulator(
+        simulatorServing("--baud 19200 --frame 8N2 --strict-settings"));
+    ASSERT_FALSE(simulator.port().empty());
+    const struct {
+        std::string options;
+        int exitCode;
+        std::string out;
+        std::string err;
+    } rows[] = {
+        {"--sweep --unit 1-3 --timeout-ms 40", 0, "19200 8N2: unit 3 answers\n", ""},
+        {"--sweep --unit 200 --json", 0,
+         "{\"baud\":19200,\"frame\":\"8N2\",\"function\":1,\"status\":\"ok\",\"table\":\"CO\","
+         "\"unit\":200}\n",
+         ""},
+        {"--sweep --unit 99 --timeout-ms 40", 1, "",
+         "No unit answered at any of the settings tried.\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        const ProcessResult result = scan(simulator, row.options);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(result.out, row.out);
+        EXPECT_EQ(result.err, row.err);
+    }
+}
+
+TEST(CliScanOptions, RefusesABadLineWithTwoAndAPortItCannotOpenWithThree) {
+    const std::string missing = "/dev/ttyKestrinMissing";
+    const struct {
+        std::string options;
+        int exitCode;
+        std::string err;
+    } rows[] = {
+        {"--units 1-5", 2, "option --port is required\n"},
+        {"--port " + missing + " --units 0-5", 2, "invalid value '0-5' for --units\n"},
+        {"--port " + missing + " --units 9-3", 2, "invalid value '9-3' for --units\n"},
+        {"--port " + missing + " --units 1,x", 2, "invalid value '1,x' for --units\n"},
+        {"--port " + missing + " --sweep --units 1", 2, ""},
+        {"--port " + missing + " --units 1", 3,
+         "Cannot open " + missing + ": No such file or directory.\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        const ProcessResult result =
+            ChildProcess::run(ChildProcess::command({cliPath, "scan"}, row.options));
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(result.out, "");
+        if (!row.err.empty()) {
+            EXPECT_EQ(result.err, row.err);
+        }
+    }
+}
+
+} // namespace
+} // namespace kestrin
