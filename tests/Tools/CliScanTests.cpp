@@ -1,7 +1,9 @@
 #include "ChildProcess.h"
+#include "DatapointCSV.h"
 
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -101,6 +103,51 @@ TEST_F(CliScan, SweepPrintsTheFirstSettingsAtWhichAUnitAnswers) {
     }
 }
 
+// The simulator refuses more than 4 registers a read. The list written imports as the addresses
+// found; a unit that is not there, or has nothing in the range, fails with the reason.
+TEST_F(CliScan, RegistersMapOneUnitWithItsLimitAndWriteItsDatapoints) {
+    const SimulatorProcess simulator(simulatorServing("--max-registers 4"));
+    ASSERT_FALSE(simulator.port().empty());
+    const std::string csv = list + ".found.csv";
+    const struct {
+        std::string options;
+        int exitCode;
+        std::string out;
+        std::string err;
+    } rows[] = {
+        {"--unit 3 --registers --range 0-9 --csv " + csv, 0,
+         "Unit 3: 1 holding register (0), input registers refused (exception 01), coils "
+         "refused (exception 01), discrete inputs refused (exception 01); largest read 4 "
+         "registers\n",
+         ""},
+        {"--unit 17 --registers --range 0-9 --json", 0,
+         "{\"count\":1,\"ranges\":[[5,5]],\"supported\":true,\"table\":\"HR\",\"unit\":17}\n"
+         "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"IR\",\"unit\":17}\n"
+         "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"CO\",\"unit\":17}\n"
+         "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"DI\",\"unit\":17}\n"
+         "{\"largestBitRead\":2000,\"largestRegisterRead\":4,\"requests\":22,\"unit\":17}\n",
+         ""},
+        {"--unit 3 --registers --range 100-109", 1, "",
+         "The unit answers, but no address of the range exists.\n"},
+        {"--unit 4 --registers --range 0-9", 1, "", "No unit answered.\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.options);
+        const ProcessResult result = scan(simulator, row.options);
+        EXPECT_EQ(result.exitCode, row.exitCode);
+        EXPECT_EQ(result.out, row.out);
+        EXPECT_EQ(result.err, row.err);
+    }
+    std::ifstream written(csv);
+    const auto imported =
+        DatapointCSV::parse(std::string(std::istreambuf_iterator<char>(written), {}));
+    EXPECT_TRUE(imported.issues.empty());
+    ASSERT_EQ(imported.datapoints.size(), 1u);
+    EXPECT_EQ(imported.datapoints[0].name, "HR 0");
+    EXPECT_EQ(imported.datapoints[0].unitID, 3);
+    std::remove(csv.c_str());
+}
+
 TEST(CliScanOptions, RefusesABadLineWithTwoAndAPortItCannotOpenWithThree) {
     const std::string missing = "/dev/ttyKestrinMissing";
     const struct {
@@ -113,6 +160,10 @@ TEST(CliScanOptions, RefusesABadLineWithTwoAndAPortItCannotOpenWithThree) {
         {"--port " + missing + " --units 9-3", 2, "invalid value '9-3' for --units\n"},
         {"--port " + missing + " --units 1,x", 2, "invalid value '1,x' for --units\n"},
         {"--port " + missing + " --sweep --units 1", 2, ""},
+        {"--port " + missing + " --registers --unit 3,4", 2, "invalid value '3,4' for --unit\n"},
+        {"--port " + missing + " --registers --range 9-3", 2, "invalid value '9-3' for --range\n"},
+        {"--port " + missing + " --registers --sweep", 2, ""},
+        {"--port " + missing + " --csv found.csv", 2, ""},
         {"--port " + missing + " --units 1", 3,
          "Cannot open " + missing + ": No such file or directory.\n"},
     };
