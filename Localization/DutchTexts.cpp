@@ -568,7 +568,8 @@ constexpr Texts dutch{
     .scan = {
         .unitProgress =
             [](int done, int total, int seconds) {
-                return concat("Unit ", done, " van ", total, ", nog ongeveer ", seconds, " s");
+                return concat(done, " van ", total, " units gevraagd, nog ongeveer ", seconds,
+                              " s");
             },
         .sweepProgress =
             [](int done, int total, int seconds) {

@@ -548,7 +548,7 @@ constexpr Texts english{
     .scan = {
         .unitProgress =
             [](int done, int total, int seconds) {
-                return concat("Unit ", done, " of ", total, ", about ", seconds, " s left");
+                return concat(done, " of ", total, " units asked, about ", seconds, " s left");
             },
         .sweepProgress =
             [](int done, int total, int seconds) {

@@ -590,7 +590,8 @@ constexpr Texts french{
     .scan = {
         .unitProgress =
             [](int done, int total, int seconds) {
-                return concat("Esclave ", done, " sur ", total, ", encore environ ", seconds, " s");
+                return concat(done, " esclaves interrogés sur ", total, ", encore environ ",
+                              seconds, " s");
             },
         .sweepProgress =
             [](int done, int total, int seconds) {

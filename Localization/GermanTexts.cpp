@@ -594,8 +594,8 @@ constexpr Texts german{
     .scan = {
         .unitProgress =
             [](int done, int total, int seconds) {
-                return concat("Geräteadresse ", done, " von ", total, ", noch etwa ", seconds,
-                              " s");
+                return concat(done, " von ", total, " Geräteadressen abgefragt, noch etwa ",
+                              seconds, " s");
             },
         .sweepProgress =
             [](int done, int total, int seconds) {

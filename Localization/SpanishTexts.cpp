@@ -574,7 +574,8 @@ constexpr Texts spanish{
     .scan = {
         .unitProgress =
             [](int done, int total, int seconds) {
-                return concat("Esclavo ", done, " de ", total, ", quedan unos ", seconds, " s");
+                return concat(done, " de ", total, " esclavos consultados, quedan unos ", seconds,
+                              " s");
             },
         .sweepProgress =
             [](int done, int total, int seconds) {
