@@ -21,6 +21,13 @@ using ChildProcess::SimulatorProcess;
 const std::string cliPath = KESTRIN_CLI_PATH;
 const std::string simPath = KESTRIN_SIM_PATH;
 
+struct ScanRow {
+    std::string options;
+    int exitCode;
+    std::string out;
+    std::string err;
+};
+
 // Unit 3 has holding register 0, unit 17 holding registers but none at 0, unit 200 only coils
 // and refuses the functions of the tables it lacks.
 class CliScan : public testing::Test {
@@ -41,6 +48,18 @@ protected:
             options));
     }
 
+    // Each scan of rows on the simulator gives exactly that exit status and output.
+    template <std::size_t count>
+    static void expect(const SimulatorProcess& simulator, const ScanRow (&rows)[count]) {
+        for (const ScanRow& row : rows) {
+            SCOPED_TRACE(row.options);
+            const ProcessResult result = scan(simulator, row.options);
+            EXPECT_EQ(result.exitCode, row.exitCode);
+            EXPECT_EQ(result.out, row.out);
+            EXPECT_EQ(result.err, row.err);
+        }
+    }
+
     std::string list =
         testing::TempDir() + "kestrin-cli-scan-" + std::to_string(::getpid()) + ".csv";
 };
@@ -48,12 +67,7 @@ protected:
 TEST_F(CliScan, PrintsEachUnitThatAnswersAndWhatAnsweredAndExitsOneWhenNoneDid) {
     const SimulatorProcess simulator(simulatorServing(""));
     ASSERT_FALSE(simulator.port().empty());
-    const struct {
-        std::string options;
-        int exitCode;
-        std::string out;
-        std::string err;
-    } rows[] = {
+    const ScanRow rows[] = {
         {"--units 1-5,17,199-200", 0,
          "Unit 3: holding registers (FC03)\n"
          "Unit 17: exception 02 to FC03\n"
@@ -65,13 +79,7 @@ TEST_F(CliScan, PrintsEachUnitThatAnswersAndWhatAnsweredAndExitsOneWhenNoneDid) 
          ""},
         {"--units 4-8", 1, "", "No unit answered.\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.options);
-        const ProcessResult result = scan(simulator, row.options);
-        EXPECT_EQ(result.exitCode, row.exitCode);
-        EXPECT_EQ(result.out, row.out);
-        EXPECT_EQ(result.err, row.err);
-    }
+    expect(simulator, rows);
 }
 
 // The simulator hears only a master at 19200 baud with two stop bits. It answers at once, so
@@ -80,12 +88,7 @@ TEST_F(CliScan, SweepPrintsTheFirstSettingsAtWhichAUnitAnswers) {
     const SimulatorProcess simulator(
         simulatorServing("--baud 19200 --frame 8N2 --strict-settings"));
     ASSERT_FALSE(simulator.port().empty());
-    const struct {
-        std::string options;
-        int exitCode;
-        std::string out;
-        std::string err;
-    } rows[] = {
+    const ScanRow rows[] = {
         {"--sweep --unit 1-3 --timeout-ms 40", 0, "19200 8N2: unit 3 answers\n", ""},
         {"--sweep --unit 200 --json", 0,
          "{\"baud\":19200,\"frame\":\"8N2\",\"function\":1,\"status\":\"ok\",\"table\":\"CO\","
@@ -94,13 +97,7 @@ TEST_F(CliScan, SweepPrintsTheFirstSettingsAtWhichAUnitAnswers) {
         {"--sweep --unit 99 --timeout-ms 40", 1, "",
          "No unit answered at any of the settings tried.\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.options);
-        const ProcessResult result = scan(simulator, row.options);
-        EXPECT_EQ(result.exitCode, row.exitCode);
-        EXPECT_EQ(result.out, row.out);
-        EXPECT_EQ(result.err, row.err);
-    }
+    expect(simulator, rows);
 }
 
 // The simulator refuses more than 4 registers a read. The list written imports as the addresses
@@ -109,12 +106,7 @@ TEST_F(CliScan, RegistersMapOneUnitWithItsLimitAndWriteItsDatapoints) {
     const SimulatorProcess simulator(simulatorServing("--max-registers 4"));
     ASSERT_FALSE(simulator.port().empty());
     const std::string csv = list + ".found.csv";
-    const struct {
-        std::string options;
-        int exitCode;
-        std::string out;
-        std::string err;
-    } rows[] = {
+    const ScanRow rows[] = {
         {"--unit 3 --registers --range 0-9 --csv " + csv, 0,
          "Unit 3: 1 holding register (0), input registers refused (exception 01), coils "
          "refused (exception 01), discrete inputs refused (exception 01); largest read 4 "
@@ -125,19 +117,14 @@ TEST_F(CliScan, RegistersMapOneUnitWithItsLimitAndWriteItsDatapoints) {
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"IR\",\"unit\":17}\n"
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"CO\",\"unit\":17}\n"
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"DI\",\"unit\":17}\n"
-         "{\"largestBitRead\":2000,\"largestRegisterRead\":4,\"requests\":22,\"unit\":17}\n",
+         "{\"complete\":true,\"largestBitRead\":2000,\"largestRegisterRead\":4,\"requests\":22,"
+         "\"unit\":17}\n",
          ""},
         {"--unit 3 --registers --range 100-109", 1, "",
          "The unit answers, but no address of the range exists.\n"},
         {"--unit 4 --registers --range 0-9", 1, "", "No unit answered.\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.options);
-        const ProcessResult result = scan(simulator, row.options);
-        EXPECT_EQ(result.exitCode, row.exitCode);
-        EXPECT_EQ(result.out, row.out);
-        EXPECT_EQ(result.err, row.err);
-    }
+    expect(simulator, rows);
     std::ifstream written(csv);
     const auto imported =
         DatapointCSV::parse(std::string(std::istreambuf_iterator<char>(written), {}));
