@@ -69,10 +69,15 @@ public:
         for (std::size_t index = 0; index < options_.tables.size(); ++index) {
             nextTable_ = index + 1;
             TableMap table{options_.tables[index], true, {}};
-            if (auto mapped = mapTable(table); !mapped) {
+            auto mapped = mapTable(table);
+            if (!mapped && !mapped.error().is<SerialLinkError::Cancelled>()) {
                 return mapped.error();
             }
             map_.tables.push_back(std::move(table));
+            if (!mapped) {
+                map_.complete = false;
+                break;
+            }
             if (!map_.answered) {
                 // Every size down to one address went unanswered: nobody is there to ask
                 // about the other tables.
@@ -161,11 +166,11 @@ private:
             LineRate::readSeconds(block, link_.configuration(), options_.handoverSeconds) +
             options_.thinkSeconds;
         auto frame = link_.transact(RTUFrame::build(block.unit, request), true, timeout);
+        if (!frame && !frame.error().is<SerialLinkError::Timeout>()) {
+            return frame.error();
+        }
         ++map_.requests;
         if (!frame) {
-            if (!frame.error().is<SerialLinkError::Timeout>()) {
-                return frame.error();
-            }
             return settled(link_.lateAnswer(timeout));
         }
         auto pdu = RTUFrame::parseResponse(frame.value(), block.unit, request.front());

@@ -38,6 +38,9 @@ struct RegisterMap {
     int requests = 0;
     // False when not one request was answered: no device, or other settings.
     bool answered = false;
+    // False when cancelled: the last table holds what was found up to then, later ones are
+    // missing.
+    bool complete = true;
 
     bool found() const noexcept;
 };
@@ -66,7 +69,8 @@ struct RegisterMapProgress {
 using RegisterMapProgressHandler = std::function<void(const RegisterMapProgress&)>;
 
 // Maps the unit's tables through an open link on the caller's thread. The link's cancellation
-// signal ends the map with Cancelled; any link failure but a time-out ends it with that failure.
+// signal ends the map early with what was found so far; any other link failure but a time-out
+// ends it with that failure.
 // first and last must lie within 0...65535, first <= last.
 Result<RegisterMap, SerialLinkError> mapRegisters(SerialLink& link,
                                                   const RegisterMapOptions& options,

@@ -73,7 +73,8 @@ void printJson(const RegisterMap& map, std::ostream& out) {
     JsonLines::print({{"unit", map.unit},
                       {"largestRegisterRead", map.largestRegisterRead},
                       {"largestBitRead", map.largestBitRead},
-                      {"requests", map.requests}},
+                      {"requests", map.requests},
+                      {"complete", map.complete}},
                      out);
 }
 
@@ -101,7 +102,8 @@ std::string summary(const RegisterMap& map) {
     for (const TableMap& table : map.tables) {
         tables += (tables.empty() ? "" : ", ") + tableText(table);
     }
-    return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map);
+    return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map) +
+           (map.complete ? "" : "; stopped before the end");
 }
 
 ExitCode print(const RegisterMap& map, bool json, const std::optional<std::string>& csv,

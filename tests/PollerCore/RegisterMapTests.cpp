@@ -124,7 +124,7 @@ TEST_F(RegisterMapTest, ProducesOneImportableDatapointPerAddressNamedByTableAndA
 }
 
 // A unit nobody answers for gives up after the sizes it tried, without asking about the other
-// tables, and a raised signal ends the map before the first request.
+// tables; a raised signal ends the map at the request under way and keeps what was found.
 TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {
     serve();
     const auto absent = mapRegisters(*link, {.unit = 9, .first = 0, .last = 999});
@@ -136,10 +136,20 @@ TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {
 
     WakeSignal cancel;
     link->cancelWith(cancel);
-    cancel.raise();
-    const auto cancelled = mapRegisters(*link, {.unit = 5});
-    ASSERT_FALSE(cancelled.ok());
-    EXPECT_TRUE(cancelled.error().is<SerialLinkError::Cancelled>());
+    const auto cancelled = mapRegisters(*link, {.unit = 5, .first = 0, .last = 119},
+                                        [&](const RegisterMapProgress& progress) {
+                                            if (progress.requests == 6) {
+                                                cancel.raise();
+                                            }
+                                        });
+    ASSERT_TRUE(cancelled.ok());
+    EXPECT_FALSE(cancelled.value().complete);
+    EXPECT_EQ(cancelled.value().requests, 6);
+    const Ranges found = rangesOf(cancelled.value(), RegisterTable::holdingRegister);
+    ASSERT_EQ(found.size(), 1u);
+    EXPECT_EQ(found[0].first, 0);
+    EXPECT_LE(found[0].last, 9);
+    EXPECT_EQ(cancelled.value().tables.size(), 1u);
 }
 
 } // namespace
