@@ -6,7 +6,6 @@
 #include "RTUFrame.h"
 #include "ReadBlock.h"
 #include "SerialLink.h"
-#include "SerialTiming.h"
 
 #include <algorithm>
 #include <bit>
