@@ -6,6 +6,7 @@
 #include "SerialLink.h"
 #include "SerialTiming.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kestrin::UnitScan {
@@ -27,6 +28,22 @@ double wireSeconds(const SerialConfiguration& serial, int characters) {
     return SerialTiming::transmissionTime(characters, serial.baudRate, serial.bitsPerCharacter());
 }
 
+// The answer of another unit to the same kind of request, come after its time-out.
+std::optional<Answer> lateAnswerIn(ByteView frame, std::uint8_t asked, RegisterTable table) {
+    if (frame.empty() || frame[0] == asked || !RTUFrame::unitRange.contains(frame[0])) {
+        return std::nullopt;
+    }
+    const auto pdu = RTUFrame::parseResponse(frame, frame[0], table.readFunction());
+    if (!pdu) {
+        return std::nullopt;
+    }
+    const auto data = PDU::parseRead(pdu.value(), table, 1);
+    if (!data && data.error().kind == ResponseError::Kind::malformed) {
+        return std::nullopt;
+    }
+    return Answer{frame[0], table, data ? std::nullopt : std::optional(data.error().code), true};
+}
+
 } // namespace
 
 double defaultTimeout(const SerialConfiguration& serial) {
@@ -38,10 +55,12 @@ double silentUnitSeconds(const SerialConfiguration& serial, double timeout) {
            SerialTiming::interFrameDelay(serial.baudRate, serial.bitsPerCharacter());
 }
 
-Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint8_t unit,
-                                                     double timeout) {
+Result<std::optional<Answer>, SerialLinkError>
+probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* lateAnswers) {
     std::optional<Answer> proven;
-    for (const RegisterTable table : probeOrder) {
+    bool askedAgain = false;
+    for (std::size_t index = 0; index < probeOrder.size();) {
+        const RegisterTable table = probeOrder[index];
         const Bytes request = PDU::read(table, 0, 1);
         const auto frame = link.transact(RTUFrame::build(unit, request), true, timeout);
         if (!frame) {
@@ -52,10 +71,17 @@ Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint
         }
         const auto pdu = RTUFrame::parseResponse(frame.value(), unit, request[0]);
         if (!pdu) {
-            // Noise or another unit's late answer proves nothing; its tail must not meet the next
-            // request.
+            // Its tail must not meet the next request.
             (void)link.restOfAnswer();
-            return proven;
+            const auto late = lateAnswerIn(frame.value(), unit, table);
+            if (!late || askedAgain) {
+                return proven;
+            }
+            if (lateAnswers != nullptr) {
+                lateAnswers->push_back(*late);
+            }
+            askedAgain = true;
+            continue;
         }
         const auto data = PDU::parseRead(pdu.value(), table, 1);
         if (data) {
@@ -72,6 +98,7 @@ Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint
         if (!proven) {
             proven = Answer{unit, table, exception};
         }
+        ++index;
     }
     return proven;
 }
@@ -83,15 +110,21 @@ Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
     const double perUnit = silentUnitSeconds(link.configuration(), timeout);
     const int total = static_cast<int>(units.size());
     for (int done = 1; done <= total; ++done) {
-        const auto answer = probe(link, units[static_cast<std::size_t>(done - 1)], timeout);
+        std::vector<Answer> step;
+        const auto answer = probe(link, units[static_cast<std::size_t>(done - 1)], timeout, &step);
         if (!answer) {
             return answer.error();
         }
         if (answer.value()) {
-            answers.push_back(*answer.value());
+            step.push_back(*answer.value());
         }
+        // A unit proven on time and then late to another table counts once.
+        std::erase_if(step, [&](const Answer& found) {
+            return std::ranges::find(answers, found.unit, &Answer::unit) != answers.end();
+        });
+        answers.insert(answers.end(), step.begin(), step.end());
         if (progress) {
-            progress({done, total, (total - done) * perUnit, answer.value()});
+            progress({done, total, (total - done) * perUnit, step});
         }
     }
     return answers;

@@ -27,6 +27,9 @@ struct Answer {
     std::uint8_t unit = 0;
     RegisterTable table = RegisterTable::holdingRegister;
     std::optional<std::uint8_t> exception;
+    // It answered only after its time-out, while the next unit was being asked: a slow device,
+    // which polls need a longer time-out for.
+    bool late = false;
     friend bool operator==(const Answer&, const Answer&) = default;
 };
 
@@ -35,8 +38,8 @@ struct Progress {
     int total = 0;
     // From the line's timing: every unit left staying silent until its time-out.
     double remainingSeconds = 0;
-    // The unit just probed, when it answered.
-    std::optional<Answer> answer;
+    // What the step proved: a unit that answered late, the unit just probed.
+    std::vector<Answer> answers;
 };
 
 using ProgressCallback = std::function<void(const Progress&)>;
@@ -52,9 +55,11 @@ double silentUnitSeconds(const SerialConfiguration& serial, double timeout);
 // One unit: a read of one holding register at 0, and when the device does not know that
 // function (exception 01), coils, discrete inputs and input registers in turn. Any well-formed
 // answer proves a device; nothing when it stayed silent or answered garbage. An error only when
-// the link failed or was cancelled.
+// the link failed or was cancelled. The late answer of another unit that arrives instead goes to
+// lateAnswers, and the request is sent again, as its own answer may have been lost behind it.
 Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint8_t unit,
-                                                     double timeout);
+                                                     double timeout,
+                                                     std::vector<Answer>* lateAnswers = nullptr);
 
 // Every unit of units in order, with progress after each; the units that answered, or the
 // link's failure (Cancelled included), which ends the scan.

@@ -265,14 +265,16 @@ std::string twoDigits(int number) {
     return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
-// "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03".
+// "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03"; a slow device's line
+// says so, as its polls need a longer time-out.
 std::string answerText(const UnitScan::Answer& answer) {
     const std::string unit = "Unit " + std::to_string(answer.unit) + ": ";
     const std::string function = "FC" + twoDigits(functionOf(answer));
+    const std::string late = answer.late ? ", after the time-out" : "";
     if (answer.exception) {
-        return unit + "exception " + twoDigits(*answer.exception) + " to " + function;
+        return unit + "exception " + twoDigits(*answer.exception) + " to " + function + late;
     }
-    return unit + tableWords[static_cast<std::size_t>(answer.table)] + " (" + function + ")";
+    return unit + tableWords[static_cast<std::size_t>(answer.table)] + " (" + function + ")" + late;
 }
 
 nlohmann::json answerJson(const UnitScan::Answer& answer) {
@@ -282,6 +284,9 @@ nlohmann::json answerJson(const UnitScan::Answer& answer) {
                           {"status", answer.exception ? "exception" : "ok"}};
     if (answer.exception) {
         object["exception"] = *answer.exception;
+    }
+    if (answer.late) {
+        object["late"] = true;
     }
     return object;
 }
@@ -307,13 +312,13 @@ ExitCode scanUnits(const ScanOptions& options, std::ostream& out, std::ostream& 
     bool anyAnswered = false;
     const auto scanned =
         UnitScan::run(link, options.units, timeout, [&](const UnitScan::Progress& progress) {
-            if (progress.answer) {
+            for (const UnitScan::Answer& answer : progress.answers) {
                 anyAnswered = true;
                 progressLine.clear();
                 if (options.json) {
-                    JsonLines::print(answerJson(*progress.answer), out);
+                    JsonLines::print(answerJson(answer), out);
                 } else {
-                    out << answerText(*progress.answer) << '\n' << std::flush;
+                    out << answerText(answer) << '\n' << std::flush;
                 }
             }
             progressLine.show(L10n::texts().scan.unitProgress, progress.done, progress.total,
