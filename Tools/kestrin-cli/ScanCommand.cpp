@@ -17,6 +17,7 @@
 #include <cstdio>
 #include <iostream>
 #include <limits>
+#include <memory>
 #include <ranges>
 #include <thread>
 #include <unistd.h>
@@ -299,13 +300,25 @@ ExitCode portFailed(const SerialLinkError& error, std::ostream& err) {
     return ExitCode::portFailed;
 }
 
-ExitCode scanUnits(const ScanOptions& options, std::ostream& out, std::ostream& err) {
-    Interruption interruption;
-    SerialLink link(options.port, options.serial, options.testDevice);
-    link.cancelWith(interruption.cancel());
-    if (const auto opened = link.open(); !opened) {
+// The port of options at its settings, open and ended by cancel; otherwise the exit code, with
+// the reason on err.
+Result<std::unique_ptr<SerialLink>, ExitCode>
+openedLink(const ScanOptions& options, const WakeSignal& cancel, std::ostream& err) {
+    auto link = std::make_unique<SerialLink>(options.port, options.serial, options.testDevice);
+    link->cancelWith(cancel);
+    if (const auto opened = link->open(); !opened) {
         return portFailed(opened.error(), err);
     }
+    return link;
+}
+
+ExitCode scanUnits(const ScanOptions& options, std::ostream& out, std::ostream& err) {
+    Interruption interruption;
+    const auto opened = openedLink(options, interruption.cancel(), err);
+    if (!opened) {
+        return opened.error();
+    }
+    SerialLink& link = *opened.value();
     const double timeout =
         options.timeoutSeconds().value_or(UnitScan::defaultTimeout(options.serial));
     ProgressLine progressLine(err);
@@ -367,11 +380,11 @@ ExitCode sweep(const ScanOptions& options, std::ostream& out, std::ostream& err)
 
 ExitCode mapUnit(const ScanOptions& options, std::ostream& out, std::ostream& err) {
     Interruption interruption;
-    SerialLink link(options.port, options.serial, options.testDevice);
-    link.cancelWith(interruption.cancel());
-    if (const auto opened = link.open(); !opened) {
-        return portFailed(opened.error(), err);
+    const auto opened = openedLink(options, interruption.cancel(), err);
+    if (!opened) {
+        return opened.error();
     }
+    SerialLink& link = *opened.value();
     RegisterMapOptions mapping{
         .unit = options.units.front(), .first = options.range.first, .last = options.range.second};
     mapping.thinkSeconds = options.timeoutSeconds().value_or(mapping.thinkSeconds);
