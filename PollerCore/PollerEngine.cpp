@@ -95,6 +95,20 @@ public:
     }
 
 private:
+    // A refused block being split: the line that will say so, what its parts showed so far and
+    // the events held back behind that line.
+    struct Splitting {
+        PollerEvent::ReadInParts line;
+        PollerEvent::Time refusedAt;
+        std::vector<ReadBlock> parts{};
+        std::vector<ReadBlock> notRefused{};
+        // Single pieces the device refused.
+        std::vector<ReadBlock> refused{};
+        bool complete = false;
+        bool keep = true;
+        std::vector<PollerEvent> held{};
+    };
+
     // Writes first, in queue order; otherwise the due poll, idling until one is due. Nothing
     // once running is false or the port was lost while idle.
     std::optional<Job> nextJob() {
@@ -219,37 +233,31 @@ private:
             return lose();
         }
         Exchange& done = exchanged.value();
-        if (!isRefusal(done.answer) || !BlockSplit::halves(block, plan.pieces)) {
+        const auto first =
+            isRefusal(done.answer) ? BlockSplit::halves(block, plan.pieces) : std::nullopt;
+        if (!first) {
             return report(plan.id, block, done);
         }
         // Held back until the split is known, so that the line saying so comes before the
         // parts' answers; no write goes between them.
-        held_.emplace();
-        const bool split = splitRefused(plan, block, done);
-        std::vector<PollerEvent> events = std::move(*held_);
-        held_.reset();
-        if (!split) {
+        splitting_ = Splitting{
+            {plan.id, block, {}, 1, std::move(done.request), std::move(done.response)}, done.ended};
+        if (!readParts(plan, {first->second, first->first})) {
+            // Whatever went on the wire is still reported, before a loss.
             return lose();
         }
-        for (PollerEvent& event : events) {
-            emit(std::move(event.value), event.time);
+        Splitting split = release();
+        if (split.keep) {
+            splits_[plan.id][block] = {BlockSplit::piecesIn(block, plan.pieces),
+                                       std::move(split.parts)};
         }
         return true;
     }
 
-    // Halves the refused block until every part answers or holds a single piece; the parts are
-    // read in address order. False when the port was lost.
-    bool splitRefused(const PollPlan& plan, const ReadBlock& block, Exchange& refused) {
-        PollerEvent::ReadInParts split{plan.id, block, {}, 1, refused.request, refused.response};
-        if (!settle(refused.answer)) {
-            return false;
-        }
-        const auto first = BlockSplit::halves(block, plan.pieces);
-        std::vector<ReadBlock> todo{first->second, first->first};
-        std::vector<ReadBlock> parts;
-        std::vector<ReadBlock> known;
+    // Halves refused parts until every part answers or holds a single piece; the parts are read
+    // in address order. False when a stop or a loss cut the split short.
+    bool readParts(const PollPlan& plan, std::vector<ReadBlock> todo) {
         while (!todo.empty()) {
-            // A stop ends the split quietly: its held events are dropped like the read under way.
             if (!isRunning()) {
                 return false;
             }
@@ -260,29 +268,51 @@ private:
                 return false;
             }
             Exchange& done = exchanged.value();
-            const bool refusedToo = isRefusal(done.answer);
-            if (const auto more =
-                    refusedToo ? BlockSplit::halves(part, plan.pieces) : std::nullopt) {
-                ++split.refusals;
+            const bool refused = isRefusal(done.answer);
+            if (const auto more = refused ? BlockSplit::halves(part, plan.pieces) : std::nullopt) {
+                ++splitting_->line.refusals;
                 todo.insert(todo.end(), {more->second, more->first});
-                if (!settle(done.answer)) {
-                    return false;
-                }
                 continue;
             }
-            parts.push_back(part);
-            if (!refusedToo) {
-                known.push_back(part);
-            }
+            note(plan, part, done.answer, refused);
             if (!report(plan.id, part, done)) {
                 return false;
             }
         }
-        emit(PollerEvent::PartsRead{plan.id, block});
-        split.missing = BlockSplit::uncovered(block, known);
-        splits_[plan.id][block] = {BlockSplit::piecesIn(block, plan.pieces), std::move(parts)};
-        held_->insert(held_->begin(), PollerEvent{std::move(split), refused.ended});
+        splitting_->complete = true;
+        emit(PollerEvent::PartsRead{plan.id, splitting_->line.block});
         return true;
+    }
+
+    void note(const PollPlan& plan, const ReadBlock& part,
+              const Result<Bytes, PollFailureError>& answer, bool refused) {
+        Splitting& split = *splitting_;
+        split.parts.push_back(part);
+        if (refused) {
+            split.refused.push_back(part);
+            return;
+        }
+        split.notRefused.push_back(part);
+        // A part that never answered may still hide a missing address; read by itself later it
+        // would never be split, so the whole block is tried again at the next reading instead.
+        if (!readData(answer, part) && BlockSplit::piecesIn(part, plan.pieces).size() > 1) {
+            split.keep = false;
+        }
+    }
+
+    // Delivers the line saying the block is read in parts, then the events held behind it. A
+    // split cut short names only the pieces refused so far: the rest of the block was not read.
+    Splitting release() {
+        Splitting split = std::move(*splitting_);
+        splitting_.reset();
+        split.line.missing = split.complete
+                                 ? BlockSplit::uncovered(split.line.block, split.notRefused)
+                                 : split.refused;
+        deliver(onEvent_, split.line, split.refusedAt);
+        for (PollerEvent& event : split.held) {
+            deliver(onEvent_, std::move(event.value), event.time);
+        }
+        return split;
     }
 
     static Result<ReadData, PollFailureError>
@@ -388,6 +418,10 @@ private:
             const std::lock_guard lock(state_->mutex);
             wasRunning = std::exchange(state_->running, false);
         }
+        // A split under way is reported as far as it went, so that nothing follows the loss.
+        if (splitting_) {
+            release();
+        }
         if (wasRunning) {
             emit(PollerEvent::SerialLost{path_});
         }
@@ -395,8 +429,8 @@ private:
     }
 
     void emit(PollerEvent::Case value, PollerEvent::Time time = std::chrono::system_clock::now()) {
-        if (held_) {
-            held_->push_back({std::move(value), time});
+        if (splitting_) {
+            splitting_->held.push_back({std::move(value), time});
         } else {
             deliver(onEvent_, std::move(value), time);
         }
@@ -415,8 +449,7 @@ private:
     EventHandler onEvent_;
     // Kept for the whole reading: the device's missing addresses do not come back.
     std::unordered_map<Uuid, std::unordered_map<ReadBlock, Split>> splits_;
-    // Events held back while a refused block is split.
-    std::optional<std::vector<PollerEvent>> held_;
+    std::optional<Splitting> splitting_;
 };
 
 PollerEngine::PollChoice

@@ -1,4 +1,5 @@
 #include "ChildProcess.h"
+#include "ExceptionPDU.h"
 #include "PDU.h"
 #include "PollerEngine.h"
 #include "RTUFrame.h"
@@ -9,9 +10,11 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
+#include <fcntl.h>
 #include <fstream>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <unistd.h>
 
@@ -274,6 +277,97 @@ TEST_F(EngineTest, FailedRequestsAreReportedWithTheBytesAndReadingGoesOn) {
     }
 }
 
+// A device played on the master side of a pseudo-terminal, for what the simulator cannot be made
+// to do at a chosen request: it has the holding registers in present, each holding its own
+// address, refuses a read of any other with exception 02, and stays silent when silent says so
+// for the nth asking of that block; then, with hangUpAfter, it hangs up that long afterwards.
+class ScriptedDevice {
+public:
+    using Silent = std::function<bool(const ReadBlock& asked, int nth)>;
+
+    ScriptedDevice(std::vector<int> present, Silent silent,
+                   std::optional<std::chrono::milliseconds> hangUpAfter = std::nullopt)
+        : present_(std::move(present))
+        , silent_(std::move(silent))
+        , hangUpAfter_(hangUpAfter)
+        , master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+        EXPECT_TRUE(master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0);
+        path_ = ptsname(master_);
+    }
+    ~ScriptedDevice() {
+        if (thread_.joinable()) {
+            thread_.join();
+        } else {
+            ::close(master_);
+        }
+    }
+    // Once the master has opened the line; ends when the master closes it.
+    void play() {
+        thread_ = std::thread([this] {
+            while (serveOne()) {
+            }
+            ::close(master_);
+        });
+    }
+    const std::string& path() const { return path_; }
+    std::size_t requests() {
+        const std::lock_guard lock(mutex_);
+        return asked_.size();
+    }
+
+private:
+    bool serveOne() {
+        Bytes request(8);
+        for (std::size_t done = 0; done < request.size();) {
+            const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
+            if (n <= 0) {
+                return false;
+            }
+            done += static_cast<std::size_t>(n);
+        }
+        const ReadBlock asked{request[0], holding,
+                              static_cast<std::uint16_t>(request[2] << 8 | request[3]),
+                              request[4] << 8 | request[5]};
+        int nth = 0;
+        {
+            const std::lock_guard lock(mutex_);
+            asked_.push_back(asked);
+            nth = static_cast<int>(std::ranges::count(asked_, asked));
+        }
+        if (silent_(asked, nth)) {
+            if (!hangUpAfter_) {
+                return true;
+            }
+            std::this_thread::sleep_for(*hangUpAfter_);
+            return false;
+        }
+        const Bytes answer = RTUFrame::build(1, answerTo(asked));
+        return ::write(master_, answer.data(), answer.size()) ==
+               static_cast<ssize_t>(answer.size());
+    }
+    Bytes answerTo(const ReadBlock& asked) const {
+        Bytes pdu{0x03, static_cast<std::uint8_t>(2 * asked.count)};
+        for (int address = asked.address; address <= asked.lastAddress(); ++address) {
+            if (std::ranges::find(present_, address) == present_.end()) {
+                return ExceptionPDU::make(0x03,
+                                          ModbusException(ModbusException::illegalDataAddress));
+            }
+            pdu.insert(pdu.end(), {static_cast<std::uint8_t>(address >> 8),
+                                   static_cast<std::uint8_t>(address)});
+        }
+        return pdu;
+    }
+
+    std::vector<int> present_;
+    Silent silent_;
+    std::optional<std::chrono::milliseconds> hangUpAfter_;
+    int master_;
+    std::string path_;
+    std::mutex mutex_;
+    std::vector<ReadBlock> asked_;
+    std::thread thread_;
+};
+
 // The reads of a device whose registers hold their own address: a split by its block, missing
 // runs and refusals, a read by address (=value, E for exception 02), the end of a block's parts
 // by *.
@@ -329,6 +423,79 @@ TEST_F(EngineTest, ARefusedBlockIsReadInPartsFromThenOn) {
     const std::string text = trace(all, all.size());
     EXPECT_NE(text.find(relearnt), std::string::npos) << text;
     EXPECT_EQ(std::ranges::count(text, 'P'), 3) << text;
+}
+
+// A split cut short by a stop or by the loss of the port still reports what went on the wire:
+// the refused block with its refusals and the parts read so far, the loss once and last. The
+// device has HR 0 and 10 and never answers for HR 10; it hangs up while the engine waits for a
+// late answer to that read.
+TEST(PollerEngine, ASplitCutShortReportsThePartsReadAndEndsWithTheLoss) {
+    const struct {
+        std::string name;
+        std::optional<std::chrono::milliseconds> hangUpAfter;
+        std::string trace;
+    } rows[] = {
+        {"stopped while HR 10 is asked", std::nullopt, "P0:/1 R0=0 "},
+        {"lost while waiting for HR 10's late answer", 450ms, "P0:/1 R0=0 R10E "},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ScriptedDevice device(
+            {0, 10}, [](const ReadBlock& asked, int) { return asked.address == 10; },
+            row.hangUpAfter);
+        EventLog events;
+        PollerEngine engine(device.path(), {}, row.hangUpAfter ? 0.3 : 5.0, true,
+                            [&](const PollerEvent& event) { events.record(event); });
+        PollPlan refused = plan(60, {0, 10});
+        refused.pieces = refused.blocks;
+        refused.blocks = {{1, holding, 0, 11}};
+        ASSERT_TRUE(engine.start({refused}).ok());
+        device.play();
+        const auto lost = [](const PollerEvent& event) {
+            return event.is<PollerEvent::SerialLost>();
+        };
+        if (row.hangUpAfter) {
+            events.waitUntil([&](const auto& all) { return std::ranges::any_of(all, lost); }, 5);
+        } else {
+            const auto start = Clock::now();
+            while (device.requests() < 3 && secondsSince(start) < 5) {
+                std::this_thread::sleep_for(5ms);
+            }
+        }
+        engine.stop();
+        const auto all = events.all();
+        ASSERT_FALSE(all.empty());
+        EXPECT_EQ(trace({all.begin() + 1, all.end()}, all.size()), row.trace);
+        EXPECT_EQ(std::ranges::count_if(all, lost), row.hangUpAfter ? 1 : 0);
+        EXPECT_EQ(lost(all.back()), row.hangUpAfter.has_value());
+    }
+}
+
+// A part of several pieces that does not answer at all may hide the missing address: the split
+// is not kept, so the next reading splits the block again and reads HR 10 by itself.
+TEST(PollerEngine, APartThatFailedOtherwiseIsSplitAgainAtTheNextReading) {
+    ScriptedDevice device({0, 10}, [](const ReadBlock& asked, int nth) {
+        return asked == ReadBlock{1, holding, 10, 11} && nth == 1;
+    });
+    EventLog events;
+    PollerEngine engine(device.path(), {}, 0.2, true,
+                        [&](const PollerEvent& event) { events.record(event); });
+    PollPlan refused = plan(0.02, {0, 10, 20});
+    refused.pieces = refused.blocks;
+    refused.blocks = {{1, holding, 0, 21}};
+    ASSERT_TRUE(engine.start({refused}).ok());
+    device.play();
+    const auto tenRead = [](const auto& all) {
+        return std::ranges::any_of(all, [](const PollerEvent& event) {
+            const auto* read = event.as<PollerEvent::Read>();
+            return read != nullptr && read->block.address == 10 && read->result.ok();
+        });
+    };
+    const auto all = events.waitUntil(tenRead, 5);
+    engine.stop();
+    const std::string text = trace({all.begin() + 1, all.end()}, all.size());
+    EXPECT_EQ(text.substr(0, text.find("P0", 1)), "P0:1-9/1 R0=0 R10E * ") << text.substr(0, 200);
+    EXPECT_TRUE(tenRead(all)) << text.substr(0, 200);
 }
 
 TEST_F(EngineTest, StopEndsTheTransactionUnderWayAndFreesThePortAtOnce) {
