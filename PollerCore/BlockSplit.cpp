@@ -21,7 +21,20 @@ std::vector<ReadBlock> piecesIn(const ReadBlock& block, std::span<const ReadBloc
     std::vector<ReadBlock> inside;
     std::copy_if(pieces.begin(), pieces.end(), std::back_inserter(inside),
                  [&](const ReadBlock& piece) { return holds(block, piece); });
-    return inside;
+    // Blocks that share addresses each bring their own pieces; where those overlap, they are read
+    // as one.
+    std::ranges::sort(inside, {}, &ReadBlock::address);
+    std::vector<ReadBlock> joined;
+    for (const ReadBlock& piece : inside) {
+        if (!joined.empty() && piece.address <= joined.back().lastAddress()) {
+            joined.back() =
+                spanning(joined.back(),
+                         piece.lastAddress() > joined.back().lastAddress() ? piece : joined.back());
+        } else {
+            joined.push_back(piece);
+        }
+    }
+    return joined;
 }
 
 std::optional<std::pair<ReadBlock, ReadBlock>> halves(const ReadBlock& block,

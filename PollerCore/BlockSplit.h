@@ -13,7 +13,8 @@ namespace kestrin {
 // is cut into smaller reads. Pure functions.
 namespace BlockSplit {
 
-// The pieces (ReadPlanner::pieces) that lie wholly inside block, in their order.
+// The pieces (ReadPlanner::pieces) that lie wholly inside block, in address order, overlapping
+// ones joined.
 std::vector<ReadBlock> piecesIn(const ReadBlock& block, std::span<const ReadBlock> pieces);
 
 // The block cut in two between its pieces, each half reaching from its first piece to its last;

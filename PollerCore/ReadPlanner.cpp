@@ -82,8 +82,22 @@ std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxG
     return spans(datapoints, std::max(maxGap, 0));
 }
 
-std::vector<ReadBlock> pieces(const std::vector<Datapoint>& datapoints) {
-    return spans(datapoints, -1);
+std::vector<ReadBlock> pieces(const std::vector<Datapoint>& datapoints, int maxGap) {
+    // Joined over the whole poll, a run of overlapping datapoints can break at the table's limit
+    // elsewhere than the blocks do and then lie in no block whole; built block by block, the
+    // pieces inside a block cover every datapoint it holds.
+    std::vector<ReadBlock> result;
+    for (const ReadBlock& block : blocks(datapoints, maxGap)) {
+        std::vector<Datapoint> inside;
+        std::copy_if(datapoints.begin(), datapoints.end(), std::back_inserter(inside),
+                     [&](const Datapoint& datapoint) { return block.covers(datapoint); });
+        for (const ReadBlock& piece : spans(inside, -1)) {
+            if (std::find(result.begin(), result.end(), piece) == result.end()) {
+                result.push_back(piece);
+            }
+        }
+    }
+    return result;
 }
 
 std::optional<DecodedValue> value(const Datapoint& of, const ReadBlock& in, const ReadData& data) {

@@ -48,9 +48,10 @@ struct DecodedValue {
 // up to maxGap unused addresses are read along (a negative gap counts as 0); no block exceeds the
 // table's limit and no datapoint is split between two blocks.
 std::vector<ReadBlock> blocks(const std::vector<Datapoint>& datapoints, int maxGap);
-// Each readable datapoint's own range, overlapping ranges joined, in the order of blocks: the
-// smallest reads that never cut a datapoint.
-std::vector<ReadBlock> pieces(const std::vector<Datapoint>& datapoints);
+// Each readable datapoint's own range, overlapping ranges joined, in the order of
+// blocks(datapoints, maxGap): the smallest reads that never cut a datapoint. The pieces lying
+// wholly inside a block cover every datapoint the block covers.
+std::vector<ReadBlock> pieces(const std::vector<Datapoint>& datapoints, int maxGap);
 
 // Nothing when the block does not hold all of the datapoint or the data are shorter than the
 // block. The case of the data decides: bits always give 0 or 1.

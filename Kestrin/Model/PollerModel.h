@@ -239,9 +239,12 @@ signals:
     void outputIsEmptyChanged();
     // The datapoints whose status changed; all of them after a reset.
     void statusChanged(const std::vector<kestrin::Uuid>& datapointIDs);
-    // One block of a poll was read or failed, with the datapoints it gave a value or a failure;
-    // emitted for every answer as it is handled, where statusChanged comes once per batch and
-    // names a datapoint read twice in it once. Their statuses are this answer's meanwhile.
+    // One block of a poll, or one part of a block read in parts, was read or failed, with the
+    // datapoints it gave a value or a failure; emitted for every answer as it is handled, where
+    // statusChanged comes once per batch and names a datapoint read twice in it once. Their
+    // statuses are this answer's meanwhile. After the last part of a block read in parts it comes
+    // once more for the block itself with no datapoints, so that counting readings of the plan's
+    // blocks sees each reading once.
     void blockRead(const kestrin::Uuid& poll, const kestrin::ReadBlock& block,
                    const std::vector<kestrin::Uuid>& datapointIDs);
     void historyVersionChanged();

@@ -55,7 +55,7 @@ std::vector<PollPlan> PollerModel::buildPlans() const {
         }
         plans.push_back({poll.id, static_cast<double>(poll.intervalMs) / 1000.0,
                          ReadPlanner::blocks(poll.datapoints, maxGap_),
-                         ReadPlanner::pieces(poll.datapoints)});
+                         ReadPlanner::pieces(poll.datapoints, maxGap_)});
     }
     return plans;
 }

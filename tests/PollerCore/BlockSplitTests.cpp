@@ -32,6 +32,9 @@ TEST(BlockSplit, HalvesCutBetweenThePiecesInsideTheBlock) {
         {"pieces of another unit, table or range are not the block's",
          {{2, holding, 3, 1}, hr(0), {1, RegisterTable::inputRegister, 4, 1}, hr(10), hr(20)},
          std::pair{hr(0), hr(10)}},
+        {"overlapping pieces of two blocks are read as one",
+         {hr(10), hr(5, 3), hr(0), hr(4, 3)},
+         std::pair{hr(0), hr(4, 7)}},
         {"one piece cannot be cut", {hr(0, 11)}, std::nullopt},
         {"a piece running past the block is not inside it", {hr(0), hr(10, 2)}, std::nullopt},
     };

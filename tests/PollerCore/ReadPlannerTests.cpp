@@ -1,3 +1,4 @@
+#include "BlockSplit.h"
 #include "Datapoint.h"
 #include "PollerEngine.h"
 #include "ReadPlanner.h"
@@ -99,21 +100,37 @@ TEST(ReadPlanner, BlocksFollowGapLimitAndGroupRules) {
     }
 }
 
-// The smallest reads: a piece never joins a neighbour unless the two share an address.
+// uint32 datapoints at first, first + 1 ... last, each sharing a register with the next.
+std::vector<Datapoint> chain(int first, int last, std::vector<Datapoint> before) {
+    for (int address = first; address <= last; ++address) {
+        before.push_back(hr(address, DataType::uint32));
+    }
+    return before;
+}
+
+// The smallest reads: a piece never joins a neighbour unless the two share an address, and never
+// reaches past the block that holds its datapoints.
 TEST(ReadPlanner, PiecesJoinOnlyOverlappingDatapoints) {
     const struct {
         std::string name;
         std::vector<Datapoint> points;
+        int maxGap;
         std::vector<ReadBlock> pieces;
     } rows[] = {
-        {"adjacent datapoints stay apart", {hr(1), hr(0)}, {block(0, 1), block(1, 1)}},
+        {"adjacent datapoints stay apart", {hr(1), hr(0)}, 0, {block(0, 1), block(1, 1)}},
         {"overlapping datapoints join",
          {hr(11), hr(10, DataType::uint32), hr(12, DataType::float32)},
+         0,
          {block(10, 2), block(12, 2)}},
+        // The gaps move the first block's start, so the limit cuts it inside the overlapping run.
+        {"an overlapping run is cut where the blocks are",
+         chain(4, 126, {hr(0), hr(2)}),
+         1,
+         {block(0, 1), block(2, 1), block(4, 121), block(124, 4)}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(ReadPlanner::pieces(row.points), row.pieces);
+        EXPECT_EQ(ReadPlanner::pieces(row.points, row.maxGap), row.pieces);
     }
 }
 
@@ -172,6 +189,21 @@ TEST(ReadPlannerValue, CutsOutTheDatapointOnlyWhenTheBlockHoldsAllOfIt) {
     }
 }
 
+// A block split into its pieces still reads every datapoint it held.
+void expectSplitBlocksKeepTheirDatapoints(const std::vector<Datapoint>& points,
+                                          const std::vector<ReadBlock>& blocks,
+                                          const std::vector<ReadBlock>& pieces) {
+    for (const ReadBlock& b : blocks) {
+        const std::vector<ReadBlock> inside = BlockSplit::piecesIn(b, pieces);
+        for (const Datapoint& p : points) {
+            ASSERT_TRUE(
+                !b.covers(p) ||
+                std::ranges::any_of(inside, [&](const auto& piece) { return piece.covers(p); }))
+                << "address " << p.address << " lost from its block";
+        }
+    }
+}
+
 TEST(ReadPlanner, RandomPollsAreCoveredWithinLimitsAndGroups) {
     std::mt19937 random(20240611);
     const auto between = [&](int low, int high) {
@@ -220,6 +252,7 @@ TEST(ReadPlanner, RandomPollsAreCoveredWithinLimitsAndGroups) {
                     << address;
             }
         }
+        expectSplitBlocksKeepTheirDatapoints(points, blocks, ReadPlanner::pieces(points, maxGap));
         for (const Datapoint& p : points) {
             const bool readable = p.unitID >= 1 && p.unitID <= 247 && p.lastAddress().has_value();
             const bool covered =
