@@ -549,10 +549,8 @@ constexpr Texts dutch{
             },
         .lateAnswer = "Te laat antwoord genegeerd",
         .readInParts = [](std::string_view range) { return concat(range, " in delen gelezen"); },
-        .noRegister =
-            [](std::string_view addresses) {
-                return concat("het apparaat heeft geen register ", addresses);
-            },
+        .refusedAddresses =
+            [](std::string_view addresses) { return concat("het apparaat weigerde ", addresses); },
     },
     .example =
         {

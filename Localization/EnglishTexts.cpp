@@ -529,10 +529,8 @@ constexpr Texts english{
             [](std::string_view path) { return concat("Serial port open again (now ", path, ")"); },
         .lateAnswer = "Late answer discarded",
         .readInParts = [](std::string_view range) { return concat(range, " read in parts"); },
-        .noRegister =
-            [](std::string_view addresses) {
-                return concat("the device has no register ", addresses);
-            },
+        .refusedAddresses =
+            [](std::string_view addresses) { return concat("the device refused ", addresses); },
     },
     .example =
         {

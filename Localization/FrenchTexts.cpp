@@ -571,10 +571,8 @@ constexpr Texts french{
         .lateAnswer = "Réponse tardive ignorée",
         .readInParts =
             [](std::string_view range) { return concat(range, " lu en plusieurs parties"); },
-        .noRegister =
-            [](std::string_view addresses) {
-                return concat("l'appareil n'a pas de registre ", addresses);
-            },
+        .refusedAddresses =
+            [](std::string_view addresses) { return concat("l'appareil a refusé ", addresses); },
     },
     .example =
         {

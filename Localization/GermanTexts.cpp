@@ -575,9 +575,9 @@ constexpr Texts german{
             },
         .lateAnswer = "Verspätete Antwort verworfen",
         .readInParts = [](std::string_view range) { return concat(range, " in Teilen gelesen"); },
-        .noRegister =
+        .refusedAddresses =
             [](std::string_view addresses) {
-                return concat("das Gerät hat kein Register ", addresses);
+                return concat("das Gerät lehnte ", addresses, " ab");
             },
     },
     .example =

@@ -555,10 +555,8 @@ constexpr Texts spanish{
             },
         .lateAnswer = "Respuesta tardía descartada",
         .readInParts = [](std::string_view range) { return concat(range, " leído por partes"); },
-        .noRegister =
-            [](std::string_view addresses) {
-                return concat("el dispositivo no tiene registros en ", addresses);
-            },
+        .refusedAddresses =
+            [](std::string_view addresses) { return concat("el dispositivo rechazó ", addresses); },
     },
     .example =
         {

@@ -501,8 +501,8 @@ struct Texts {
     X(Literal, serialRestored)                                                                     \
     X(OfText, serialRestoredAt) /* (the new port path) */                                          \
     X(Literal, lateAnswer)                                                                         \
-    X(OfText, readInParts) /* (the refused block, "HR 0–10") */                                  \
-    X(OfText, noRegister)  /* (the missing addresses, "1–9, 12") */
+    X(OfText, readInParts)      /* (the refused block, "HR 0–10") */                             \
+    X(OfText, refusedAddresses) /* (the refused addresses, "5, 9–10") */
         KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
     };
 

@@ -15,6 +15,31 @@ ReadBlock spanning(const ReadBlock& first, const ReadBlock& last) {
     return {first.unit, first.table, first.address, last.lastAddress() - first.address + 1};
 }
 
+// The runs of addresses of block that none of the parts covers, in address order.
+std::vector<ReadBlock> uncovered(const ReadBlock& block, std::span<const ReadBlock> parts) {
+    std::vector<bool> covered(static_cast<std::size_t>(block.count), false);
+    for (const ReadBlock& part : parts) {
+        const int first = std::max(part.address - block.address, 0);
+        const int last = std::min(part.lastAddress(), block.lastAddress()) - block.address;
+        for (int offset = first; offset <= last; ++offset) {
+            covered[static_cast<std::size_t>(offset)] = true;
+        }
+    }
+    std::vector<ReadBlock> runs;
+    for (int offset = 0; offset < block.count; ++offset) {
+        if (covered[static_cast<std::size_t>(offset)]) {
+            continue;
+        }
+        const auto address = static_cast<std::uint16_t>(block.address + offset);
+        if (!runs.empty() && runs.back().lastAddress() + 1 == address) {
+            ++runs.back().count;
+        } else {
+            runs.push_back({block.unit, block.table, address, 1});
+        }
+    }
+    return runs;
+}
+
 } // namespace
 
 std::vector<ReadBlock> piecesIn(const ReadBlock& block, std::span<const ReadBlock> pieces) {
@@ -48,28 +73,22 @@ std::optional<std::pair<ReadBlock, ReadBlock>> halves(const ReadBlock& block,
                      spanning(inside[middle], inside.back())};
 }
 
-std::vector<ReadBlock> uncovered(const ReadBlock& block, std::span<const ReadBlock> parts) {
-    std::vector<bool> covered(static_cast<std::size_t>(block.count), false);
-    for (const ReadBlock& part : parts) {
-        const int first = std::max(part.address - block.address, 0);
-        const int last = std::min(part.lastAddress(), block.lastAddress()) - block.address;
-        for (int offset = first; offset <= last; ++offset) {
-            covered[static_cast<std::size_t>(offset)] = true;
+std::vector<ReadBlock> refusedRuns(const ReadBlock& block, std::span<const Refusal> refusals,
+                                   std::span<const ReadBlock> refusedPieces,
+                                   std::span<const ReadBlock> answered) {
+    std::vector<ReadBlock> refused(refusedPieces.begin(), refusedPieces.end());
+    const auto wasAnswered = [&](const ReadBlock& part) {
+        return std::ranges::find(answered, part) != answered.end();
+    };
+    for (const Refusal& refusal : refusals) {
+        const int gap = refusal.second.address - refusal.first.lastAddress() - 1;
+        if (gap > 0 && wasAnswered(refusal.first) && wasAnswered(refusal.second)) {
+            refused.push_back({block.unit, block.table,
+                               static_cast<std::uint16_t>(refusal.first.lastAddress() + 1), gap});
         }
     }
-    std::vector<ReadBlock> runs;
-    for (int offset = 0; offset < block.count; ++offset) {
-        if (covered[static_cast<std::size_t>(offset)]) {
-            continue;
-        }
-        const auto address = static_cast<std::uint16_t>(block.address + offset);
-        if (!runs.empty() && runs.back().lastAddress() + 1 == address) {
-            ++runs.back().count;
-        } else {
-            runs.push_back({block.unit, block.table, address, 1});
-        }
-    }
-    return runs;
+    // The complement of the complement: the refused addresses joined into runs.
+    return uncovered(block, uncovered(block, refused));
 }
 
 } // namespace kestrin::BlockSplit

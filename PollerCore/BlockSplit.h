@@ -22,8 +22,19 @@ std::vector<ReadBlock> piecesIn(const ReadBlock& block, std::span<const ReadBloc
 std::optional<std::pair<ReadBlock, ReadBlock>> halves(const ReadBlock& block,
                                                       std::span<const ReadBlock> pieces);
 
-// The runs of addresses of block that none of the parts covers, in address order.
-std::vector<ReadBlock> uncovered(const ReadBlock& block, std::span<const ReadBlock> parts);
+// A read the device refused with exception 02 and the halves it was read again in.
+struct Refusal {
+    ReadBlock read;
+    ReadBlock first;
+    ReadBlock second;
+};
+
+// The addresses of block the device's answers show it refused, in runs in address order: the
+// single pieces it refused, and the addresses between the halves of a refused read when both
+// halves answered, since they alone can hold what it refused.
+std::vector<ReadBlock> refusedRuns(const ReadBlock& block, std::span<const Refusal> refusals,
+                                   std::span<const ReadBlock> refusedPieces,
+                                   std::span<const ReadBlock> answered);
 
 } // namespace BlockSplit
 } // namespace kestrin

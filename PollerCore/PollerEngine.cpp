@@ -14,6 +14,7 @@
 #include <deque>
 #include <mutex>
 #include <pthread.h>
+#include <span>
 #include <sys/prctl.h>
 #include <utility>
 
@@ -101,9 +102,10 @@ private:
         PollerEvent::ReadInParts line;
         PollerEvent::Time refusedAt;
         std::vector<ReadBlock> parts{};
-        std::vector<ReadBlock> notRefused{};
+        std::vector<BlockSplit::Refusal> refusals{};
         // Single pieces the device refused.
         std::vector<ReadBlock> refused{};
+        std::vector<ReadBlock> answered{};
         bool complete = false;
         bool keep = true;
         std::vector<PollerEvent> held{};
@@ -242,6 +244,7 @@ private:
         // parts' answers; no write goes between them.
         splitting_ = Splitting{
             {plan.id, block, {}, 1, std::move(done.request), std::move(done.response)}, done.ended};
+        splitting_->refusals.push_back({block, first->first, first->second});
         if (!readParts(plan, {first->second, first->first})) {
             // Whatever went on the wire is still reported, before a loss.
             return lose();
@@ -271,6 +274,7 @@ private:
             const bool refused = isRefusal(done.answer);
             if (const auto more = refused ? BlockSplit::halves(part, plan.pieces) : std::nullopt) {
                 ++splitting_->line.refusals;
+                splitting_->refusals.push_back({part, more->first, more->second});
                 todo.insert(todo.end(), {more->second, more->first});
                 continue;
             }
@@ -290,24 +294,28 @@ private:
         split.parts.push_back(part);
         if (refused) {
             split.refused.push_back(part);
-            return;
         }
-        split.notRefused.push_back(part);
+        const bool failed = !refused && !readData(answer, part);
+        if (!refused && !failed) {
+            split.answered.push_back(part);
+        }
         // A part that never answered may still hide a missing address; read by itself later it
         // would never be split, so the whole block is tried again at the next reading instead.
-        if (!readData(answer, part) && BlockSplit::piecesIn(part, plan.pieces).size() > 1) {
+        if (failed && BlockSplit::piecesIn(part, plan.pieces).size() > 1) {
             split.keep = false;
         }
     }
 
     // Delivers the line saying the block is read in parts, then the events held behind it. A
-    // split cut short names only the pieces refused so far: the rest of the block was not read.
+    // split cut short names only the pieces refused so far: its gaps were not all read around.
     Splitting release() {
         Splitting split = std::move(*splitting_);
         splitting_.reset();
-        split.line.missing = split.complete
-                                 ? BlockSplit::uncovered(split.line.block, split.notRefused)
-                                 : split.refused;
+        split.line.missing = BlockSplit::refusedRuns(
+            split.line.block,
+            split.complete ? std::span<const BlockSplit::Refusal>(split.refusals)
+                           : std::span<const BlockSplit::Refusal>(),
+            split.refused, split.answered);
         deliver(onEvent_, split.line, split.refusedAt);
         for (PollerEvent& event : split.held) {
             deliver(onEvent_, std::move(event.value), event.time);

@@ -41,8 +41,8 @@ struct PollerEvent {
     struct ReadInParts {
         Uuid poll;
         ReadBlock block;
-        // The addresses the device refused: those of the block that no part answered for, in
-        // runs.
+        // The addresses the device's answers show it refused, in runs: single pieces it refused,
+        // and gaps between parts that answered when the read spanning them was refused.
         std::vector<ReadBlock> missing;
         int refusals = 1;
         Bytes request;

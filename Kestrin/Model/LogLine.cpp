@@ -112,18 +112,18 @@ LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailur
                                        " · " + L10n::Log::failure(failure, timeoutMs)}};
 }
 
-LogLineSegments readInParts(const ReadBlock& block, std::span<const ReadBlock> missing) {
+LogLineSegments readInParts(const ReadBlock& block, std::span<const ReadBlock> refused) {
     const auto& texts = L10n::texts().log;
     std::string text = "⚠ " + texts.unit(block.unit) + " · " +
                        texts.readInParts(L10n::Log::range(block.table, block.address, block.count));
-    if (!missing.empty()) {
+    if (!refused.empty()) {
         std::string runs;
-        for (const ReadBlock& run : missing) {
+        for (const ReadBlock& run : refused) {
             const std::string range = L10n::Log::range(run.table, run.address, run.count);
             // The table is named once, by the block.
             runs += (runs.empty() ? "" : ", ") + range.substr(range.find(' ') + 1);
         }
-        text += ": " + texts.noRegister(runs);
+        text += ": " + texts.refusedAddresses(runs);
     }
     return {{Kind::warning, std::move(text)}};
 }

@@ -53,9 +53,9 @@ std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView reque
 LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailure failure,
                             int timeoutMs);
 
-// "⚠ Unit 1 · HR 0–10 read in parts: the device has no register 1–9", the missing addresses in
-// runs; without them the line ends after "parts".
-LogLineSegments readInParts(const ReadBlock& block, std::span<const ReadBlock> missing);
+// "⚠ Unit 1 · HR 0–10 read in parts: the device refused 1–9", the refused addresses in runs;
+// without them the line ends after "parts". No noun: the block already names the table.
+LogLineSegments readInParts(const ReadBlock& block, std::span<const ReadBlock> refused);
 
 // "→ Unit 1 · FC 06 Write single register · Setpoint = 21.5". Nothing with only problems on.
 std::optional<LogLineSegments> writeSent(const Datapoint& datapoint, std::uint8_t function,

@@ -44,21 +44,45 @@ TEST(BlockSplit, HalvesCutBetweenThePiecesInsideTheBlock) {
     }
 }
 
-TEST(BlockSplit, UncoveredAddressesComeInRuns) {
+// Block HR 0-10: what its refusals, the pieces refused and the parts answered prove missing.
+TEST(BlockSplit, OnlyWhatTheAnswersProveIsCalledRefused) {
+    using Refusal = BlockSplit::Refusal;
     struct Row {
         std::string name;
-        std::vector<ReadBlock> parts;
+        std::vector<Refusal> refusals;
+        std::vector<ReadBlock> refused;
+        std::vector<ReadBlock> answered;
         std::vector<ReadBlock> runs;
     };
     const Row rows[] = {
-        {"the gap between two parts", {hr(10), hr(0)}, {hr(1, 9)}},
-        {"two gaps", {hr(0), hr(5), hr(10)}, {hr(1, 4), hr(6, 4)}},
-        {"every address answered", {hr(0, 6), hr(6, 5)}, {}},
-        {"nothing answered", {}, {hr(0, 11)}},
+        {"a bridged gap whose halves answered",
+         {{hr(0, 11), hr(0), hr(10)}},
+         {},
+         {hr(0), hr(10)},
+         {hr(1, 9)}},
+        {"a refused piece explains the refusals around it, not their gaps",
+         {{hr(0, 11), hr(0), hr(5, 6)}, {hr(5, 6), hr(5), hr(10)}},
+         {hr(5)},
+         {hr(0), hr(10)},
+         {hr(5)}},
+        {"a half that failed otherwise proves nothing",
+         {{hr(0, 11), hr(0), hr(10)}},
+         {},
+         {hr(0)},
+         {}},
+        {"only the innermost gap of nested refusals, adjacent pieces in one run",
+         {{hr(0, 11), hr(0, 3), hr(8, 3)},
+          {hr(0, 3), hr(0), hr(2)},
+          {hr(8, 3), hr(8), hr(9, 2)},
+          {hr(9, 2), hr(9), hr(10)}},
+         {hr(9), hr(10)},
+         {hr(0), hr(2), hr(8)},
+         {hr(1), hr(9, 2)}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(BlockSplit::uncovered(hr(0, 11), row.parts), row.runs);
+        EXPECT_EQ(BlockSplit::refusedRuns(hr(0, 11), row.refusals, row.refused, row.answered),
+                  row.runs);
     }
 }
 
