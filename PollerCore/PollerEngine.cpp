@@ -169,8 +169,7 @@ private:
                 if (parts != nullptr && i + 1 == reads) {
                     emit(PollerEvent::PartsRead{plan.id, block});
                 }
-                // A write waits for one read at most, not for the whole poll.
-                if (std::optional<Job::Write> write = takeWrite(); write && !send(*write)) {
+                if (!sendWaitingWrite()) {
                     return false;
                 }
             }
@@ -196,6 +195,13 @@ private:
     bool isRunning() {
         const std::lock_guard lock(state_->mutex);
         return state_->running;
+    }
+
+    // A write waits for one read at most, not for the whole poll nor for a split. False when the
+    // port was lost.
+    bool sendWaitingWrite() {
+        std::optional<Job::Write> write = takeWrite();
+        return !write || send(*write);
     }
 
     std::optional<Job::Write> takeWrite() {
@@ -241,7 +247,7 @@ private:
             return report(plan.id, block, done);
         }
         // Held back until the split is known, so that the line saying so comes before the
-        // parts' answers; no write goes between them.
+        // parts' answers and the writes sent between them.
         splitting_ = Splitting{
             {plan.id, block, {}, 1, std::move(done.request), std::move(done.response)}, done.ended};
         splitting_->refusals.push_back({block, first->first, first->second});
@@ -261,7 +267,8 @@ private:
     // in address order. False when a stop or a loss cut the split short.
     bool readParts(const PollPlan& plan, std::vector<ReadBlock> todo) {
         while (!todo.empty()) {
-            if (!isRunning()) {
+            // Its event is held like the parts', so the log keeps the order of the line.
+            if (!isRunning() || !sendWaitingWrite()) {
                 return false;
             }
             const ReadBlock part = todo.back();

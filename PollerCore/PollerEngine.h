@@ -49,7 +49,8 @@ namespace kestrin {
 // - A block of several pieces that the device refuses with exception 02 is halved, down to single
 //   pieces, until every part answers or is one piece; from then on, for the rest of the reading,
 //   the block is read by those parts. Its events are held back while it is split, so that the
-//   one readInParts comes before the parts' reads; no write goes out in between. A stop or a
+//   one readInParts comes before the parts' reads; a queued write goes out between two parts as
+//   between two blocks, and its event is held with them. A stop or a
 //   loss during the split still delivers them, readInParts naming only the pieces refused so
 //   far, before the serialLost. A split in which a part of several pieces failed otherwise than
 //   with exception 02 is not kept: the next reading tries the block whole again.

@@ -341,7 +341,8 @@ private:
             std::this_thread::sleep_for(*hangUpAfter_);
             return false;
         }
-        const Bytes answer = RTUFrame::build(1, answerTo(asked));
+        // A write of a single register is answered with its echo.
+        const Bytes answer = request[1] == 0x06 ? request : RTUFrame::build(1, answerTo(asked));
         return ::write(master_, answer.data(), answer.size()) ==
                static_cast<ssize_t>(answer.size());
     }
@@ -388,6 +389,8 @@ std::string trace(const std::vector<PollerEvent>& events, std::size_t count) {
                     (read->result ? "=" + std::to_string(read->block.address) : "E") + " ";
         } else if (events[i].is<PollerEvent::PartsRead>()) {
             text += "* ";
+        } else if (events[i].is<PollerEvent::Wrote>()) {
+            text += "W ";
         }
     }
     return text;
@@ -469,6 +472,32 @@ TEST(PollerEngine, ASplitCutShortReportsThePartsReadAndEndsWithTheLoss) {
         EXPECT_EQ(std::ranges::count_if(all, lost), row.hangUpAfter ? 1 : 0);
         EXPECT_EQ(lost(all.back()), row.hangUpAfter.has_value());
     }
+}
+
+// A write queued while a refused block is split goes out after the part under way, not after the
+// whole split, and is reported in that place. HR 0 does not answer at first, which gives the test
+// time to queue the write.
+TEST(PollerEngine, AWriteGoesOutBetweenTheParts) {
+    ScriptedDevice device({0, 10, 20, 30}, [](const ReadBlock& asked, int nth) {
+        return asked == ReadBlock{1, holding, 0, 1} && nth == 1;
+    });
+    EventLog events;
+    PollerEngine engine(device.path(), {}, 0.3, true,
+                        [&](const PollerEvent& event) { events.record(event); });
+    PollPlan refused = plan(60, {0, 10, 20, 30});
+    refused.pieces = refused.blocks;
+    refused.blocks = {{1, holding, 0, 31}};
+    ASSERT_TRUE(engine.start({refused}).ok());
+    device.play();
+    const auto start = Clock::now();
+    while (device.requests() < 3 && secondsSince(start) < 5) {
+        std::this_thread::sleep_for(5ms);
+    }
+    engine.write(PDU::writeSingleRegister(10, 7), 1, Uuid::random());
+    const auto all = events.waitFor(1 + 1 + 4 + 1 + 1);
+    engine.stop();
+    EXPECT_EQ(trace({all.begin() + 1, all.end()}, all.size()),
+              "P0:21-29/3 R0E W R10=10 R20=20 R30=30 * ");
 }
 
 // A part of several pieces that does not answer at all may hide the missing address: the split
