@@ -50,10 +50,10 @@ namespace kestrin {
 //   pieces, until every part answers or is one piece; from then on, for the rest of the reading,
 //   the block is read by those parts. Its events are held back while it is split, so that the
 //   one readInParts comes before the parts' reads; a queued write goes out between two parts as
-//   between two blocks, and its event is held with them. A stop or a
-//   loss during the split still delivers them, readInParts naming only the pieces refused so
-//   far, before the serialLost. A split in which a part of several pieces failed otherwise than
-//   with exception 02 is not kept: the next reading tries the block whole again.
+//   between two blocks, and its event is held with them. A stop or a loss during the split
+//   still delivers them, readInParts naming only the pieces refused so far, before the
+//   serialLost. A split in which a part of several pieces failed otherwise than with exception
+//   02 is not kept: the next reading tries the block whole again.
 class PollerEngine {
 public:
     using Clock = std::chrono::steady_clock;
