@@ -134,23 +134,9 @@ std::string invalid(std::string_view name, std::string_view value) {
 
 // Baud rate, frame and time-out.
 Result<void, std::string> checkLine(const Parsed& parsed, CliOptions& result) {
-    const auto baudRate = CliOptions::baudRate(parsed);
-    if (!baudRate) {
-        return baudRate.error();
+    if (auto line = CliOptions::applyLine(parsed, result.serial); !line) {
+        return line;
     }
-    result.serial.baudRate = baudRate.value().value_or(result.serial.baudRate);
-    if (const auto typed = parsed.value("frame")) {
-        const std::optional<SerialConfiguration> withFrame = result.serial.withFrame(*typed);
-        if (!withFrame) {
-            return invalid("frame", *typed);
-        }
-        result.serial = *withFrame;
-    }
-    const auto rs485 = CliOptions::rs485(parsed);
-    if (!rs485) {
-        return rs485.error();
-    }
-    result.serial.rs485 = rs485.value();
     if (const auto typed = parsed.value("timeout-ms")) {
         const std::optional<int> timeoutMs = integerIn(*typed, 1, std::numeric_limits<int>::max());
         if (!timeoutMs) {
@@ -272,6 +258,27 @@ Result<void, std::string> checkRepetition(const Parsed& parsed, CliOptions& resu
 }
 
 } // namespace
+
+Result<void, std::string> CliOptions::applyLine(const Parsed& parsed, SerialConfiguration& serial) {
+    const auto rate = baudRate(parsed);
+    if (!rate) {
+        return rate.error();
+    }
+    serial.baudRate = rate.value().value_or(serial.baudRate);
+    if (const auto typed = parsed.value("frame")) {
+        const std::optional<SerialConfiguration> withFrame = serial.withFrame(*typed);
+        if (!withFrame) {
+            return invalid("frame", *typed);
+        }
+        serial = *withFrame;
+    }
+    const auto direction = rs485(parsed);
+    if (!direction) {
+        return direction.error();
+    }
+    serial.rs485 = direction.value();
+    return {};
+}
 
 std::optional<CliOptions::Command> CliOptions::commandNamed(std::string_view word) noexcept {
     if (word == "read") {

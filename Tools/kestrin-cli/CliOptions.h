@@ -77,6 +77,10 @@ struct CliOptions {
     // silently do nothing.
     static Result<std::optional<RS485Direction>, std::string>
     rs485(const CommandLine::Parsed& parsed);
+    // --baud, --frame and the RS-485 options, when given, over serial: the line of every
+    // command that opens the port itself.
+    static Result<void, std::string> applyLine(const CommandLine::Parsed& parsed,
+                                               SerialConfiguration& serial);
 };
 
 } // namespace kestrin

@@ -88,23 +88,9 @@ std::optional<std::pair<int, int>> unitSpan(std::string_view text) {
 
 // Baud rate, frame, RS-485 direction and time-out.
 Result<void, std::string> checkLine(const Parsed& parsed, ScanOptions& result) {
-    const auto baudRate = CliOptions::baudRate(parsed);
-    if (!baudRate) {
-        return baudRate.error();
+    if (auto line = CliOptions::applyLine(parsed, result.serial); !line) {
+        return line;
     }
-    result.serial.baudRate = baudRate.value().value_or(result.serial.baudRate);
-    if (const auto typed = parsed.value("frame")) {
-        const auto withFrame = result.serial.withFrame(*typed);
-        if (!withFrame) {
-            return invalid("frame", *typed);
-        }
-        result.serial = *withFrame;
-    }
-    const auto rs485 = CliOptions::rs485(parsed);
-    if (!rs485) {
-        return rs485.error();
-    }
-    result.serial.rs485 = rs485.value();
     if (const auto typed = parsed.value("timeout-ms")) {
         result.timeoutMs = CliOptions::wholeNumber(*typed, 1, std::numeric_limits<int>::max());
         if (!result.timeoutMs) {
