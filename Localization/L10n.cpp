@@ -15,13 +15,12 @@ namespace kestrin::L10n {
 namespace {
 // Set only by withLanguageForTesting, and only for the thread that called it.
 thread_local std::optional<Language> testLanguage;
+} // namespace
 
-// Function and exception codes always read as two upper-case hexadecimal digits: "0B".
 std::string hexByte(std::uint8_t byte) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     return {digits[byte >> 4], digits[byte & 0x0F]};
 }
-} // namespace
 
 Language language() {
     return testLanguage ? *testLanguage : Language::current();

@@ -50,6 +50,9 @@ std::string ok(int ms);
 std::string valueInvalid(DataType type);
 } // namespace Table
 
+// Function and exception codes always read as two upper-case hexadecimal digits: "0B".
+std::string hexByte(std::uint8_t byte);
+
 namespace Modbus {
 // Keyed by the code byte, so that codes outside FunctionCode (43) are named too.
 std::string functionName(std::uint8_t code);

@@ -28,17 +28,32 @@ double wireSeconds(const SerialConfiguration& serial, int characters) {
     return SerialTiming::transmissionTime(characters, serial.baudRate, serial.bitsPerCharacter());
 }
 
-// The answer of another unit to the same kind of request, come after its time-out.
-std::optional<Answer> lateAnswerIn(ByteView frame, std::uint8_t asked, RegisterTable table) {
-    if (frame.empty() || frame[0] == asked || !RTUFrame::unitRange.contains(frame[0])) {
+// A gateway answers for the units behind it: these say nobody answered there.
+bool noDeviceBehindGateway(std::uint8_t exception) {
+    return exception == ModbusException::gatewayPathUnavailable ||
+           exception == ModbusException::gatewayTargetFailedToRespond;
+}
+
+// The answer of another unit, come after its time-out. It answers the table it was asked for,
+// which need not be the one asked now.
+std::optional<Answer> lateAnswerIn(ByteView frame, std::uint8_t asked) {
+    if (frame.size() < 2 || frame[0] == asked || !RTUFrame::unitRange.contains(frame[0])) {
         return std::nullopt;
     }
+    const auto found = std::ranges::find(probeOrder, frame[1] & 0x7F, [](RegisterTable candidate) {
+        return candidate.readFunction().code();
+    });
+    if (found == probeOrder.end()) {
+        return std::nullopt;
+    }
+    const RegisterTable table = *found;
     const auto pdu = RTUFrame::parseResponse(frame, frame[0], table.readFunction());
     if (!pdu) {
         return std::nullopt;
     }
     const auto data = PDU::parseRead(pdu.value(), table, 1);
-    if (!data && data.error().kind == ResponseError::Kind::malformed) {
+    if (!data && (data.error().kind == ResponseError::Kind::malformed ||
+                  noDeviceBehindGateway(data.error().code))) {
         return std::nullopt;
     }
     return Answer{frame[0], table, data ? std::nullopt : std::optional(data.error().code), true};
@@ -73,7 +88,7 @@ probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* 
         if (!pdu) {
             // Its tail must not meet the next request.
             (void)link.restOfAnswer();
-            const auto late = lateAnswerIn(frame.value(), unit, table);
+            const auto late = lateAnswerIn(frame.value(), unit);
             if (!late || askedAgain) {
                 return proven;
             }
@@ -91,6 +106,9 @@ probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* 
             return proven;
         }
         const std::uint8_t exception = data.error().code;
+        if (noDeviceBehindGateway(exception)) {
+            return proven;
+        }
         if (exception != ModbusException::illegalFunction) {
             return std::optional(Answer{unit, table, exception});
         }

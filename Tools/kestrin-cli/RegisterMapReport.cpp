@@ -19,7 +19,8 @@ namespace kestrin::RegisterMapReport {
 namespace {
 
 // By table, in case order.
-constexpr std::array tableWords{"coils", "discrete inputs", "holding registers", "input registers"};
+constexpr std::array tableWordsByCase{"coils", "discrete inputs", "holding registers",
+                                      "input registers"};
 constexpr std::array tableWord{"coil", "discrete input", "holding register", "input register"};
 
 std::string rangesText(const TableMap& table) {
@@ -35,7 +36,7 @@ std::string rangesText(const TableMap& table) {
 }
 
 std::string tableText(const TableMap& table) {
-    const std::string words = tableWords[static_cast<std::size_t>(table.table)];
+    const std::string words(tableWords(table.table));
     if (!table.supported) {
         return words + " refused (exception 01)";
     }
@@ -96,6 +97,10 @@ Result<void, std::string> writeCsv(const RegisterMap& map, const std::string& pa
 }
 
 } // namespace
+
+std::string_view tableWords(RegisterTable table) {
+    return tableWordsByCase[static_cast<std::size_t>(table)];
+}
 
 std::string summary(const RegisterMap& map) {
     std::string tables;

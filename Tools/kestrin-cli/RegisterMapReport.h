@@ -6,11 +6,15 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 namespace kestrin::RegisterMapReport {
 
 // What `kestrin-cli scan --registers` prints of a unit's map. The lines are English and fixed,
 // like the other commands' results, so that scripts can read them.
+
+// "holding registers": a table as the command lines of scan name it.
+std::string_view tableWords(RegisterTable table);
 
 // "Unit 1: 12 holding registers (0-9, 100-101), 4 coils (0-3), no discrete inputs, input
 // registers refused (exception 01); largest read 32 registers".

@@ -242,26 +242,21 @@ private:
     bool shown_;
 };
 
-constexpr std::array tableWords{"coils", "discrete inputs", "holding registers", "input registers"};
-
 int functionOf(const UnitScan::Answer& answer) {
     return answer.table.readFunction();
-}
-
-std::string twoDigits(int number) {
-    return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
 // "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03"; a slow device's line
 // says so, as its polls need a longer time-out.
 std::string answerText(const UnitScan::Answer& answer) {
     const std::string unit = "Unit " + std::to_string(answer.unit) + ": ";
-    const std::string function = "FC" + twoDigits(functionOf(answer));
+    const std::string function = "FC" + L10n::hexByte(answer.table.readFunction().code());
     const std::string late = answer.late ? ", after the time-out" : "";
     if (answer.exception) {
-        return unit + "exception " + twoDigits(*answer.exception) + " to " + function + late;
+        return unit + "exception " + L10n::hexByte(*answer.exception) + " to " + function + late;
     }
-    return unit + tableWords[static_cast<std::size_t>(answer.table)] + " (" + function + ")" + late;
+    return unit + std::string(RegisterMapReport::tableWords(answer.table)) + " (" + function + ")" +
+           late;
 }
 
 nlohmann::json answerJson(const UnitScan::Answer& answer) {

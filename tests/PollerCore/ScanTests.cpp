@@ -1,4 +1,5 @@
 #include "ChildProcess.h"
+#include "RTUFrame.h"
 #include "SerialLink.h"
 #include "SettingsSweep.h"
 #include "UnitScan.h"
@@ -6,7 +7,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <fcntl.h>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <numeric>
 #include <set>
@@ -90,17 +93,6 @@ TEST_F(ScanTest, ReportsEachUnitThatAnswersWithWhatAnsweredAndCountsDown) {
     EXPECT_EQ(reported, expected);
 }
 
-// A device slower than the time-out answers while the next unit is asked: it is still found, and
-// marked late. At 9600 baud the answer comes about
-// 50 ms after its request, in the middle of the next unit's 30 ms wait.
-TEST_F(ScanTest, ASlowDeviceIsFoundByItsLateAnswer) {
-    serve("Unit ID,Table,Address\n3,HR,0\n", {"--wire-timing", "--turnaround-ms", "32"});
-    const auto answers = UnitScan::run(*link, {3, 5, 6, 7}, 0.03, {});
-    ASSERT_TRUE(answers);
-    EXPECT_EQ(answers.value(),
-              (std::vector<Answer>{{3, Table::holdingRegister, std::nullopt, true}}));
-}
-
 // The default time-out decides how long an empty bus takes: at 19200 baud with the line's own
 // timing 30 silent units take what the estimate says, and a cancel ends the scan at once.
 TEST_F(ScanTest, AnEmptyBusTakesTheEstimatedTimeAndACancelEndsItAtOnce) {
@@ -137,6 +129,95 @@ TEST_F(ScanTest, AnEmptyBusTakesTheEstimatedTimeAndACancelEndsItAtOnce) {
     ASSERT_FALSE(cancelled);
     EXPECT_TRUE(cancelled.error().is<SerialLinkError::Cancelled>());
     EXPECT_LT(Clock::now() - cancelStarted, std::chrono::milliseconds(400));
+}
+
+// Devices played on the master side of a pseudo-terminal, for answers the simulator never gives:
+// reply turns the nth request into the bytes sent back, none for silence.
+class ScriptedLine {
+public:
+    using Reply = std::function<Bytes(ByteView request, int nth)>;
+
+    explicit ScriptedLine(Reply reply)
+        : reply_(std::move(reply))
+        , master_(posix_openpt(O_RDWR | O_NOCTTY)) {
+        EXPECT_TRUE(master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0);
+        link = std::make_unique<SerialLink>(ptsname(master_), SerialConfiguration{}, true);
+        EXPECT_TRUE(link->open());
+        thread_ = std::jthread([this] {
+            Bytes request(8);
+            for (int nth = 1; readWhole(request); ++nth) {
+                const Bytes answer = reply_(request, nth);
+                if (::write(master_, answer.data(), answer.size()) < 0) {
+                    return;
+                }
+            }
+        });
+    }
+    ~ScriptedLine() {
+        link.reset();
+        thread_.join();
+        ::close(master_);
+    }
+
+    std::unique_ptr<SerialLink> link;
+
+private:
+    bool readWhole(Bytes& request) const {
+        for (std::size_t done = 0; done < request.size();) {
+            const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
+            if (n <= 0) {
+                return false;
+            }
+            done += static_cast<std::size_t>(n);
+        }
+        return true;
+    }
+
+    Reply reply_;
+    int master_;
+    std::jthread thread_;
+};
+
+Bytes frame(std::uint8_t unit, Bytes pdu) {
+    return RTUFrame::build(unit, pdu);
+}
+
+// Behind a gateway an absent unit answers 0A or 0B, which proves nothing there; a slow unit's
+// answer to FC03 that comes while the next unit is asked FC01 is still that unit's.
+TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
+    struct Row {
+        const char* name;
+        std::vector<std::uint8_t> units;
+        ScriptedLine::Reply reply;
+        std::vector<Answer> expected;
+    };
+    const std::vector<Row> rows{
+        {"gateway",
+         {1, 2, 3},
+         [](ByteView request, int) {
+             const std::uint8_t code = request[0] == 1 ? 0x0A : 0x0B;
+             return request[0] == 3 ? frame(3, {0x03, 0x02, 0x00, 0x00})
+                                    : frame(request[0], {0x83, code});
+         },
+         {{3, Table::holdingRegister, std::nullopt}}},
+        {"late FC03 during FC01",
+         {3, 4},
+         [](ByteView, int nth) {
+             // Unit 3 answers only during unit 4's coil read; unit 4 has no registers.
+             const std::array<Bytes, 4> script{Bytes{}, frame(4, {0x83, 0x01}),
+                                               frame(3, {0x03, 0x02, 0x00, 0x07}),
+                                               frame(4, {0x01, 0x01, 0x01})};
+             return nth <= 4 ? script[static_cast<std::size_t>(nth - 1)] : Bytes{};
+         },
+         {{3, Table::holdingRegister, std::nullopt, true}, {4, Table::coil, std::nullopt}}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        ScriptedLine line(row.reply);
+        const auto answers = UnitScan::run(*line.link, row.units, 0.05, {});
+        ASSERT_TRUE(answers);
+        EXPECT_EQ(answers.value(), row.expected);
+    }
 }
 
 // Where a sweep stops is shown end to end by kestrin-cli scan --sweep.
