@@ -19,6 +19,10 @@ namespace {
 
 using Span = Datapoint::AddressRange;
 
+// A unit that answered before and then leaves this many requests in a row without a word has
+// gone away: each more would wait out twice its time-out for nothing.
+constexpr int silentRequestsToGiveUp = 8;
+
 // How the device took one read.
 enum class Answer : std::uint8_t {
     data,
@@ -73,7 +77,7 @@ public:
                 return mapped.error();
             }
             map_.tables.push_back(std::move(table));
-            if (!mapped) {
+            if (!mapped || map_.fellSilent) {
                 map_.complete = false;
                 break;
             }
@@ -103,7 +107,7 @@ private:
             if (!answer) {
                 return answer.error();
             }
-            if (!take(answer.value(), block, next.role, table)) {
+            if (map_.fellSilent || !take(answer.value(), block, next.role, table)) {
                 break;
             }
         }
@@ -170,8 +174,16 @@ private:
         }
         ++map_.requests;
         if (!frame) {
-            return settled(link_.lateAnswer(timeout));
+            // A slow device's answer to this very request is as good as a prompt one.
+            frame = link_.lateAnswer(timeout);
+            if (!frame) {
+                return frame.error();
+            }
         }
+        if (frame.value().empty()) {
+            return silence();
+        }
+        silentInRow_ = 0;
         auto pdu = RTUFrame::parseResponse(frame.value(), block.unit, request.front());
         if (!pdu) {
             return settled(link_.restOfAnswer());
@@ -189,6 +201,14 @@ private:
     Result<Answer, SerialLinkError> settled(const Result<Bytes, SerialLinkError>& late) {
         if (!late) {
             return late.error();
+        }
+        report();
+        return Answer::refused;
+    }
+
+    Answer silence() {
+        if (map_.answered && ++silentInRow_ == silentRequestsToGiveUp) {
+            map_.fellSilent = true;
         }
         report();
         return Answer::refused;
@@ -228,6 +248,7 @@ private:
     // The spans of the current table still to read, in address order.
     std::deque<Pending> pending_;
     std::size_t nextTable_ = 0;
+    int silentInRow_ = 0;
 };
 
 } // namespace

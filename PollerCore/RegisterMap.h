@@ -38,9 +38,11 @@ struct RegisterMap {
     int requests = 0;
     // False when not one request was answered: no device, or other settings.
     bool answered = false;
-    // False when cancelled: the last table holds what was found up to then, later ones are
-    // missing.
+    // False when cancelled or fellSilent: the last table holds what was found up to then, later
+    // ones are missing.
     bool complete = true;
+    // True when the unit answered at first and then stopped answering at all.
+    bool fellSilent = false;
 
     bool found() const noexcept;
 };

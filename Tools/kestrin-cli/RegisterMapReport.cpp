@@ -75,7 +75,8 @@ void printJson(const RegisterMap& map, std::ostream& out) {
                       {"largestRegisterRead", map.largestRegisterRead},
                       {"largestBitRead", map.largestBitRead},
                       {"requests", map.requests},
-                      {"complete", map.complete}},
+                      {"complete", map.complete},
+                      {"fellSilent", map.fellSilent}},
                      out);
 }
 
@@ -108,7 +109,8 @@ std::string summary(const RegisterMap& map) {
         tables += (tables.empty() ? "" : ", ") + tableText(table);
     }
     return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map) +
-           (map.complete ? "" : "; stopped before the end");
+           (map.complete ? "" : "; stopped before the end") +
+           (map.fellSilent ? ": the unit stopped answering" : "");
 }
 
 ExitCode print(const RegisterMap& map, bool json, const std::optional<std::string>& csv,

@@ -123,6 +123,22 @@ TEST_F(RegisterMapTest, ProducesOneImportableDatapointPerAddressNamedByTableAndA
     EXPECT_EQ(names, (std::vector<std::string>{"HR 100", "HR 101", "HR 110", "CO 116", "CO 117"}));
 }
 
+// A device slower than the map's time-out answers each read about 50 ms after it: the answers
+// are still taken, so neither an address nor the request size is lost to slowness.
+TEST_F(RegisterMapTest, TakesASlowDevicesLateAnswers) {
+    serve({"--turnaround-ms", "150"});
+    const auto map = mapRegisters(*link, {.unit = 5,
+                                          .first = 100,
+                                          .last = 111,
+                                          .tables = {RegisterTable::holdingRegister},
+                                          .thinkSeconds = 0.1});
+    ASSERT_TRUE(map.ok());
+    EXPECT_EQ(rangesOf(map.value(), RegisterTable::holdingRegister),
+              (Ranges{{100, 101}, {110, 110}}));
+    EXPECT_EQ(map.value().largestRegisterRead, FunctionCode::maxReadRegisters);
+    EXPECT_TRUE(map.value().complete);
+}
+
 // A unit nobody answers for gives up after the sizes it tried, without asking about the other
 // tables; a raised signal ends the map at the request under way and keeps what was found.
 TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {

@@ -1,5 +1,6 @@
 #include "ChildProcess.h"
 #include "RTUFrame.h"
+#include "RegisterMap.h"
 #include "SerialLink.h"
 #include "SettingsSweep.h"
 #include "UnitScan.h"
@@ -218,6 +219,24 @@ TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
         ASSERT_TRUE(answers);
         EXPECT_EQ(answers.value(), row.expected);
     }
+}
+
+// A unit that stops answering part way ends the map after a few silent requests instead of
+// waiting out every address left, and keeps what it found.
+TEST(ScriptedScan, AMapStopsWhenTheUnitFallsSilent) {
+    ScriptedLine line([](ByteView request, int nth) {
+        const int count = request[4] << 8 | request[5];
+        Bytes pdu{0x03, static_cast<std::uint8_t>(2 * count)};
+        pdu.resize(pdu.size() + static_cast<std::size_t>(2 * count));
+        return nth == 1 ? frame(request[0], pdu) : Bytes{};
+    });
+    const auto map = mapRegisters(*line.link, {.unit = 1, .first = 0, .last = 199});
+    ASSERT_TRUE(map);
+    EXPECT_TRUE(map.value().fellSilent);
+    EXPECT_FALSE(map.value().complete);
+    EXPECT_EQ(map.value().tables.size(), 1u);
+    EXPECT_EQ(map.value().tables[0].ranges, (std::vector<Datapoint::AddressRange>{{0, 124}}));
+    EXPECT_EQ(map.value().requests, 9);
 }
 
 // Where a sweep stops is shown end to end by kestrin-cli scan --sweep.

@@ -117,7 +117,8 @@ TEST_F(CliScan, RegistersMapOneUnitWithItsLimitAndWriteItsDatapoints) {
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"IR\",\"unit\":17}\n"
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"CO\",\"unit\":17}\n"
          "{\"count\":0,\"ranges\":[],\"supported\":false,\"table\":\"DI\",\"unit\":17}\n"
-         "{\"complete\":true,\"largestBitRead\":2000,\"largestRegisterRead\":4,\"requests\":22,"
+         "{\"complete\":true,\"fellSilent\":false,\"largestBitRead\":2000,\"largestRegisterRead\":"
+         "4,\"requests\":22,"
          "\"unit\":17}\n",
          ""},
         {"--unit 3 --registers --range 100-109", 1, "",
