@@ -110,7 +110,8 @@ TEST_F(ScanTest, AnEmptyBusTakesTheEstimatedTimeAndACancelEndsItAtOnce) {
     EXPECT_TRUE(answers.value().empty());
     const double estimate = 30 * UnitScan::silentUnitSeconds(serial, timeout);
     EXPECT_GE(elapsed, 30 * timeout);
-    EXPECT_LT(elapsed, 1.5 * estimate);
+    // Generous: a loaded machine adds to every wait; an estimate that is badly off still shows.
+    EXPECT_LT(elapsed, 3 * estimate);
 
     // Unit 200 answers within the default time-out even with the line's timing.
     const auto found = UnitScan::probe(*link, 200, timeout);
