@@ -18,7 +18,6 @@
 #include <iostream>
 #include <limits>
 #include <memory>
-#include <ranges>
 #include <thread>
 #include <unistd.h>
 
@@ -154,8 +153,9 @@ const CommandLine::Syntax& syntax() {
 std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
     std::vector<std::uint8_t> units;
     std::array<bool, 256> listed{};
-    for (const auto entry : std::views::split(text, ',')) {
-        const auto span = unitSpan(std::string_view(entry.begin(), entry.end()));
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t comma = std::min(text.find(',', start), text.size());
+        const auto span = unitSpan(text.substr(start, comma - start));
         if (!span) {
             return std::nullopt;
         }
@@ -164,6 +164,7 @@ std::optional<std::vector<std::uint8_t>> unitList(std::string_view text) {
                 units.push_back(static_cast<std::uint8_t>(unit));
             }
         }
+        start = comma + 1;
     }
     return units.empty() ? std::nullopt : std::optional(units);
 }
@@ -196,7 +197,7 @@ namespace {
 class Interruption {
 public:
     Interruption()
-        : watcher_([this](std::stop_token stop) {
+        : watcher_([this](const std::stop_token& stop) {
             while (!stop.stop_requested()) {
                 if (signals_.awaitStop(std::chrono::milliseconds(50))) {
                     cancel_.raise();
