@@ -298,12 +298,16 @@ TEST_F(PollerModelWrite, WritesFollowTheModeAndAreConfirmedRefusedOrDroppedAtSto
     model->write(setpoint, 12);
     model->stop();
     EXPECT_TRUE(model->pendingWrites().empty());
+    // The engine may have sent the write before the stop reached it; an exchange it made is
+    // counted, one it did not make is not.
+    const PollerStatistics stopped = model->statistics();
+    EXPECT_LE(stopped.requests - counted.requests, 1);
     const QString text = model->output().text();
     model->write(setpoint, 5);
     EXPECT_EQ(model->writeError(), "Start reading first (Ctrl+R) to write values.");
     QTest::qWait(100);
     EXPECT_EQ(model->output().text(), text);
-    EXPECT_EQ(model->statistics(), counted);
+    EXPECT_EQ(model->statistics(), stopped);
 }
 
 } // namespace
