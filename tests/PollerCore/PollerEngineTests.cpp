@@ -1,8 +1,8 @@
 #include "ChildProcess.h"
-#include "ExceptionPDU.h"
 #include "PDU.h"
 #include "PollerEngine.h"
 #include "RTUFrame.h"
+#include "ScriptedDevice.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +10,6 @@
 #include <csignal>
 #include <cstdio>
 #include <ctime>
-#include <fcntl.h>
 #include <fstream>
 #include <functional>
 #include <mutex>
@@ -277,97 +276,24 @@ TEST_F(EngineTest, FailedRequestsAreReportedWithTheBytesAndReadingGoesOn) {
     }
 }
 
-// A device played on the master side of a pseudo-terminal, for what the simulator cannot be made
-// to do at a chosen request: it has the holding registers in present, each holding its own
-// address, refuses a read of any other with exception 02, and stays silent when silent says so
-// for the nth asking of that block; then, with hangUpAfter, it hangs up that long afterwards.
-class ScriptedDevice {
-public:
-    using Silent = std::function<bool(const ReadBlock& asked, int nth)>;
-
-    ScriptedDevice(std::vector<int> present, Silent silent,
-                   std::optional<std::chrono::milliseconds> hangUpAfter = std::nullopt)
-        : present_(std::move(present))
-        , silent_(std::move(silent))
-        , hangUpAfter_(hangUpAfter)
-        , master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-        EXPECT_TRUE(master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0);
-        path_ = ptsname(master_);
-    }
-    ~ScriptedDevice() {
-        if (thread_.joinable()) {
-            thread_.join();
-        } else {
-            ::close(master_);
+// A device whose holding registers hold their own address and exist at present; it stays silent
+// when silent says so for the nth asking of a block, and with hangUpAfter hangs up that long
+// afterwards.
+ScriptedDevice::Script
+registerDevice(std::vector<int> present,
+               std::function<bool(const ReadBlock& asked, int nth)> silent,
+               std::optional<std::chrono::milliseconds> hangUpAfter = std::nullopt) {
+    return [=](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+        const ReadBlock asked{request.frame[0], holding,
+                              static_cast<std::uint16_t>(requestAddress(request.frame)),
+                              requestCount(request.frame)};
+        if (silent(asked, request.repeat)) {
+            return {{}, hangUpAfter.value_or(0ms), hangUpAfter.has_value()};
         }
-    }
-    // Once the master has opened the line; ends when the master closes it.
-    void play() {
-        thread_ = std::thread([this] {
-            while (serveOne()) {
-            }
-            ::close(master_);
-        });
-    }
-    const std::string& path() const { return path_; }
-    std::size_t requests() {
-        const std::lock_guard lock(mutex_);
-        return asked_.size();
-    }
-
-private:
-    bool serveOne() {
-        Bytes request(8);
-        for (std::size_t done = 0; done < request.size();) {
-            const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
-            if (n <= 0) {
-                return false;
-            }
-            done += static_cast<std::size_t>(n);
-        }
-        const ReadBlock asked{request[0], holding,
-                              static_cast<std::uint16_t>(request[2] << 8 | request[3]),
-                              request[4] << 8 | request[5]};
-        int nth = 0;
-        {
-            const std::lock_guard lock(mutex_);
-            asked_.push_back(asked);
-            nth = static_cast<int>(std::ranges::count(asked_, asked));
-        }
-        if (silent_(asked, nth)) {
-            if (!hangUpAfter_) {
-                return true;
-            }
-            std::this_thread::sleep_for(*hangUpAfter_);
-            return false;
-        }
-        // A write of a single register is answered with its echo.
-        const Bytes answer = request[1] == 0x06 ? request : RTUFrame::build(1, answerTo(asked));
-        return ::write(master_, answer.data(), answer.size()) ==
-               static_cast<ssize_t>(answer.size());
-    }
-    Bytes answerTo(const ReadBlock& asked) const {
-        Bytes pdu{0x03, static_cast<std::uint8_t>(2 * asked.count)};
-        for (int address = asked.address; address <= asked.lastAddress(); ++address) {
-            if (std::ranges::find(present_, address) == present_.end()) {
-                return ExceptionPDU::make(0x03,
-                                          ModbusException(ModbusException::illegalDataAddress));
-            }
-            pdu.insert(pdu.end(), {static_cast<std::uint8_t>(address >> 8),
-                                   static_cast<std::uint8_t>(address)});
-        }
-        return pdu;
-    }
-
-    std::vector<int> present_;
-    Silent silent_;
-    std::optional<std::chrono::milliseconds> hangUpAfter_;
-    int master_;
-    std::string path_;
-    std::mutex mutex_;
-    std::vector<ReadBlock> asked_;
-    std::thread thread_;
-};
+        return {registersAnswer(request.frame,
+                                [&](int address) { return std::ranges::count(present, address); })};
+    };
+}
 
 // The reads of a device whose registers hold their own address: a split by its block, missing
 // runs and refusals, a read by address (=value, E for exception 02), the end of a block's parts
@@ -443,9 +369,9 @@ TEST(PollerEngine, ASplitCutShortReportsThePartsReadAndEndsWithTheLoss) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        ScriptedDevice device(
+        ScriptedDevice device(registerDevice(
             {0, 10}, [](const ReadBlock& asked, int) { return asked.address == 10; },
-            row.hangUpAfter);
+            row.hangUpAfter));
         EventLog events;
         PollerEngine engine(device.path(), {}, row.hangUpAfter ? 0.3 : 5.0, true,
                             [&](const PollerEvent& event) { events.record(event); });
@@ -453,7 +379,6 @@ TEST(PollerEngine, ASplitCutShortReportsThePartsReadAndEndsWithTheLoss) {
         refused.pieces = refused.blocks;
         refused.blocks = {{1, holding, 0, 11}};
         ASSERT_TRUE(engine.start({refused}).ok());
-        device.play();
         const auto lost = [](const PollerEvent& event) {
             return event.is<PollerEvent::SerialLost>();
         };
@@ -478,9 +403,9 @@ TEST(PollerEngine, ASplitCutShortReportsThePartsReadAndEndsWithTheLoss) {
 // whole split, and is reported in that place. HR 0 does not answer at first, which gives the test
 // time to queue the write.
 TEST(PollerEngine, AWriteGoesOutBetweenTheParts) {
-    ScriptedDevice device({0, 10, 20, 30}, [](const ReadBlock& asked, int nth) {
+    ScriptedDevice device(registerDevice({0, 10, 20, 30}, [](const ReadBlock& asked, int nth) {
         return asked == ReadBlock{1, holding, 0, 1} && nth == 1;
-    });
+    }));
     EventLog events;
     PollerEngine engine(device.path(), {}, 0.3, true,
                         [&](const PollerEvent& event) { events.record(event); });
@@ -488,7 +413,6 @@ TEST(PollerEngine, AWriteGoesOutBetweenTheParts) {
     refused.pieces = refused.blocks;
     refused.blocks = {{1, holding, 0, 31}};
     ASSERT_TRUE(engine.start({refused}).ok());
-    device.play();
     const auto start = Clock::now();
     while (device.requests() < 3 && secondsSince(start) < 5) {
         std::this_thread::sleep_for(5ms);
@@ -503,9 +427,9 @@ TEST(PollerEngine, AWriteGoesOutBetweenTheParts) {
 // A part of several pieces that does not answer at all may hide the missing address: the split
 // is not kept, so the next reading splits the block again and reads HR 10 by itself.
 TEST(PollerEngine, APartThatFailedOtherwiseIsSplitAgainAtTheNextReading) {
-    ScriptedDevice device({0, 10}, [](const ReadBlock& asked, int nth) {
+    ScriptedDevice device(registerDevice({0, 10}, [](const ReadBlock& asked, int nth) {
         return asked == ReadBlock{1, holding, 10, 11} && nth == 1;
-    });
+    }));
     EventLog events;
     PollerEngine engine(device.path(), {}, 0.2, true,
                         [&](const PollerEvent& event) { events.record(event); });
@@ -513,7 +437,6 @@ TEST(PollerEngine, APartThatFailedOtherwiseIsSplitAgainAtTheNextReading) {
     refused.pieces = refused.blocks;
     refused.blocks = {{1, holding, 0, 21}};
     ASSERT_TRUE(engine.start({refused}).ok());
-    device.play();
     const auto tenRead = [](const auto& all) {
         return std::ranges::any_of(all, [](const PollerEvent& event) {
             const auto* read = event.as<PollerEvent::Read>();

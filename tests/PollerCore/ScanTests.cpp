@@ -1,6 +1,7 @@
 #include "ChildProcess.h"
 #include "RTUFrame.h"
 #include "RegisterMap.h"
+#include "ScriptedDevice.h"
 #include "SerialLink.h"
 #include "SettingsSweep.h"
 #include "UnitScan.h"
@@ -8,7 +9,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <fcntl.h>
 #include <fstream>
 #include <functional>
 #include <memory>
@@ -133,55 +133,16 @@ TEST_F(ScanTest, AnEmptyBusTakesTheEstimatedTimeAndACancelEndsItAtOnce) {
     EXPECT_LT(Clock::now() - cancelStarted, std::chrono::milliseconds(400));
 }
 
-// Devices played on the master side of a pseudo-terminal, for answers the simulator never gives:
-// reply turns the nth request into the bytes sent back, none for silence.
-class ScriptedLine {
-public:
-    using Reply = std::function<Bytes(ByteView request, int nth)>;
-
-    explicit ScriptedLine(Reply reply)
-        : reply_(std::move(reply))
-        , master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-        EXPECT_TRUE(master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0);
-        link = std::make_unique<SerialLink>(ptsname(master_), SerialConfiguration{}, true);
-        EXPECT_TRUE(link->open());
-        thread_ = std::jthread([this] {
-            Bytes request(8);
-            for (int nth = 1; readWhole(request); ++nth) {
-                const Bytes answer = reply_(request, nth);
-                if (::write(master_, answer.data(), answer.size()) < 0) {
-                    return;
-                }
-            }
-        });
-    }
-    ~ScriptedLine() {
-        link.reset();
-        thread_.join();
-        ::close(master_);
-    }
-
-    std::unique_ptr<SerialLink> link;
-
-private:
-    bool readWhole(Bytes& request) const {
-        for (std::size_t done = 0; done < request.size();) {
-            const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
-            if (n <= 0) {
-                return false;
-            }
-            done += static_cast<std::size_t>(n);
-        }
-        return true;
-    }
-
-    Reply reply_;
-    int master_;
-    std::jthread thread_;
-};
-
 Bytes frame(std::uint8_t unit, Bytes pdu) {
     return RTUFrame::build(unit, pdu);
+}
+
+// The nth request is answered with the nth of replies, later ones with silence.
+ScriptedDevice::Script inTurn(std::vector<Bytes> replies) {
+    return [replies](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+        const auto nth = static_cast<std::size_t>(request.nth);
+        return {nth <= replies.size() ? replies[nth - 1] : Bytes{}};
+    };
 }
 
 // Behind a gateway an absent unit answers 0A or 0B, which proves nothing there; a slow unit's
@@ -190,33 +151,30 @@ TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
     struct Row {
         const char* name;
         std::vector<std::uint8_t> units;
-        ScriptedLine::Reply reply;
+        ScriptedDevice::Script script;
         std::vector<Answer> expected;
     };
     const std::vector<Row> rows{
         {"gateway",
          {1, 2, 3},
-         [](ByteView request, int) {
-             const std::uint8_t code = request[0] == 1 ? 0x0A : 0x0B;
-             return request[0] == 3 ? frame(3, {0x03, 0x02, 0x00, 0x00})
-                                    : frame(request[0], {0x83, code});
+         [](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+             const std::uint8_t unit = request.frame[0];
+             return {unit == 3 ? frame(3, {0x03, 0x02, 0x00, 0x00})
+                               : frame(unit, {0x83, std::uint8_t(unit == 1 ? 0x0A : 0x0B)})};
          },
          {{3, Table::holdingRegister, std::nullopt}}},
         {"late FC03 during FC01",
          {3, 4},
-         [](ByteView, int nth) {
-             // Unit 3 answers only during unit 4's coil read; unit 4 has no registers.
-             const std::array<Bytes, 4> script{Bytes{}, frame(4, {0x83, 0x01}),
-                                               frame(3, {0x03, 0x02, 0x00, 0x07}),
-                                               frame(4, {0x01, 0x01, 0x01})};
-             return nth <= 4 ? script[static_cast<std::size_t>(nth - 1)] : Bytes{};
-         },
+         inTurn({{},
+                 frame(4, {0x83, 0x01}),
+                 frame(3, {0x03, 0x02, 0x00, 0x07}),
+                 frame(4, {0x01, 0x01, 0x01})}),
          {{3, Table::holdingRegister, std::nullopt, true}, {4, Table::coil, std::nullopt}}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        ScriptedLine line(row.reply);
-        const auto answers = UnitScan::run(*line.link, row.units, 0.05, {});
+        ScriptedDevice device(row.script);
+        const auto answers = UnitScan::run(*device.link(), row.units, 0.05, {});
         ASSERT_TRUE(answers);
         EXPECT_EQ(answers.value(), row.expected);
     }
@@ -225,13 +183,11 @@ TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
 // A unit that stops answering part way ends the map after a few silent requests instead of
 // waiting out every address left, and keeps what it found.
 TEST(ScriptedScan, AMapStopsWhenTheUnitFallsSilent) {
-    ScriptedLine line([](ByteView request, int nth) {
-        const int count = request[4] << 8 | request[5];
-        Bytes pdu{0x03, static_cast<std::uint8_t>(2 * count)};
-        pdu.resize(pdu.size() + static_cast<std::size_t>(2 * count));
-        return nth == 1 ? frame(request[0], pdu) : Bytes{};
+    ScriptedDevice device([](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+        return {request.nth == 1 ? registersAnswer(request.frame, [](int) { return true; })
+                                 : Bytes{}};
     });
-    const auto map = mapRegisters(*line.link, {.unit = 1, .first = 0, .last = 199});
+    const auto map = mapRegisters(*device.link(), {.unit = 1, .first = 0, .last = 199});
     ASSERT_TRUE(map);
     EXPECT_TRUE(map.value().fellSilent);
     EXPECT_FALSE(map.value().complete);
