@@ -1,0 +1,159 @@
+#include "BusMeter.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace kestrin {
+namespace {
+
+using Time = BusMeter::Time;
+
+const Time t0 = Time() + std::chrono::hours(1000);
+// 9600 8E1: 11 bits a character, a silence of 3.5 characters = 4.0104 ms.
+const SerialConfiguration line9600{};
+const ReadBlock twoRegisters{1, RegisterTable::holdingRegister, 0, 2};
+
+Time plus(Time time, double seconds) {
+    return time +
+           std::chrono::duration_cast<Time::duration>(std::chrono::duration<double>(seconds));
+}
+
+Time at(double seconds) {
+    return plus(t0, seconds);
+}
+
+PollerEvent read(const ReadBlock& block, double duration, Time ended, bool answered = true,
+                 const Uuid& poll = {}) {
+    PollerEvent::Read event{poll, block, PollFailureError{}, {}, {}, duration};
+    if (answered) {
+        event.result = ReadData{};
+    }
+    return {event, ended};
+}
+
+// Each read a second after the last, so that no silence was waited before it.
+BusMeter metered(const std::vector<double>& roundTrips, double handover = 0) {
+    BusMeter meter(line9600, handover, {});
+    meter.add({PollerEvent::Started{}, t0});
+    for (std::size_t index = 0; index < roundTrips.size(); ++index) {
+        meter.add(read(twoRegisters, roundTrips[index], at(1.0 + static_cast<double>(index))));
+    }
+    return meter;
+}
+
+TEST(BusMeter, MedianAndNinetyNinthPercentileAreMeasuredValues) {
+    std::vector<double> hundred;
+    for (int ms = 100; ms >= 1; --ms) {
+        hundred.push_back(ms / 1000.0);
+    }
+    const struct {
+        std::string name;
+        std::vector<double> roundTrips;
+        BusMeter::Spread expected;
+    } rows[] = {
+        {"one", {0.030}, {0.030, 0.030}},
+        {"three", {0.030, 0.010, 0.020}, {0.020, 0.030}},
+        {"even count takes the lower middle", {0.010, 0.040, 0.020, 0.030}, {0.020, 0.040}},
+        {"hundred, descending", hundred, {0.050, 0.099}},
+    };
+    for (const auto& row : rows) {
+        const auto units = metered(row.roundTrips).units();
+        ASSERT_EQ(units.size(), 1U) << row.name;
+        EXPECT_EQ(units[0].answers, static_cast<std::int64_t>(row.roundTrips.size())) << row.name;
+        EXPECT_EQ(units[0].roundTrip, row.expected) << row.name;
+    }
+}
+
+// Two registers at 9600 8E1: 8 + 9 characters = 19.479 ms on the wire; the device's own silence
+// after the request 4.010 ms. Back to back, the link also waits the silence before the request.
+TEST(BusMeter, TurnaroundIsTheRoundTripLessWireTimeSilencesAndHandover) {
+    const struct {
+        std::string name;
+        double previousEnd; // seconds before this read's start; negative: none
+        double handover;
+        double duration;
+        double expected;
+    } rows[] = {
+        {"first read", -1, 0, 0.050, 0.0265104},
+        {"back to back", 0, 0, 0.0540104, 0.0265104},
+        {"half the silence passed", 0.002, 0, 0.0520104, 0.0265104},
+        {"16 ms adapter", -1, 0.016, 0.066, 0.0265104},
+        {"faster than the wire", -1, 0, 0.010, 0.0},
+    };
+    for (const auto& row : rows) {
+        BusMeter meter(line9600, row.handover, {});
+        const Time start = at(10);
+        if (row.previousEnd >= 0) {
+            meter.add(read(twoRegisters, 0.030, plus(start, -row.previousEnd), false));
+        }
+        meter.add(read(twoRegisters, row.duration, plus(start, row.duration)));
+        const auto units = meter.units();
+        ASSERT_EQ(units.size(), 1U) << row.name;
+        EXPECT_NEAR(units[0].turnaround.median, row.expected, 1e-6) << row.name;
+        EXPECT_DOUBLE_EQ(units[0].roundTrip.median, row.duration) << row.name;
+    }
+}
+
+TEST(BusMeter, OnlyAnsweredReadsAreMeasuredPerUnit) {
+    BusMeter meter(line9600, 0, {});
+    const ReadBlock unitThree{3, RegisterTable::inputRegister, 0, 1};
+    meter.add(read(twoRegisters, 1.0, at(1), false));
+    meter.add(read(unitThree, 0.030, at(2)));
+    meter.add(read(twoRegisters, 0.040, at(3)));
+    const auto units = meter.units();
+    ASSERT_EQ(units.size(), 2U);
+    EXPECT_EQ(units[0].unit, 1);
+    EXPECT_EQ(units[0].answers, 1);
+    EXPECT_DOUBLE_EQ(units[0].roundTrip.p99, 0.040);
+    EXPECT_EQ(units[1].unit, 3);
+}
+
+// Slow answers from long ago leave the window; the count of answers keeps them.
+TEST(BusMeter, KeepsOnlyTheRecentAnswers) {
+    std::vector<double> roundTrips(10, 0.900);
+    roundTrips.resize(10 + BusMeter::recentAnswers, 0.020);
+    const auto units = metered(roundTrips).units();
+    ASSERT_EQ(units.size(), 1U);
+    EXPECT_EQ(units[0].answers, static_cast<std::int64_t>(roundTrips.size()));
+    EXPECT_EQ(units[0].roundTrip, (BusMeter::Spread{0.020, 0.020}));
+}
+
+TEST(BusMeter, IntervalRunsBetweenTheEndsOfAPollsRecentCycles) {
+    const Uuid poll = Uuid::random();
+    const ReadBlock first{1, RegisterTable::holdingRegister, 0, 2};
+    const ReadBlock last{1, RegisterTable::inputRegister, 0, 1};
+    const std::vector<PollPlan> plans{{poll, 1.0, {first, last}, {}}};
+    BusMeter meter(line9600, 0, plans);
+    meter.add(read(first, 0.02, at(0.5), true, poll));
+    meter.add(read(last, 0.02, at(1.0), true, poll));
+    EXPECT_FALSE(meter.interval(poll).has_value());
+    // A failed read ends its cycle too; a block read in parts ends it when its parts are read.
+    meter.add(read(last, 1.0, at(2.0), false, poll));
+    meter.add({PollerEvent::PartsRead{poll, last}, at(3.3)});
+    ASSERT_TRUE(meter.interval(poll).has_value());
+    EXPECT_NEAR(*meter.interval(poll), 1.15, 1e-9);
+    EXPECT_FALSE(meter.interval(Uuid::random()).has_value());
+
+    for (std::size_t cycle = 0; cycle < BusMeter::recentCycles; ++cycle) {
+        meter.add(read(last, 0.02, at(10.0 + 0.5 * static_cast<double>(cycle)), true, poll));
+    }
+    EXPECT_NEAR(*meter.interval(poll), 0.5, 1e-9);
+}
+
+TEST(BusMeter, BusyShareCountsTimeOutsAndWrites) {
+    BusMeter meter(line9600, 0, {});
+    EXPECT_FALSE(meter.busyShare(at(1)).has_value());
+    meter.add({PollerEvent::Started{}, t0});
+    EXPECT_FALSE(meter.busyShare(t0).has_value());
+    meter.add(read(twoRegisters, 0.1, at(0.5)));
+    meter.add(read(twoRegisters, 1.0, at(2.0), false));
+    meter.add({PollerEvent::Wrote{Uuid::random(), 1, {}, {}, {}, 0.1}, at(2.5)});
+    ASSERT_TRUE(meter.busyShare(at(4)).has_value());
+    EXPECT_DOUBLE_EQ(*meter.busyShare(at(4)), 1.2 / 4);
+}
+
+} // namespace
+} // namespace kestrin
