@@ -34,10 +34,25 @@ bool noDeviceBehindGateway(std::uint8_t exception) {
            exception == ModbusException::gatewayTargetFailedToRespond;
 }
 
-// The answer of another unit, come after its time-out. It answers the table it was asked for,
-// which need not be the one asked now.
-std::optional<Answer> lateAnswerIn(ByteView frame, std::uint8_t asked) {
-    if (frame.size() < 2 || frame[0] == asked || !RTUFrame::unitRange.contains(frame[0])) {
+// What unit answered to a read of one value of table; nothing when the frame is garbled (a bad
+// CRC, another unit or function, a wrong length).
+std::optional<Result<ReadData, ResponseError>> readingIn(ByteView frame, std::uint8_t unit,
+                                                         RegisterTable table) {
+    const auto pdu = RTUFrame::parseResponse(frame, unit, table.readFunction().code());
+    if (!pdu) {
+        return std::nullopt;
+    }
+    auto data = PDU::parseRead(pdu.value(), table, 1);
+    if (!data && data.error().kind == ResponseError::Kind::malformed) {
+        return std::nullopt;
+    }
+    return data;
+}
+
+// The answer of a unit come after its time-out. It answers the table it was asked for, which need
+// not be the one asked now.
+std::optional<Answer> lateAnswerIn(ByteView frame) {
+    if (frame.size() < 2 || !RTUFrame::unitRange.contains(frame[0])) {
         return std::nullopt;
     }
     const auto found = std::ranges::find(probeOrder, frame[1] & 0x7F, [](RegisterTable candidate) {
@@ -46,17 +61,11 @@ std::optional<Answer> lateAnswerIn(ByteView frame, std::uint8_t asked) {
     if (found == probeOrder.end()) {
         return std::nullopt;
     }
-    const RegisterTable table = *found;
-    const auto pdu = RTUFrame::parseResponse(frame, frame[0], table.readFunction());
-    if (!pdu) {
+    const auto data = readingIn(frame, frame[0], *found);
+    if (!data || (!*data && noDeviceBehindGateway(data->error().code))) {
         return std::nullopt;
     }
-    const auto data = PDU::parseRead(pdu.value(), table, 1);
-    if (!data && (data.error().kind == ResponseError::Kind::malformed ||
-                  noDeviceBehindGateway(data.error().code))) {
-        return std::nullopt;
-    }
-    return Answer{frame[0], table, data ? std::nullopt : std::optional(data.error().code), true};
+    return Answer{frame[0], *found, *data ? std::nullopt : std::optional(data->error().code), true};
 }
 
 } // namespace
@@ -76,36 +85,34 @@ probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* 
     bool askedAgain = false;
     for (std::size_t index = 0; index < probeOrder.size();) {
         const RegisterTable table = probeOrder[index];
-        const Bytes request = PDU::read(table, 0, 1);
-        const auto frame = link.transact(RTUFrame::build(unit, request), true, timeout);
+        const auto frame =
+            link.transact(RTUFrame::build(unit, PDU::read(table, 0, 1)), true, timeout);
         if (!frame) {
             if (frame.error().is<SerialLinkError::Timeout>()) {
                 return proven;
             }
             return frame.error();
         }
-        const auto pdu = RTUFrame::parseResponse(frame.value(), unit, request[0]);
-        if (!pdu) {
+        const auto data = readingIn(frame.value(), unit, table);
+        if (!data) {
             // Its tail must not meet the next request.
             (void)link.restOfAnswer();
-            const auto late = lateAnswerIn(frame.value(), unit);
-            if (!late || askedAgain) {
-                return proven;
-            }
-            if (lateAnswers != nullptr) {
+            const auto late = lateAnswerIn(frame.value());
+            if (late && late->unit != unit && lateAnswers != nullptr) {
                 lateAnswers->push_back(*late);
+            }
+            // A slow unit's late answer came instead of this one's, or collided with it into
+            // garbage: its own answer may have been lost, so it is asked once more.
+            if (askedAgain) {
+                return proven;
             }
             askedAgain = true;
             continue;
         }
-        const auto data = PDU::parseRead(pdu.value(), table, 1);
-        if (data) {
+        if (*data) {
             return std::optional(Answer{unit, table, std::nullopt});
         }
-        if (data.error().kind == ResponseError::Kind::malformed) {
-            return proven;
-        }
-        const std::uint8_t exception = data.error().code;
+        const std::uint8_t exception = data->error().code;
         if (noDeviceBehindGateway(exception)) {
             return proven;
         }
@@ -119,6 +126,21 @@ probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* 
         ++index;
     }
     return proven;
+}
+
+Result<std::optional<Answer>, SerialLinkError> lateAnswer(SerialLink& link, double timeout) {
+    const auto frame = link.lateAnswer(timeout);
+    if (!frame) {
+        return frame.error();
+    }
+    auto late = lateAnswerIn(frame.value());
+    if (!late && !frame.value().empty()) {
+        // Its tail must not meet the next request.
+        if (auto rest = link.restOfAnswer(); !rest) {
+            return rest.error();
+        }
+    }
+    return late;
 }
 
 Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
@@ -135,6 +157,15 @@ Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
         }
         if (answer.value()) {
             step.push_back(*answer.value());
+        } else if (done == total) {
+            // No next unit's request gives the last one's late answer time to arrive.
+            const auto late = lateAnswer(link, timeout);
+            if (!late) {
+                return late.error();
+            }
+            if (late.value()) {
+                step.push_back(*late.value());
+            }
         }
         // A unit proven on time and then late to another table counts once.
         std::erase_if(step, [&](const Answer& found) {

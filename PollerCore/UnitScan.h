@@ -54,15 +54,21 @@ double silentUnitSeconds(const SerialConfiguration& serial, double timeout);
 
 // One unit: a read of one holding register at 0, and when the device does not know that
 // function (exception 01), coils, discrete inputs and input registers in turn. Any well-formed
-// answer proves a device; nothing when it stayed silent or answered garbage. An error only when
-// the link failed or was cancelled. The late answer of another unit that arrives instead goes to
-// lateAnswers, and the request is sent again, as its own answer may have been lost behind it.
+// answer proves a device; nothing when it stayed silent or answered garbage twice. An error only
+// when the link failed or was cancelled. The late answer of another unit that arrives instead
+// goes to lateAnswers. After garbage or a late answer the request is sent once more, as the
+// unit's own answer may have been lost behind or in a collision with a slow unit's.
 Result<std::optional<Answer>, SerialLinkError> probe(SerialLink& link, std::uint8_t unit,
                                                      double timeout,
                                                      std::vector<Answer>* lateAnswers = nullptr);
 
+// After the last probe of a scan, when no next request gives a slow unit's answer time to
+// arrive: waits out the link's late window of timeout for it.
+Result<std::optional<Answer>, SerialLinkError> lateAnswer(SerialLink& link, double timeout);
+
 // Every unit of units in order, with progress after each; the units that answered, or the
-// link's failure (Cancelled included), which ends the scan.
+// link's failure (Cancelled included), which ends the scan. A last unit that stayed silent is
+// given the late window to answer in.
 Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
                                                  const std::vector<std::uint8_t>& units,
                                                  double timeout, const ProgressCallback& progress);

@@ -26,6 +26,7 @@ namespace {
 
 using ChildProcess::SimulatorProcess;
 using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
 using Answer = UnitScan::Answer;
 using Table = RegisterTable;
 
@@ -146,8 +147,10 @@ ScriptedDevice::Script inTurn(std::vector<Bytes> replies) {
 }
 
 // Behind a gateway an absent unit answers 0A or 0B, which proves nothing there; a slow unit's
-// answer to FC03 that comes while the next unit is asked FC01 is still that unit's.
-TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
+// answer to FC03 that comes while the next unit is asked FC01 is still that unit's; garbage, as
+// when a slow unit's answer collides with the next one's, has the unit asked again; a slow last
+// unit is waited for (it answers 150 ms inside each side of the late window).
+TEST(ScriptedScan, TellsGatewayRefusalsGarbageAndLateAnswersApart) {
     struct Row {
         const char* name;
         std::vector<std::uint8_t> units;
@@ -170,11 +173,23 @@ TEST(ScriptedScan, TellsGatewayRefusalsAndLateAnswersToAnotherFunctionApart) {
                  frame(3, {0x03, 0x02, 0x00, 0x07}),
                  frame(4, {0x01, 0x01, 0x01})}),
          {{3, Table::holdingRegister, std::nullopt, true}, {4, Table::coil, std::nullopt}}},
+        {"garbled, then answered",
+         {3, 4},
+         inTurn({{},
+                 Bytes{0x04, 0x03, 0x02, 0x00, 0x07, 0x12, 0x34},
+                 frame(4, {0x03, 0x02, 0x00, 0x07})}),
+         {{4, Table::holdingRegister, std::nullopt}}},
+        {"slow last unit",
+         {1, 2},
+         [](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+             return {request.nth == 2 ? frame(2, {0x03, 0x02, 0x00, 0x07}) : Bytes{}, 450ms};
+         },
+         {{2, Table::holdingRegister, std::nullopt, true}}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         ScriptedDevice device(row.script);
-        const auto answers = UnitScan::run(*device.link(), row.units, 0.05, {});
+        const auto answers = UnitScan::run(*device.link(), row.units, 0.3, {});
         ASSERT_TRUE(answers);
         EXPECT_EQ(answers.value(), row.expected);
     }
