@@ -53,13 +53,20 @@ tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<st
         }
         return opened.error();
     }
+    // A late answer proves the device at this setting too; at the next one it would arrive
+    // as garbage, or be misread as an answer there.
+    const double wait = timeoutAt(serial, timeout);
     for (const std::uint8_t unit : units) {
-        auto answer = UnitScan::probe(link, unit, timeoutAt(serial, timeout));
+        std::vector<UnitScan::Answer> late;
+        auto answer = UnitScan::probe(link, unit, wait, &late);
+        if (answer && !late.empty()) {
+            return std::optional(late.front());
+        }
         if (!answer || answer.value()) {
             return answer;
         }
     }
-    return std::optional<UnitScan::Answer>();
+    return UnitScan::lateAnswer(link, wait);
 }
 
 } // namespace

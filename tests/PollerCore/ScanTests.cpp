@@ -211,6 +211,20 @@ TEST(ScriptedScan, AMapStopsWhenTheUnitFallsSilent) {
     EXPECT_EQ(map.value().requests, 9);
 }
 
+// A device that answers only after the time-out (150 ms inside each side of the late window) is
+// found at the setting it was asked at, not at the next one, whose request its answer would meet.
+TEST(SettingsSweep, FindsASlowDeviceAtTheSettingItWasAskedAt) {
+    ScriptedDevice device([](const ScriptedDevice::Request& request) {
+        return request.nth == 1 ? ScriptedDevice::Reply{frame(7, {0x03, 0x02, 0x00, 0x07}), 450ms}
+                                : ScriptedDevice::Reply{};
+    });
+    const auto found = SettingsSweep::run({device.path(), true}, {}, {7}, 0.3, {});
+    ASSERT_TRUE(found);
+    ASSERT_TRUE(found.value());
+    EXPECT_EQ(found.value()->serial.shortDescription(), "9600 8E1");
+    EXPECT_EQ(found.value()->answer, (Answer{7, Table::holdingRegister, std::nullopt, true}));
+}
+
 // Where a sweep stops is shown end to end by kestrin-cli scan --sweep.
 TEST(SettingsSweep, TriesTheCommonSettingsFirstEachOnceKeepingTheDirection) {
     SerialConfiguration base;
