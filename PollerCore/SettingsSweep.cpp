@@ -59,11 +59,11 @@ tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<st
     for (const std::uint8_t unit : units) {
         std::vector<UnitScan::Answer> late;
         auto answer = UnitScan::probe(link, unit, wait, &late);
-        if (answer && !late.empty()) {
-            return std::optional(late.front());
-        }
         if (!answer || answer.value()) {
             return answer;
+        }
+        if (!late.empty()) {
+            return std::optional(late.front());
         }
     }
     return UnitScan::lateAnswer(link, wait);

@@ -47,7 +47,8 @@ struct Progress {
 
 using ProgressCallback = std::function<void(const Progress&)>;
 
-// Tries each candidate of base on units until one answers. timeout, when given, replaces each
+// Tries each candidate of base on units until one answers, in time or late (within twice its
+// time-out, then marked late: polls need a longer time-out). timeout, when given, replaces each
 // setting's UnitScan::defaultTimeout. A rate the adapter refuses is passed over; any other
 // failure to open or use the port ends the sweep.
 Result<std::optional<Found>, SerialLinkError> run(const Line& line, const SerialConfiguration& base,
