@@ -3,8 +3,8 @@
 #include "JsonLines.h"
 #include "L10n.h"
 #include "NumberText.h"
-#include "PortHolders.h"
 #include "PortScanner.h"
+#include "PortTrouble.h"
 
 #include <array>
 #include <cerrno>
@@ -91,12 +91,12 @@ std::string accessText(const SerialPortInfo& port, const Details& details) {
         SerialLinkError{SerialLinkError::OpenFailed{port.path, EACCES, details.access}});
 }
 
-std::string holderText(const std::optional<SerialLinkError::PortHolder>& holder) {
-    if (!holder) {
+// The sentence an open of the held port gives, with its advice, as the access line does.
+std::string holderText(const Details& details) {
+    if (!details.busy.holder) {
         return "nobody";
     }
-    return (holder->probable ? "probably " : "") + holder->program + " (process " +
-           std::to_string(holder->pid) + ")";
+    return L10n::Errors::describe(SerialLinkError{details.busy});
 }
 
 std::string latencyText(const SerialPortInfo& port, const Details& details) {
@@ -146,10 +146,11 @@ void addDetails(nlohmann::json& object, const Details& details) {
                                ? nlohmann::json(membershipName(details.access->membership))
                                : nlohmann::json();
     object["can-open"] = details.canOpen;
-    object["holder"] = details.holder ? nlohmann::json{{"program", details.holder->program},
-                                                       {"pid", details.holder->pid},
-                                                       {"probable", details.holder->probable}}
-                                      : nlohmann::json();
+    const auto& holder = details.busy.holder;
+    object["holder"] = holder ? nlohmann::json{{"program", holder->program},
+                                               {"pid", holder->pid},
+                                               {"probable", holder->probable}}
+                              : nlohmann::json();
     object["latency-timer-ms"] =
         details.latency ? nlohmann::json(details.latency->milliseconds) : nlohmann::json();
     object["latency-timer-writable"] =
@@ -178,13 +179,15 @@ Details details(const SerialPortInfo& port, const System& system) {
     found.access = PortAccess::facts(port.path, system.login, system.root);
     const std::string located = system.root.located(port.path).string();
     found.canOpen = ::access(located.c_str(), R_OK | W_OK) == 0;
-    found.holder = PortHolders::holder(port.path, system.root);
+    SerialLinkError busy{SerialLinkError::Busy{port.path}};
+    PortTrouble::explain(busy, system.root, system.login);
+    found.busy = std::get<SerialLinkError::Busy>(busy.value);
     found.latency = AdapterFacts::latencyTimer(port.path, system.root);
     // USB serial drivers have no kernel RS-485 mode, and opening a USB adapter raises DTR, which
     // resets many boards; a held port is not ours to open.
     if (port.isUSB()) {
         found.rs485 = RS485Mode::Support::no;
-    } else if (!found.holder && found.canOpen) {
+    } else if (!found.busy.holder && found.canOpen) {
         found.rs485 = RS485Mode::probe(located, system.terminal);
     }
     return found;
@@ -205,7 +208,7 @@ std::string verboseText(const SerialPortInfo& port, const Details& details) {
     fact("USB:       ", usbText(port));
     fact("group:     ", details.access ? groupText(*details.access) : "unknown");
     fact("access:    ", accessText(port, details));
-    fact("held by:   ", holderText(details.holder));
+    fact("held by:   ", holderText(details));
     fact("latency:   ", latencyText(port, details));
     if (details.latency && details.latency->milliseconds > 1) {
         fact("udev rule: ", AdapterFacts::latencyUdevRule() + "  (in " +

@@ -41,7 +41,8 @@ struct Details {
     std::optional<std::string> driver;
     std::optional<SerialLinkError::PortAccess> access;
     bool canOpen = false;
-    std::optional<SerialLinkError::PortHolder> holder;
+    // Who holds the port, as an open it refused would name it.
+    SerialLinkError::Busy busy;
     std::optional<AdapterFacts::LatencyTimer> latency;
     RS485Mode::Support rs485 = RS485Mode::Support::unknown;
 };

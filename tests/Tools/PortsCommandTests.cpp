@@ -1,4 +1,5 @@
 #include "../ModbusSerial/FakeSystemTree.h"
+#include "LanguageForTesting.h"
 #include "PortsCommand.h"
 
 #include <sstream>
@@ -36,7 +37,8 @@ TEST(PortsCommand, VerboseNamesWhatStandsBetweenTheUserAndTheAdapter) {
     FakeSystemTree tree;
     const SerialPortInfo port = ftdiAdapter(tree);
     std::ostringstream out;
-    PortsCommand::list({port}, {.verbose = true}, systemOf(tree), out);
+    L10n::withLanguageForTesting(
+        Language::en, [&] { PortsCommand::list({port}, {.verbose = true}, systemOf(tree), out); });
     EXPECT_EQ(out.str(),
               "/dev/ttyUSB0\tUSB serial (FTDI FT232R)\n"
               "  by-id:     /dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A10K3ZX-if00-port0\n"
@@ -46,7 +48,11 @@ TEST(PortsCommand, VerboseNamesWhatStandsBetweenTheUserAndTheAdapter) {
               "on\n"
               // The tests run as root, whom access() never refuses.
               "  access:    this user can open it\n"
-              "  held by:   ModemManager (process 812)\n"
+              // The refusal's sentence, as an open would give it.
+              "  held by:   /dev/ttyUSB0 is in use by ModemManager (process 812). ModemManager "
+              "probes new serial adapters for modems: stop it with sudo systemctl stop "
+              "ModemManager, or keep it off this adapter with a udev rule that sets "
+              "ENV{ID_MM_DEVICE_IGNORE}=\"1\".\n"
               "  latency:   16 ms; every answer waits that long in the adapter. Kestrin asks the "
               "driver for 1 ms while it reads; for every program: echo 1 | sudo tee "
               "/sys/bus/usb-serial/devices/ttyUSB0/latency_timer\n"
