@@ -1,7 +1,6 @@
 #include "ScanCommand.h"
 
 #include "CliOptions.h"
-#include "JsonLines.h"
 #include "L10n.h"
 #include "RTUFrame.h"
 #include "RegisterMap.h"
@@ -10,6 +9,7 @@
 #include "SettingsSweep.h"
 #include "StopSignals.h"
 #include "UnitScan.h"
+#include "UnitScanReport.h"
 #include "WakeSignal.h"
 
 #include <array>
@@ -243,37 +243,6 @@ private:
     bool shown_;
 };
 
-int functionOf(const UnitScan::Answer& answer) {
-    return answer.table.readFunction();
-}
-
-// "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03"; a slow device's line
-// says so, as its polls need a longer time-out.
-std::string answerText(const UnitScan::Answer& answer) {
-    const std::string unit = "Unit " + std::to_string(answer.unit) + ": ";
-    const std::string function = "FC" + L10n::hexByte(answer.table.readFunction().code());
-    const std::string late = answer.late ? ", after the time-out" : "";
-    if (answer.exception) {
-        return unit + "exception " + L10n::hexByte(*answer.exception) + " to " + function + late;
-    }
-    return unit + std::string(RegisterMapReport::tableWords(answer.table)) + " (" + function + ")" +
-           late;
-}
-
-nlohmann::json answerJson(const UnitScan::Answer& answer) {
-    nlohmann::json object{{"unit", answer.unit},
-                          {"table", std::string(answer.table.code())},
-                          {"function", functionOf(answer)},
-                          {"status", answer.exception ? "exception" : "ok"}};
-    if (answer.exception) {
-        object["exception"] = *answer.exception;
-    }
-    if (answer.late) {
-        object["late"] = true;
-    }
-    return object;
-}
-
 ExitCode portFailed(const SerialLinkError& error, std::ostream& err) {
     if (error.is<SerialLinkError::Cancelled>()) {
         return ExitCode::requestFailed;
@@ -310,11 +279,7 @@ ExitCode scanUnits(const ScanOptions& options, std::ostream& out, std::ostream& 
             for (const UnitScan::Answer& answer : progress.answers) {
                 anyAnswered = true;
                 progressLine.clear();
-                if (options.json) {
-                    JsonLines::print(answerJson(answer), out);
-                } else {
-                    out << answerText(answer) << '\n' << std::flush;
-                }
+                UnitScanReport::print(answer, options.json, out);
             }
             progressLine.show(L10n::texts().scan.unitProgress, progress.done, progress.total,
                               progress.remainingSeconds);
@@ -347,16 +312,7 @@ ExitCode sweep(const ScanOptions& options, std::ostream& out, std::ostream& err)
         err << L10n::texts().scan.noSettingsAnswered() << '\n';
         return ExitCode::requestFailed;
     }
-    const SettingsSweep::Found& found = *swept.value();
-    if (options.json) {
-        nlohmann::json object = answerJson(found.answer);
-        object["baud"] = found.serial.baudRate;
-        object["frame"] = found.serial.frameDescription();
-        JsonLines::print(object, out);
-    } else {
-        out << found.serial.shortDescription() << ": unit " << int(found.answer.unit)
-            << " answers\n";
-    }
+    UnitScanReport::print(*swept.value(), options.json, out);
     return ExitCode::success;
 }
 
