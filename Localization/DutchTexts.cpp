@@ -581,6 +581,9 @@ constexpr Texts dutch{
                 return concat("Verzoek ", requests, ", nog minstens ", seconds, " s");
             },
         .noAddressFound = "De unit antwoordt, maar geen enkel adres van het bereik bestaat.",
+        .csvNeedsQt = "Deze kestrin-cli is zonder Qt gebouwd en kan daarom geen "
+                      "datapuntenlijst schrijven: laat --csv weg of gebruik een kestrin-cli die "
+                      "met Qt is gebouwd.",
     },
 };
 } // namespace

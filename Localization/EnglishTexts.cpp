@@ -559,6 +559,8 @@ constexpr Texts english{
                 return concat("Request ", requests, ", at least ", seconds, " s left");
             },
         .noAddressFound = "The unit answers, but no address of the range exists.",
+        .csvNeedsQt = "This kestrin-cli was built without Qt, so it cannot write a datapoint "
+                      "list: leave out --csv, or use a kestrin-cli built with Qt.",
     },
 };
 } // namespace

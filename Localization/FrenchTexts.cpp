@@ -602,6 +602,9 @@ constexpr Texts french{
                 return concat("Requête ", requests, ", encore au moins ", seconds, " s");
             },
         .noAddressFound = "L'esclave répond, mais aucune adresse de la plage n'existe.",
+        .csvNeedsQt = "Ce kestrin-cli a été construit sans Qt et ne peut donc pas écrire de "
+                      "liste de points de données : omettez --csv ou utilisez un kestrin-cli "
+                      "construit avec Qt.",
     },
 };
 } // namespace

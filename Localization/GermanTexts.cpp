@@ -608,6 +608,9 @@ constexpr Texts german{
                 return concat("Anfrage ", requests, ", noch mindestens ", seconds, " s");
             },
         .noAddressFound = "Das Gerät antwortet, aber keine Adresse des Bereichs ist vorhanden.",
+        .csvNeedsQt = "Dieses kestrin-cli wurde ohne Qt gebaut und kann daher keine "
+                      "Datenpunktliste schreiben: Lassen Sie --csv weg oder verwenden Sie ein mit "
+                      "Qt gebautes kestrin-cli.",
     },
 };
 } // namespace

@@ -586,6 +586,8 @@ constexpr Texts spanish{
                 return concat("Petición ", requests, ", quedan al menos ", seconds, " s");
             },
         .noAddressFound = "El esclavo responde, pero no existe ninguna dirección del rango.",
+        .csvNeedsQt = "Este kestrin-cli se compiló sin Qt, así que no puede escribir una lista "
+                      "de puntos de datos: omita --csv o use un kestrin-cli compilado con Qt.",
     },
 };
 } // namespace

@@ -527,7 +527,8 @@ struct Texts {
     X(Literal, noUnitAnswered)                                                                     \
     X(Literal, noSettingsAnswered)                                                                 \
     X(OfTwoNumbers, mapProgress) /* (requests sent, seconds left at least) */                      \
-    X(Literal, noAddressFound)
+    X(Literal, noAddressFound)                                                                     \
+    X(Literal, csvNeedsQt) /* --csv asked of a kestrin-cli built without Qt */
         KESTRIN_TEXT_GROUP(KESTRIN_SCAN_TEXTS_KEYS)
     };
 

@@ -93,7 +93,7 @@ Result<void, std::string> writeCsv(const RegisterMap& map, const std::string& pa
     // way to replace a file whole or not at all, and a half-written list would import wrong.
     (void)path;
     (void)text;
-    return L10n::texts().errors.saveFailed("this kestrin-cli was built without the application");
+    return L10n::texts().scan.csvNeedsQt();
 #endif
 }
 

@@ -141,6 +141,12 @@ Result<void, std::string> checkRegisters(const Parsed& parsed, ScanOptions& resu
         result.range = {*first, *last};
     }
     result.csv = parsed.value("csv");
+#if !KESTRIN_HAS_POLL
+    // Refused before the scan rather than after a map of many minutes that cannot be written.
+    if (result.csv) {
+        return L10n::texts().scan.csvNeedsQt();
+    }
+#endif
     return {};
 }
 
