@@ -143,6 +143,11 @@ public:
     const History& history() const noexcept { return history_; }
     const std::map<Uuid, PendingWrite>& pendingWrites() const noexcept { return pendingWrites_; }
     bool isEngineHeld() const noexcept { return engine_ != nullptr; }
+    // While another part of the program (a bus scan) has the selected port open, start does
+    // nothing: the port takes one user at a time.
+    void setPortLent(bool lent) noexcept { portLent_ = lent; }
+    bool isPortLent() const noexcept { return portLent_; }
+    bool selectedPortIsTestDevice() const { return isTestDevice(selectedPath_); }
 
     // Why reading cannot start: the chosen port is not present (or none is chosen), or no enabled
     // poll has datapoints.
@@ -358,6 +363,7 @@ private:
     std::optional<std::set<std::string>> knownPaths_;
     std::map<Uuid, PendingWrite> pendingWrites_;
     int consecutiveFailures_ = 0;
+    bool portLent_ = false;
     bool noResponseHintDismissed_ = false;
     QTimer autosaveTimer_;
     QTimer publicationTimer_;

@@ -74,7 +74,7 @@ bool PollerModel::startEngine() {
 }
 
 void PollerModel::start() {
-    if (state_ != PollerState::stopped || engine_) {
+    if (state_ != PollerState::stopped || engine_ || portLent_) {
         return;
     }
     if (selectedPath_.empty()) {
