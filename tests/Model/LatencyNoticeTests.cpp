@@ -12,7 +12,7 @@ namespace {
 class LatencyNoticeTest : public ModelFixture {
 protected:
     FakeSystemTree tree;
-    SimulatorProcess device{simulatorCommand()};
+    SimulatorProcess device{ChildProcess::sim()};
     const std::string timer = AdapterFacts::latencyAttribute("ttyUSB0");
 
     void SetUp() override {

@@ -25,12 +25,6 @@ using Testing::holding;
 using Testing::poll;
 using Testing::project;
 
-// The command that starts the built simulator with these options.
-inline std::vector<std::string> simulatorCommand(std::vector<std::string> options = {}) {
-    options.insert(options.begin(), KESTRIN_SIM);
-    return options;
-}
-
 inline Bytes readRequest(const ReadBlock& block) {
     return RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count));
 }
@@ -119,7 +113,7 @@ protected:
         const std::string path = file("served.json").toStdString();
         std::ofstream(path) << served.encoded();
         options.insert(options.begin(), {"--project", path, "--ledger", ledgerPath()});
-        auto simulator = std::make_unique<SimulatorProcess>(simulatorCommand(std::move(options)));
+        auto simulator = std::make_unique<SimulatorProcess>(ChildProcess::sim(std::move(options)));
         EXPECT_FALSE(simulator->port().empty());
         return simulator;
     }
@@ -145,7 +139,7 @@ protected:
 // Reading with an engine that reads nothing: Level and Flow are HR 100 and 101 of unit 1.
 class QuietReading : public ModelFixture {
 protected:
-    SimulatorProcess device{simulatorCommand()};
+    SimulatorProcess device{ChildProcess::sim()};
     Datapoint level = holding("Level", 100);
     Datapoint flow = holding("Flow", 101);
     ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};

@@ -23,7 +23,7 @@ TEST_F(PollerModelStart, NeedsAPortThatOpensRunsOnStartedIgnoresASecondStartAndS
     EXPECT_NE(model->errorMessage().value_or("").find(missing), std::string::npos);
     EXPECT_FALSE(model->isEngineHeld());
 
-    SimulatorProcess device{simulatorCommand()};
+    SimulatorProcess device{ChildProcess::sim()};
     model->addTestDevice(device.port(), "quiet");
     model->start();
     EXPECT_TRUE(model->isEngineHeld());

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <string>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 namespace kestrin::ChildProcess {
@@ -12,6 +13,29 @@ namespace kestrin::ChildProcess {
 
 // The given arguments followed by the words of line; no word of a test's line holds a space.
 std::vector<std::string> command(std::vector<std::string> arguments, const std::string& line);
+
+// The built tools, then arguments and the words of line. A test target that runs a tool names its
+// path in KESTRIN_SIM_PATH or KESTRIN_CLI_PATH.
+#ifdef KESTRIN_SIM_PATH
+inline std::vector<std::string> sim(std::vector<std::string> arguments = {},
+                                    const std::string& line = "") {
+    arguments.insert(arguments.begin(), KESTRIN_SIM_PATH);
+    return command(std::move(arguments), line);
+}
+#endif
+#ifdef KESTRIN_CLI_PATH
+inline std::vector<std::string> cli(std::vector<std::string> arguments,
+                                    const std::string& line = "") {
+    arguments.insert(arguments.begin(), KESTRIN_CLI_PATH);
+    return command(std::move(arguments), line);
+}
+
+// kestrin-cli's command name on port as a test device, then the words of line.
+inline std::vector<std::string> cliOn(const std::string& port, const std::string& name,
+                                      const std::string& line) {
+    return cli({name, "--port", port, "--test-device"}, line);
+}
+#endif
 
 struct ProcessResult {
     int exitCode = -1; // -1 when the child did not exit normally

@@ -25,24 +25,20 @@ namespace {
 using ChildProcess::ProcessResult;
 using ChildProcess::SimulatorProcess;
 
-const std::string cliPath = KESTRIN_CLI_PATH;
-const std::string simPath = KESTRIN_SIM_PATH;
 // Every data type in every word order, bits, input registers and free registers to write.
 const std::string everyType = std::string(KESTRIN_TOOLS_FIXTURES) + "/every-type.csv";
 
 std::vector<std::string> simulatorArguments(const std::string& extra = "") {
-    return ChildProcess::command({simPath, "--csv", everyType, "--baud", "9600", "--frame", "8E1"},
-                                 extra);
+    return ChildProcess::sim({"--csv", everyType, "--baud", "9600", "--frame", "8E1"}, extra);
 }
 
 // The command on the simulator's port as a test device. The time-out is generous so that a
 // loaded machine does not fail a test that should pass.
 ProcessResult cli(const SimulatorProcess& simulator, const std::string& command) {
     const std::size_t name = command.find(' ');
-    return ChildProcess::run(ChildProcess::command(
-        {cliPath, command.substr(0, name), "--port", simulator.port(), "--test-device", "--baud",
-         "9600", "--frame", "8E1", "--timeout-ms", "3000"},
-        command.substr(name + 1)));
+    return ChildProcess::run(ChildProcess::cliOn(simulator.port(), command.substr(0, name),
+                                                 "--baud 9600 --frame 8E1 --timeout-ms 3000 " +
+                                                     command.substr(name + 1)));
 }
 
 // The last frame in a simulator's ledger; empty when there is none.
@@ -172,8 +168,8 @@ TEST(CliEndToEnd, ReadsACountOfValuesInAsFewRequestsAsTheLimitAllows) {
                  << ",\n";
         }
     }
-    const SimulatorProcess simulator(ChildProcess::command(
-        {simPath, "--csv", base + ".csv", "--ledger", base + ".jsonl"}, "--baud 9600 --frame 8E1"));
+    const SimulatorProcess simulator(ChildProcess::sim(
+        {"--csv", base + ".csv", "--ledger", base + ".jsonl"}, "--baud 9600 --frame 8E1"));
     ASSERT_FALSE(simulator.port().empty());
     const ProcessResult json = cli(simulator, "read --table HR --address 0 --count 130 --json");
     EXPECT_EQ(json.exitCode, 0) << json.err;
@@ -215,9 +211,9 @@ TEST(CliEndToEnd, RepeatsAReadEveryIntervalForTheCyclesAskedFor) {
 TEST(CliEndToEnd, ARepeatedReadHoldsItsPortUntilItEnds) {
     const SimulatorProcess simulator(simulatorArguments());
     ASSERT_FALSE(simulator.port().empty());
-    ChildProcess::RunningProcess repeating(ChildProcess::command(
-        {cliPath, "read", "--port", simulator.port(), "--test-device", "--timeout-ms", "3000"},
-        "--table HR --address 0 --interval 50 --cycles 40"));
+    ChildProcess::RunningProcess repeating(
+        ChildProcess::cliOn(simulator.port(), "read",
+                            "--timeout-ms 3000 --table HR --address 0 --interval 50 --cycles 40"));
     ASSERT_TRUE(repeating.waitForOutput("4660\n"));
     const ProcessResult refused = cli(simulator, "read --table HR --address 0");
     EXPECT_EQ(refused.exitCode, 3);
@@ -228,8 +224,8 @@ TEST(CliEndToEnd, ARepeatedReadHoldsItsPortUntilItEnds) {
 
 // A port without a name of its own is its path alone, in text and as JSON alike.
 TEST(CliEndToEnd, ListsPortsAsTextAndAsJsonAlike) {
-    const ProcessResult text = ChildProcess::run({cliPath, "ports"});
-    const ProcessResult json = ChildProcess::run({cliPath, "ports", "--json"});
+    const ProcessResult text = ChildProcess::run(ChildProcess::cli({"ports"}));
+    const ProcessResult json = ChildProcess::run(ChildProcess::cli({"ports", "--json"}));
     ASSERT_EQ(text.exitCode, 0);
     ASSERT_EQ(json.exitCode, 0);
     std::istringstream textLines(text.out);
@@ -319,8 +315,7 @@ TEST(CliEndToEnd, RefusesABadCommandLineWithTwoAndAPortItCannotUseWithThree) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.command);
-        const ProcessResult result =
-            ChildProcess::run(ChildProcess::command({cliPath}, row.command));
+        const ProcessResult result = ChildProcess::run(ChildProcess::cli({}, row.command));
         EXPECT_EQ(result.exitCode, row.exitCode);
         EXPECT_EQ(result.out, "");
         if (row.message.empty()) {
@@ -339,12 +334,12 @@ TEST(CliEndToEnd, AnswersHelpAndVersionOnStandardOutputWithZero) {
         std::string begins;
         std::string holds; // an option of this command's own
     } rows[] = {
-        {{cliPath, "--help"}, "Usage:\n  kestrin-cli read", "--version"},
-        {{cliPath, "read", "--help"}, "Usage: kestrin-cli read", "--eu TEXT"},
-        {{cliPath, "poll", "--help"}, "Usage: kestrin-cli poll", "--no-timestamps"},
-        {{cliPath, "--version"}, "kestrin-cli" + version, ""},
-        {{simPath, "--help"}, "Usage: kestrin-sim", "--fault LIST"},
-        {{simPath, "--version"}, "kestrin-sim" + version, ""},
+        {ChildProcess::cli({"--help"}), "Usage:\n  kestrin-cli read", "--version"},
+        {ChildProcess::cli({"read", "--help"}), "Usage: kestrin-cli read", "--eu TEXT"},
+        {ChildProcess::cli({"poll", "--help"}), "Usage: kestrin-cli poll", "--no-timestamps"},
+        {ChildProcess::cli({"--version"}), "kestrin-cli" + version, ""},
+        {ChildProcess::sim({"--help"}), "Usage: kestrin-sim", "--fault LIST"},
+        {ChildProcess::sim({"--version"}), "kestrin-sim" + version, ""},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.command.back());

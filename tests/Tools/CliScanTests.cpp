@@ -18,9 +18,6 @@ namespace {
 using ChildProcess::ProcessResult;
 using ChildProcess::SimulatorProcess;
 
-const std::string cliPath = KESTRIN_CLI_PATH;
-const std::string simPath = KESTRIN_SIM_PATH;
-
 struct ScanRow {
     std::string options;
     int exitCode;
@@ -38,14 +35,13 @@ protected:
     void TearDown() override { std::remove(list.c_str()); }
 
     std::vector<std::string> simulatorServing(const std::string& options) const {
-        return ChildProcess::command({simPath, "--csv", list, "--refuse-missing-tables"}, options);
+        return ChildProcess::sim({"--csv", list, "--refuse-missing-tables"}, options);
     }
 
     // scan on the simulator's port; the time-out is short because most units stay silent.
     static ProcessResult scan(const SimulatorProcess& simulator, const std::string& options) {
-        return ChildProcess::run(ChildProcess::command(
-            {cliPath, "scan", "--port", simulator.port(), "--test-device", "--timeout-ms", "100"},
-            options));
+        return ChildProcess::run(
+            ChildProcess::cliOn(simulator.port(), "scan", "--timeout-ms 100 " + options));
     }
 
     // Each scan of rows on the simulator gives exactly that exit status and output.
@@ -157,8 +153,7 @@ TEST(CliScanOptions, RefusesABadLineWithTwoAndAPortItCannotOpenWithThree) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.options);
-        const ProcessResult result =
-            ChildProcess::run(ChildProcess::command({cliPath, "scan"}, row.options));
+        const ProcessResult result = ChildProcess::run(ChildProcess::cli({"scan"}, row.options));
         EXPECT_EQ(result.exitCode, row.exitCode);
         EXPECT_EQ(result.out, "");
         if (!row.err.empty()) {

@@ -304,9 +304,8 @@ TEST(Simulator, RefusesBadOptionValuesWithUsage) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.message);
-        std::vector<std::string> arguments{KESTRIN_SIM_PATH};
-        arguments.insert(arguments.end(), row.options.begin(), row.options.end());
-        const ChildProcess::ProcessResult result = ChildProcess::run(arguments);
+        const ChildProcess::ProcessResult result =
+            ChildProcess::run(ChildProcess::sim(row.options));
         EXPECT_EQ(result.exitCode, 2);
         EXPECT_TRUE(result.err.starts_with("kestrin-sim: " + row.message + "\n")) << result.err;
         EXPECT_EQ(result.out, "");

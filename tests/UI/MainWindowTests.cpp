@@ -20,7 +20,7 @@ namespace {
 
 // Which situations allow a start is the model's rule; here only that the window follows it.
 TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsAgain) {
-    SimulatorProcess simulator(simulatorCommand());
+    SimulatorProcess simulator(ChildProcess::sim());
     ASSERT_FALSE(simulator.port().empty());
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
@@ -89,7 +89,8 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheM
               "New Project Ctrl+N, Open Project… Ctrl+O, Save Project As… Ctrl+Shift+S, "
               "Save Log… Ctrl+S, Import Datapoints (CSV)… Ctrl+Shift+I, "
               "Export Datapoints (CSV)… Ctrl+Shift+E, Quit Ctrl+Q, Start Ctrl+R, New Poll Ctrl+T, "
-              "Datapoint Ctrl+Shift+D, Export History (CSV)…, Clear Log Ctrl+K, Autoscroll, "
+              "Datapoint Ctrl+Shift+D, Find Devices…, Export History (CSV)…, Clear Log Ctrl+K, "
+              "Autoscroll, "
               "Timestamps, Show raw RTU frames, Log only errors and writes, Kestrin Help F1");
 
     ASSERT_NE(timestamps, nullptr);

@@ -319,7 +319,7 @@ TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorChangesIt) {
 }
 
 TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
-    SimulatorProcess simulator(simulatorCommand());
+    SimulatorProcess simulator(ChildProcess::sim());
     ASSERT_FALSE(simulator.port().empty());
     PollerProject project = PollerProject::firstRun();
     Poll served = project.polls.front();

@@ -1,6 +1,5 @@
 #pragma once
 
-#define KESTRIN_SIM KESTRIN_SIM_PATH
 #include "L10n.h"
 #include "LanguageForTesting.h"
 #include "LogPalette.h"
@@ -121,7 +120,6 @@ inline void answerQuestion(const QString& name, const QString& choice,
 namespace kestrin::UITesting {
 
 using namespace std::chrono_literals;
-using ModelTesting::simulatorCommand;
 using ModelTesting::SimulatorProcess;
 using ModelTesting::waitUntil;
 using Testing::datapoint;
