@@ -551,6 +551,12 @@ constexpr Texts dutch{
         .readInParts = [](std::string_view range) { return concat(range, " in delen gelezen"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("het apparaat weigerde ", addresses); },
+        .rs485DelaysLimited =
+            [](int ms) {
+                return concat("RS-485-wachttijden van het project boven ", ms,
+                              " ms zijn ingekort tot ", ms,
+                              " ms, het maximum dat de kernel aanneemt.");
+            },
     },
     .example =
         {

@@ -531,6 +531,11 @@ constexpr Texts english{
         .readInParts = [](std::string_view range) { return concat(range, " read in parts"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("the device refused ", addresses); },
+        .rs485DelaysLimited =
+            [](int ms) {
+                return concat("The project's RS-485 delays above ", ms, " ms were shortened to ",
+                              ms, " ms, the longest the kernel takes.");
+            },
     },
     .example =
         {

@@ -573,6 +573,12 @@ constexpr Texts french{
             [](std::string_view range) { return concat(range, " lu en plusieurs parties"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("l'appareil a refusé ", addresses); },
+        .rs485DelaysLimited =
+            [](int ms) {
+                return concat("Les délais RS-485 du projet au-delà de ", ms,
+                              " ms ont été ramenés à ", ms,
+                              " ms, le maximum accepté par le noyau.");
+            },
     },
     .example =
         {

@@ -579,6 +579,11 @@ constexpr Texts german{
             [](std::string_view addresses) {
                 return concat("das Gerät lehnte ", addresses, " ab");
             },
+        .rs485DelaysLimited =
+            [](int ms) {
+                return concat("RS-485-Wartezeiten des Projekts über ", ms, " ms wurden auf ", ms,
+                              " ms gekürzt, die längste, die der Kernel annimmt.");
+            },
     },
     .example =
         {

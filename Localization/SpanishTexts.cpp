@@ -557,6 +557,11 @@ constexpr Texts spanish{
         .readInParts = [](std::string_view range) { return concat(range, " leído por partes"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("el dispositivo rechazó ", addresses); },
+        .rs485DelaysLimited =
+            [](int ms) {
+                return concat("Las esperas RS-485 del proyecto de más de ", ms,
+                              " ms se han reducido a ", ms, " ms, el máximo que admite el kernel.");
+            },
     },
     .example =
         {

@@ -501,8 +501,9 @@ struct Texts {
     X(Literal, serialRestored)                                                                     \
     X(OfText, serialRestoredAt) /* (the new port path) */                                          \
     X(Literal, lateAnswer)                                                                         \
-    X(OfText, readInParts)      /* (the refused block, "HR 0–10") */                             \
-    X(OfText, refusedAddresses) /* (the refused addresses, "5, 9–10") */
+    X(OfText, readInParts)          /* (the refused block, "HR 0–10") */                         \
+    X(OfText, refusedAddresses)     /* (the refused addresses, "5, 9–10") */                     \
+    X(OfNumber, rs485DelaysLimited) /* (the longest delay the kernel takes, in ms) */
         KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
     };
 

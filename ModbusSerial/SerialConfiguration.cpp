@@ -4,6 +4,7 @@
 #include "SerialTiming.h"
 #include "Text.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -53,6 +54,13 @@ std::optional<SerialConfiguration> SerialConfiguration::withFrame(std::string_vi
     return result;
 }
 
+RS485Direction RS485Direction::limited() const noexcept {
+    RS485Direction result = *this;
+    result.delayBeforeSendMs = std::min(delayBeforeSendMs, longestDelayMs);
+    result.delayAfterSendMs = std::min(delayAfterSendMs, longestDelayMs);
+    return result;
+}
+
 namespace {
 
 constexpr std::string_view rtsHigh = "high";
@@ -73,8 +81,9 @@ Result<RS485Direction, JSONValue::Error> rs485FromJSON(const nlohmann::json& obj
     RS485Direction direction{.rtsHighWhileSending = level.value() == rtsHigh};
     for (auto [key, field] : {std::pair{"delayBeforeSendMs", &RS485Direction::delayBeforeSendMs},
                               std::pair{"delayAfterSendMs", &RS485Direction::delayAfterSendMs}}) {
+        // A longer delay is read as it stands; whoever takes the project cuts it and says so.
         const auto value = JSONValue::required(
-            JSONValue::integer(object, key, 0, RS485Direction::longestDelayMs), key);
+            JSONValue::integer(object, key, 0, std::numeric_limits<int>::max()), key);
         if (!value) {
             return value.error();
         }

@@ -26,6 +26,9 @@ struct RS485Direction {
     // without saying so.
     static constexpr int longestDelayMs = 100;
 
+    // Each delay cut to longestDelayMs, as the kernel would cut it.
+    RS485Direction limited() const noexcept;
+
     friend bool operator==(const RS485Direction&, const RS485Direction&) = default;
 };
 
@@ -60,7 +63,8 @@ struct SerialConfiguration {
     nlohmann::json json() const;
     // All four keys are required (null counts as missing); a missing key, a wrong type or an
     // unknown parity fails at that key. "rs485" is optional; when given, all three of its keys
-    // are required and the delays lie in 0...longestDelayMs.
+    // are required and the delays are not negative; one above longestDelayMs is kept, for the
+    // project's reader to cut to it with RS485Direction::limited and say so.
     static Result<SerialConfiguration, JSONValue::Error> fromJSON(const nlohmann::json& object);
 
     friend bool operator==(const SerialConfiguration&, const SerialConfiguration&) = default;

@@ -2,6 +2,7 @@
 
 #include "DatapointLabel.h"
 #include "L10n.h"
+#include "SerialConfiguration.h"
 
 #include <cmath>
 #include <string>
@@ -74,6 +75,11 @@ LogLineSegments lateAnswer(ByteView bytes, const Options& options) {
         line.push_back({Kind::response, hexString(bytes)});
     }
     return line;
+}
+
+LogLineSegments rs485DelaysLimited() {
+    return {{Kind::warning,
+             "⚠ " + L10n::texts().log.rs485DelaysLimited(RS485Direction::longestDelayMs)}};
 }
 
 std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView request,

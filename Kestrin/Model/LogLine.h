@@ -42,6 +42,8 @@ LogLineSegments portLost(std::string_view path);
 LogLineSegments latencyTimerSet(std::string_view path);
 // "⚠ Late answer discarded", with the bytes when raw frames are on.
 LogLineSegments lateAnswer(ByteView bytes, const Options& options);
+// A project's RS-485 delays were cut to the longest the kernel takes.
+LogLineSegments rs485DelaysLimited();
 
 // "← Unit 1 · FC 03 Read holding registers · 02 01 F4  (12 ms)": the answer's data, or both
 // whole frames with raw frames on. Nothing with only problems on.

@@ -206,7 +206,7 @@ void PollerModel::storePreference(const char* key, const QVariant& value) {
 }
 
 void PollerModel::applyProjectFields(const PollerProject& project) {
-    serial_ = project.serial;
+    serial_ = takenSerial(project.serial);
     timeoutMs_ = PollerProject::allowedTimeout(project.timeoutMs);
     writeMode_ = project.writeMode;
     maxGap_ = project.maxGap;

@@ -280,6 +280,8 @@ private:
     void loadPreferences();
     void storePreference(const char* key, const QVariant& value);
     void applyProjectFields(const PollerProject& project);
+    // A project's line settings as the line can take them; what had to change is logged.
+    SerialConfiguration takenSerial(const SerialConfiguration& serial);
     void setState(PollerState state);
     void setStatistics(const PollerStatistics& statistics);
     void setShowNoResponseHint(bool on);

@@ -61,7 +61,7 @@ void PollerModel::applyProject(const PollerProject& project) {
     if (state_ != PollerState::stopped || engine_) {
         stop();
     }
-    setSerial(project.serial);
+    setSerial(takenSerial(project.serial));
     setTimeoutMs(PollerProject::allowedTimeout(project.timeoutMs));
     setWriteMode(project.writeMode);
     setMaxGap(project.maxGap);
@@ -74,6 +74,17 @@ void PollerModel::applyProject(const PollerProject& project) {
     pollsDidChange(before);
     emit statusChanged({});
     emit historyVersionChanged();
+}
+
+// A file written by hand or by another program may ask for a longer RS-485 delay than the kernel
+// takes: the project still opens, with the longest.
+SerialConfiguration PollerModel::takenSerial(const SerialConfiguration& serial) {
+    SerialConfiguration taken = serial;
+    if (serial.rs485 && serial.rs485 != serial.rs485->limited()) {
+        taken.rs485 = serial.rs485->limited();
+        appendLog(LogLine::rs485DelaysLimited());
+    }
+    return taken;
 }
 
 void PollerModel::scheduleAutosave() {

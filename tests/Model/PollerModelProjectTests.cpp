@@ -33,6 +33,16 @@ TEST_F(PollerModelProject, TheAutosaveIsLoadedASavedProjectOpensAgainAndABrokenO
     EXPECT_EQ(model->errorMessage(), "Cannot read meter.json. Is it a file of this app?\n"
                                      "polls[0].datapoints[0].scale: expected a finite number");
     EXPECT_EQ(model->currentProject(), original);
+
+    // A delay longer than the kernel takes opens as the longest, and the log says so.
+    PollerProject slow = original;
+    slow.serial.rs485 = RS485Direction{.delayBeforeSendMs = 20, .delayAfterSendMs = 250};
+    put(file("slow.json"), QByteArray::fromStdString(slow.encoded()));
+    model->openProject(file("slow.json"));
+    EXPECT_EQ(model->serial().rs485,
+              (RS485Direction{.delayBeforeSendMs = 20, .delayAfterSendMs = 100}));
+    EXPECT_TRUE(model->output().text().contains(
+        "The project's RS-485 delays above 100 ms were shortened to 100 ms"));
 }
 
 TEST_F(PollerModelProject, EveryProjectChangeIsAutosavedAfterTheDelayAndAtShutdown) {
