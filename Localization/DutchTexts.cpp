@@ -456,6 +456,52 @@ constexpr Texts dutch{
                               ".");
             },
     },
+    .bus = {
+        .button = "Bus",
+        .buttonHelp = "Hoe snel elke unit antwoordt en hoe druk de lijn is, gemeten tijdens het "
+                      "uitlezen",
+        .title = "Gemeten op de bus",
+        .nothingYet = "De cijfers verschijnen zodra units antwoorden tijdens het uitlezen.",
+        .answers = "Antwoorden",
+        .roundTrip = "Rondgang",
+        .turnaround = "Reactietijd",
+        .spreadNote = "Mediaan / 99 % van de antwoorden. De reactietijd is de eigen tijd van het "
+                      "apparaat: de rondgang zonder de frames op de lijn, de stiltes en de "
+                      "vertraging van de adapter.",
+        .poll = "Poll",
+        .intervalSet = "Ingesteld interval",
+        .intervalGot = "Behaald interval",
+        .lineBusy =
+            [](int percent) { return concat("De lijn is ", percent, " % van de tijd bezet."); },
+        .unitSummary =
+            [](std::int64_t unit, std::int64_t answers) {
+                return concat("Unit ", unit, ": ", answers, " antwoorden");
+            },
+        .roundTripSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("rondgang ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .turnaroundSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("reactietijd ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .timeoutFits =
+            [](std::int64_t unit, std::int64_t ms) {
+                return concat("Unit ", unit, " beantwoordt 99 % van de verzoeken binnen ", ms,
+                              " ms.");
+            },
+        .timeoutOffer =
+            [](std::int64_t offered, std::int64_t current) {
+                return concat("Een time-out van ", offered, " ms dekt dat ruim af (nu ", current,
+                              " ms); die geldt vanaf de volgende start van het uitlezen.");
+            },
+        .useTimeout = [](int ms) { return concat(ms, " ms gebruiken"); },
+        .timeoutSet =
+            [](int ms) {
+                return concat("Time-out ingesteld op ", ms,
+                              " ms; die geldt vanaf de volgende start van het uitlezen");
+            },
+    },
     .polls = {
         .add = "Nieuwe poll",
         .addHelp = "Nog een groep datapunten met een eigen interval (Ctrl+T)",

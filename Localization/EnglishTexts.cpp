@@ -437,6 +437,49 @@ constexpr Texts english{
                 return concat("The latency timer of ", path, " could not be set: ", reason, ".");
             },
     },
+    .bus = {
+        .button = "Bus",
+        .buttonHelp = "How fast each unit answers and how busy the line is, measured while reading",
+        .title = "Measured on the bus",
+        .nothingYet = "The figures appear once units answer while reading.",
+        .answers = "Answers",
+        .roundTrip = "Round trip",
+        .turnaround = "Turnaround",
+        .spreadNote = "Median / 99 % of answers. Turnaround is the device's own time: the round "
+                      "trip without the frames on the wire, the silences and the adapter's delay.",
+        .poll = "Poll",
+        .intervalSet = "Interval set",
+        .intervalGot = "Interval got",
+        .lineBusy =
+            [](int percent) { return concat("The line is busy ", percent, " % of the time."); },
+        .unitSummary =
+            [](std::int64_t unit, std::int64_t answers) {
+                return concat("Unit ", unit, ": ", answers, " answers");
+            },
+        .roundTripSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("round trip ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .turnaroundSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("turnaround ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .timeoutFits =
+            [](std::int64_t unit, std::int64_t ms) {
+                return concat("Unit ", unit, " answers 99 % of requests within ", ms, " ms.");
+            },
+        .timeoutOffer =
+            [](std::int64_t offered, std::int64_t current) {
+                return concat("A time-out of ", offered, " ms covers that with room to spare (now ",
+                              current, " ms); it applies the next time reading starts.");
+            },
+        .useTimeout = [](int ms) { return concat("Use ", ms, " ms"); },
+        .timeoutSet =
+            [](int ms) {
+                return concat("Time-out set to ", ms,
+                              " ms; it applies the next time reading starts");
+            },
+    },
     .polls = {
         .add = "New Poll",
         .addHelp = "Another group of datapoints with its own interval (Ctrl+T)",

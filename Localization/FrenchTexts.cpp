@@ -470,6 +470,54 @@ constexpr Texts french{
                               ".");
             },
     },
+    .bus = {
+        .button = "Bus",
+        .buttonHelp = "La rapidité de réponse de chaque esclave et l'occupation de la ligne, "
+                      "mesurées pendant la lecture",
+        .title = "Mesuré sur le bus",
+        .nothingYet =
+            "Les chiffres apparaissent dès que des esclaves répondent pendant la lecture.",
+        .answers = "Réponses",
+        .roundTrip = "Aller-retour",
+        .turnaround = "Temps de réaction",
+        .spreadNote = "Médiane / 99 % des réponses. Le temps de réaction est celui de l'appareil "
+                      "lui-même : l'aller-retour sans les trames sur la ligne, les silences et le "
+                      "délai de l'adaptateur.",
+        .poll = "Scrutation",
+        .intervalSet = "Intervalle réglé",
+        .intervalGot = "Intervalle obtenu",
+        .lineBusy =
+            [](int percent) { return concat("La ligne est occupée ", percent, " % du temps."); },
+        .unitSummary =
+            [](std::int64_t unit, std::int64_t answers) {
+                return concat("Esclave ", unit, " : ", answers, " réponses");
+            },
+        .roundTripSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("aller-retour ", median, " ms (99 % : ", p99, " ms)");
+            },
+        .turnaroundSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("temps de réaction ", median, " ms (99 % : ", p99, " ms)");
+            },
+        .timeoutFits =
+            [](std::int64_t unit, std::int64_t ms) {
+                return concat("L'esclave ", unit, " répond à 99 % des requêtes en moins de ", ms,
+                              " ms.");
+            },
+        .timeoutOffer =
+            [](std::int64_t offered, std::int64_t current) {
+                return concat("Un délai d'attente de ", offered,
+                              " ms le couvre avec de la marge (actuellement ", current,
+                              " ms) ; il s'applique au prochain démarrage de la lecture.");
+            },
+        .useTimeout = [](int ms) { return concat("Utiliser ", ms, " ms"); },
+        .timeoutSet =
+            [](int ms) {
+                return concat("Délai d'attente réglé à ", ms,
+                              " ms ; il s'applique au prochain démarrage de la lecture");
+            },
+    },
     .polls = {
         .add = "Nouvelle scrutation",
         .addHelp = "Ajouter un autre groupe de points de données avec son propre intervalle "

@@ -471,6 +471,54 @@ constexpr Texts german{
                               " konnte nicht gesetzt werden: ", reason, ".");
             },
     },
+    .bus = {
+        .button = "Bus",
+        .buttonHelp = "Wie schnell jedes Gerät antwortet und wie ausgelastet die Leitung ist, "
+                      "gemessen beim Lesen",
+        .title = "Am Bus gemessen",
+        .nothingYet = "Die Werte erscheinen, sobald Geräte beim Lesen antworten.",
+        .answers = "Antworten",
+        .roundTrip = "Umlaufzeit",
+        .turnaround = "Reaktionszeit",
+        .spreadNote = "Median / 99 % der Antworten. Die Reaktionszeit ist die Zeit des Geräts "
+                      "selbst: die Umlaufzeit ohne die Telegramme auf der Leitung, die Pausen und "
+                      "die Verzögerung des Adapters.",
+        .poll = "Abfrage",
+        .intervalSet = "Intervall eingestellt",
+        .intervalGot = "Intervall erreicht",
+        .lineBusy =
+            [](int percent) {
+                return concat("Die Leitung ist zu ", percent, " % der Zeit belegt.");
+            },
+        .unitSummary =
+            [](std::int64_t unit, std::int64_t answers) {
+                return concat("Geräteadresse ", unit, ": ", answers, " Antworten");
+            },
+        .roundTripSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("Umlaufzeit ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .turnaroundSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("Reaktionszeit ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .timeoutFits =
+            [](std::int64_t unit, std::int64_t ms) {
+                return concat("Geräteadresse ", unit,
+                              " beantwortet 99 % der Anfragen innerhalb von ", ms, " ms.");
+            },
+        .timeoutOffer =
+            [](std::int64_t offered, std::int64_t current) {
+                return concat("Ein Timeout von ", offered, " ms deckt das mit Reserve ab (jetzt ",
+                              current, " ms); es gilt ab dem nächsten Start des Lesens.");
+            },
+        .useTimeout = [](int ms) { return concat(ms, " ms verwenden"); },
+        .timeoutSet =
+            [](int ms) {
+                return concat("Timeout auf ", ms,
+                              " ms gesetzt; es gilt ab dem nächsten Start des Lesens");
+            },
+    },
     .polls = {
         .add = "Neue Abfrage",
         .addHelp = "Eine weitere Gruppe von Datenpunkten mit eigenem Intervall (Strg+T)",

@@ -461,6 +461,55 @@ constexpr Texts spanish{
                 return concat("No se pudo ajustar el latency timer de ", path, ": ", reason, ".");
             },
     },
+    .bus = {
+        .button = "Bus",
+        .buttonHelp = "Lo rápido que responde cada esclavo y lo ocupada que está la línea, "
+                      "medido durante la lectura",
+        .title = "Medido en el bus",
+        .nothingYet = "Las cifras aparecen en cuanto los esclavos responden durante la lectura.",
+        .answers = "Respuestas",
+        .roundTrip = "Ida y vuelta",
+        .turnaround = "Tiempo de reacción",
+        .spreadNote =
+            "Mediana / 99 % de las respuestas. El tiempo de reacción es el del propio "
+            "dispositivo: la ida y vuelta sin las tramas en la línea, los silencios ni el "
+            "retardo del adaptador.",
+        .poll = "Sondeo",
+        .intervalSet = "Intervalo fijado",
+        .intervalGot = "Intervalo real",
+        .lineBusy =
+            [](int percent) {
+                return concat("La línea está ocupada el ", percent, " % del tiempo.");
+            },
+        .unitSummary =
+            [](std::int64_t unit, std::int64_t answers) {
+                return concat("Esclavo ", unit, ": ", answers, " respuestas");
+            },
+        .roundTripSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("ida y vuelta ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .turnaroundSummary =
+            [](std::int64_t median, std::int64_t p99) {
+                return concat("tiempo de reacción ", median, " ms (99 %: ", p99, " ms)");
+            },
+        .timeoutFits =
+            [](std::int64_t unit, std::int64_t ms) {
+                return concat("El esclavo ", unit,
+                              " responde al 99 % de las peticiones en menos de ", ms, " ms.");
+            },
+        .timeoutOffer =
+            [](std::int64_t offered, std::int64_t current) {
+                return concat("Un tiempo de espera de ", offered, " ms lo cubre con margen (ahora ",
+                              current, " ms); se aplica la próxima vez que empiece la lectura.");
+            },
+        .useTimeout = [](int ms) { return concat("Usar ", ms, " ms"); },
+        .timeoutSet =
+            [](int ms) {
+                return concat("Tiempo de espera fijado en ", ms,
+                              " ms; se aplica la próxima vez que empiece la lectura");
+            },
+    },
     .polls = {
         .add = "Nuevo sondeo",
         .addHelp = "Otro grupo de puntos de datos con su propio intervalo (Control+T)",

@@ -408,6 +408,32 @@ struct Texts {
         KESTRIN_TEXT_GROUP(KESTRIN_ADAPTER_TEXTS_KEYS)
     };
 
+    // The bus as measured while reading: how fast each unit answers, how often each poll comes
+    // round, how busy the line is, and a time-out that fits the answers.
+    struct BusTexts {
+#define KESTRIN_BUS_TEXTS_KEYS(X)                                                                  \
+    X(Literal, button) /* the bottom bar's button that opens the figures */                        \
+    X(Literal, buttonHelp)                                                                         \
+    X(Literal, title)                                                                              \
+    X(Literal, nothingYet)                                                                         \
+    X(Literal, answers)                                                                            \
+    X(Literal, roundTrip)                                                                          \
+    X(Literal, turnaround)                                                                         \
+    X(Literal, spreadNote) /* what "median / 99 %" and the turnaround mean */                      \
+    X(Literal, poll)                                                                               \
+    X(Literal, intervalSet)                                                                        \
+    X(Literal, intervalGot)                                                                        \
+    X(OfNumber, lineBusy)              /* (percent) */                                             \
+    X(OfTwoNumbers, unitSummary)       /* (unit, answers): begins a log line */                    \
+    X(OfTwoNumbers, roundTripSummary)  /* (median ms, 99th percentile ms) */                       \
+    X(OfTwoNumbers, turnaroundSummary) /* (median ms, 99th percentile ms) */                       \
+    X(OfTwoNumbers, timeoutFits)       /* (unit, 99th percentile round trip ms) */                 \
+    X(OfTwoNumbers, timeoutOffer)      /* (offered ms, current ms) */                              \
+    X(OfNumber, useTimeout)            /* (ms): the button taking the offer */                     \
+    X(OfNumber, timeoutSet)            /* (ms): a log line */
+        KESTRIN_TEXT_GROUP(KESTRIN_BUS_TEXTS_KEYS)
+    };
+
     struct PollsTexts {
 #define KESTRIN_POLLS_TEXTS_KEYS(X)                                                                \
     X(Literal, add)                                                                                \
@@ -573,3 +599,4 @@ const Texts& texts(Language language);
 const Texts& texts();
 
 } // namespace kestrin::L10n
+    X(BusTexts, bus)                                                                               \

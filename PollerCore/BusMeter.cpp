@@ -51,7 +51,11 @@ BusMeter::BusMeter(const SerialConfiguration& serial, double handoverSeconds,
 
 void BusMeter::add(const PollerEvent& event) {
     if (event.is<PollerEvent::Started>()) {
-        started_ = event.time;
+        // A port reopened after a loss goes on with the same reading; its time away counts as
+        // time reading, and its first request waits for no silence.
+        if (!started_) {
+            started_ = event.time;
+        }
         lastActivity_.reset();
     } else if (const auto* read = event.as<PollerEvent::Read>()) {
         addRead(*read, event.time);

@@ -49,8 +49,8 @@ public:
     BusMeter(const SerialConfiguration& serial, double handoverSeconds,
              std::span<const PollPlan> plans);
 
-    // Started opens the time being read; reads, writes and late answers are measured. Events
-    // come in the engine's order.
+    // The first Started opens the time being read; reads, writes and late answers are measured.
+    // Events come in the engine's order.
     void add(const PollerEvent& event);
 
     // The units with an answer, by unit number.

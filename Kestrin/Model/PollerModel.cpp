@@ -260,6 +260,8 @@ void PollerModel::setTimeoutMs(int timeoutMs) {
         return;
     }
     timeoutMs_ = timeoutMs;
+    // An offer names the time-out it would replace.
+    setTimeoutOffer(std::nullopt);
     scheduleAutosave();
     emit timeoutMsChanged();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BusMeter.h"
 #include "ChartSeries.h"
 #include "Datapoint.h"
 #include "DatapointImport.h"
@@ -22,6 +23,7 @@
 #include "SerialConfiguration.h"
 #include "SerialPortInfo.h"
 #include "SystemRoot.h"
+#include "TimeoutOffer.h"
 #include "Uuid.h"
 #include "WriteMode.h"
 
@@ -83,6 +85,9 @@ public:
         Delays delays;
         // Where the adapter's facts (its latency timer) are read and set.
         SystemRoot systemRoot = SystemRoot::machine();
+        // Whether stopping writes each unit's measured figures to the log; the command line
+        // prints them after its statistics instead.
+        bool busSummaryInLog = true;
 
         static Environment application();
     };
@@ -176,6 +181,13 @@ public:
     void dismissLatencyNotice();
     // The notice's adapter answers after 1 ms from now until it is unplugged.
     void setLatencyTimerToBest();
+    // The bus as the current reading measures it, or the last one once it stopped; null before
+    // the first reading.
+    const BusMeter* busMeter() const noexcept { return busMeter_ ? &*busMeter_ : nullptr; }
+    // A time-out that fits the answers seen, offered once per reading and never set unasked.
+    const std::optional<TimeoutOffer>& timeoutOffer() const noexcept { return timeoutOffer_; }
+    void acceptTimeoutOffer();
+    void dismissTimeoutOffer();
     // A batch of one.
     void handleEvent(const PollerEvent& event);
     void handleEvents(std::span<const PollerEvent> events);
@@ -255,6 +267,7 @@ signals:
     void historyVersionChanged();
     void showNoResponseHintChanged();
     void latencyNoticeChanged();
+    void timeoutOfferChanged();
     void errorMessageChanged();
     void writeErrorChanged();
     void selectedPathChanged();
@@ -288,6 +301,11 @@ private:
     void checkLatency();
     void setLatencyNotice(std::optional<LatencyNotice> notice);
     void countFailure(PollFailure failure);
+    void beginMeasuring();
+    void measure(const PollerEvent& event);
+    // One log line per unit that answered.
+    void summariseBus();
+    void setTimeoutOffer(std::optional<TimeoutOffer> offer);
     std::unique_ptr<PollerEngine> makeEngine();
     std::vector<PollPlan> buildPlans() const;
     bool startEngine();
@@ -329,6 +347,9 @@ private:
     std::int64_t historyVersion_ = 0;
     bool showNoResponseHint_ = false;
     std::optional<LatencyNotice> latencyNotice_;
+    std::optional<BusMeter> busMeter_;
+    std::optional<TimeoutOffer> timeoutOffer_;
+    bool timeoutOffered_ = false;
     std::optional<std::string> errorMessage_;
     std::optional<std::string> writeError_;
     std::string selectedPath_;

@@ -84,6 +84,7 @@ void PollerModel::start() {
     if (!startEngine()) {
         return;
     }
+    beginMeasuring();
     // Whatever adapter now answers to the chosen name is the one being read, and the one to find
     // again if it is lost.
     if (const SerialPortInfo* port = listedPort(selectedPath_);
@@ -114,6 +115,7 @@ void PollerModel::stop() {
     setShowNoResponseHint(false);
     pendingWrites_.clear();
     appendLog(LogLine::readingStopped());
+    summariseBus();
 }
 
 void PollerModel::toggle() {
@@ -213,6 +215,7 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
     if (!engine_) {
         return;
     }
+    measure(event);
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(
         std::chrono::duration_cast<std::chrono::milliseconds>(event.time.time_since_epoch())
             .count(),

@@ -1,5 +1,6 @@
 #include "PollCommand.h"
 
+#include "BusSummary.h"
 #include "CycleCounter.h"
 #include "DatapointCSV.h"
 #include "DatapointImport.h"
@@ -141,13 +142,20 @@ bool tookSaveError(PollerModel& model, std::ostream& err) {
     return true;
 }
 
-// The footer line of the log, once reading has stopped.
-void printStatistics(const PollerStatistics& statistics, std::ostream& out) {
+// The footer of the log, once reading has stopped: the statistics line, then what each unit
+// that answered took, as the window's log says it.
+void printStatistics(const PollerModel& model, std::ostream& out) {
+    const PollerStatistics& statistics = model.statistics();
     out << L10n::texts().footer.statistics(statistics.requests, statistics.responses,
                                            statistics.timeouts, statistics.exceptions,
                                            statistics.errors)
-        << '\n'
-        << std::flush;
+        << '\n';
+    if (const BusMeter* meter = model.busMeter()) {
+        for (const std::string& line : BusSummary::lines(*meter)) {
+            out << line << '\n';
+        }
+    }
+    out << std::flush;
 }
 
 // Writes the history and the log where asked; false when either could not be written.
@@ -183,6 +191,7 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     // No autosave and no preferences: the command line leaves no trace in the user's settings.
     PollerModel::Environment environment;
     environment.project = std::move(loaded).value();
+    environment.busSummaryInLog = false;
     PollerModel model(std::move(environment));
     applyOptions(options, model);
 
@@ -221,7 +230,7 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     QCoreApplication::exec();
 
     model.stop();
-    printStatistics(model.statistics(), log);
+    printStatistics(model, log);
     return saveFiles(model, options, err) ? ExitCode::success : ExitCode::requestFailed;
 }
 

@@ -1,0 +1,66 @@
+#include "AdapterFacts.h"
+#include "BusSummary.h"
+#include "L10n.h"
+#include "PollerModel.h"
+
+// The bus meter: fed by the engine's events while reading, summed up in the log when reading
+// stops, and the source of the time-out offer.
+namespace kestrin {
+
+void PollerModel::beginMeasuring() {
+    // The adapter's latency timer as reading opened the port: the part of every round trip the
+    // device has no part in.
+    const std::optional<AdapterFacts::LatencyTimer> timer =
+        AdapterFacts::latencyTimer(selectedPath_, environment_.systemRoot);
+    const double handover = timer ? timer->milliseconds / 1000.0 : 0.0;
+    const std::vector<PollPlan> plans = buildPlans();
+    busMeter_.emplace(serial_, handover, plans);
+    timeoutOffered_ = false;
+    setTimeoutOffer(std::nullopt);
+}
+
+void PollerModel::measure(const PollerEvent& event) {
+    if (!busMeter_) {
+        return;
+    }
+    busMeter_->add(event);
+    if (!timeoutOffered_ && event.is<PollerEvent::Read>()) {
+        const std::vector<BusMeter::UnitFigures> units = busMeter_->units();
+        if (auto offer = TimeoutOffer::check(units, timeoutMs_)) {
+            timeoutOffered_ = true;
+            setTimeoutOffer(std::move(offer));
+        }
+    }
+}
+
+void PollerModel::summariseBus() {
+    if (!busMeter_ || !environment_.busSummaryInLog) {
+        return;
+    }
+    for (std::string& line : BusSummary::lines(*busMeter_)) {
+        appendLog({{LogSegment::Kind::text, std::move(line)}});
+    }
+}
+
+void PollerModel::setTimeoutOffer(std::optional<TimeoutOffer> offer) {
+    if (offer != timeoutOffer_) {
+        timeoutOffer_ = std::move(offer);
+        emit timeoutOfferChanged();
+    }
+}
+
+void PollerModel::acceptTimeoutOffer() {
+    if (!timeoutOffer_) {
+        return;
+    }
+    const int timeoutMs = timeoutOffer_->timeoutMs;
+    setTimeoutMs(timeoutMs);
+    setTimeoutOffer(std::nullopt);
+    appendLog({{LogSegment::Kind::text, L10n::texts().bus.timeoutSet(timeoutMs)}});
+}
+
+void PollerModel::dismissTimeoutOffer() {
+    setTimeoutOffer(std::nullopt);
+}
+
+} // namespace kestrin

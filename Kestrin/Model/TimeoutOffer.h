@@ -1,0 +1,44 @@
+#pragma once
+
+#include "BusMeter.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace kestrin {
+
+// A time-out that fits how fast the units really answer, offered to the user and never set
+// without them.
+struct TimeoutOffer {
+    // Fewer answers say too little about the slow ones.
+    static constexpr std::int64_t answersNeeded = 50;
+    // The 99th percentile is of recent answers only and a loaded desktop adds its own delays:
+    // half as much again covers a device that slows down under load, and 10 ms the scheduler's
+    // and the USB stack's jitter, which matter most for the fastest devices.
+    static constexpr double margin = 1.5;
+    static constexpr int slackMs = 10;
+
+    // The unit that needs the longest, and its 99th percentile round trip in milliseconds.
+    std::uint8_t unit = 0;
+    int p99Ms = 0;
+    // A choice of the time-out picker, and the time-out set when it was offered.
+    int timeoutMs = 0;
+    int currentMs = 0;
+
+    // The smallest choice of the picker covering this round trip with the margin; the largest
+    // choice when none does.
+    static int fittingTimeoutMs(int p99Ms);
+
+    // Nothing until a unit has answersNeeded answers, or when the fitting time-out is the one
+    // set. It covers every unit with enough answers.
+    static std::optional<TimeoutOffer> check(std::span<const BusMeter::UnitFigures> units,
+                                             int currentMs);
+
+    std::string text() const;
+
+    friend bool operator==(const TimeoutOffer&, const TimeoutOffer&) = default;
+};
+
+} // namespace kestrin

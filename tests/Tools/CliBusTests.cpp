@@ -1,0 +1,93 @@
+#include "ChildProcess.h"
+
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+// kestrin-cli poll ends with what it measured on the bus, against kestrin-sim on a
+// pseudo-terminal that answers only after the wire time of both frames and its own reaction.
+
+namespace kestrin {
+namespace {
+
+const std::string fixtures = KESTRIN_TOOLS_FIXTURES;
+
+std::vector<std::string> outputLines(const std::string& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        result.push_back(line);
+    }
+    return result;
+}
+
+// two-polls.json read every 20 ms: two single registers a cycle at 19200 8N1.
+std::string fastProject() {
+    std::ifstream file(fixtures + "/two-polls.json");
+    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string interval = "\"intervalMs\": 200";
+    text.replace(text.find(interval), interval.size(), "\"intervalMs\": 20");
+    const std::string path =
+        ::testing::TempDir() + "kestrin-bus-" + std::to_string(::getpid()) + ".json";
+    std::ofstream(path) << text;
+    return path;
+}
+
+// The device takes 20 ms to react. The pseudo-terminal carries no silence, so the figure may come
+// out a silence short; a loaded machine under a sanitizer makes it longer, never much shorter.
+// Without an answer there is nothing to measure and no line claims otherwise.
+TEST(CliBus, PollEndsWithTheTurnaroundEachUnitTook) {
+    const std::string project = fastProject();
+    const struct {
+        const char* simulator;
+        std::string poll;
+        const char* statistics;
+        std::optional<int> turnaroundMs;
+    } rows[] = {
+        {"--wire-timing --turnaround-ms 20 --baud 19200 --frame 8N1",
+         "--project " + project + " --timeout-ms 2000 --cycles 30", "Requests 60 · Responses 60",
+         20},
+        {"--fault drop=1", "--csv " + fixtures + "/boiler.csv --timeout-ms 100 --cycles 1",
+         "Requests 2 · Responses 0", std::nullopt},
+    };
+    static const std::regex summary(
+        R"(Unit 1: 60 answers, round trip (\d+) ms \(99 %: (\d+) ms\), )"
+        R"(turnaround (\d+) ms \(99 %: (\d+) ms\))");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.simulator);
+        const ChildProcess::SimulatorProcess sim(
+            ChildProcess::sim({"--csv", fixtures + "/every-type.csv"}, row.simulator));
+        ASSERT_FALSE(sim.port().empty());
+        const ChildProcess::ProcessResult result = ChildProcess::run(
+            ChildProcess::cliOn(sim.port(), "poll", row.poll + " --only-problems"));
+        ASSERT_EQ(result.exitCode, 0) << result.err;
+        std::vector<std::string> lines = outputLines(result.out);
+        if (!row.turnaroundMs) {
+            ASSERT_FALSE(lines.empty());
+            EXPECT_TRUE(lines.back().starts_with(row.statistics)) << result.out;
+            continue;
+        }
+        ASSERT_GE(lines.size(), 2U) << result.out;
+        EXPECT_TRUE(lines[lines.size() - 2].starts_with(row.statistics)) << result.out;
+        std::smatch figures;
+        ASSERT_TRUE(std::regex_match(lines.back(), figures, summary)) << lines.back();
+        const auto ms = [&](int index) { return std::stoi(figures[index].str()); };
+        EXPECT_GE(ms(3), *row.turnaroundMs - 5) << lines.back();
+        EXPECT_LE(ms(3), *row.turnaroundMs + 60) << lines.back();
+        EXPECT_GE(ms(2), ms(1));
+        EXPECT_GE(ms(4), ms(3));
+        // A register asked and answered holds the line 7.8 ms besides the silences.
+        EXPECT_GE(ms(1), ms(3) + 7) << lines.back();
+    }
+    std::remove(project.c_str());
+}
+
+} // namespace
+} // namespace kestrin
