@@ -30,8 +30,10 @@ enum class Answer : std::uint8_t {
     missing,
     // Exception 01: not this table at all.
     unsupported,
-    // Exception 03, no answer or a defective one: too much at once, or nothing there.
+    // Exception 03 or a malformed answer: too much at once, or nothing there.
     refused,
+    // No answer or a garbled one: too much at once, nothing there, or noise on the line.
+    lost,
 };
 
 Answer fromException(std::uint8_t code) {
@@ -56,6 +58,8 @@ struct Pending {
     enum class Role : std::uint8_t { whole, firstHalf, secondHalf, siblingMissing };
     Span span;
     Role role = Role::whole;
+    // How often this very request was asked before.
+    int repeats = 0;
 };
 
 class Mapper {
@@ -99,6 +103,7 @@ private:
             const int count = std::min(spanSize(next.span), limit(table.table));
             if (count < spanSize(next.span)) {
                 pending_.push_front({{next.span.first + count, next.span.last}});
+                next.span.last = next.span.first + count - 1;
                 next.role = Pending::Role::whole;
             }
             const ReadBlock block{options_.unit, table.table,
@@ -107,30 +112,40 @@ private:
             if (!answer) {
                 return answer.error();
             }
-            if (map_.fellSilent || !take(answer.value(), block, next.role, table)) {
+            if (map_.fellSilent || !take(answer.value(), block, next, table)) {
                 break;
             }
         }
         return {};
     }
 
-    // Records what the answer tells about block; false when the table is done.
-    bool take(Answer answer, const ReadBlock& block, Pending::Role role, TableMap& table) {
+    // Records what the answer tells about block, asked as next; false when the table is done.
+    bool take(Answer answer, const ReadBlock& block, const Pending& next, TableMap& table) {
         const Span span{block.address, block.lastAddress()};
         if (answer == Answer::unsupported && table.ranges.empty()) {
             table.supported = false;
             return false;
         }
+        if (answer == Answer::lost && next.repeats == 0) {
+            // A silence may be noise: the same request once more before it counts.
+            pending_.push_front({next.span, next.role, 1});
+            return true;
+        }
+        int& largestAnswered = answered(table.table);
+        const bool tooLarge = answer == Answer::refused || answer == Answer::lost;
         if (answer == Answer::data) {
             add(table.ranges, span);
-        } else if (answer == Answer::refused && block.count > 1) {
-            // 125 becomes 64, then 32, 16 ...: the sizes devices are commonly limited to.
-            limit(table.table) = static_cast<int>(std::bit_floor(unsigned(block.count - 1)));
-            pending_.push_front({span, role});
-        } else if (answer == Answer::refused && !map_.answered) {
+            largestAnswered = std::max(largestAnswered, block.count);
+        } else if (tooLarge && block.count > std::max(1, largestAnswered)) {
+            // 125 becomes 64, then 32, 16 ...: the sizes devices are commonly limited to; never
+            // below a size it has answered, which no refusal can prove too large.
+            limit(table.table) = std::max(
+                static_cast<int>(std::bit_floor(unsigned(block.count - 1))), largestAnswered);
+            pending_.push_front({span, next.role});
+        } else if (tooLarge && !map_.answered) {
             return false;
         } else if (block.count > 1) {
-            split(span, role);
+            split(span, next.role);
         }
         return true;
     }
@@ -161,6 +176,10 @@ private:
 
     int& limit(RegisterTable table) {
         return table.isBit() ? map_.largestBitRead : map_.largestRegisterRead;
+    }
+
+    int& answered(RegisterTable table) {
+        return table.isBit() ? largestBitsAnswered_ : largestRegistersAnswered_;
     }
 
     Result<Answer, SerialLinkError> ask(const ReadBlock& block) {
@@ -203,7 +222,7 @@ private:
             return late.error();
         }
         report();
-        return Answer::refused;
+        return Answer::lost;
     }
 
     Answer silence() {
@@ -211,7 +230,7 @@ private:
             map_.fellSilent = true;
         }
         report();
-        return Answer::refused;
+        return Answer::lost;
     }
 
     void report() const {
@@ -249,6 +268,8 @@ private:
     std::deque<Pending> pending_;
     std::size_t nextTable_ = 0;
     int silentInRow_ = 0;
+    int largestRegistersAnswered_ = 0;
+    int largestBitsAnswered_ = 0;
 };
 
 } // namespace

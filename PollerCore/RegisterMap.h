@@ -15,8 +15,8 @@ class SerialLink;
 
 // Which addresses of one unit's tables exist, found by reading them over the line: a range the
 // device refuses with exception 02 holds a hole and is read again in halves until every address
-// is known, and a request the device refuses as too large (exception 03, or no answer) is halved
-// for the rest of the map.
+// is known, and a request the device refuses as too large (exception 03, or no answer twice) is
+// halved for the rest of the map, though never below a size it has answered.
 
 struct TableMap {
     RegisterTable table;
