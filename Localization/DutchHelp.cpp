@@ -180,6 +180,17 @@ constexpr HelpContent dutch{
                 "Kestrin vergrendelt de poort die het uitleest, zodat een tweede Kestrin hem niet "
                 "kan openen, zelfs niet als root. De gangbare chips (FTDI, CP210x, CH34x, PL2303, "
                 "CDC-ACM) hebben geen extra driver nodig.",
+            .findHeading = "Apparaten vinden",
+            .findIntro = "Unit-ID, baudrate of adressen onbekend? **Poller ▸ Apparaten zoeken…** "
+                         "doorzoekt de lijn zolang het uitlezen gestopt is:",
+            .findUnits = "**Units** vraagt elke unit-ID van een bereik met de huidige "
+                         "instellingen en toont welke antwoorden; klik er een aan om die verder "
+                         "te onderzoeken.",
+            .findSettings = "**Instellingen** probeert de gangbare baudrates en frames tot de unit "
+                            "antwoordt; **Deze instellingen gebruiken** neemt ze over in het "
+                            "project.",
+            .findRegisters = "**Registers** leest welke adressen van elke tabel de unit heeft; "
+                             "**Aan poll toevoegen** zet ze als datapunten in de huidige poll.",
             .oddValuesHeading = "Vreemde waarden",
             .scale = "Klopt de orde van grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 "
                      "of 0,01).",

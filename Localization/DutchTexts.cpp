@@ -637,6 +637,39 @@ constexpr Texts dutch{
                       "datapuntenlijst schrijven: laat --csv weg of gebruik een kestrin-cli die "
                       "met Qt is gebouwd.",
     },
+    .finder = {
+        .menuItem = "Apparaten zoeken…",
+        .title = "Apparaten zoeken",
+        .findUnits = "Units",
+        .findSettings = "Instellingen",
+        .mapRegisters = "Registers",
+        .unitsNote = "Vraagt elke unit-ID van het bereik met de huidige instellingen en toont "
+                     "welke antwoorden.",
+        .settingsNote = "Probeert de ene baudrate en het ene frame na het andere, de gangbaarste "
+                        "eerst, tot de unit antwoordt.",
+        .registersNote = "Leest de tabellen van de unit om te vinden welke adressen bestaan.",
+        .units = "Unit-ID's",
+        .to = "tot",
+        .addresses = "Adressen",
+        .tables = "Tabellen",
+        .answer = "Antwoord",
+        .late = "Laat",
+        .lateHelp = "Hij antwoordde pas na zijn time-out: uitlezen vraagt een langere time-out.",
+        .count = "Aantal",
+        .addToPoll = "Aan poll toevoegen",
+        .useSettings = "Deze instellingen gebruiken",
+        .stopReadingFirst = "Het uitlezen gebruikt de poort. Stop het uitlezen om de lijn te "
+                            "doorzoeken.",
+        .cancelled = "Geannuleerd. Getoond wordt wat tot dan gevonden was.",
+        .mapIncomplete = "De unit hield op met antwoorden voor het einde van het bereik.",
+        .added =
+            [](int count) {
+                return count == 1 ? concat("1 datapunt aan de poll toegevoegd.")
+                                  : concat(count, " datapunten aan de poll toegevoegd.");
+            },
+        .settingsUsed =
+            [](std::string_view serial) { return concat("Het project gebruikt nu ", serial, "."); },
+    },
 };
 } // namespace
 

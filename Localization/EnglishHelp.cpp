@@ -162,6 +162,15 @@ constexpr HelpContent english{
                 "for modems, and brltty (for braille displays) takes CH34x adapters. Kestrin locks "
                 "the port it reads, so a second Kestrin, even one run as root, cannot open it. The "
                 "common chips (FTDI, CP210x, CH34x, PL2303, CDC-ACM) need no extra driver.",
+            .findHeading = "Finding devices",
+            .findIntro = "Unit ID, baud rate or addresses unknown? **Poller ▸ Find Devices…** "
+                         "searches the line while reading is stopped:",
+            .findUnits = "**Units** asks every unit ID of a range at the current settings and "
+                         "lists the ones that answer; click one to scan it further.",
+            .findSettings = "**Settings** tries the usual baud rates and frames until the unit "
+                            "answers; **Use These Settings** makes them the project's.",
+            .findRegisters = "**Registers** reads which addresses of each table the unit has; "
+                             "**Add to Poll** adds them to the current poll as datapoints.",
             .oddValuesHeading = "Odd values",
             .scale = "Is the size wrong? Check the **scale** (for example 0.1 or 0.01).",
             .order = "Is a 32-bit value wrong? Try another **order**, usually CDAB.",

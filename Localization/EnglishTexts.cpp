@@ -610,6 +610,38 @@ constexpr Texts english{
         .csvNeedsQt = "This kestrin-cli was built without Qt, so it cannot write a datapoint "
                       "list: leave out --csv, or use a kestrin-cli built with Qt.",
     },
+    .finder = {
+        .menuItem = "Find Devices…",
+        .title = "Find Devices",
+        .findUnits = "Units",
+        .findSettings = "Settings",
+        .mapRegisters = "Registers",
+        .unitsNote = "Asks every unit ID of the range, at the current settings, and lists the "
+                     "ones that answer.",
+        .settingsNote = "Tries one baud rate and frame after another, the most common first, "
+                        "until the unit answers.",
+        .registersNote = "Reads the unit's tables to find which addresses exist.",
+        .units = "Unit IDs",
+        .to = "to",
+        .addresses = "Addresses",
+        .tables = "Tables",
+        .answer = "Answer",
+        .late = "Late",
+        .lateHelp = "It answered only after its time-out: reading it needs a longer time-out.",
+        .count = "Count",
+        .addToPoll = "Add to Poll",
+        .useSettings = "Use These Settings",
+        .stopReadingFirst = "Reading uses the port. Stop reading to search the line.",
+        .cancelled = "Cancelled. Shown is what was found until then.",
+        .mapIncomplete = "The unit stopped answering before the end of the range.",
+        .added =
+            [](int count) {
+                return count == 1 ? concat("1 datapoint added to the poll.")
+                                  : concat(count, " datapoints added to the poll.");
+            },
+        .settingsUsed =
+            [](std::string_view serial) { return concat("The project now uses ", serial, "."); },
+    },
 };
 } // namespace
 

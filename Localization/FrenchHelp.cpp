@@ -187,6 +187,18 @@ constexpr HelpContent french{
                         "Kestrin verrouille le port qu'il lit, si bien qu'un second Kestrin ne "
                         "peut pas l'ouvrir, même lancé en root. Les puces courantes (FTDI, CP210x, "
                         "CH34x, PL2303, CDC-ACM) ne demandent aucun pilote supplémentaire.",
+            .findHeading = "Trouver les appareils",
+            .findIntro = "Esclave, vitesse ou adresses inconnus ? **Poller ▸ Rechercher des "
+                         "appareils…** explore la ligne tant que la lecture est arrêtée :",
+            .findUnits = "**Esclaves** interroge chaque esclave d'une plage avec les réglages "
+                         "actuels et affiche ceux qui répondent ; cliquez sur l'un d'eux pour "
+                         "l'explorer ensuite.",
+            .findSettings = "**Réglages** essaie les vitesses et trames usuelles jusqu'à ce que "
+                            "l'esclave réponde ; **Utiliser ces réglages** les reprend dans le "
+                            "projet.",
+            .findRegisters = "**Registres** lit quelles adresses de chaque table l'esclave "
+                             "possède ; **Ajouter à la scrutation** les ajoute comme points de "
+                             "données à la scrutation actuelle.",
             .oddValuesHeading = "Valeurs aberrantes",
             .scale = "L'ordre de grandeur est faux ? Vérifiez l'**échelle** (par exemple 0,1 ou "
                      "0,01).",

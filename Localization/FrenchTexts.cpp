@@ -660,6 +660,41 @@ constexpr Texts french{
                       "liste de points de données : omettez --csv ou utilisez un kestrin-cli "
                       "construit avec Qt.",
     },
+    .finder = {
+        .menuItem = "Rechercher des appareils…",
+        .title = "Rechercher des appareils",
+        .findUnits = "Esclaves",
+        .findSettings = "Réglages",
+        .mapRegisters = "Registres",
+        .unitsNote = "Interroge chaque esclave de la plage avec les réglages actuels et affiche "
+                     "ceux qui répondent.",
+        .settingsNote = "Essaie une vitesse et une trame après l'autre, les plus courantes "
+                        "d'abord, jusqu'à ce que l'esclave réponde.",
+        .registersNote = "Lit les tables de l'esclave pour trouver les adresses qui existent.",
+        .units = "Esclaves",
+        .to = "à",
+        .addresses = "Adresses",
+        .tables = "Tables",
+        .answer = "Réponse",
+        .late = "En retard",
+        .lateHelp = "Il n'a répondu qu'après son délai d'attente : sa lecture demande un délai "
+                    "plus long.",
+        .count = "Nombre",
+        .addToPoll = "Ajouter à la scrutation",
+        .useSettings = "Utiliser ces réglages",
+        .stopReadingFirst = "La lecture occupe le port. Arrêtez la lecture pour explorer la ligne.",
+        .cancelled = "Annulé. Voici ce qui avait été trouvé jusque-là.",
+        .mapIncomplete = "L'esclave a cessé de répondre avant la fin de la plage.",
+        .added =
+            [](int count) {
+                return count < 2 ? concat(count, " point de données ajouté à la scrutation.")
+                                 : concat(count, " points de données ajoutés à la scrutation.");
+            },
+        .settingsUsed =
+            [](std::string_view serial) {
+                return concat("Le projet utilise désormais ", serial, ".");
+            },
+    },
 };
 } // namespace
 

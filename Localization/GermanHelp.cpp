@@ -182,6 +182,18 @@ constexpr HelpContent german{
                 "sperrt die Schnittstelle, die es liest, sodass ein zweites Kestrin sie nicht "
                 "öffnen kann, auch nicht als root. Die gängigen Chips (FTDI, CP210x, CH34x, "
                 "PL2303, CDC-ACM) brauchen keinen eigenen Treiber.",
+            .findHeading = "Geräte finden",
+            .findIntro = "Geräteadresse, Baudrate oder Adressen unbekannt? **Poller ▸ Geräte "
+                         "suchen…** durchsucht die Leitung, solange das Lesen gestoppt ist:",
+            .findUnits = "**Geräte** fragt jede Geräteadresse eines Bereichs mit den aktuellen "
+                         "Einstellungen ab und zeigt die, die antworten; ein Klick auf eines "
+                         "übernimmt es für die anderen Suchen.",
+            .findSettings = "**Einstellungen** probiert die üblichen Baudraten und Rahmen, bis das "
+                            "Gerät antwortet; **Diese Einstellungen verwenden** übernimmt sie ins "
+                            "Projekt.",
+            .findRegisters = "**Register** ermittelt, welche Adressen jeder Tabelle das Gerät hat; "
+                             "**Zur Abfrage hinzufügen** fügt sie der aktuellen Abfrage als "
+                             "Datenpunkte hinzu.",
             .oddValuesHeading = "Unplausible Werte",
             .scale = "Stimmt die Größenordnung nicht? Prüfen Sie den **Faktor** (zum Beispiel "
                      "0,1 oder 0,01).",

@@ -665,6 +665,42 @@ constexpr Texts german{
                       "Datenpunktliste schreiben: Lassen Sie --csv weg oder verwenden Sie ein mit "
                       "Qt gebautes kestrin-cli.",
     },
+    .finder = {
+        .menuItem = "Geräte suchen…",
+        .title = "Geräte suchen",
+        .findUnits = "Geräte",
+        .findSettings = "Einstellungen",
+        .mapRegisters = "Register",
+        .unitsNote = "Fragt jede Geräteadresse des Bereichs mit den aktuellen Einstellungen ab und "
+                     "zeigt die, die antworten.",
+        .settingsNote = "Probiert eine Baudrate und einen Rahmen nach dem anderen, die üblichsten "
+                        "zuerst, bis das Gerät antwortet.",
+        .registersNote = "Liest die Tabellen des Geräts, um die vorhandenen Adressen zu finden.",
+        .units = "Geräteadressen",
+        .to = "bis",
+        .addresses = "Adressen",
+        .tables = "Tabellen",
+        .answer = "Antwort",
+        .late = "Spät",
+        .lateHelp = "Es hat erst nach dem Timeout geantwortet: zum Lesen braucht es einen "
+                    "längeren Timeout.",
+        .count = "Anzahl",
+        .addToPoll = "Zur Abfrage hinzufügen",
+        .useSettings = "Diese Einstellungen verwenden",
+        .stopReadingFirst =
+            "Das Lesen belegt den Port. Stoppen Sie das Lesen, um die Leitung zu durchsuchen.",
+        .cancelled = "Abgebrochen. Angezeigt wird, was bis dahin gefunden wurde.",
+        .mapIncomplete = "Das Gerät hat vor dem Ende des Bereichs aufgehört zu antworten.",
+        .added =
+            [](int count) {
+                return count == 1 ? concat("1 Datenpunkt zur Abfrage hinzugefügt.")
+                                  : concat(count, " Datenpunkte zur Abfrage hinzugefügt.");
+            },
+        .settingsUsed =
+            [](std::string_view serial) {
+                return concat("Das Projekt verwendet jetzt ", serial, ".");
+            },
+    },
 };
 } // namespace
 

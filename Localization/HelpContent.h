@@ -112,6 +112,11 @@ struct HelpContent {
         Literal wiring;
         Literal cabling;
         Literal busyPort;
+        Literal findHeading;
+        Literal findIntro;
+        Literal findUnits;
+        Literal findSettings;
+        Literal findRegisters;
         Literal oddValuesHeading;
         Literal scale;
         Literal order;

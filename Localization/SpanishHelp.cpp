@@ -184,6 +184,17 @@ constexpr HelpContent spanish{
                         "que lee, de modo que un segundo Kestrin no puede abrirlo, aunque se "
                         "ejecute como root. Los chips habituales (FTDI, CP210x, CH34x, PL2303, "
                         "CDC-ACM) no necesitan ningún controlador adicional.",
+            .findHeading = "Encontrar dispositivos",
+            .findIntro = "¿Esclavo, velocidad o direcciones desconocidos? **Poller ▸ Buscar "
+                         "dispositivos…** explora la línea mientras la lectura está detenida:",
+            .findUnits = "**Esclavos** consulta cada esclavo de un rango con los ajustes "
+                         "actuales y muestra los que responden; haga clic en uno para "
+                         "explorarlo después.",
+            .findSettings = "**Ajustes** prueba las velocidades y tramas habituales hasta que el "
+                            "esclavo responda; **Usar estos ajustes** los pasa al proyecto.",
+            .findRegisters = "**Registros** lee qué direcciones de cada tabla tiene el esclavo; "
+                             "**Añadir al sondeo** las añade como puntos de datos al sondeo "
+                             "actual.",
             .oddValuesHeading = "Valores extraños",
             .scale = "¿El orden de magnitud es incorrecto? Compruebe la **escala** (por ejemplo, "
                      "0,1 o 0,01).",

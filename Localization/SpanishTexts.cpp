@@ -643,6 +643,40 @@ constexpr Texts spanish{
         .csvNeedsQt = "Este kestrin-cli se compiló sin Qt, así que no puede escribir una lista "
                       "de puntos de datos: omita --csv o use un kestrin-cli compilado con Qt.",
     },
+    .finder = {
+        .menuItem = "Buscar dispositivos…",
+        .title = "Buscar dispositivos",
+        .findUnits = "Esclavos",
+        .findSettings = "Ajustes",
+        .mapRegisters = "Registros",
+        .unitsNote = "Consulta cada esclavo del rango con los ajustes actuales y muestra los que "
+                     "responden.",
+        .settingsNote = "Prueba una velocidad y una trama tras otra, las más comunes primero, "
+                        "hasta que el esclavo responda.",
+        .registersNote = "Lee las tablas del esclavo para encontrar qué direcciones existen.",
+        .units = "Esclavos",
+        .to = "a",
+        .addresses = "Direcciones",
+        .tables = "Tablas",
+        .answer = "Respuesta",
+        .late = "Tarde",
+        .lateHelp = "Respondió solo después de su tiempo de espera: leerlo necesita un tiempo de "
+                    "espera más largo.",
+        .count = "Cantidad",
+        .addToPoll = "Añadir al sondeo",
+        .useSettings = "Usar estos ajustes",
+        .stopReadingFirst =
+            "La lectura ocupa el puerto. Detenga la lectura para explorar la línea.",
+        .cancelled = "Cancelado. Se muestra lo encontrado hasta entonces.",
+        .mapIncomplete = "El esclavo dejó de responder antes del final del rango.",
+        .added =
+            [](int count) {
+                return count == 1 ? concat("1 punto de datos añadido al sondeo.")
+                                  : concat(count, " puntos de datos añadidos al sondeo.");
+            },
+        .settingsUsed =
+            [](std::string_view serial) { return concat("El proyecto usa ahora ", serial, "."); },
+    },
 };
 } // namespace
 

@@ -559,6 +559,37 @@ struct Texts {
         KESTRIN_TEXT_GROUP(KESTRIN_SCAN_TEXTS_KEYS)
     };
 
+    // The window's Find Devices dialog; its progress and empty results are ScanTexts.
+    struct FinderTexts {
+#define KESTRIN_FINDER_TEXTS_KEYS(X)                                                               \
+    X(Literal, menuItem)                                                                           \
+    X(Literal, title)                                                                              \
+    /* The three scans, and under each what it does. */                                            \
+    X(Literal, findUnits)                                                                          \
+    X(Literal, findSettings)                                                                       \
+    X(Literal, mapRegisters)                                                                       \
+    X(Literal, unitsNote)                                                                          \
+    X(Literal, settingsNote)                                                                       \
+    X(Literal, registersNote)                                                                      \
+    X(Literal, units) /* the range of unit IDs: "Unit IDs 1 to 247" */                             \
+    X(Literal, to)                                                                                 \
+    X(Literal, addresses)                                                                          \
+    X(Literal, tables)                                                                             \
+    /* Result columns. */                                                                          \
+    X(Literal, answer)                                                                             \
+    X(Literal, late)                                                                               \
+    X(Literal, lateHelp)                                                                           \
+    X(Literal, count)                                                                              \
+    X(Literal, addToPoll)                                                                          \
+    X(Literal, useSettings)                                                                        \
+    X(Literal, stopReadingFirst)                                                                   \
+    X(Literal, cancelled)                                                                          \
+    X(Literal, mapIncomplete) /* the unit fell silent before the end of the range */               \
+    X(OfNumber, added)        /* (datapoints added to the selected poll) */                        \
+    X(OfText, settingsUsed)   /* (serial settings, "19200 8N1") */
+        KESTRIN_TEXT_GROUP(KESTRIN_FINDER_TEXTS_KEYS)
+    };
+
 #define KESTRIN_TEXTS_KEYS(X)                                                                      \
     X(HeaderTexts, header)                                                                         \
     X(SettingsTexts, settings)                                                                     \
@@ -574,13 +605,15 @@ struct Texts {
     X(StateTexts, state)                                                                           \
     X(NoticeTexts, notice)                                                                         \
     X(AdapterTexts, adapter)                                                                       \
+    X(BusTexts, bus)                                                                               \
     X(PollsTexts, polls)                                                                           \
     X(WriteTexts, write)                                                                           \
     X(PaneTexts, pane)                                                                             \
     X(ChartTexts, chart)                                                                           \
     X(LogTexts, log)                                                                               \
     X(ExampleTexts, example)                                                                       \
-    X(ScanTexts, scan)
+    X(ScanTexts, scan)                                                                             \
+    X(FinderTexts, finder)
     KESTRIN_TEXT_GROUP(KESTRIN_TEXTS_KEYS)
 };
 
@@ -599,4 +632,3 @@ const Texts& texts(Language language);
 const Texts& texts();
 
 } // namespace kestrin::L10n
-    X(BusTexts, bus)                                                                               \

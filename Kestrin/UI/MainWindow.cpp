@@ -3,6 +3,7 @@
 #include "BottomPane.h"
 #include "DatapointPanel.h"
 #include "FileDialogs.h"
+#include "FindDevicesDialog.h"
 #include "HelpWindow.h"
 #include "Icons.h"
 #include "L10n.h"
@@ -132,6 +133,8 @@ void MainWindow::buildMenus() {
     connect(
         command(poller, L10n::texts().table.add(), QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_D)),
         &QAction::triggered, table_, &DatapointPanel::addDatapoint);
+    connect(command(poller, L10n::texts().finder.menuItem()), &QAction::triggered, this,
+            [this] { FindDevicesDialog::openFor(*this, model_); });
     poller->addSeparator();
     connect(command(poller, L10n::texts().pane.exportHistory()), &QAction::triggered, bottom_,
             &BottomPane::exportHistory);

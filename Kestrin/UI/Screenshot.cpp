@@ -3,6 +3,7 @@
 #include "BottomPane.h"
 #include "DatapointDelegate.h"
 #include "DatapointPanel.h"
+#include "FindDevicesDialog.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
 #include "PollerModel.h"
@@ -11,11 +12,15 @@
 #include "WritePopover.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
+#include <QPushButton>
+#include <QSpinBox>
 #include <QSplitter>
 #include <QTableView>
+#include <QTimer>
 
 namespace kestrin {
 
@@ -28,6 +33,10 @@ const QSize windowSize(1180, 640);
 const QSize helpSize(980, 640);
 // Tall enough for the chart to show its shape.
 constexpr int chartPaneHeight = 360;
+const QSize finderSize(720, 600);
+// The first units of the line: enough to find the demo device, and done in a second or two.
+constexpr int finderUnits = 10;
+constexpr int finderLimitMs = 30000;
 
 void settle() {
     // Layouts, popups and palette changes arrive as posted events.
@@ -71,6 +80,24 @@ QWidget* openWriteEditor(MainWindow& window) {
     return window.findChild<WritePopover*>();
 }
 
+// The Find Devices dialog after a scan of the first units; without a port it stays empty.
+QPixmap finderPicture(PollerModel& model, MainWindow& window) {
+    model.stop();
+    FindDevicesDialog* dialog = FindDevicesDialog::openFor(window, model);
+    dialog->resize(finderSize);
+    dialog->findChild<QSpinBox*>(QStringLiteral("unitsLast"))->setValue(finderUnits);
+    dialog->findChild<QPushButton*>(QStringLiteral("finderStart"))->click();
+    if (dialog->finder().isRunning()) {
+        QEventLoop scan;
+        QObject::connect(&dialog->finder(), &DeviceFinder::runningChanged, &scan,
+                         &QEventLoop::quit);
+        QTimer::singleShot(finderLimitMs, &scan, &QEventLoop::quit);
+        scan.exec();
+    }
+    settle();
+    return dialog->grab();
+}
+
 std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std::string& name) {
     if (name == "window") {
         return window.grab();
@@ -91,6 +118,9 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
         settle();
         return window.bottomPane()->grab();
     }
+    if (name == "finder") {
+        return finderPicture(model, window);
+    }
     if (name == "help") {
         HelpWindow::showSingle(&window);
         HelpWindow* help = HelpWindow::single();
@@ -104,7 +134,8 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
 } // namespace
 
 const std::vector<std::string>& names() {
-    static const std::vector<std::string> all{"window", "settings", "write", "chart", "help"};
+    static const std::vector<std::string> all{"window", "settings", "write",
+                                              "chart",  "help",     "finder"};
     return all;
 }
 

@@ -1,0 +1,152 @@
+#include "FinderResults.h"
+
+#include "L10n.h"
+#include "QtText.h"
+
+#include <QHeaderView>
+#include <QTableWidget>
+
+namespace kestrin::FinderResults {
+
+namespace {
+
+// A column a row leaves blank: a refused table has neither ranges nor a count.
+const QString nothing = QStringLiteral("—");
+
+QTableWidgetItem* cell(const QString& text) {
+    auto* item = new QTableWidgetItem(text);
+    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+    return item;
+}
+
+void setColumns(QTableWidget& table, const QStringList& titles) {
+    table.clear();
+    table.setColumnCount(static_cast<int>(titles.size()));
+    table.setHorizontalHeaderLabels(titles);
+    table.setRowCount(0);
+}
+
+void addRow(QTableWidget& table, const QList<QTableWidgetItem*>& items) {
+    const int row = table.rowCount();
+    table.insertRow(row);
+    for (int column = 0; column < items.size(); ++column) {
+        table.setItem(row, column, items[column]);
+    }
+}
+
+void fillUnits(QTableWidget& table, const std::vector<UnitScan::Answer>& answers) {
+    const auto& texts = L10n::texts();
+    setColumns(table,
+               {qt(texts.table.unitID()), qt(texts.finder.answer()), qt(texts.finder.late())});
+    table.horizontalHeaderItem(2)->setToolTip(qt(texts.finder.lateHelp()));
+    for (const UnitScan::Answer& answer : answers) {
+        QTableWidgetItem* unit = cell(QString::number(answer.unit));
+        unit->setData(Qt::UserRole, answer.unit);
+        QTableWidgetItem* late = cell(answer.late ? QStringLiteral("✓") : QString());
+        late->setToolTip(answer.late ? qt(texts.finder.lateHelp()) : QString());
+        addRow(table, {unit, cell(answerText(answer)), late});
+    }
+}
+
+void fillSettings(QTableWidget& table, const std::optional<SettingsSweep::Found>& found) {
+    const auto& texts = L10n::texts();
+    setColumns(table, {qt(texts.header.baudRate()), qt(texts.settings.frame()),
+                       qt(texts.table.unitID()), qt(texts.finder.answer())});
+    if (found) {
+        addRow(table, {cell(QString::number(found->serial.baudRate)),
+                       cell(qt(found->serial.frameDescription())),
+                       cell(QString::number(found->answer.unit)), cell(answerText(found->answer))});
+    }
+}
+
+QString rangesText(const TableMap& table) {
+    QStringList ranges;
+    for (const Datapoint::AddressRange& range : table.ranges) {
+        ranges << (range.first == range.last
+                       ? QString::number(range.first)
+                       : QStringLiteral("%1–%2").arg(range.first).arg(range.last));
+    }
+    return ranges.isEmpty() ? nothing : ranges.join(QStringLiteral(", "));
+}
+
+void fillMap(QTableWidget& table, const std::optional<RegisterMap>& map) {
+    const auto& texts = L10n::texts();
+    setColumns(table,
+               {qt(texts.table.table()), qt(texts.finder.addresses()), qt(texts.finder.count())});
+    if (!map) {
+        return;
+    }
+    for (const TableMap& mapped : map->tables) {
+        const QString tableName = qt(L10n::Table::tableName(mapped.table));
+        if (!mapped.supported) {
+            addRow(table,
+                   {cell(tableName), cell(qt(L10n::Modbus::exceptionName(0x01))), cell(nothing)});
+            continue;
+        }
+        addRow(table, {cell(tableName), cell(rangesText(mapped)),
+                       cell(QString::number(mapped.addressCount()))});
+    }
+}
+
+QString mapSummary(const RegisterMap& map) {
+    const auto& scan = L10n::texts().scan;
+    if (!map.answered) {
+        return qt(scan.noUnitAnswered());
+    }
+    if (map.fellSilent) {
+        return qt(L10n::texts().finder.mapIncomplete());
+    }
+    return map.found() ? QString() : qt(scan.noAddressFound());
+}
+
+} // namespace
+
+QString answerText(const UnitScan::Answer& answer) {
+    const QString table = qt(L10n::Table::tableName(answer.table));
+    const QString outcome =
+        answer.exception
+            ? qt(L10n::Modbus::exceptionName(*answer.exception))
+            : QStringLiteral("FC") + qt(L10n::hexByte(answer.table.readFunction().code()));
+    return table + QStringLiteral(" · ") + outcome;
+}
+
+void fill(QTableWidget& table, const DeviceFinder::Findings& findings) {
+    switch (findings.scan) {
+    case DeviceFinder::Scan::units:
+        fillUnits(table, findings.units);
+        break;
+    case DeviceFinder::Scan::settings:
+        fillSettings(table, findings.settings);
+        break;
+    case DeviceFinder::Scan::registers:
+        fillMap(table, findings.map);
+        break;
+    }
+    // The answer or the address ranges take the spare width; the short columns keep theirs.
+    const int wide = findings.scan == DeviceFinder::Scan::settings ? 3 : 1;
+    QHeaderView& header = *table.horizontalHeader();
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(QHeaderView::ResizeToContents);
+    header.setSectionResizeMode(wide, QHeaderView::Stretch);
+}
+
+QString summary(const DeviceFinder::Findings& findings) {
+    const auto& texts = L10n::texts();
+    if (findings.error) {
+        return qt(*findings.error);
+    }
+    if (findings.cancelled) {
+        return qt(texts.finder.cancelled());
+    }
+    switch (findings.scan) {
+    case DeviceFinder::Scan::units:
+        return findings.units.empty() ? qt(texts.scan.noUnitAnswered()) : QString();
+    case DeviceFinder::Scan::settings:
+        return findings.settings ? QString() : qt(texts.scan.noSettingsAnswered());
+    case DeviceFinder::Scan::registers:
+        return findings.map ? mapSummary(*findings.map) : QString();
+    }
+    return {};
+}
+
+} // namespace kestrin::FinderResults

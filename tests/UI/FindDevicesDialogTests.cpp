@@ -1,0 +1,76 @@
+#include "FindDevicesDialog.h"
+#include "UIFixture.h"
+
+#include <QMenu>
+#include <QMenuBar>
+#include <QSpinBox>
+#include <QTabWidget>
+#include <QTableWidget>
+
+namespace kestrin::UITesting {
+namespace {
+
+// The window with the dialog opened from its menu, on a simulator serving unit 3.
+class FindDevices : public testing::Test {
+protected:
+    SimulatorProcess simulator{ChildProcess::sim({"--unit", "3"})};
+    std::unique_ptr<PollerModel> model = makeModel(plant({Testing::holding("Level", 100)}));
+    std::unique_ptr<MainWindow> window = std::make_unique<MainWindow>(*model);
+    FindDevicesDialog* dialog = nullptr;
+
+    void SetUp() override {
+        ASSERT_FALSE(simulator.port().empty());
+        model->addTestDevice(simulator.port(), "simulator");
+        activate(*window);
+        for (QAction* action : child<QMenu>(*window, "pollerMenu")->actions()) {
+            if (action->text() == "Find Devices…") {
+                action->trigger();
+            }
+        }
+        dialog = child<FindDevicesDialog>(*window, "findDevicesDialog");
+    }
+    // The dialog, and the finder in it, go before the model.
+    void TearDown() override { window.reset(); }
+};
+
+TEST_F(FindDevices, TheMenuOpensTheDialogWhoseScansAreLockedWhileReading) {
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
+    auto* scans = child<QTabWidget>(*dialog, "finderScans");
+    auto* start = child<QPushButton>(*dialog, "finderStart");
+    auto* locked = child<QLabel>(*dialog, "finderLocked");
+    const auto lockedWhileReading = [&](bool reading) {
+        EXPECT_EQ(scans->isEnabled(), !reading);
+        EXPECT_EQ(start->isEnabled(), !reading);
+        EXPECT_EQ(locked->isVisible(), reading);
+        EXPECT_EQ(start->toolTip(), reading ? "Stop reading to change this" : "");
+    };
+    lockedWhileReading(false);
+
+    model->start();
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
+    lockedWhileReading(true);
+    model->stop();
+    lockedWhileReading(false);
+}
+
+TEST_F(FindDevices, AUnitFoundFillsTheUnitOfTheOtherScansAndOnlyAMapCanBeAdded) {
+    child<QSpinBox>(*dialog, "unitsLast")->setValue(5);
+    click(child<QPushButton>(*dialog, "finderStart"));
+    ASSERT_TRUE(dialog->finder().isRunning());
+    EXPECT_EQ(child<QPushButton>(*dialog, "finderStart")->text(), "Cancel");
+    ASSERT_TRUE(waitUntil([&] { return !dialog->finder().isRunning(); }, 60s));
+
+    auto* results = child<QTableWidget>(*dialog, "finderResults");
+    ASSERT_EQ(results->rowCount(), 1);
+    EXPECT_EQ(results->item(0, 0)->text(), "3");
+    EXPECT_FALSE(child<QPushButton>(*dialog, "finderAddToPoll")->isEnabled());
+    EXPECT_FALSE(child<QPushButton>(*dialog, "finderUseSettings")->isEnabled());
+    results->selectRow(0);
+    EXPECT_EQ(child<QSpinBox>(*dialog, "mapUnit")->value(), 3);
+    EXPECT_EQ(child<QSpinBox>(*dialog, "sweepFirst")->value(), 3);
+    EXPECT_EQ(child<QSpinBox>(*dialog, "sweepLast")->value(), 3);
+}
+
+} // namespace
+} // namespace kestrin::UITesting
