@@ -75,19 +75,33 @@ protected:
     std::unique_ptr<SerialLink> link;
 };
 
+// A table the device refuses outright (exception 01, the discrete inputs here) is marked so, and
+// the tables after it are mapped all the same.
 TEST_F(RegisterMapTest, FindsEveryServedAddressAndNothingElseWithinTheRequestLimit) {
     struct Row {
         std::vector<std::string> simulator;
         int largestRead;
+        bool inputsRefused;
     };
-    const std::vector<Row> rows{{{}, 125}, {{"--max-registers", "32"}, 32}};
+    const std::vector<Row> rows{{{}, 125, false},
+                                {{"--max-registers", "32"}, 32, false},
+                                {{"--refuse-missing-tables"}, 125, true}};
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.largestRead);
+        SCOPED_TRACE(row.simulator.empty() ? "" : row.simulator.front());
         serve(row.simulator);
         std::vector<RegisterMapProgress> reports;
-        const auto map = mapRegisters(*link, {.unit = 5, .first = 0, .last = 119},
+        const RegisterMapOptions options{
+            .unit = 5,
+            .first = 0,
+            .last = 119,
+            .tables = {RegisterTable::holdingRegister, RegisterTable::discreteInput,
+                       RegisterTable::inputRegister, RegisterTable::coil}};
+        const auto map = mapRegisters(*link, options,
                                       [&](const RegisterMapProgress& p) { reports.push_back(p); });
         ASSERT_TRUE(map.ok());
+        ASSERT_EQ(map.value().tables.size(), 4u);
+        EXPECT_EQ(map.value().tables[1].supported, !row.inputsRefused);
+        EXPECT_TRUE(map.value().complete);
         EXPECT_EQ(rangesOf(map.value(), RegisterTable::holdingRegister),
                   (Ranges{{0, 9}, {100, 101}, {110, 110}}));
         EXPECT_EQ(rangesOf(map.value(), RegisterTable::coil), (Ranges{{116, 119}}));
