@@ -6,9 +6,11 @@
 #include "RTUFrame.h"
 #include "ReadBlock.h"
 #include "SerialLink.h"
+#include "WakeSignal.h"
 
 #include <algorithm>
 #include <bit>
+#include <chrono>
 #include <deque>
 #include <numeric>
 #include <string>
@@ -23,6 +25,9 @@ using Span = Datapoint::AddressRange;
 // gone away: each more would wait out twice its time-out for nothing.
 constexpr int silentRequestsToGiveUp = 8;
 
+// How often a request the device answered busy (exception 06) is asked again.
+constexpr int busyRepeats = 3;
+
 // How the device took one read.
 enum class Answer : std::uint8_t {
     data,
@@ -30,6 +35,8 @@ enum class Answer : std::uint8_t {
     missing,
     // Exception 01: not this table at all.
     unsupported,
+    // Exception 06: it cannot take requests now.
+    busy,
     // Exception 03 or a malformed answer: too much at once, or nothing there.
     refused,
     // No answer or a garbled one: too much at once, nothing there, or noise on the line.
@@ -42,6 +49,8 @@ Answer fromException(std::uint8_t code) {
         return Answer::unsupported;
     case ModbusException::illegalDataValue:
         return Answer::refused;
+    case ModbusException::serverDeviceBusy:
+        return Answer::busy;
     default:
         return Answer::missing;
     }
@@ -49,6 +58,11 @@ Answer fromException(std::uint8_t code) {
 
 int spanSize(const Span& span) {
     return span.last - span.first + 1;
+}
+
+int addressesIn(const std::vector<Span>& spans) {
+    return std::accumulate(spans.begin(), spans.end(), 0,
+                           [](int sum, const Span& span) { return sum + spanSize(span); });
 }
 
 // A span still to read, and what its sibling told: when both halves of a range with a hole
@@ -75,7 +89,7 @@ public:
     Result<RegisterMap, SerialLinkError> run() {
         for (std::size_t index = 0; index < options_.tables.size(); ++index) {
             nextTable_ = index + 1;
-            TableMap table{options_.tables[index], true, {}};
+            TableMap table{options_.tables[index], true, {}, {}};
             auto mapped = mapTable(table);
             if (!mapped && !mapped.error().is<SerialLinkError::Cancelled>()) {
                 return mapped.error();
@@ -112,6 +126,11 @@ private:
             if (!answer) {
                 return answer.error();
             }
+            if (answer.value() == Answer::busy && next.repeats < busyRepeats) {
+                if (auto paused = pause(); !paused) {
+                    return paused.error();
+                }
+            }
             if (map_.fellSilent || !take(answer.value(), block, next, table)) {
                 break;
             }
@@ -126,9 +145,8 @@ private:
             table.supported = false;
             return false;
         }
-        if (answer == Answer::lost && next.repeats == 0) {
-            // A silence may be noise: the same request once more before it counts.
-            pending_.push_front({next.span, next.role, 1});
+        if (answer == Answer::busy || (answer == Answer::lost && next.repeats == 0)) {
+            retake(answer, next, table);
             return true;
         }
         int& largestAnswered = answered(table.table);
@@ -148,6 +166,17 @@ private:
             split(span, next.role);
         }
         return true;
+    }
+
+    // A silence may be noise, and a busy device may be free in a moment: the same request once
+    // more after a silence, a few times after busy; then the busy addresses are unknown, as
+    // they may or may not exist.
+    void retake(Answer answer, const Pending& next, TableMap& table) {
+        if (answer == Answer::busy && next.repeats == busyRepeats) {
+            add(table.unknown, next.span);
+        } else {
+            pending_.push_front({next.span, next.role, next.repeats + 1});
+        }
     }
 
     void split(const Span& span, Pending::Role role) {
@@ -180,6 +209,14 @@ private:
 
     int& answered(RegisterTable table) {
         return table.isBit() ? largestBitsAnswered_ : largestRegistersAnswered_;
+    }
+
+    // Cut short only by the link's cancellation signal or the loss of the port.
+    Result<void, SerialLinkError> pause() {
+        const auto until = std::chrono::steady_clock::now() +
+                           std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                               std::chrono::duration<double>(options_.busyPauseSeconds));
+        return link_.idle(until, neverRaised_);
     }
 
     Result<Answer, SerialLinkError> ask(const ReadBlock& block) {
@@ -270,17 +307,26 @@ private:
     int silentInRow_ = 0;
     int largestRegistersAnswered_ = 0;
     int largestBitsAnswered_ = 0;
+    const WakeSignal neverRaised_;
 };
 
 } // namespace
 
 int TableMap::addressCount() const noexcept {
-    return std::accumulate(ranges.begin(), ranges.end(), 0,
-                           [](int sum, const Span& span) { return sum + spanSize(span); });
+    return addressesIn(ranges);
+}
+
+int TableMap::unknownCount() const noexcept {
+    return addressesIn(unknown);
 }
 
 bool RegisterMap::found() const noexcept {
     return std::ranges::any_of(tables, [](const TableMap& table) { return !table.ranges.empty(); });
+}
+
+bool RegisterMap::busy() const noexcept {
+    return std::ranges::any_of(tables,
+                               [](const TableMap& table) { return !table.unknown.empty(); });
 }
 
 Result<RegisterMap, SerialLinkError> mapRegisters(SerialLink& link,

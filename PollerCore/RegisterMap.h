@@ -24,8 +24,12 @@ struct TableMap {
     bool supported = true;
     // The addresses that answered, ascending, adjacent ones merged.
     std::vector<Datapoint::AddressRange> ranges;
+    // The addresses the device was still too busy to read (exception 06) after a few tries,
+    // likewise: neither found nor missing.
+    std::vector<Datapoint::AddressRange> unknown;
 
     int addressCount() const noexcept;
+    int unknownCount() const noexcept;
 };
 
 struct RegisterMap {
@@ -45,6 +49,8 @@ struct RegisterMap {
     bool fellSilent = false;
 
     bool found() const noexcept;
+    // Whether a table has addresses left unknown because the device was busy.
+    bool busy() const noexcept;
 };
 
 struct RegisterMapOptions {
@@ -60,6 +66,8 @@ struct RegisterMapOptions {
     double thinkSeconds = 0.030;
     // A USB adapter's latency timer, 0 for a UART.
     double handoverSeconds = 0.0;
+    // How long a device that answered busy (exception 06) is given before it is asked again.
+    double busyPauseSeconds = 0.2;
 };
 
 struct RegisterMapProgress {

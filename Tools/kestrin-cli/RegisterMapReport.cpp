@@ -35,6 +35,14 @@ std::string rangesText(const TableMap& table) {
     return text;
 }
 
+int unknownAddresses(const RegisterMap& map) {
+    int count = 0;
+    for (const TableMap& table : map.tables) {
+        count += table.unknownCount();
+    }
+    return count;
+}
+
 std::string tableText(const TableMap& table) {
     const std::string words(tableWords(table.table));
     if (!table.supported) {
@@ -58,18 +66,26 @@ std::string limitsText(const RegisterMap& map) {
     return text;
 }
 
+nlohmann::json rangesJson(const std::vector<Datapoint::AddressRange>& ranges) {
+    nlohmann::json list = nlohmann::json::array();
+    for (const Datapoint::AddressRange& range : ranges) {
+        list.push_back({range.first, range.last});
+    }
+    return list;
+}
+
 void printJson(const RegisterMap& map, std::ostream& out) {
     for (const TableMap& table : map.tables) {
-        nlohmann::json ranges = nlohmann::json::array();
-        for (const Datapoint::AddressRange& range : table.ranges) {
-            ranges.push_back({range.first, range.last});
+        nlohmann::json line{{"unit", map.unit},
+                            {"table", std::string(table.table.code())},
+                            {"supported", table.supported},
+                            {"count", table.addressCount()},
+                            {"ranges", rangesJson(table.ranges)}};
+        // Only where the device was busy, so that a plain map reads as it always did.
+        if (!table.unknown.empty()) {
+            line["unknown"] = rangesJson(table.unknown);
         }
-        JsonLines::print({{"unit", map.unit},
-                          {"table", std::string(table.table.code())},
-                          {"supported", table.supported},
-                          {"count", table.addressCount()},
-                          {"ranges", ranges}},
-                         out);
+        JsonLines::print(line, out);
     }
     JsonLines::print({{"unit", map.unit},
                       {"largestRegisterRead", map.largestRegisterRead},
@@ -109,6 +125,9 @@ std::string summary(const RegisterMap& map) {
         tables += (tables.empty() ? "" : ", ") + tableText(table);
     }
     return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map) +
+           (map.busy() ? "; the device was busy, " + std::to_string(unknownAddresses(map)) +
+                             " addresses unknown"
+                       : "") +
            (map.complete ? "" : "; stopped before the end") +
            (map.fellSilent ? ": the unit stopped answering" : "");
 }

@@ -1,6 +1,7 @@
 #include "CSVDialect.h"
 #include "ChildProcess.h"
 #include "DatapointCSV.h"
+#include "RTUFrame.h"
 #include "RegisterMap.h"
 #include "ScriptedDevice.h"
 #include "SerialLink.h"
@@ -186,15 +187,33 @@ TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {
 
 // A device of holding registers 0-127 that is silent to a read of more than 32, at 115200 baud.
 // The rows lose its answers to HR 32-63: a lost answer is asked for again, and never makes a
-// size it has answered too large.
-TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAnswers) {
-    for (const int lost : {1, 2}) {
-        SCOPED_TRACE(lost);
-        ScriptedDevice device([lost](const ScriptedDevice::Request& request) {
+// size it has answered too large; a busy answer (06) is asked again after a pause and, when it
+// persists, leaves the addresses unknown instead of missing.
+TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAndBusyAnswers) {
+    struct Row {
+        const char* name;
+        // How often HR 32-63 goes unanswered, then is answered busy, before its answer.
+        int lost;
+        int busy;
+        Ranges ranges;
+        Ranges unknown;
+    };
+    const std::vector<Row> rows{
+        {"lost once", 1, 0, {{0, 127}}, {}},
+        {"lost twice", 2, 0, {{0, 127}}, {}},
+        {"busy for a moment", 0, 3, {{0, 127}}, {}},
+        {"busy throughout", 0, 4, {{0, 31}, {64, 127}}, {{32, 63}}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        ScriptedDevice device([&row](const ScriptedDevice::Request& request) {
             const bool asked =
                 requestAddress(request.frame) == 32 && requestCount(request.frame) == 32;
-            if (requestCount(request.frame) > 32 || (asked && request.repeat <= lost)) {
+            if (requestCount(request.frame) > 32 || (asked && request.repeat <= row.lost)) {
                 return ScriptedDevice::Reply{};
+            }
+            if (asked && request.repeat <= row.lost + row.busy) {
+                return ScriptedDevice::Reply{RTUFrame::build(1, Bytes{0x83, 0x06})};
             }
             return ScriptedDevice::Reply{registersAnswer(request.frame, [](int) { return true; })};
         });
@@ -205,9 +224,12 @@ TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAnswers) {
                                                 .first = 0,
                                                 .last = 127,
                                                 .tables = {RegisterTable::holdingRegister},
-                                                .thinkSeconds = 0.1});
+                                                .thinkSeconds = 0.1,
+                                                .busyPauseSeconds = 0.01});
         ASSERT_TRUE(map);
-        EXPECT_EQ(map.value().tables.at(0).ranges, (Ranges{{0, 127}}));
+        EXPECT_EQ(map.value().tables.at(0).ranges, row.ranges);
+        EXPECT_EQ(map.value().tables.at(0).unknown, row.unknown);
+        EXPECT_EQ(map.value().busy(), !row.unknown.empty());
         EXPECT_EQ(map.value().largestRegisterRead, 32);
         EXPECT_TRUE(map.value().complete);
     }
