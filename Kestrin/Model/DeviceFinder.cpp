@@ -72,14 +72,15 @@ bool DeviceFinder::findUnits(int first, int last, double timeout) {
                     // Collected as they come, so that a cancelled scan still shows them.
                     findings.units.insert(findings.units.end(), progress.answers.begin(),
                                           progress.answers.end());
-                    report({progress.done, progress.total, progress.remainingSeconds});
+                    // A late answer arrives after the units asked behind it.
+                    std::ranges::sort(findings.units, {}, &UnitScan::Answer::unit);
+                    report(
+                        {progress.done, progress.total, progress.remainingSeconds, findings.units});
                 });
             if (!scanned) {
                 recordFailure(findings, scanned.error());
             }
         }
-        // A late answer arrives after the units asked behind it.
-        std::ranges::sort(findings.units, {}, &UnitScan::Answer::unit);
         return findings;
     });
 }
@@ -94,7 +95,7 @@ bool DeviceFinder::sweepSettings(const std::vector<std::uint8_t>& units) {
         const SettingsSweep::Line line{path_, testDevice_, &cancel_};
         const auto swept = SettingsSweep::run(
             line, serial_, units, std::nullopt, [&](const SettingsSweep::Progress& progress) {
-                report({progress.done, progress.total, progress.remainingSeconds});
+                report({progress.done, progress.total, progress.remainingSeconds, {}});
             });
         if (swept) {
             findings.settings = swept.value();
@@ -115,7 +116,7 @@ bool DeviceFinder::mapRegisters(const RegisterMapOptions& options) {
         if (const auto link = openLink(findings)) {
             auto mapped =
                 kestrin::mapRegisters(*link, options, [&](const RegisterMapProgress& progress) {
-                    report({progress.requests, 0, progress.remainingSeconds});
+                    report({progress.requests, 0, progress.remainingSeconds, {}});
                 });
             if (mapped) {
                 findings.cancelled = !mapped.value().complete && cancel_.isRaised();

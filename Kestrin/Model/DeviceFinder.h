@@ -36,6 +36,8 @@ public:
         // 0 where the end is not known in advance (a map finds its holes as it goes).
         int total = 0;
         double remainingSeconds = 0;
+        // A units scan's answers so far, ascending by unit, so that they show as they come.
+        std::vector<UnitScan::Answer> units;
     };
 
     // What the last scan found; the member of its kind holds it.

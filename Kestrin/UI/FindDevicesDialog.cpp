@@ -296,6 +296,12 @@ void FindDevicesDialog::showProgress() {
     }
     progress_->setRange(0, progress->total);
     progress_->setValue(progress->done);
+    // Refilled only when a unit was found, so that a row chosen meanwhile stays chosen.
+    if (results_->rowCount() != static_cast<int>(progress->units.size())) {
+        DeviceFinder::Findings soFar;
+        soFar.units = progress->units;
+        FinderResults::fill(*results_, soFar);
+    }
     // The page of the running scan stays the current one: the pages are locked meanwhile.
     progressText_->setText(qt(scans_->currentIndex() == 0
                                   ? scan.unitProgress(progress->done, progress->total, seconds)
@@ -313,10 +319,10 @@ void FindDevicesDialog::showFindings() {
 
 void FindDevicesDialog::chooseUnit() {
     const QList<QTableWidgetItem*> selected = results_->selectedItems();
-    if (selected.isEmpty() || !finder_.findings() ||
-        finder_.findings()->scan != DeviceFinder::Scan::units) {
+    if (selected.isEmpty()) {
         return;
     }
+    // Only the units' rows carry a unit.
     const QVariant unit = results_->item(selected.front()->row(), 0)->data(Qt::UserRole);
     if (unit.isValid()) {
         sweepFirst_->setValue(unit.toInt());
