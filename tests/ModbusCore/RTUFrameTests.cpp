@@ -3,10 +3,7 @@
 #include "RTUFrame.h"
 
 #include <array>
-#include <deque>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -38,19 +35,6 @@ TEST(CRC16, MatchesPublishedVectorsAndGoesOnTheWireLowByteFirst) {
     }
     EXPECT_EQ(RTUFrame::build(0x11, hexBytes("03 00 6B 00 03")),
               hexBytes("11 03 00 6B 00 03 76 87"));
-}
-
-TEST(CRC16, EveryKindOfByteRangeGivesTheSameValue) {
-    const std::uint8_t array[] = {0x01, 0x03, 0x00, 0x00, 0x00, 0x0A};
-    const std::deque<std::uint8_t> deque(std::begin(array), std::end(array));
-    // Single-pass and produced on demand, like bytes read from a stream.
-    std::istringstream stream(std::string(std::begin(array), std::end(array)));
-
-    EXPECT_EQ(CRC16::modbus(array), 0xCDC5);
-    EXPECT_EQ(CRC16::modbus(deque), 0xCDC5);
-    EXPECT_EQ(
-        CRC16::modbus(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()),
-        0xCDC5);
 }
 
 // Every row answers a request to unit 1 with function 3.

@@ -87,8 +87,6 @@ TEST(CliEndToEnd, WritesCoilsAndRegistersInTheModeAskedFor) {
         const char* request; // the PDU the simulator must have received
     } rows[] = {
         {"--table CO --address 5", "on", "single", "05 00 05 FF 00"},
-        {"--table HR --address 200", "0x1F", "single", "06 00 C8 00 1F"},
-        {"--table HR --address 200", "0b101", "multiple", "10 00 C8 00 01 02 00 05"},
         // Every bit of a 64-bit integer, in a word order of its own.
         {"--table HR --address 208 --type uint64 --order CDAB", "18446744073709551613", "multiple",
          "10 00 D0 00 04 08 FF FD FF FF FF FF FF FF"},

@@ -223,49 +223,6 @@ TEST(LogView, ColoursEachRunByItsRoleInTheCurrentPalette) {
     EXPECT_DOUBLE_EQ(plain.pointSizeF(), QApplication::font().pointSizeF());
 }
 
-// Every pixel of the backdrop lies between the background and the logo's own faint colour (its
-// edges are smoothed), and it is centred and no larger than 460 points or the view.
-TEST(LogView, FaintLogoInTheProgramsColourIsCentredBehindTheText) {
-    for (const QSize size : {QSize(1000, 800), QSize(320, 200)}) {
-        OutputBuffer buffer;
-        LogView view(buffer);
-        view.resize(size);
-        view.show();
-        SCOPED_TRACE(size.width());
-        const QImage shot = view.viewport()->grab().toImage();
-        const QColor base = view.palette().color(QPalette::Base);
-        const QColor accent = LogPalette::accent();
-        QRect drawn;
-        int full = 0;
-        for (int y = 0; y < shot.height(); ++y) {
-            for (int x = 0; x < shot.width(); ++x) {
-                const QColor pixel = shot.pixelColor(x, y);
-                if (pixel == base) {
-                    continue;
-                }
-                drawn |= QRect(x, y, 1, 1);
-                bool atFull = true;
-                for (const auto channel : {&QColor::red, &QColor::green, &QColor::blue}) {
-                    const int under = (base.*channel)();
-                    const double faint = under + ((accent.*channel)() - under) * 0.07;
-                    const int value = (pixel.*channel)();
-                    ASSERT_GE(value, std::min<double>(under, faint) - 2) << x << "," << y;
-                    ASSERT_LE(value, std::max<double>(under, faint) + 2) << x << "," << y;
-                    atFull = atFull && std::abs(value - faint) <= 2;
-                }
-                full += atFull ? 1 : 0;
-            }
-        }
-        const QSize area = view.viewport()->size();
-        const int side = std::min({460, area.width(), area.height()});
-        EXPECT_GT(full, side * side / 10);
-        EXPECT_LE(drawn.width(), side);
-        EXPECT_LE(drawn.height(), side);
-        EXPECT_NEAR(drawn.center().x(), area.width() / 2, 4);
-        EXPECT_NEAR(drawn.center().y(), area.height() / 2, 4);
-    }
-}
-
 TEST(LogFindBar, NextMatchWrapsAroundAndAMissingTextIsReported) {
     OutputBuffer buffer;
     LogView view(buffer);

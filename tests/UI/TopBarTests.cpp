@@ -318,41 +318,5 @@ TEST(PollTabs, ClickingATabSelectsItsPollAndTheEditorChangesIt) {
     EXPECT_EQ(bar.tabs()[1]->text(), "Untitled");
 }
 
-TEST(PollTabDots, FollowTheResultsOfEachPollWhileReading) {
-    SimulatorProcess simulator(ChildProcess::sim());
-    ASSERT_FALSE(simulator.port().empty());
-    PollerProject project = PollerProject::firstRun();
-    Poll served = project.polls.front();
-    // The simulator serves the example list only: this address answers exception 02.
-    Poll missing = poll("Missing", {datapoint("Nowhere", RegisterTable::holdingRegister, 900)});
-    Poll paused = poll("Paused", served.datapoints, false);
-    Poll empty = poll("Empty", {});
-    for (Datapoint& point : paused.datapoints) {
-        point.id = Uuid::random();
-    }
-    project.polls = {served, missing, paused, empty};
-    auto model = makeModel(project);
-    model->addTestDevice(simulator.port(), "simulator");
-    PollTabBar bar(*model);
-    const auto dots = [&] {
-        std::vector<TabDot> all;
-        std::ranges::transform(bar.tabs(), std::back_inserter(all), &PollTab::dot);
-        return all;
-    };
-    const std::vector<TabDot> allGrey(4, TabDot::grey);
-    EXPECT_EQ(dots(), allGrey);
-
-    model->start();
-    const std::vector<TabDot> reading{TabDot::green, TabDot::orange, TabDot::grey, TabDot::grey};
-    EXPECT_TRUE(waitUntil([&] { return dots() == reading; }, 10s))
-        << model->errorMessage().value_or("");
-    EXPECT_TRUE(bar.tabs()[2]->isPaused());
-    EXPECT_EQ(bar.tabs()[0]->dotColour(), LogPalette::green(bar.palette()));
-    EXPECT_EQ(bar.tabs()[1]->dotColour(), LogPalette::orange(bar.palette()));
-
-    model->stop();
-    EXPECT_EQ(dots(), allGrey);
-}
-
 } // namespace
 } // namespace kestrin::UITesting
