@@ -235,5 +235,21 @@ TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAndBusyAnswers) 
     }
 }
 
+// A unit that stops answering part way ends the map after a few silent requests instead of
+// waiting out every address left, and keeps what it found.
+TEST(ScriptedRegisterMap, StopsWhenTheUnitFallsSilent) {
+    ScriptedDevice device([](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
+        return {request.nth == 1 ? registersAnswer(request.frame, [](int) { return true; })
+                                 : Bytes{}};
+    });
+    const auto map = mapRegisters(*device.link(), {.unit = 1, .first = 0, .last = 199});
+    ASSERT_TRUE(map);
+    EXPECT_TRUE(map.value().fellSilent);
+    EXPECT_FALSE(map.value().complete);
+    EXPECT_EQ(map.value().tables.size(), 1u);
+    EXPECT_EQ(map.value().tables[0].ranges, (Ranges{{0, 124}}));
+    EXPECT_EQ(map.value().requests, 9);
+}
+
 } // namespace
 } // namespace kestrin

@@ -1,6 +1,5 @@
 #include "ChildProcess.h"
 #include "RTUFrame.h"
-#include "RegisterMap.h"
 #include "ScriptedDevice.h"
 #include "SerialLink.h"
 #include "SettingsSweep.h"
@@ -10,7 +9,6 @@
 #include <chrono>
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <numeric>
 #include <set>
@@ -193,22 +191,6 @@ TEST(ScriptedScan, TellsGatewayRefusalsGarbageAndLateAnswersApart) {
         ASSERT_TRUE(answers);
         EXPECT_EQ(answers.value(), row.expected);
     }
-}
-
-// A unit that stops answering part way ends the map after a few silent requests instead of
-// waiting out every address left, and keeps what it found.
-TEST(ScriptedScan, AMapStopsWhenTheUnitFallsSilent) {
-    ScriptedDevice device([](const ScriptedDevice::Request& request) -> ScriptedDevice::Reply {
-        return {request.nth == 1 ? registersAnswer(request.frame, [](int) { return true; })
-                                 : Bytes{}};
-    });
-    const auto map = mapRegisters(*device.link(), {.unit = 1, .first = 0, .last = 199});
-    ASSERT_TRUE(map);
-    EXPECT_TRUE(map.value().fellSilent);
-    EXPECT_FALSE(map.value().complete);
-    EXPECT_EQ(map.value().tables.size(), 1u);
-    EXPECT_EQ(map.value().tables[0].ranges, (std::vector<Datapoint::AddressRange>{{0, 124}}));
-    EXPECT_EQ(map.value().requests, 9);
 }
 
 // A device that answers only after the time-out (150 ms inside each side of the late window) is
