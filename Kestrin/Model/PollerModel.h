@@ -184,6 +184,8 @@ public:
     // The bus as the current reading measures it, or the last one once it stopped; null before
     // the first reading.
     const BusMeter* busMeter() const noexcept { return busMeter_ ? &*busMeter_ : nullptr; }
+    // The line's busy share until now, or until reading stopped.
+    std::optional<double> busyShare() const;
     // A time-out that fits the answers seen, offered once per reading and never set unasked.
     const std::optional<TimeoutOffer>& timeoutOffer() const noexcept { return timeoutOffer_; }
     void acceptTimeoutOffer();
@@ -303,8 +305,8 @@ private:
     void countFailure(PollFailure failure);
     void beginMeasuring();
     void measure(const PollerEvent& event);
-    // One log line per unit that answered.
-    void summariseBus();
+    // Stops the busy share's clock and logs one line per unit that answered.
+    void endMeasuring();
     void setTimeoutOffer(std::optional<TimeoutOffer> offer);
     std::unique_ptr<PollerEngine> makeEngine();
     std::vector<PollPlan> buildPlans() const;
@@ -348,6 +350,8 @@ private:
     bool showNoResponseHint_ = false;
     std::optional<LatencyNotice> latencyNotice_;
     std::optional<BusMeter> busMeter_;
+    // When the reading that busMeter_ measured stopped; absent while it goes on.
+    std::optional<BusMeter::Time> measuredUntil_;
     std::optional<TimeoutOffer> timeoutOffer_;
     bool timeoutOffered_ = false;
     std::optional<std::string> errorMessage_;

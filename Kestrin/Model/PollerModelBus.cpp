@@ -15,6 +15,7 @@ void PollerModel::beginMeasuring() {
     const double handover = timer ? timer->milliseconds / 1000.0 : 0.0;
     const std::vector<PollPlan> plans = buildPlans();
     busMeter_.emplace(serial_, handover, plans);
+    measuredUntil_.reset();
     timeoutOffered_ = false;
     setTimeoutOffer(std::nullopt);
 }
@@ -33,7 +34,15 @@ void PollerModel::measure(const PollerEvent& event) {
     }
 }
 
-void PollerModel::summariseBus() {
+std::optional<double> PollerModel::busyShare() const {
+    if (!busMeter_) {
+        return std::nullopt;
+    }
+    return busMeter_->busyShare(measuredUntil_.value_or(std::chrono::system_clock::now()));
+}
+
+void PollerModel::endMeasuring() {
+    measuredUntil_ = std::chrono::system_clock::now();
     if (!busMeter_ || !environment_.busSummaryInLog) {
         return;
     }

@@ -115,7 +115,7 @@ void PollerModel::stop() {
     setShowNoResponseHint(false);
     pendingWrites_.clear();
     appendLog(LogLine::readingStopped());
-    summariseBus();
+    endMeasuring();
 }
 
 void PollerModel::toggle() {

@@ -1,5 +1,6 @@
 #include "BottomPane.h"
 
+#include "BusPopover.h"
 #include "ChartView.h"
 #include "ElidedLine.h"
 #include "FaintText.h"
@@ -99,6 +100,19 @@ void continueExportWithProgress(PollerModel& model, QWidget* parent) {
     dialog->show();
 }
 
+// Opens the popover under its button, made on first use, or closes it when it is open.
+template <typename View>
+void toggle(View*& popover, QWidget* anchor, PollerModel& model, QWidget* parent) {
+    if (popover != nullptr && popover->isVisible()) {
+        popover->hide();
+        return;
+    }
+    if (popover == nullptr) {
+        popover = new View(model, parent);
+    }
+    popover->showBelow(anchor);
+}
+
 } // namespace
 
 BottomPane::BottomPane(PollerModel& model, QWidget* parent)
@@ -180,6 +194,15 @@ QWidget* BottomPane::makeLogTools(QWidget* parent) {
     FaintText::fade(*statistics_);
     logRow->addWidget(statistics_, 1);
 
+    auto* bus = new QToolButton(logTools);
+    bus->setObjectName("busButton");
+    bus->setText(qt(L10n::texts().bus.button()));
+    bus->setAutoRaise(true);
+    bus->setToolTip(qt(L10n::texts().bus.buttonHelp()));
+    connect(bus, &QToolButton::clicked, this, &BottomPane::toggleBusPopover);
+    busButton_ = bus;
+    logRow->addWidget(bus);
+
     auto* options = new QToolButton(logTools);
     options->setObjectName("logOptionsButton");
     options->setIcon(Icons::symbol(Symbol::sliders));
@@ -239,14 +262,11 @@ void BottomPane::refreshStatistics() {
 }
 
 void BottomPane::toggleLogOptions() {
-    if (options_ != nullptr && options_->isVisible()) {
-        options_->hide();
-        return;
-    }
-    if (options_ == nullptr) {
-        options_ = new LogOptionsView(model_, this);
-    }
-    options_->showBelow(optionsButton_);
+    toggle(options_, optionsButton_, model_, this);
+}
+
+void BottomPane::toggleBusPopover() {
+    toggle(bus_, busButton_, model_, this);
 }
 
 void BottomPane::saveLog() {

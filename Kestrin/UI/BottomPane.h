@@ -7,6 +7,7 @@ class QStackedWidget;
 
 namespace kestrin {
 
+class BusPopover;
 class ChartView;
 class ElidedLine;
 class LogOptionsView;
@@ -29,6 +30,8 @@ public:
 
     OutputArea* outputArea() const { return output_; }
     ChartView* chartView() const { return chart_; }
+    // Null until first opened.
+    BusPopover* busPopover() const { return bus_; }
 
 public slots:
     void saveLog();
@@ -36,12 +39,13 @@ public slots:
     void exportHistory();
     void showFindBar();
     void toggleLogOptions();
+    void toggleBusPopover();
 
 private:
     QWidget* makeBar();
     // The switch between the log and the chart.
     QWidget* makePagePicker(QWidget* bar);
-    // The statistics, the log options, Save and Clear.
+    // The statistics, the bus figures, the log options, Save and Clear.
     QWidget* makeLogTools(QWidget* parent);
     // Clear and export the history.
     QWidget* makeChartTools(QWidget* parent);
@@ -55,6 +59,8 @@ private:
     ElidedLine* statistics_ = nullptr;
     QAbstractButton* optionsButton_ = nullptr;
     LogOptionsView* options_ = nullptr;
+    QAbstractButton* busButton_ = nullptr;
+    BusPopover* bus_ = nullptr;
     QStackedWidget* pages_ = nullptr;
     OutputArea* output_ = nullptr;
     ChartView* chart_ = nullptr;

@@ -23,7 +23,11 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     , latency_(new NoticeBanner(
           Symbol::clock, LogPalette::blue(palette()), {},
           [&model] { model.dismissLatencyNotice(); }, this))
-    , setLatency_(latency_->addAction(qt(L10n::texts().adapter.setToOneMs()))) {
+    , setLatency_(latency_->addAction(qt(L10n::texts().adapter.setToOneMs())))
+    , timeout_(new NoticeBanner(
+          Symbol::clock, LogPalette::blue(palette()), {}, [&model] { model.dismissTimeoutOffer(); },
+          this))
+    , useTimeout_(timeout_->addAction({})) {
     setObjectName("noticeOverlays");
     serialLost_->setObjectName("serialLostNotice");
     noResponse_->setObjectName("noResponseNotice");
@@ -33,6 +37,9 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     fixForGood->setObjectName("latencyRuleButton");
     connect(setLatency_, &QPushButton::clicked, &model_, &PollerModel::setLatencyTimerToBest);
     connect(fixForGood, &QPushButton::clicked, this, &NoticeOverlays::showLatencyRule);
+    timeout_->setObjectName("timeoutNotice");
+    useTimeout_->setObjectName("useTimeoutButton");
+    connect(useTimeout_, &QPushButton::clicked, &model_, &PollerModel::acceptTimeoutOffer);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(10, 8, 10, 8);
@@ -40,10 +47,12 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     layout->addWidget(serialLost_, 0, Qt::AlignHCenter);
     layout->addWidget(noResponse_, 0, Qt::AlignHCenter);
     layout->addWidget(latency_, 0, Qt::AlignHCenter);
+    layout->addWidget(timeout_, 0, Qt::AlignHCenter);
 
     connect(&model_, &PollerModel::stateChanged, this, &NoticeOverlays::refresh);
     connect(&model_, &PollerModel::showNoResponseHintChanged, this, &NoticeOverlays::refresh);
     connect(&model_, &PollerModel::latencyNoticeChanged, this, &NoticeOverlays::refresh);
+    connect(&model_, &PollerModel::timeoutOfferChanged, this, &NoticeOverlays::refresh);
     refresh();
 }
 
@@ -56,7 +65,13 @@ void NoticeOverlays::refresh() {
         setLatency_->setVisible(latency->writable);
     }
     latency_->setVisible(latency.has_value());
-    setVisible(!serialLost_->isHidden() || !noResponse_->isHidden() || !latency_->isHidden());
+    if (const std::optional<TimeoutOffer>& offer = model_.timeoutOffer()) {
+        timeout_->setText(qt(offer->text()));
+        useTimeout_->setText(qt(L10n::texts().bus.useTimeout(offer->timeoutMs)));
+    }
+    timeout_->setVisible(model_.timeoutOffer().has_value());
+    setVisible(!serialLost_->isHidden() || !noResponse_->isHidden() || !latency_->isHidden() ||
+               !timeout_->isHidden());
     emit contentChanged();
 }
 

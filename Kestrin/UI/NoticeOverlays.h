@@ -11,7 +11,8 @@ class PollerModel;
 
 // The notices stacked over the top of the log: the lost port (until reading resumes) above the
 // device that does not respond (until dismissed or the next start), then the adapter whose
-// latency timer slows reading down (until dismissed or set).
+// latency timer slows reading down (until dismissed or set), then a time-out that fits the
+// answers better (until dismissed or taken).
 class NoticeOverlays : public QWidget {
     Q_OBJECT
 
@@ -21,6 +22,7 @@ public:
     NoticeBanner* serialLostBanner() const { return serialLost_; }
     NoticeBanner* noResponseBanner() const { return noResponse_; }
     NoticeBanner* latencyBanner() const { return latency_; }
+    NoticeBanner* timeoutBanner() const { return timeout_; }
 
     // The height this needs at a width.
     int heightFor(int width) const;
@@ -38,6 +40,8 @@ private:
     NoticeBanner* noResponse_;
     NoticeBanner* latency_;
     QPushButton* setLatency_;
+    NoticeBanner* timeout_;
+    QPushButton* useTimeout_;
 };
 
 } // namespace kestrin

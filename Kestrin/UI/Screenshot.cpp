@@ -1,6 +1,7 @@
 #include "Screenshot.h"
 
 #include "BottomPane.h"
+#include "BusPopover.h"
 #include "DatapointDelegate.h"
 #include "DatapointPanel.h"
 #include "FindDevicesDialog.h"
@@ -111,6 +112,15 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
     if (name == "write") {
         return withPopup(window, openWriteEditor(window));
     }
+    if (name == "bus") {
+        // Above the bar, as it opens at the foot of a screen, so that the picture holds all of it.
+        BottomPane* pane = window.bottomPane();
+        pane->toggleBusPopover();
+        settle();
+        QWidget* popover = pane->busPopover();
+        popover->move(popover->x(), pane->mapToGlobal(QPoint(0, 0)).y() - popover->height());
+        return withPopup(window, popover);
+    }
     if (name == "chart") {
         window.bottomPane()->setPage(BottomPane::Page::chart);
         const int total = window.splitter()->height();
@@ -134,7 +144,7 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
 } // namespace
 
 const std::vector<std::string>& names() {
-    static const std::vector<std::string> all{"window", "settings", "write",
+    static const std::vector<std::string> all{"window", "settings", "write", "bus",
                                               "chart",  "help",     "finder"};
     return all;
 }
