@@ -1,7 +1,9 @@
 #include "CycleCounter.h"
 #include "ReadPlanner.h"
 
+#include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -37,70 +39,32 @@ struct Project {
     std::vector<Poll> polls() const { return {boiler, off, pump}; }
 };
 
+// Each read is a word: b for boiler, p for pump, then the index among the poll's planned blocks.
 TEST(CycleCounter, CountsCyclesByTheLeastReadBlockOfTheEnabledPolls) {
     const Project project;
-    struct Read {
-        const Poll* poll;
-        int block; // index among the poll's planned blocks
-    };
     const ReadBlock unplanned{1, RegisterTable::holdingRegister, 500, 1};
-    const struct {
-        const char* name;
-        int maxGap;
-        std::vector<Read> reads;
-        std::int64_t expected;
-    } rows[] = {
-        {"every block once",
-         0,
-         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.boiler, 2}, {&project.pump, 0}},
-         1},
-        {"one block unread",
-         0,
-         {{&project.boiler, 0}, {&project.boiler, 2}, {&project.pump, 0}},
-         0},
-        {"reads of one block do not stand in for another",
-         0,
-         {{&project.boiler, 0},
-          {&project.boiler, 0},
-          {&project.boiler, 1},
-          {&project.boiler, 1},
-          {&project.boiler, 2},
-          {&project.pump, 0},
-          {&project.pump, 0}},
-         1},
-        {"the same block in another poll is another block",
-         0,
-         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.boiler, 2}, {&project.boiler, 0}},
-         0},
-        {"a wider gap plans fewer blocks",
-         10,
-         {{&project.boiler, 0}, {&project.boiler, 1}, {&project.pump, 0}},
-         1},
-        {"twice each, in any order",
-         0,
-         {{&project.pump, 0},
-          {&project.boiler, 2},
-          {&project.boiler, 1},
-          {&project.boiler, 0},
-          {&project.boiler, 0},
-          {&project.pump, 0},
-          {&project.boiler, 1},
-          {&project.boiler, 2}},
-         2},
+    const std::tuple<const char*, int, const char*, std::int64_t> rows[] = {
+        {"every block once", 0, "b0 b1 b2 p0", 1},
+        {"one block unread", 0, "b0 b2 p0", 0},
+        {"reads of one block do not stand in for another", 0, "b0 b0 b1 b1 b2 p0 p0", 1},
+        {"the same block in another poll is another block", 0, "b0 b1 b2 b0", 0},
+        {"a wider gap plans fewer blocks", 10, "b0 b1 p0", 1},
+        {"twice each, in any order", 0, "p0 b2 b1 b0 b0 p0 b1 b2", 2},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        CycleCounter counter(project.polls(), row.maxGap);
-        for (const Read& read : row.reads) {
-            const std::vector<ReadBlock> blocks =
-                ReadPlanner::blocks(read.poll->datapoints, row.maxGap);
-            counter.blockRead(read.poll->id, blocks.at(static_cast<std::size_t>(read.block)));
+    for (const auto& [name, maxGap, reads, expected] : rows) {
+        SCOPED_TRACE(name);
+        CycleCounter counter(project.polls(), maxGap);
+        std::istringstream words(reads);
+        for (std::string read; words >> read;) {
+            const Poll& poll = read[0] == 'b' ? project.boiler : project.pump;
+            const std::vector<ReadBlock> blocks = ReadPlanner::blocks(poll.datapoints, maxGap);
+            counter.blockRead(poll.id, blocks.at(static_cast<std::size_t>(read[1] - '0')));
             // Blocks no enabled poll plans are never counted.
             counter.blockRead(project.off.id,
-                              ReadPlanner::blocks(project.off.datapoints, row.maxGap).front());
-            counter.blockRead(read.poll->id, unplanned);
+                              ReadPlanner::blocks(project.off.datapoints, maxGap).front());
+            counter.blockRead(poll.id, unplanned);
         }
-        EXPECT_EQ(counter.completedCycles(), row.expected);
+        EXPECT_EQ(counter.completedCycles(), expected);
     }
 }
 
