@@ -297,14 +297,12 @@ TEST(L10n, PortAdviceKeepsItsCommandsInEveryLanguage) {
     });
 }
 
-// How each problem quotes its cell shows in the command line's refusals; here the rest.
-TEST(L10n, EnglishCSVProblemsNameTheLineAndTheMissingColumns) {
+// How each problem quotes its cell shows in the command line's refusals, and the line it names in
+// the import's question; here the one problem without a cell.
+TEST(L10n, EnglishCSVProblemWithoutACellNamesTheMissingColumns) {
     inEnglish([] {
         EXPECT_EQ(L10n::Errors::describe(DatapointCSV::Problem::missingColumns()),
                   "the columns Table and Address are missing");
-        EXPECT_EQ(L10n::Errors::describe(
-                      DatapointCSV::ImportIssue{3, DatapointCSV::Problem::invalidUnit("248")}),
-                  "Line 3: invalid unit ID '248' (1 to 247)");
     });
 }
 
