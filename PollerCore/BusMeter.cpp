@@ -123,6 +123,11 @@ std::vector<BusMeter::UnitFigures> BusMeter::units() const {
     return figures;
 }
 
+std::int64_t BusMeter::answers(std::uint8_t unit) const {
+    const auto found = units_.find(unit);
+    return found != units_.end() ? found->second.answers : 0;
+}
+
 std::optional<double> BusMeter::interval(const Uuid& poll) const {
     const auto found = cycleEnds_.find(poll);
     if (found == cycleEnds_.end() || found->second.size() < 2) {

@@ -55,6 +55,8 @@ public:
 
     // The units with an answer, by unit number.
     std::vector<UnitFigures> units() const;
+    // The unit's answered reads, without working out its spreads.
+    std::int64_t answers(std::uint8_t unit) const;
     // Seconds between the ends of the poll's recent cycles; nothing before its second cycle.
     std::optional<double> interval(const Uuid& poll) const;
     // The part of the time since Started that the line carried a transaction, time-outs

@@ -25,7 +25,11 @@ void PollerModel::measure(const PollerEvent& event) {
         return;
     }
     busMeter_->add(event);
-    if (!timeoutOffered_ && event.is<PollerEvent::Read>()) {
+    // Looked at as each unit reaches enough answers, not at every answer: working out the
+    // spreads takes longer than handling an answer.
+    const auto* read = event.as<PollerEvent::Read>();
+    if (!timeoutOffered_ && read != nullptr && read->result &&
+        busMeter_->answers(read->block.unit) == TimeoutOffer::answersNeeded) {
         const std::vector<BusMeter::UnitFigures> units = busMeter_->units();
         if (auto offer = TimeoutOffer::check(units, timeoutMs_)) {
             timeoutOffered_ = true;
