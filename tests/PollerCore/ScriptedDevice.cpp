@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
@@ -77,7 +78,11 @@ void ScriptedDevice::serve() {
 bool ScriptedDevice::readRequest(Bytes& request) const {
     for (std::size_t done = 0; done < request.size();) {
         std::array<pollfd, 2> fds{{{master_, POLLIN, 0}, {stop_.fd(), POLLIN, 0}}};
-        if (::poll(fds.data(), fds.size(), -1) < 0 || fds[1].revents != 0) {
+        const int ready = ::poll(fds.data(), fds.size(), -1);
+        if (ready < 0 && errno == EINTR) {
+            continue;
+        }
+        if (ready < 0 || fds[1].revents != 0) {
             return false;
         }
         const ssize_t n = ::read(master_, request.data() + done, request.size() - done);
@@ -90,8 +95,19 @@ bool ScriptedDevice::readRequest(Bytes& request) const {
 }
 
 bool ScriptedDevice::wait(std::chrono::milliseconds delay) const {
-    pollfd stop{stop_.fd(), POLLIN, 0};
-    return ::poll(&stop, 1, static_cast<int>(delay.count())) == 0;
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point until = Clock::now() + delay;
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
+        pollfd stop{stop_.fd(), POLLIN, 0};
+        const int ready = ::poll(&stop, 1, static_cast<int>(std::max<long>(0, left.count())));
+        if (stop_.isRaised()) {
+            return false;
+        }
+        if (ready == 0) {
+            return true;
+        }
+    }
 }
 
 int requestAddress(ByteView request) {
