@@ -30,12 +30,19 @@ int answerCharacters(const ReadBlock& block) {
 
 } // namespace
 
-double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
-                   double handoverSeconds) {
+double exchangeSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                       double turnaroundSeconds) {
     const int bits = serial.bitsPerCharacter();
     const int characters = requestCharacters(block) + answerCharacters(block);
-    return SerialTiming::transmissionTime(characters, serial.baudRate, bits) +
-           2 * SerialTiming::interFrameDelay(serial.baudRate, bits) + handoverSeconds;
+    return SerialTiming::transmissionTime(characters, serial.baudRate, bits) + turnaroundSeconds +
+           SerialTiming::interFrameDelay(serial.baudRate, bits);
+}
+
+double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                   double handoverSeconds) {
+    const double silence =
+        SerialTiming::interFrameDelay(serial.baudRate, serial.bitsPerCharacter());
+    return exchangeSeconds(block, serial, silence + handoverSeconds);
 }
 
 std::optional<double> requestsPerSecond(std::span<const PollPlan> plans,

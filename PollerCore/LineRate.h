@@ -13,10 +13,15 @@ namespace kestrin {
 // settings alone. Pure functions: the line's own figures, before any device takes time to think.
 namespace LineRate {
 
-// Seconds one read holds the line: the request on the wire, the silence by which the device
-// knows it ended, the answer on the wire, the wait until the adapter hands the answer over
-// (handoverSeconds: a USB adapter's latency timer, 0 for a UART) and the silence before the
-// next request. The baud rate must be positive.
+// Seconds one read holds the line when the device starts its answer turnaroundSeconds after the
+// request ended: both frames on the wire, the turnaround, and the silence before the next
+// request. The baud rate must be positive.
+double exchangeSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                       double turnaroundSeconds);
+
+// Seconds one read holds the line with a device that answers as soon as the silence tells it the
+// request ended, plus the wait until the adapter hands the answer over (handoverSeconds: a USB
+// adapter's latency timer, 0 for a UART). The baud rate must be positive.
 double readSeconds(const ReadBlock& block, const SerialConfiguration& serial,
                    double handoverSeconds);
 
