@@ -520,6 +520,27 @@ constexpr Texts dutch{
         .copyName = [](std::string_view name) { return concat(name, " (kopie)"); },
         .removeQuestion =
             [](std::string_view name) { return concat("Poll ‘", name, "’ verwijderen?"); },
+        .cycle = [](int ms) { return concat("≈ ", ms, " ms per cyclus"); },
+        .cycleHelp =
+            [](int ms) {
+                return concat(
+                    "Eén uitlezing van deze poll, berekend uit de seriële instellingen met ", ms,
+                    " ms antwoordtijd per apparaat:");
+            },
+        .lineLoad =
+            [](int percent) {
+                return concat("Alle actieve polls hebben ", percent, "% van de lijn nodig");
+            },
+        .outlastsInterval =
+            [](int cycle, int real, int interval) {
+                return concat("Duurt ", cycle, " ms: loopt elke ", real, " ms in plaats van elke ",
+                              interval, " ms");
+            },
+        .lineOverloaded =
+            [](int percent, int real, int interval) {
+                return concat("Lijn voor ", percent, "% belast: loopt elke ", real,
+                              " ms in plaats van elke ", interval, " ms");
+            },
     },
     .write =
         {

@@ -498,6 +498,24 @@ constexpr Texts english{
         .copyName = [](std::string_view name) { return concat(name, " (copy)"); },
         .removeQuestion =
             [](std::string_view name) { return concat("Remove the poll “", name, "”?"); },
+        .cycle = [](int ms) { return concat("≈ ", ms, " ms a cycle"); },
+        .cycleHelp =
+            [](int ms) {
+                return concat("One reading of this poll, worked out from the serial settings with ",
+                              ms, " ms for each device to answer:");
+            },
+        .lineLoad =
+            [](int percent) { return concat("All active polls need ", percent, " % of the line"); },
+        .outlastsInterval =
+            [](int cycle, int real, int interval) {
+                return concat("Takes ", cycle, " ms: runs every ", real, " ms, not every ",
+                              interval, " ms");
+            },
+        .lineOverloaded =
+            [](int percent, int real, int interval) {
+                return concat("The line is ", percent, " % loaded: runs every ", real,
+                              " ms, not every ", interval, " ms");
+            },
     },
     .write =
         {

@@ -539,6 +539,27 @@ constexpr Texts french{
             [](std::string_view name) {
                 return concat("Supprimer la scrutation «\u00a0", name, "\u00a0»\u00a0?");
             },
+        .cycle = [](int ms) { return concat("≈ ", ms, " ms par cycle"); },
+        .cycleHelp =
+            [](int ms) {
+                return concat(
+                    "Une lecture de cette scrutation, calculée d’après les réglages série avec ",
+                    ms, " ms de réponse pour chaque appareil :");
+            },
+        .lineLoad =
+            [](int percent) {
+                return concat("Les scrutations actives occupent ", percent, " % de la ligne");
+            },
+        .outlastsInterval =
+            [](int cycle, int real, int interval) {
+                return concat("Dure ", cycle, " ms : lue toutes les ", real,
+                              " ms, et non toutes les ", interval, " ms");
+            },
+        .lineOverloaded =
+            [](int percent, int real, int interval) {
+                return concat("Ligne chargée à ", percent, " % : lue toutes les ", real,
+                              " ms, et non toutes les ", interval, " ms");
+            },
     },
     .write =
         {

@@ -537,6 +537,27 @@ constexpr Texts german{
         .copyName = [](std::string_view name) { return concat(name, " (Kopie)"); },
         .removeQuestion =
             [](std::string_view name) { return concat("Abfrage „", name, "“ entfernen?"); },
+        .cycle = [](int ms) { return concat("≈ ", ms, " ms je Durchlauf"); },
+        .cycleHelp =
+            [](int ms) {
+                return concat("Ein Durchlauf dieser Abfrage, berechnet aus den "
+                              "Schnittstelleneinstellungen mit ",
+                              ms, " ms Antwortzeit je Gerät:");
+            },
+        .lineLoad =
+            [](int percent) {
+                return concat("Alle aktiven Abfragen brauchen ", percent, " % der Leitung");
+            },
+        .outlastsInterval =
+            [](int cycle, int real, int interval) {
+                return concat("Dauert ", cycle, " ms: läuft alle ", real, " ms statt alle ",
+                              interval, " ms");
+            },
+        .lineOverloaded =
+            [](int percent, int real, int interval) {
+                return concat("Leitung zu ", percent, " % ausgelastet: läuft alle ", real,
+                              " ms statt alle ", interval, " ms");
+            },
     },
     .write =
         {

@@ -528,6 +528,26 @@ constexpr Texts spanish{
         .copyName = [](std::string_view name) { return concat(name, " (copia)"); },
         .removeQuestion =
             [](std::string_view name) { return concat("¿Eliminar el sondeo «", name, "»?"); },
+        .cycle = [](int ms) { return concat("≈ ", ms, " ms por ciclo"); },
+        .cycleHelp =
+            [](int ms) {
+                return concat("Una lectura de este sondeo, calculada con la configuración serie y ",
+                              ms, " ms de respuesta por dispositivo:");
+            },
+        .lineLoad =
+            [](int percent) {
+                return concat("Los sondeos activos necesitan el ", percent, " % de la línea");
+            },
+        .outlastsInterval =
+            [](int cycle, int real, int interval) {
+                return concat("Tarda ", cycle, " ms: se lee cada ", real, " ms, no cada ", interval,
+                              " ms");
+            },
+        .lineOverloaded =
+            [](int percent, int real, int interval) {
+                return concat("Línea cargada al ", percent, " %: se lee cada ", real,
+                              " ms, no cada ", interval, " ms");
+            },
     },
     .write =
         {

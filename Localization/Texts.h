@@ -449,9 +449,14 @@ struct Texts {
     X(Literal, unnamed)                                                                            \
     X(Literal, duplicate)                                                                          \
     X(Literal, tabHelp)                                                                            \
-    X(OfNumber, newName)      /* (number) */                                                       \
-    X(OfText, copyName)       /* (poll name) */                                                    \
-    X(OfText, removeQuestion) /* (poll name) */
+    X(OfNumber, newName)                /* (number) */                                             \
+    X(OfText, copyName)                 /* (poll name) */                                          \
+    X(OfText, removeQuestion)           /* (poll name) */                                          \
+    X(OfNumber, cycle)                  /* (ms): one reading of the poll, beside its interval */   \
+    X(OfNumber, cycleHelp)              /* (ms each device is given to answer) */                  \
+    X(OfNumber, lineLoad)               /* (percent of the line's time all active polls need) */   \
+    X(OfThreeNumbers, outlastsInterval) /* (cycle ms, real interval ms, interval ms) */            \
+    X(OfThreeNumbers, lineOverloaded)   /* (load percent, real interval ms, interval ms) */
         KESTRIN_TEXT_GROUP(KESTRIN_POLLS_TEXTS_KEYS)
     };
 

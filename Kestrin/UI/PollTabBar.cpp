@@ -1,5 +1,6 @@
 #include "PollTabBar.h"
 
+#include "CycleLabel.h"
 #include "Icons.h"
 #include "L10n.h"
 #include "MessageBoxes.h"
@@ -115,6 +116,7 @@ void PollTabBar::layOutRow() {
     row->addWidget(name_);
     row->addWidget(new QLabel(qt(L10n::texts().polls.interval()), this));
     row->addWidget(interval_);
+    row->addWidget(new CycleLabel(model_, this));
     row->addWidget(active_);
 }
 

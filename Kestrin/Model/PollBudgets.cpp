@@ -1,0 +1,55 @@
+#include "PollBudgets.h"
+
+#include "L10n.h"
+#include "ReadPlanner.h"
+#include "SerialTiming.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace kestrin::PollBudgets {
+
+std::optional<BusBudget::Budget> of(std::span<const Poll> polls, const SerialConfiguration& serial,
+                                    int maxGap, const BusBudget::Turnarounds& turnarounds) {
+    std::vector<BusBudget::Demand> demands;
+    demands.reserve(polls.size());
+    for (const Poll& poll : polls) {
+        // The engine waits no longer than this between two readings either.
+        const double interval =
+            std::min(static_cast<double>(poll.intervalMs) / 1000.0, SerialTiming::longestDuration);
+        demands.push_back({ReadPlanner::blocks(poll.datapoints, maxGap), interval, poll.enabled});
+    }
+    return BusBudget::of(demands, serial, turnarounds);
+}
+
+int milliseconds(double seconds) {
+    // An overloaded line can stretch an interval past what an int counts.
+    constexpr double most = std::numeric_limits<int>::max();
+    return static_cast<int>(std::lround(std::clamp(seconds * 1000.0, -most, most)));
+}
+
+std::string requestLine(const BusBudget::Request& request) {
+    const ReadBlock& block = request.block;
+    return L10n::concat(L10n::texts().log.unit(block.unit), " · ",
+                        L10n::Log::range(block.table, block.address, block.count), " · ",
+                        milliseconds(request.seconds), " ms");
+}
+
+std::optional<std::string> warning(const BusBudget::PollBudget& poll,
+                                   const BusBudget::Budget& budget) {
+    if (!poll.late()) {
+        return std::nullopt;
+    }
+    const auto& texts = L10n::texts().polls;
+    const int effective = milliseconds(*poll.effectiveInterval);
+    const int interval = milliseconds(poll.interval);
+    if (poll.outlastsInterval()) {
+        return texts.outlastsInterval(milliseconds(poll.cycle), effective, interval);
+    }
+    return texts.lineOverloaded(static_cast<int>(std::lround(budget.lineLoad * 100)), effective,
+                                interval);
+}
+
+} // namespace kestrin::PollBudgets

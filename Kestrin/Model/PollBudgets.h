@@ -1,0 +1,33 @@
+#pragma once
+
+#include "BusBudget.h"
+#include "Poll.h"
+#include "SerialConfiguration.h"
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace kestrin {
+
+// The bus budget of a project's polls and what the window and kestrin-cli say about it.
+namespace PollBudgets {
+
+// Every poll's requests planned as the engine plans them, in the polls' order; nothing when the
+// baud rate is not positive.
+std::optional<BusBudget::Budget> of(std::span<const Poll> polls, const SerialConfiguration& serial,
+                                    int maxGap, const BusBudget::Turnarounds& turnarounds = {});
+
+// Seconds as whole milliseconds.
+int milliseconds(double seconds);
+
+// "Unit 1 · HR 0–9 · 10 ms".
+std::string requestLine(const BusBudget::Request& request);
+
+// Why the poll is read less often than its interval asks: its own reading is longer, or the
+// line is overloaded. Nothing when it keeps its interval.
+std::optional<std::string> warning(const BusBudget::PollBudget& poll,
+                                   const BusBudget::Budget& budget);
+
+} // namespace PollBudgets
+} // namespace kestrin
