@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "L10n.h"
 #if KESTRIN_HAS_POLL
+#include "PlanCommand.h"
 #include "PollCommand.h"
 #include "PollOptions.h"
 #endif
@@ -33,6 +34,7 @@ const CommandLine::Syntax programSyntax{
     "  kestrin-cli read  --port PATH --table T --address A [options]\n"
     "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
     "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
+    "  kestrin-cli plan  --project FILE.json [options]\n"
     "  kestrin-cli ports [--json] [--verbose]\n"
     "  kestrin-cli scan  --port PATH [--units 1-247 | --sweep] [options]\n"
     "  kestrin-cli --help | --version\n"
@@ -104,6 +106,12 @@ ExitCode run(Arguments arguments) {
             return PollCommand::run(checked, std::cout, std::cerr);
         };
         return runCommand(PollOptions::syntax(), options, checkedThen(&PollOptions::check, poll));
+    }
+    if (arguments.front() == "plan") {
+        const auto plan = [](const PlanCommand::PlanOptions& checked) {
+            return PlanCommand::run(checked, std::cout, std::cerr);
+        };
+        return runCommand(PlanCommand::syntax(), options, checkedThen(&PlanCommand::check, plan));
     }
 #endif
     if (arguments.front() == "scan") {
