@@ -71,10 +71,7 @@ TEST(HelpTopic, EveryLanguageHasTheEnglishStructureAndNoEmptyText) {
 
 std::vector<std::string> ids(const std::vector<HelpTopic>& topics) {
     std::vector<std::string> list;
-    list.reserve(topics.size());
-    for (const HelpTopic& topic : topics) {
-        list.push_back(topic.id);
-    }
+    std::ranges::transform(topics, std::back_inserter(list), &HelpTopic::id);
     return list;
 }
 

@@ -65,6 +65,9 @@ TEST(L10n, NoLanguageOrSectionIsLeftInEnglish) {
         for (const auto& [section, counts] : sections) {
             EXPECT_LE(counts.first * 2, counts.second) << language.rawValue() << " " << section;
         }
+        // English reads "Unit" for both columns; a translation must tell them apart.
+        const L10n::Texts::TableTexts& table = L10n::texts(language).table;
+        EXPECT_NE(table.unit(), table.unitID()) << language.rawValue();
     }
 }
 
@@ -104,15 +107,6 @@ TEST(L10n, DifferentThingsReadDifferentlyInEveryLanguage) {
                                           << " reads like " << first->second;
                 }
             }
-        }
-    }
-}
-
-TEST(L10n, ColumnsForTheUnitIDAndTheEngineeringUnitDifferOutsideEnglish) {
-    for (Language language : Language::allCases) {
-        const L10n::Texts::TableTexts& table = L10n::texts(language).table;
-        if (language != Language::en) {
-            EXPECT_NE(table.unit(), table.unitID());
         }
     }
 }
@@ -168,7 +162,10 @@ TEST(L10n, CodesUnitsAndNumbersReadTheSameInEveryLanguage) {
     });
 }
 
-TEST(L10n, EnglishSpecialFormsSwitchAtTheirThresholds) {
+// A code without a name of its own reads as its family's name; exceptions carry the hex code.
+// How each CSV problem quotes its cell shows in the command line's refusals, and the line it names
+// in the import's question; here the one problem without a cell.
+TEST(L10n, EnglishSpecialFormsSwitchAtTheirThresholdsAndCodesFallBackToTheirFamily) {
     inEnglish([] {
         EXPECT_EQ(L10n::Settings::gapLabel(0), "Adjacent only");
         EXPECT_EQ(L10n::Settings::gapLabel(5), "Gaps up to 5 addresses");
@@ -176,18 +173,14 @@ TEST(L10n, EnglishSpecialFormsSwitchAtTheirThresholds) {
         EXPECT_EQ(L10n::Log::unitFunction(247, 0x10), "Unit 247 · FC 10");
         EXPECT_EQ(L10n::Table::valueInvalid(DataType::float32),
                   "This value does not fit in Float32.");
-    });
-}
-
-// A code without a name of its own reads as its family's name; exceptions carry the hex code.
-TEST(L10n, EnglishNamesOfCodesFallBackToTheirFamily) {
-    inEnglish([] {
         EXPECT_EQ(L10n::Modbus::functionName(16), "Write multiple registers");
         EXPECT_EQ(L10n::Modbus::functionName(0), "Function");
         EXPECT_EQ(L10n::Modbus::functionName(99), "Function");
         EXPECT_EQ(L10n::Modbus::exceptionName(10), "Gateway path unavailable (0A)");
         EXPECT_EQ(L10n::Modbus::exceptionName(7), "Exception (07)");
         EXPECT_EQ(L10n::Modbus::exceptionName(255), "Exception (FF)");
+        EXPECT_EQ(L10n::Errors::describe(DatapointCSV::Problem::missingColumns()),
+                  "the columns Table and Address are missing");
     });
 }
 
@@ -278,31 +271,17 @@ const PortFailure portFailures[] = {
     {{E::Disconnected{}}, "The adapter was disconnected."},
 };
 
-TEST(L10n, EnglishSerialLinkErrorsReadAsFinishedSentences) {
-    inEnglish([] {
-        for (const PortFailure& failure : portFailures) {
-            EXPECT_EQ(L10n::Errors::describe(failure.error), failure.english);
-        }
-    });
-}
-
-TEST(L10n, PortAdviceKeepsItsCommandsInEveryLanguage) {
-    forEachLanguage([](Language) {
+TEST(L10n, PortFailuresReadAsFinishedSentencesKeepingTheirCommandsInEveryLanguage) {
+    forEachLanguage([](Language language) {
         for (const PortFailure& failure : portFailures) {
             const std::string sentence = L10n::Errors::describe(failure.error);
+            if (language == Language::en) {
+                EXPECT_EQ(sentence, failure.english);
+            }
             for (const std::string_view command : failure.commands) {
                 EXPECT_NE(sentence.find(command), std::string::npos) << sentence;
             }
         }
-    });
-}
-
-// How each problem quotes its cell shows in the command line's refusals, and the line it names in
-// the import's question; here the one problem without a cell.
-TEST(L10n, EnglishCSVProblemWithoutACellNamesTheMissingColumns) {
-    inEnglish([] {
-        EXPECT_EQ(L10n::Errors::describe(DatapointCSV::Problem::missingColumns()),
-                  "the columns Table and Address are missing");
     });
 }
 
