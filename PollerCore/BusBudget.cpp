@@ -13,8 +13,10 @@ PollBudget requestsOf(const Demand& poll, const SerialConfiguration& serial,
     PollBudget budget;
     budget.interval = poll.interval;
     for (const ReadBlock& block : poll.blocks) {
-        const double seconds = LineRate::exchangeSeconds(block, serial, turnarounds.of(block.unit));
-        budget.requests.push_back({block, seconds});
+        const double turnaround = turnarounds.of(block.unit);
+        const double seconds = LineRate::exchangeSeconds(block, serial, turnaround);
+        budget.requests.push_back(
+            {block, seconds, LineRate::answerSeconds(block, serial, turnaround)});
         budget.cycle += seconds;
     }
     return budget;

@@ -40,7 +40,11 @@ struct Demand {
 
 struct Request {
     ReadBlock block;
+    // How long it holds the line.
     double seconds = 0;
+    // From the end of the request to the end of the answer: a response time-out shorter than this
+    // fails the request every time.
+    double answerSeconds = 0;
 
     friend bool operator==(const Request&, const Request&) = default;
 };

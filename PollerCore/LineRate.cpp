@@ -30,11 +30,18 @@ int answerCharacters(const ReadBlock& block) {
 
 } // namespace
 
+double answerSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                     double turnaroundSeconds) {
+    return turnaroundSeconds + SerialTiming::transmissionTime(answerCharacters(block),
+                                                              serial.baudRate,
+                                                              serial.bitsPerCharacter());
+}
+
 double exchangeSeconds(const ReadBlock& block, const SerialConfiguration& serial,
                        double turnaroundSeconds) {
     const int bits = serial.bitsPerCharacter();
-    const int characters = requestCharacters(block) + answerCharacters(block);
-    return SerialTiming::transmissionTime(characters, serial.baudRate, bits) + turnaroundSeconds +
+    return SerialTiming::transmissionTime(requestCharacters(block), serial.baudRate, bits) +
+           answerSeconds(block, serial, turnaroundSeconds) +
            SerialTiming::interFrameDelay(serial.baudRate, bits);
 }
 

@@ -13,6 +13,12 @@ namespace kestrin {
 // settings alone. Pure functions: the line's own figures, before any device takes time to think.
 namespace LineRate {
 
+// Seconds from the end of a request to the end of its answer when the device starts answering
+// turnaroundSeconds after the request ended: what the response time-out must cover. The baud
+// rate must be positive.
+double answerSeconds(const ReadBlock& block, const SerialConfiguration& serial,
+                     double turnaroundSeconds);
+
 // Seconds one read holds the line when the device starts its answer turnaroundSeconds after the
 // request ended: both frames on the wire, the turnaround, and the silence before the next
 // request. The baud rate must be positive.
