@@ -66,21 +66,20 @@ TEST(DatapointCSVParse, DetectsTheSeparatorFromTheFirstLine) {
 }
 
 TEST(DatapointCSVParse, HeaderAliasesNameTheColumns) {
-    const auto slave = parse("Slave;Register;Type;Format(type)\n3;10;HR;int32\n");
-    ASSERT_EQ(slave.datapoints.size(), 1U);
-    EXPECT_EQ(slave.datapoints[0].unitID, 3);
-    EXPECT_EQ(slave.datapoints[0].address, 10);
-    EXPECT_EQ(slave.datapoints[0].table(), RegisterTable::holdingRegister);
-    EXPECT_EQ(slave.datapoints[0].dataType, DataType::int32);
-
-    // Quoted cells are trimmed like the others.
-    const auto units =
-        parse("Name;UNITÉ;Unit ID;Table;Address;Address\n\" Pump \";\"\tkWh \";4;HR;\" 1 \";2\n");
-    ASSERT_EQ(units.datapoints.size(), 1U);
-    EXPECT_EQ(units.datapoints[0].name, "Pump");
-    EXPECT_EQ(units.datapoints[0].engineeringUnit, "kWh");
-    EXPECT_EQ(units.datapoints[0].unitID, 4);
-    EXPECT_EQ(units.datapoints[0].address, 1);
+    const std::pair<std::string_view, Datapoint> rows[] = {
+        {"Slave;Register;Type;Format(type)\n3;10;HR;int32\n",
+         Datapoint(Uuid(), "", 3, RegisterTable::holdingRegister, 10, DataType::int32,
+                   WordOrder::abcd, 1, "", DisplayFormat::decimal, 0, "", {})},
+        // Quoted cells are trimmed like the others.
+        {"Name;UNITÉ;Unit ID;Table;Address;Address\n\" Pump \";\"\tkWh \";4;HR;\" 1 \";2\n",
+         Datapoint(Uuid(), "Pump", 4, RegisterTable::holdingRegister, 1, DataType::uint16,
+                   WordOrder::abcd, 1, "kWh", DisplayFormat::decimal, 0, "", {})}};
+    for (const auto& [text, expected] : rows) {
+        ImportResult result = parse(text);
+        ASSERT_EQ(result.datapoints.size(), 1U) << text;
+        result.datapoints[0].id = Uuid();
+        EXPECT_EQ(result.datapoints[0], expected) << text;
+    }
 }
 
 TEST(DatapointCSVParse, WithoutTableOrAddressNothingIsImported) {

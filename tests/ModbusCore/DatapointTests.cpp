@@ -96,19 +96,10 @@ TEST(Datapoint, LenientTextReadsSpreadsheetSpellings) {
 }
 
 Datapoint everyFieldSet() {
-    return {*Uuid::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F"),
-            "Energy \"total\"",
-            7,
-            RegisterTable::inputRegister,
-            300,
-            DataType::float64,
-            WordOrder::dcba,
-            0.001,
-            "kWh",
-            DisplayFormat::hex,
-            12.5,
-            "first\nsecond",
-            {Simulation::Kind::sine, -5, 5, 2.5}};
+    return Datapoint(*Uuid::parse("E621E1F8-C36C-495A-93FC-0C247A3E6E5F"), "Energy \"total\"", 7,
+                     RegisterTable::inputRegister, 300, DataType::float64, WordOrder::dcba, 0.001,
+                     "kWh", DisplayFormat::hex, 12.5, "first\nsecond",
+                     {Simulation::Kind::sine, -5, 5, 2.5});
 }
 
 TEST(DatapointJSON, WritesAllKeysAndReadsThemBack) {
