@@ -541,6 +541,11 @@ constexpr Texts dutch{
                 return concat("Lijn voor ", percent, "% belast: loopt elke ", real,
                               " ms in plaats van elke ", interval, " ms");
             },
+        .answerAfterTimeout =
+            [](std::int64_t answer, std::int64_t timeout) {
+                return concat("Een antwoord duurt ", answer, " ms, langer dan de time-out van ",
+                              timeout, " ms");
+            },
     },
     .write =
         {

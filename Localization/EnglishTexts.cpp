@@ -516,6 +516,11 @@ constexpr Texts english{
                 return concat("The line is ", percent, " % loaded: runs every ", real,
                               " ms, not every ", interval, " ms");
             },
+        .answerAfterTimeout =
+            [](std::int64_t answer, std::int64_t timeout) {
+                return concat("An answer takes ", answer, " ms, longer than the ", timeout,
+                              " ms response timeout");
+            },
     },
     .write =
         {

@@ -560,6 +560,11 @@ constexpr Texts french{
                 return concat("Ligne chargée à ", percent, " % : lue toutes les ", real,
                               " ms, et non toutes les ", interval, " ms");
             },
+        .answerAfterTimeout =
+            [](std::int64_t answer, std::int64_t timeout) {
+                return concat("Une réponse dure ", answer, " ms, plus que le délai d’attente de ",
+                              timeout, " ms");
+            },
     },
     .write =
         {

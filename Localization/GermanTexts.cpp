@@ -558,6 +558,11 @@ constexpr Texts german{
                 return concat("Leitung zu ", percent, " % ausgelastet: läuft alle ", real,
                               " ms statt alle ", interval, " ms");
             },
+        .answerAfterTimeout =
+            [](std::int64_t answer, std::int64_t timeout) {
+                return concat("Eine Antwort dauert ", answer,
+                              " ms, länger als das Antwort-Timeout von ", timeout, " ms");
+            },
     },
     .write =
         {

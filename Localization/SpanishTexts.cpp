@@ -548,6 +548,11 @@ constexpr Texts spanish{
                 return concat("Línea cargada al ", percent, " %: se lee cada ", real,
                               " ms, no cada ", interval, " ms");
             },
+        .answerAfterTimeout =
+            [](std::int64_t answer, std::int64_t timeout) {
+                return concat("Una respuesta tarda ", answer,
+                              " ms, más que el tiempo de espera de ", timeout, " ms");
+            },
     },
     .write =
         {

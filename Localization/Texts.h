@@ -456,7 +456,8 @@ struct Texts {
     X(OfNumber, cycleHelp)              /* (ms each device is given to answer) */                  \
     X(OfNumber, lineLoad)               /* (percent of the line's time all active polls need) */   \
     X(OfThreeNumbers, outlastsInterval) /* (cycle ms, real interval ms, interval ms) */            \
-    X(OfThreeNumbers, lineOverloaded)   /* (load percent, real interval ms, interval ms) */
+    X(OfThreeNumbers, lineOverloaded)   /* (load percent, real interval ms, interval ms) */        \
+    X(OfTwoNumbers, answerAfterTimeout) /* (ms an answer takes, response timeout ms) */
         KESTRIN_TEXT_GROUP(KESTRIN_POLLS_TEXTS_KEYS)
     };
 

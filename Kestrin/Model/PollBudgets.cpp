@@ -38,11 +38,17 @@ std::string requestLine(const BusBudget::Request& request) {
 }
 
 std::optional<std::string> warning(const BusBudget::PollBudget& poll,
-                                   const BusBudget::Budget& budget) {
+                                   const BusBudget::Budget& budget, int timeoutMs) {
+    const auto& texts = L10n::texts().polls;
+    const auto slowest = std::max_element(
+        poll.requests.begin(), poll.requests.end(),
+        [](const auto& a, const auto& b) { return a.answerSeconds < b.answerSeconds; });
+    if (slowest != poll.requests.end() && slowest->answerSeconds * 1000.0 > timeoutMs) {
+        return texts.answerAfterTimeout(milliseconds(slowest->answerSeconds), timeoutMs);
+    }
     if (!poll.late()) {
         return std::nullopt;
     }
-    const auto& texts = L10n::texts().polls;
     const int effective = milliseconds(*poll.effectiveInterval);
     const int interval = milliseconds(poll.interval);
     if (poll.outlastsInterval()) {

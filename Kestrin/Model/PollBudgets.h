@@ -24,10 +24,12 @@ int milliseconds(double seconds);
 // "Unit 1 · HR 0–9 · 10 ms".
 std::string requestLine(const BusBudget::Request& request);
 
-// Why the poll is read less often than its interval asks: its own reading is longer, or the
-// line is overloaded. Nothing when it keeps its interval.
+// What goes wrong with the poll, worst first: an answer that takes longer than the response
+// time-out (so that request fails every time), or why the poll is read less often than its
+// interval asks (its own reading is longer, or the line is overloaded). Nothing when it is read
+// as asked.
 std::optional<std::string> warning(const BusBudget::PollBudget& poll,
-                                   const BusBudget::Budget& budget);
+                                   const BusBudget::Budget& budget, int timeoutMs);
 
 } // namespace PollBudgets
 } // namespace kestrin

@@ -19,9 +19,10 @@ CycleLabel::CycleLabel(PollerModel& model, QWidget* parent)
     setObjectName(QStringLiteral("pollCycleLabel"));
     setTextFormat(Qt::PlainText);
     // The datapoints, the interval, the frame settings and the gap all change the requests or
-    // their length.
+    // their length; the time-out decides whether the answers arrive in time.
     for (const auto changed : {&PollerModel::pollsChanged, &PollerModel::selectedPollIDChanged,
-                               &PollerModel::serialChanged, &PollerModel::maxGapChanged}) {
+                               &PollerModel::serialChanged, &PollerModel::maxGapChanged,
+                               &PollerModel::timeoutMsChanged}) {
         connect(&model_, changed, this, &CycleLabel::refresh);
     }
     refresh();
@@ -44,7 +45,8 @@ void CycleLabel::refresh() {
         return;
     }
     const auto& texts = L10n::texts().polls;
-    const std::optional<std::string> warning = PollBudgets::warning(poll, *budget);
+    const std::optional<std::string> warning =
+        PollBudgets::warning(poll, *budget, model_.timeoutMs());
     setText(qt(warning.value_or(texts.cycle(PollBudgets::milliseconds(poll.cycle)))));
     QStringList tip{
         qt(texts.cycleHelp(PollBudgets::milliseconds(BusBudget::Turnarounds::typicalSeconds)))};

@@ -63,7 +63,7 @@ void printText(const PollerProject& project, const BusBudget::Budget& budget, st
         for (const BusBudget::Request& request : figures.requests) {
             out << "  " << PollBudgets::requestLine(request) << '\n';
         }
-        if (const auto warning = PollBudgets::warning(figures, budget)) {
+        if (const auto warning = PollBudgets::warning(figures, budget, project.timeoutMs)) {
             out << "  " << *warning << '\n';
         }
     }

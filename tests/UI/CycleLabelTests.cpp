@@ -7,7 +7,7 @@ namespace {
 
 // Two reads of one register (HR 0 and HR 200) at 9600 8E1: 15 characters each, 3.5 characters
 // of silence and 5 ms for the device, 26 ms a read.
-TEST(CycleLabel, FollowsTheIntervalTheSerialSettingsAndTheDatapoints) {
+TEST(CycleLabel, FollowsTheIntervalTheSerialSettingsTheTimeoutAndTheDatapoints) {
     auto model = makeModel(
         project({poll("Boiler", {Testing::holding("Flow", 0), Testing::holding("Return", 200)})}));
     model->setInterval(model->polls()[0].id, 1000);
@@ -29,6 +29,17 @@ TEST(CycleLabel, FollowsTheIntervalTheSerialSettingsAndTheDatapoints) {
     EXPECT_EQ(label->text(), "≈ 16 ms a cycle");
     EXPECT_FALSE(label->isWarning());
 
+    // At 300 baud each answer takes 5 ms and 7 characters of 36.7 ms: longer than the time-out.
+    fast.baudRate = 300;
+    model->setSerial(fast);
+    model->setTimeoutMs(200);
+    EXPECT_EQ(label->text(), "An answer takes 262 ms, longer than the 200 ms response timeout");
+    EXPECT_TRUE(label->isWarning());
+    model->setTimeoutMs(500);
+    EXPECT_EQ(label->text(), "Takes 1367 ms: runs every 1367 ms, not every 50 ms");
+
+    fast.baudRate = 115200;
+    model->setSerial(fast);
     model->deleteDatapoints({model->polls()[0].datapoints[1].id});
     EXPECT_EQ(label->text(), "≈ 8 ms a cycle");
     model->deleteDatapoints({model->polls()[0].datapoints[0].id});
