@@ -17,22 +17,18 @@ namespace {
 // The first log line hides the welcome, and clearing the log brings it back.
 TEST(BottomPane, EmptyLogTellsWhatToDoNextUntilTheFirstLine) {
     const std::string title = L10n::texts().notice.emptyTitle();
-    const std::tuple<const char*, bool, bool, std::string, bool> rows[] = {
-        {"no adapter", false, true, L10n::texts().notice.emptyNoDevice(), false},
-        {"adapter, empty poll", true, false, title, false},
-        {"adapter and datapoints", true, true, title, true},
+    const std::vector<FakePortRegistry::Entry> adapter{usbAdapter("/dev/ttyUSB0")};
+    const std::vector<Datapoint> power{Testing::holding("Power", 0)};
+    using Row = std::tuple<const char*, std::vector<FakePortRegistry::Entry>,
+                           std::vector<Datapoint>, std::string, bool>;
+    const Row rows[] = {
+        {"no adapter", {}, power, L10n::texts().notice.emptyNoDevice(), false},
+        {"adapter, empty poll", adapter, {}, title, false},
+        {"adapter and datapoints", adapter, power, title, true},
     };
-    for (const auto& [situation, adapterPresent, withDatapoints, shownTitle, offersStart] : rows) {
+    for (const auto& [situation, ports, datapoints, shownTitle, offersStart] : rows) {
         SCOPED_TRACE(situation);
-        std::vector<FakePortRegistry::Entry> ports;
-        if (adapterPresent) {
-            ports.push_back(usbAdapter("/dev/ttyUSB0"));
-        }
-        std::vector<Datapoint> datapoints;
-        if (withDatapoints) {
-            datapoints.push_back(Testing::holding("Power", 0));
-        }
-        auto model = paneModel(std::move(ports), Testing::poll("Meter", std::move(datapoints)));
+        auto model = paneModel(ports, Testing::poll("Meter", datapoints));
         QCoreApplication::processEvents();
         BottomPane pane(*model);
         showAt(pane, 800, 300);

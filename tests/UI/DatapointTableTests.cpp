@@ -231,19 +231,12 @@ TEST_F(LiveTable, TheTabDotFollowsTheLatestResultOfEachDatapoint) {
     const ReadBlock first{1, RegisterTable::holdingRegister, 100, 1};
     const ReadBlock second{1, RegisterTable::holdingRegister, 101, 1};
     const ReadBlock third{1, RegisterTable::holdingRegister, 102, 1};
+    const auto readAll = [&] { send(all, {1, 2, 3, 4, 5, 6}); };
     const std::tuple<const char*, std::function<void()>, TabDot> steps[] = {
         {"nothing read yet", [] {}, TabDot::grey},
-        {"all read",
-         [&] {
-             send(all, {1, 2, 3, 4, 5, 6});
-         },
-         TabDot::green},
+        {"all read", readAll, TabDot::green},
         {"all failed", [&] { fail(all); }, TabDot::orange},
-        {"all read again",
-         [&] {
-             send(all, {1, 2, 3, 4, 5, 6});
-         },
-         TabDot::green},
+        {"all read again", readAll, TabDot::green},
         {"the first failed", [&] { fail(first); }, TabDot::orange},
         {"the failed one removed", [&] { model->deleteDatapoints({ids[0]}); }, TabDot::green},
         {"the second failed", [&] { fail(second); }, TabDot::orange},
@@ -509,24 +502,20 @@ TEST_F(DatapointTable, AnEmptyPollOffersToAddAndTheNewRowIsSelected) {
     EXPECT_EQ(panel->selectedIDs(), std::set<Uuid>{poll().datapoints[0].id});
 }
 
-class WritePopoverTest : public TableFixture {
-protected:
-    QWidget anchor;
+using WritePopoverTest = TableFixture;
 
-    // An editor opened on a stopped model: a value that gets through ends as the model's
-    // start-reading-first answer.
-    QPointer<WritePopover> open(const Datapoint& point, std::optional<double> current = {}) {
-        auto* popover = new WritePopover(*model, point, current);
-        popover->showBelow(&anchor);
-        return popover;
-    }
-};
-
-// Which text fits which type is the codec's test; here what the editor does with its answer.
+// Which text fits which type is the codec's test; here what the editor does with its answer. The
+// model is stopped: a value that gets through ends as its start-reading-first answer.
 TEST_F(WritePopoverTest, StartsFromTheCurrentValueRefusesWhatDoesNotFitAndWritesWhatDoes) {
     create(plant({}));
     Datapoint scaled = datapoint("Temperature", RegisterTable::holdingRegister, 0, DataType::int16);
     scaled.scale = 0.1;
+    QWidget anchor;
+    const auto open = [&](const Datapoint& point, std::optional<double> current = {}) {
+        auto* popover = new WritePopover(*model, point, current);
+        popover->showBelow(&anchor);
+        return QPointer<WritePopover>(popover);
+    };
     const QPointer<WritePopover> empty = open(scaled);
     EXPECT_EQ(child<QLineEdit>(*empty, "writeValue")->text(), "");
     delete empty.data();
