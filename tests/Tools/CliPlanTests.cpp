@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <set>
 #include <string>
 #include <unistd.h>
 
@@ -24,34 +23,22 @@ ProcessResult plan(const std::string& line) {
     return ChildProcess::run(ChildProcess::cli({"plan"}, line));
 }
 
-// 15 characters of 10 bits at 19200 baud, 3.5 characters of silence and 5 ms: 14.635 ms a read.
+// 15 characters of 10 bits at 19200 baud, 3.5 characters of silence and 5 ms: 14.635 ms a read
+// of a register, 14.115 ms of an input.
 TEST(CliPlan, JsonIsOneObjectWithTheLoadAndEachPollsFigures) {
     const ProcessResult result = plan("--project " + twoPolls + " --json");
     ASSERT_EQ(result.exitCode, 0) << result.err;
     ASSERT_EQ(result.out.find('\n'), result.out.size() - 1) << result.out;
-    const auto object = nlohmann::json::parse(result.out);
-    ASSERT_EQ(object.size(), 2U) << result.out;
+    auto object = nlohmann::json::parse(result.out);
     EXPECT_NEAR(object.at("lineLoad").get<double>(), 0.029271 / 0.2, 1e-5);
-    const auto& polls = object.at("polls");
-    ASSERT_EQ(polls.size(), 2U);
-    const std::set<std::string> keys{"name",    "enabled",    "requests",
-                                     "cycleMs", "intervalMs", "effectiveIntervalMs"};
-    for (const auto& poll : polls) {
-        std::set<std::string> found;
-        for (const auto& [key, value] : poll.items()) {
-            found.insert(key);
-        }
-        EXPECT_EQ(found, keys) << poll.dump();
-    }
-    EXPECT_EQ(polls[0].at("name"), "Fast");
-    EXPECT_EQ(polls[0].at("requests"), 2);
-    EXPECT_NEAR(polls[0].at("cycleMs").get<double>(), 29.271, 0.001);
-    EXPECT_EQ(polls[0].at("intervalMs"), 200);
-    EXPECT_EQ(polls[0].at("effectiveIntervalMs"), 200.0);
+    object.erase("lineLoad");
     // A disabled poll is planned but never read.
-    EXPECT_EQ(polls[1].at("enabled"), false);
-    EXPECT_EQ(polls[1].at("requests"), 1);
-    EXPECT_TRUE(polls[1].at("effectiveIntervalMs").is_null());
+    const auto expected = nlohmann::json::parse(R"({"polls": [
+        {"name": "Fast", "enabled": true, "requests": 2, "cycleMs": 29.271, "intervalMs": 200,
+         "effectiveIntervalMs": 200.0},
+        {"name": "Idle", "enabled": false, "requests": 1, "cycleMs": 14.115, "intervalMs": 1000,
+         "effectiveIntervalMs": null}]})");
+    EXPECT_EQ(object, expected) << result.out;
 }
 
 TEST(CliPlan, TextListsEachPollWithItsRequestsThenTheLoad) {
