@@ -20,6 +20,7 @@ constexpr Texts dutch{
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
         .demoDevice = "Demo-apparaat (gesimuleerd)",
         .startNeedsPort = "Sluit een seriële poort aan en kies die om te starten",
+        .startWaitsForScan = "Apparaten zoeken gebruikt de poort; start wanneer dat klaar is",
         .startNeedsDatapoints = "Voeg datapunten toe aan een actieve poll om te starten",
     },
     .settings =
@@ -678,6 +679,9 @@ constexpr Texts dutch{
         .to = "tot",
         .addresses = "Adressen",
         .tables = "Tabellen",
+        .timeoutHelp =
+            "Hoelang elke unit-ID krijgt om te antwoorden. De standaardwaarde past bij de "
+            "snelheid van de lijn; de time-out van het project blijft zoals hij is.",
         .answer = "Antwoord",
         .late = "Laat",
         .lateHelp = "Hij antwoordde pas na zijn time-out: uitlezen vraagt een langere time-out.",
@@ -688,6 +692,12 @@ constexpr Texts dutch{
                             "doorzoeken.",
         .cancelled = "Geannuleerd. Getoond wordt wat tot dan gevonden was.",
         .mapIncomplete = "De unit hield op met antwoorden voor het einde van het bereik.",
+        .tooManyToAdd =
+            [](std::int64_t found, std::int64_t most) {
+                return concat("De kaart vond ", found, " adressen, meer dan de ", most,
+                              " datapunten die in één keer toegevoegd kunnen worden. Kies een "
+                              "kleiner bereik of minder tabellen.");
+            },
         .added =
             [](int count) {
                 return count == 1 ? concat("1 datapunt aan de poll toegevoegd.")

@@ -19,6 +19,7 @@ constexpr Texts english{
         .lockedWhileRunning = "Stop reading to change this",
         .demoDevice = "Demo device (simulated)",
         .startNeedsPort = "Connect and select a serial port to start",
+        .startWaitsForScan = "Find Devices is using the port; start when it is done",
         .startNeedsDatapoints = "Add datapoints to an active poll to start",
     },
     .settings =
@@ -648,6 +649,9 @@ constexpr Texts english{
         .to = "to",
         .addresses = "Addresses",
         .tables = "Tables",
+        .timeoutHelp =
+            "How long each unit ID is given to answer. The default suits the line's speed; the "
+            "project's time-out stays as it is.",
         .answer = "Answer",
         .late = "Late",
         .lateHelp = "It answered only after its time-out: reading it needs a longer time-out.",
@@ -657,6 +661,13 @@ constexpr Texts english{
         .stopReadingFirst = "Reading uses the port. Stop reading to search the line.",
         .cancelled = "Cancelled. Shown is what was found until then.",
         .mapIncomplete = "The unit stopped answering before the end of the range.",
+        .tooManyToAdd =
+            [](std::int64_t found, std::int64_t most) {
+                return concat(
+                    "The map found ", found, " addresses, more than the ", most,
+                    " datapoints that can be added at once. Map a narrower range or fewer "
+                    "tables.");
+            },
         .added =
             [](int count) {
                 return count == 1 ? concat("1 datapoint added to the poll.")

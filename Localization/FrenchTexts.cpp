@@ -20,6 +20,9 @@ constexpr Texts french{
         .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
         .demoDevice = "Appareil de démonstration (simulé)",
         .startNeedsPort = "Branchez et sélectionnez un port série pour démarrer",
+        .startWaitsForScan =
+            "Rechercher des appareils occupe le port ; démarrez quand la recherche est "
+            "terminée",
         .startNeedsDatapoints = "Ajoutez des points de données à une scrutation active pour "
                                 "démarrer",
     },
@@ -701,6 +704,9 @@ constexpr Texts french{
         .to = "à",
         .addresses = "Adresses",
         .tables = "Tables",
+        .timeoutHelp =
+            "Temps laissé à chaque esclave pour répondre. La valeur par défaut convient à la "
+            "vitesse de la ligne ; le délai d'attente du projet reste inchangé.",
         .answer = "Réponse",
         .late = "En retard",
         .lateHelp = "Il n'a répondu qu'après son délai d'attente : sa lecture demande un délai "
@@ -711,6 +717,12 @@ constexpr Texts french{
         .stopReadingFirst = "La lecture occupe le port. Arrêtez la lecture pour explorer la ligne.",
         .cancelled = "Annulé. Voici ce qui avait été trouvé jusque-là.",
         .mapIncomplete = "L'esclave a cessé de répondre avant la fin de la plage.",
+        .tooManyToAdd =
+            [](std::int64_t found, std::int64_t most) {
+                return concat(found, " adresses trouvées, plus que les ", most,
+                              " points de données qui peuvent être ajoutés en une fois. Choisissez "
+                              "une plage plus étroite ou moins de tables.");
+            },
         .added =
             [](int count) {
                 return count < 2 ? concat(count, " point de données ajouté à la scrutation.")

@@ -20,6 +20,7 @@ constexpr Texts german{
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
         .startNeedsPort = "Zum Starten eine serielle Schnittstelle anschließen und wählen",
+        .startWaitsForScan = "Geräte suchen belegt den Port; starten, sobald es fertig ist",
         .startNeedsDatapoints = "Zum Starten Datenpunkte in einer aktiven Abfrage anlegen",
     },
     .settings =
@@ -706,6 +707,9 @@ constexpr Texts german{
         .to = "bis",
         .addresses = "Adressen",
         .tables = "Tabellen",
+        .timeoutHelp =
+            "Wie lange jede Geräteadresse Zeit zum Antworten hat. Der Vorgabewert passt zur "
+            "Geschwindigkeit der Leitung; der Timeout des Projekts bleibt, wie er ist.",
         .answer = "Antwort",
         .late = "Spät",
         .lateHelp = "Es hat erst nach dem Timeout geantwortet: zum Lesen braucht es einen "
@@ -717,6 +721,12 @@ constexpr Texts german{
             "Das Lesen belegt den Port. Stoppen Sie das Lesen, um die Leitung zu durchsuchen.",
         .cancelled = "Abgebrochen. Angezeigt wird, was bis dahin gefunden wurde.",
         .mapIncomplete = "Das Gerät hat vor dem Ende des Bereichs aufgehört zu antworten.",
+        .tooManyToAdd =
+            [](std::int64_t found, std::int64_t most) {
+                return concat("Gefunden wurden ", found, " Adressen, mehr als die ", most,
+                              " Datenpunkte, die auf einmal hinzugefügt werden können. Wählen Sie "
+                              "einen kleineren Bereich oder weniger Tabellen.");
+            },
         .added =
             [](int count) {
                 return count == 1 ? concat("1 Datenpunkt zur Abfrage hinzugefügt.")

@@ -20,6 +20,7 @@ constexpr Texts spanish{
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
         .demoDevice = "Dispositivo de demostración (simulado)",
         .startNeedsPort = "Conecte y seleccione un puerto serie para iniciar",
+        .startWaitsForScan = "Buscar dispositivos ocupa el puerto; inicie cuando termine",
         .startNeedsDatapoints = "Añada puntos de datos a un sondeo activo para iniciar",
     },
     .settings =
@@ -683,6 +684,9 @@ constexpr Texts spanish{
         .to = "a",
         .addresses = "Direcciones",
         .tables = "Tablas",
+        .timeoutHelp =
+            "Cuánto tiempo tiene cada esclavo para responder. El valor predeterminado se ajusta "
+            "a la velocidad de la línea; el tiempo de espera del proyecto no cambia.",
         .answer = "Respuesta",
         .late = "Tarde",
         .lateHelp = "Respondió solo después de su tiempo de espera: leerlo necesita un tiempo de "
@@ -694,6 +698,13 @@ constexpr Texts spanish{
             "La lectura ocupa el puerto. Detenga la lectura para explorar la línea.",
         .cancelled = "Cancelado. Se muestra lo encontrado hasta entonces.",
         .mapIncomplete = "El esclavo dejó de responder antes del final del rango.",
+        .tooManyToAdd =
+            [](std::int64_t found, std::int64_t most) {
+                return concat(
+                    "Se encontraron ", found, " direcciones, más que los ", most,
+                    " puntos de datos que se pueden añadir de una vez. Elija un rango más "
+                    "estrecho o menos tablas.");
+            },
         .added =
             [](int count) {
                 return count == 1 ? concat("1 punto de datos añadido al sondeo.")

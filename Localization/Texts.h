@@ -101,8 +101,9 @@ struct Texts {
     X(Literal, stopHelp)                                                                           \
     X(Literal, lockedWhileRunning)                                                                 \
     X(Literal, demoDevice) /* the name of the simulated device of --demo */                        \
-    /* Beside a Start that is off: no port present or chosen; no active poll has datapoints. */    \
+    /* Beside a Start that is off: no port; Find Devices has it; no active poll has datapoints. */ \
     X(Literal, startNeedsPort)                                                                     \
+    X(Literal, startWaitsForScan)                                                                  \
     X(Literal, startNeedsDatapoints)
         KESTRIN_TEXT_GROUP(KESTRIN_HEADER_TEXTS_KEYS)
     };
@@ -581,6 +582,7 @@ struct Texts {
     X(Literal, to)                                                                                 \
     X(Literal, addresses)                                                                          \
     X(Literal, tables)                                                                             \
+    X(Literal, timeoutHelp) /* the units scan's own time-out, not the project's */                 \
     /* Result columns. */                                                                          \
     X(Literal, answer)                                                                             \
     X(Literal, late)                                                                               \
@@ -590,9 +592,10 @@ struct Texts {
     X(Literal, useSettings)                                                                        \
     X(Literal, stopReadingFirst)                                                                   \
     X(Literal, cancelled)                                                                          \
-    X(Literal, mapIncomplete) /* the unit fell silent before the end of the range */               \
-    X(OfNumber, added)        /* (datapoints added to the selected poll) */                        \
-    X(OfText, settingsUsed)   /* (serial settings, "19200 8N1") */
+    X(Literal, mapIncomplete)     /* the unit fell silent before the end of the range */           \
+    X(OfTwoNumbers, tooManyToAdd) /* (addresses found, most datapoints added at once) */           \
+    X(OfNumber, added)            /* (datapoints added to the selected poll) */                    \
+    X(OfText, settingsUsed)       /* (serial settings, "19200 8N1") */
         KESTRIN_TEXT_GROUP(KESTRIN_FINDER_TEXTS_KEYS)
     };
 

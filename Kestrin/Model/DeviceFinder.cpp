@@ -1,12 +1,16 @@
 #include "DeviceFinder.h"
 
-#include "L10n.h"
 #include "PollerModel.h"
 #include "RTUFrame.h"
 #include "SerialLink.h"
+#include "TimeoutOffer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numeric>
 #include <pthread.h>
+
+#include <QSignalBlocker>
 
 namespace kestrin {
 
@@ -19,7 +23,7 @@ void recordFailure(DeviceFinder::Findings& findings, const SerialLinkError& erro
     if (error.is<SerialLinkError::Cancelled>()) {
         findings.cancelled = true;
     } else {
-        findings.error = L10n::Errors::describe(error);
+        findings.error = error;
     }
 }
 
@@ -27,13 +31,18 @@ void recordFailure(DeviceFinder::Findings& findings, const SerialLinkError& erro
 
 DeviceFinder::DeviceFinder(PollerModel& model, QObject* parent)
     : QObject(parent)
-    , model_(&model) {}
+    , model_(&model) {
+    connect(&model, &PollerModel::selectedPathChanged, this, &DeviceFinder::forget);
+    connect(&model, &PollerModel::selectedPollIDChanged, this, &DeviceFinder::forget);
+}
 
 DeviceFinder::~DeviceFinder() {
     if (worker_.joinable()) {
         cancel_.raise();
         worker_.join();
         if (model_) {
+            // Told to no one: the finder goes with its window, whose widgets may be half gone.
+            const QSignalBlocker quiet(model_.data());
             model_->setPortLent(false);
         }
     }
@@ -41,7 +50,7 @@ DeviceFinder::~DeviceFinder() {
 
 bool DeviceFinder::canScan() const {
     return model_ && !isRunning() && model_->state() == PollerState::stopped &&
-           !model_->isEngineHeld() && !model_->selectedPath().empty();
+           !model_->isEngineHeld() && !model_->isPortLent() && !model_->selectedPath().empty();
 }
 
 std::unique_ptr<SerialLink> DeviceFinder::openLink(Findings& findings) const {
@@ -140,6 +149,7 @@ bool DeviceFinder::launch(Job job) {
     model_->setPortLent(true);
     progress_.reset();
     emit progressChanged();
+    forget();
     worker_ = std::thread([this, job = std::move(job)] {
         pthread_setname_np(pthread_self(), "Kestrin");
         const auto report = [this](const Progress& progress) {
@@ -167,8 +177,15 @@ void DeviceFinder::finish(Findings findings) {
         model_->setPortLent(false);
     }
     findings_ = std::move(findings);
+    mapAdded_ = false;
     emit findingsChanged();
     emit runningChanged();
+}
+
+void DeviceFinder::forget() {
+    findings_.reset();
+    mapAdded_ = false;
+    emit findingsChanged();
 }
 
 void DeviceFinder::cancel() {
@@ -179,27 +196,50 @@ void DeviceFinder::cancel() {
 
 bool DeviceFinder::canUseSettings() const {
     return model_ && !isRunning() && findings_ && findings_->settings &&
-           model_->state() == PollerState::stopped;
+           model_->state() == PollerState::stopped && model_->selectedPath() == path_;
 }
 
-void DeviceFinder::useSettings() {
-    if (canUseSettings()) {
-        model_->setSerial(findings_->settings->serial);
+bool DeviceFinder::useSettings() {
+    if (!canUseSettings()) {
+        return false;
     }
+    const SettingsSweep::Found& found = *findings_->settings;
+    SerialConfiguration serial = model_->serial();
+    serial.baudRate = found.serial.baudRate;
+    serial.dataBits = found.serial.dataBits;
+    serial.parity = found.serial.parity;
+    serial.stopBits = found.serial.stopBits;
+    model_->setSerial(serial);
+    if (found.answer.late) {
+        // The sweep listens for a late answer until twice its time-out.
+        const auto neededMs =
+            static_cast<int>(std::ceil(2.0 * UnitScan::defaultTimeout(found.serial) * 1000.0));
+        if (model_->timeoutMs() < neededMs) {
+            model_->setTimeoutMs(TimeoutOffer::fittingTimeoutMs(neededMs));
+        }
+    }
+    return true;
+}
+
+int DeviceFinder::datapointCount(const RegisterMap& map) {
+    return std::accumulate(
+        map.tables.begin(), map.tables.end(), 0,
+        [](int sum, const TableMap& table) { return sum + table.addressCount(); });
 }
 
 bool DeviceFinder::canAddToPoll() const {
-    return model_ && findings_ && findings_->map && findings_->map->found() &&
-           model_->selectedPoll() != nullptr;
+    return model_ && !mapAdded_ && findings_ && findings_->map && findings_->map->found() &&
+           datapointCount(*findings_->map) <= mostToAdd && model_->selectedPoll() != nullptr;
 }
 
-int DeviceFinder::addToPoll() {
+std::optional<int> DeviceFinder::addToPoll() {
     if (!canAddToPoll()) {
-        return 0;
+        return std::nullopt;
     }
     std::vector<Datapoint> datapoints = kestrin::mappedDatapoints(*findings_->map);
     const auto count = static_cast<int>(datapoints.size());
     model_->importDatapoints(std::move(datapoints), PollOperations::ImportChoice::add);
+    mapAdded_ = true;
     return count;
 }
 

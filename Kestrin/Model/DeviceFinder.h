@@ -24,7 +24,8 @@ class SerialLink;
 // answer, at which settings a silent unit answers, which addresses a unit has. One scan at a
 // time, on a thread of its own with a link of its own, so the window stays live; while it runs
 // the port is lent out and the model does not start reading. Progress and the findings are
-// published on the main thread.
+// published on the main thread. The findings belong to the port and the poll they were found
+// for: choosing another port or poll (another project chooses another poll) drops them.
 class DeviceFinder : public QObject {
     Q_OBJECT
 
@@ -47,8 +48,9 @@ public:
         std::vector<UnitScan::Answer> units;
         std::optional<SettingsSweep::Found> settings;
         std::optional<RegisterMap> map;
-        // Why the port could not be used, as the rest of the program words it.
-        std::optional<std::string> error;
+        // Why the port could not be used; worded where it is shown, as the texts of the scan's
+        // thread are not the user's.
+        std::optional<SerialLinkError> error;
         bool cancelled = false;
     };
 
@@ -59,7 +61,7 @@ public:
     DeviceFinder& operator=(const DeviceFinder&) = delete;
 
     // Each starts a scan and returns true, or refuses (false) when one runs, the model is not
-    // stopped or no port is chosen.
+    // stopped, the port is lent already or no port is chosen. The last findings go.
     bool findUnits(int first, int last, double timeout);
     bool sweepSettings(const std::vector<std::uint8_t>& units);
     bool mapRegisters(const RegisterMapOptions& options);
@@ -67,18 +69,25 @@ public:
     void cancel();
 
     bool isRunning() const noexcept { return worker_.joinable(); }
-    // The model is stopped, a port is chosen and no scan runs.
+    // The model is stopped, a port is chosen and no scan (of this finder or another) has it.
     bool canScan() const;
     const std::optional<Progress>& progress() const noexcept { return progress_; }
     const std::optional<Findings>& findings() const noexcept { return findings_; }
 
-    // The settings a sweep found become the project's.
+    // The baud rate and frame a sweep found on the port still chosen become the project's; the
+    // RS-485 direction stays the project's own. After a late answer the project's time-out is
+    // raised to what that answer needed, where it is shorter. False when refused.
     bool canUseSettings() const;
-    void useSettings();
-    // The addresses a map found become datapoints of the selected poll, as an import adds them;
-    // how many were added.
+    bool useSettings();
+
+    // A map of whole tables can find tens of thousands of addresses, which as datapoints would
+    // bury the poll; more than this are not added at once.
+    static constexpr int mostToAdd = 10000;
+    static int datapointCount(const RegisterMap& map);
+    // The addresses a map found become datapoints of the selected poll, as an import adds them,
+    // once; how many were added, nothing when refused.
     bool canAddToPoll() const;
-    int addToPoll();
+    std::optional<int> addToPoll();
 
 signals:
     void runningChanged();
@@ -91,6 +100,7 @@ private:
 
     bool launch(Job job);
     void finish(Findings findings);
+    void forget();
     // The selected port at the model's settings, ended by cancel_; nothing and the error in
     // findings when it cannot be opened.
     std::unique_ptr<SerialLink> openLink(Findings& findings) const;
@@ -103,6 +113,7 @@ private:
     std::thread worker_;
     std::optional<Progress> progress_;
     std::optional<Findings> findings_;
+    bool mapAdded_ = false;
 };
 
 } // namespace kestrin

@@ -148,18 +148,19 @@ public:
     const History& history() const noexcept { return history_; }
     const std::map<Uuid, PendingWrite>& pendingWrites() const noexcept { return pendingWrites_; }
     bool isEngineHeld() const noexcept { return engine_ != nullptr; }
-    // While another part of the program (a bus scan) has the selected port open, start does
-    // nothing: the port takes one user at a time.
-    void setPortLent(bool lent) noexcept { portLent_ = lent; }
+    // While another part of the program (a bus scan) has the selected port open, reading does
+    // not start: the port takes one user at a time. Announced as stateChanged, which is what
+    // every Start button follows.
+    void setPortLent(bool lent);
     bool isPortLent() const noexcept { return portLent_; }
     bool selectedPortIsTestDevice() const { return isTestDevice(selectedPath_); }
 
-    // Why reading cannot start: the chosen port is not present (or none is chosen), or no enabled
-    // poll has datapoints.
-    enum class StartObstacle { noPort, nothingToRead };
+    // Why reading cannot start: the chosen port is not present (or none is chosen), a bus scan
+    // has it, or no enabled poll has datapoints.
+    enum class StartObstacle { noPort, portLent, nothingToRead };
 
-    // Derived. Reading can start on a port that is present, with an enabled poll that has
-    // datapoints.
+    // Derived. Reading can start on a port that is present and not lent, with an enabled poll
+    // that has datapoints.
     bool canStart() const;
     std::optional<StartObstacle> startObstacle() const;
     const Poll* selectedPoll() const;

@@ -1,8 +1,8 @@
 #include "PollerModel.h"
 
 #include <algorithm>
-#include <iterator>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 
 #include <QFileInfo>
@@ -42,6 +42,9 @@ std::optional<PollerModel::StartObstacle> PollerModel::startObstacle() const {
     });
     if (!present) {
         return StartObstacle::noPort;
+    }
+    if (portLent_) {
+        return StartObstacle::portLent;
     }
     if (std::none_of(polls_.begin(), polls_.end(),
                      [](const Poll& poll) { return poll.enabled && !poll.datapoints.empty(); })) {

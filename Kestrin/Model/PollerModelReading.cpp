@@ -60,7 +60,11 @@ std::vector<PollPlan> PollerModel::buildPlans() const {
     return plans;
 }
 
+// Both the user's start and the resume after a loss come here, so neither takes a lent port.
 bool PollerModel::startEngine() {
+    if (portLent_) {
+        return false;
+    }
     auto engine = makeEngine();
     if (auto started = engine->start(buildPlans()); !started) {
         if (state_ == PollerState::stopped) {
@@ -74,7 +78,7 @@ bool PollerModel::startEngine() {
 }
 
 void PollerModel::start() {
-    if (state_ != PollerState::stopped || engine_ || portLent_) {
+    if (state_ != PollerState::stopped || engine_) {
         return;
     }
     if (selectedPath_.empty()) {
@@ -129,6 +133,13 @@ void PollerModel::toggle() {
 void PollerModel::dismissNoResponseHint() {
     noResponseHintDismissed_ = true;
     setShowNoResponseHint(false);
+}
+
+void PollerModel::setPortLent(bool lent) {
+    if (lent != portLent_) {
+        portLent_ = lent;
+        emit stateChanged();
+    }
 }
 
 void PollerModel::setState(PollerState state) {

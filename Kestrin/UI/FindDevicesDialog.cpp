@@ -143,13 +143,19 @@ QWidget* FindDevicesDialog::unitsPage() {
     unitsFirst_ = unitBox("unitsFirst", RTUFrame::unitRange.first);
     unitsLast_ = unitBox("unitsLast", RTUFrame::unitRange.last);
     form->addRow(qt(texts.finder.units()), rangeRow(unitsFirst_, unitsLast_));
-    timeout_ = spinBox("unitsTimeout", 1, 10000, defaultTimeoutMs(model_.serial()));
+    suggestedTimeoutMs_ = defaultTimeoutMs(model_.serial());
+    timeout_ = spinBox("unitsTimeout", 1, 10000, suggestedTimeoutMs_);
     timeout_->setSuffix(QStringLiteral(" ms"));
-    timeout_->setToolTip(qt(texts.settings.timeoutHelp()));
+    timeout_->setToolTip(qt(texts.finder.timeoutHelp()));
     form->addRow(qt(texts.settings.responseTimeout()), timeout_);
-    // What suits the line's speed, until the user chooses otherwise.
-    connect(&model_, &PollerModel::serialChanged, timeout_,
-            [this] { timeout_->setValue(defaultTimeoutMs(model_.serial())); });
+    // What suits the line's speed follows the settings; a time-out the user typed stays.
+    connect(&model_, &PollerModel::serialChanged, timeout_, [this] {
+        const bool suggested = timeout_->value() == suggestedTimeoutMs_;
+        suggestedTimeoutMs_ = defaultTimeoutMs(model_.serial());
+        if (suggested) {
+            timeout_->setValue(suggestedTimeoutMs_);
+        }
+    });
     return widget;
 }
 
@@ -251,13 +257,9 @@ void FindDevicesDialog::startOrCancel() {
         finder_.cancel();
         return;
     }
-    summary_->clear();
     progressText_->clear();
-    if (startScan()) {
-        DeviceFinder::Findings none;
-        none.scan = static_cast<DeviceFinder::Scan>(scans_->currentIndex());
-        FinderResults::fill(*results_, none);
-    }
+    // A scan that starts drops the last findings, which empties the table.
+    startScan();
 }
 
 void FindDevicesDialog::refresh() {
@@ -296,7 +298,7 @@ void FindDevicesDialog::showProgress() {
     }
     progress_->setRange(0, progress->total);
     progress_->setValue(progress->done);
-    // Refilled only when a unit was found, so that a row chosen meanwhile stays chosen.
+    // Refilled only when a unit was found; the fill keeps the unit chosen meanwhile.
     if (results_->rowCount() != static_cast<int>(progress->units.size())) {
         DeviceFinder::Findings soFar;
         soFar.units = progress->units;
@@ -313,32 +315,43 @@ void FindDevicesDialog::showFindings() {
     if (const auto& findings = finder_.findings()) {
         FinderResults::fill(*results_, *findings);
         summary_->setText(FinderResults::summary(*findings));
+    } else {
+        DeviceFinder::Findings none;
+        none.scan = static_cast<DeviceFinder::Scan>(scans_->currentIndex());
+        FinderResults::fill(*results_, none);
+        summary_->clear();
     }
     refresh();
 }
 
 void FindDevicesDialog::chooseUnit() {
-    const QList<QTableWidgetItem*> selected = results_->selectedItems();
-    if (selected.isEmpty()) {
-        return;
-    }
-    // Only the units' rows carry a unit.
-    const QVariant unit = results_->item(selected.front()->row(), 0)->data(Qt::UserRole);
-    if (unit.isValid()) {
-        sweepFirst_->setValue(unit.toInt());
-        sweepLast_->setValue(unit.toInt());
-        mapUnit_->setValue(unit.toInt());
+    if (const std::optional<int> unit = FinderResults::chosenUnit(*results_)) {
+        sweepFirst_->setValue(*unit);
+        sweepLast_->setValue(*unit);
+        mapUnit_->setValue(*unit);
     }
 }
 
 void FindDevicesDialog::addToPoll() {
-    summary_->setText(qt(L10n::texts().finder.added(finder_.addToPoll())));
+    if (const std::optional<int> added = finder_.addToPoll()) {
+        summary_->setText(qt(L10n::texts().finder.added(*added)));
+    }
     refresh();
 }
 
 void FindDevicesDialog::useSettings() {
-    finder_.useSettings();
-    summary_->setText(qt(L10n::texts().finder.settingsUsed(model_.serial().shortDescription())));
+    const auto& texts = L10n::texts();
+    const int timeoutMs = model_.timeoutMs();
+    if (!finder_.useSettings()) {
+        refresh();
+        return;
+    }
+    QString said = qt(texts.finder.settingsUsed(model_.serial().shortDescription()));
+    if (model_.timeoutMs() != timeoutMs) {
+        said += QStringLiteral(" ") + qt(texts.bus.timeoutSet(model_.timeoutMs())) +
+                QStringLiteral(".");
+    }
+    summary_->setText(said);
 }
 
 void FindDevicesDialog::reject() {

@@ -21,7 +21,8 @@ class PollerModel;
 // Finds what is on the line of the chosen port: which units answer, at which settings a silent
 // unit answers, which addresses a unit has; and takes what it found over into the project.
 // Window-modal, so reading cannot start behind it; while reading runs its scans are locked.
-// Closing it cancels a running scan; its findings stay for the next time it is opened.
+// Closing it cancels a running scan; its findings stay for the next time it is opened, as long as
+// the port and the poll stay the same.
 class FindDevicesDialog : public QDialog {
     Q_OBJECT
 
@@ -57,6 +58,8 @@ private:
     QSpinBox* unitsFirst_ = nullptr;
     QSpinBox* unitsLast_ = nullptr;
     QSpinBox* timeout_ = nullptr;
+    // The units scan's time-out that suits the line's speed, as last offered.
+    int suggestedTimeoutMs_ = 0;
     QSpinBox* sweepFirst_ = nullptr;
     QSpinBox* sweepLast_ = nullptr;
     QSpinBox* mapUnit_ = nullptr;

@@ -19,6 +19,22 @@ QTableWidgetItem* cell(const QString& text) {
     return item;
 }
 
+// The units scan and the sweep both say when an answer came after its time-out.
+QTableWidgetItem* lateCell(bool late) {
+    QTableWidgetItem* item = cell(late ? QStringLiteral("✓") : QString());
+    item->setToolTip(late ? qt(L10n::texts().finder.lateHelp()) : QString());
+    return item;
+}
+
+void choose(QTableWidget& table, int unit) {
+    for (int row = 0; row < table.rowCount(); ++row) {
+        if (table.item(row, 0)->data(Qt::UserRole) == unit) {
+            table.selectRow(row);
+            return;
+        }
+    }
+}
+
 void setColumns(QTableWidget& table, const QStringList& titles) {
     table.clear();
     table.setColumnCount(static_cast<int>(titles.size()));
@@ -42,20 +58,21 @@ void fillUnits(QTableWidget& table, const std::vector<UnitScan::Answer>& answers
     for (const UnitScan::Answer& answer : answers) {
         QTableWidgetItem* unit = cell(QString::number(answer.unit));
         unit->setData(Qt::UserRole, answer.unit);
-        QTableWidgetItem* late = cell(answer.late ? QStringLiteral("✓") : QString());
-        late->setToolTip(answer.late ? qt(texts.finder.lateHelp()) : QString());
-        addRow(table, {unit, cell(answerText(answer)), late});
+        addRow(table, {unit, cell(answerText(answer)), lateCell(answer.late)});
     }
 }
 
 void fillSettings(QTableWidget& table, const std::optional<SettingsSweep::Found>& found) {
     const auto& texts = L10n::texts();
-    setColumns(table, {qt(texts.header.baudRate()), qt(texts.settings.frame()),
-                       qt(texts.table.unitID()), qt(texts.finder.answer())});
+    setColumns(table,
+               {qt(texts.header.baudRate()), qt(texts.settings.frame()), qt(texts.table.unitID()),
+                qt(texts.finder.answer()), qt(texts.finder.late())});
+    table.horizontalHeaderItem(4)->setToolTip(qt(texts.finder.lateHelp()));
     if (found) {
         addRow(table, {cell(QString::number(found->serial.baudRate)),
                        cell(qt(found->serial.frameDescription())),
-                       cell(QString::number(found->answer.unit)), cell(answerText(found->answer))});
+                       cell(QString::number(found->answer.unit)), cell(answerText(found->answer)),
+                       lateCell(found->answer.late)});
     }
 }
 
@@ -96,6 +113,9 @@ QString mapSummary(const RegisterMap& map) {
     if (map.fellSilent) {
         return qt(L10n::texts().finder.mapIncomplete());
     }
+    if (const int count = DeviceFinder::datapointCount(map); count > DeviceFinder::mostToAdd) {
+        return qt(L10n::texts().finder.tooManyToAdd(count, DeviceFinder::mostToAdd));
+    }
     return map.found() ? QString() : qt(scan.noAddressFound());
 }
 
@@ -111,6 +131,7 @@ QString answerText(const UnitScan::Answer& answer) {
 }
 
 void fill(QTableWidget& table, const DeviceFinder::Findings& findings) {
+    const std::optional<int> chosen = chosenUnit(table);
     switch (findings.scan) {
     case DeviceFinder::Scan::units:
         fillUnits(table, findings.units);
@@ -128,12 +149,25 @@ void fill(QTableWidget& table, const DeviceFinder::Findings& findings) {
     header.setStretchLastSection(false);
     header.setSectionResizeMode(QHeaderView::ResizeToContents);
     header.setSectionResizeMode(wide, QHeaderView::Stretch);
+    if (chosen) {
+        choose(table, *chosen);
+    }
+}
+
+std::optional<int> chosenUnit(const QTableWidget& table) {
+    const QList<QTableWidgetItem*> selected = table.selectedItems();
+    if (selected.isEmpty()) {
+        return std::nullopt;
+    }
+    // Only the units' rows carry a unit.
+    const QVariant unit = table.item(selected.front()->row(), 0)->data(Qt::UserRole);
+    return unit.isValid() ? std::optional(unit.toInt()) : std::nullopt;
 }
 
 QString summary(const DeviceFinder::Findings& findings) {
     const auto& texts = L10n::texts();
     if (findings.error) {
-        return qt(*findings.error);
+        return qt(L10n::Errors::describe(*findings.error));
     }
     if (findings.cancelled) {
         return qt(texts.finder.cancelled());

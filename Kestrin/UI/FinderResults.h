@@ -14,9 +14,13 @@ namespace kestrin::FinderResults {
 // "Holding register · FC03", "Holding register · Illegal data address (02)".
 QString answerText(const UnitScan::Answer& answer);
 
-// Units: unit, answer, late. Settings: baud rate, frame, unit, answer. Registers: table,
-// address ranges, count. The unit of a units row is its item's user data.
+// Units: unit, answer, late. Settings: baud rate, frame, unit, answer, late. Registers: table,
+// address ranges, count. The unit of a units row is its item's user data; a unit chosen before
+// stays chosen where the new rows still list it.
 void fill(QTableWidget& table, const DeviceFinder::Findings& findings);
+
+// The unit of the chosen row; nothing when no units row is chosen.
+std::optional<int> chosenUnit(const QTableWidget& table);
 
 // Why the table is empty or ends early; empty when the table says it all.
 QString summary(const DeviceFinder::Findings& findings);

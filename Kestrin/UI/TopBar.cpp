@@ -162,9 +162,15 @@ QString TopBar::startReason() const {
     if (!obstacle) {
         return {};
     }
-    return qt(*obstacle == PollerModel::StartObstacle::noPort
-                  ? L10n::texts().header.startNeedsPort()
-                  : L10n::texts().header.startNeedsDatapoints());
+    switch (*obstacle) {
+    case PollerModel::StartObstacle::noPort:
+        return qt(L10n::texts().header.startNeedsPort());
+    case PollerModel::StartObstacle::portLent:
+        return qt(L10n::texts().header.startWaitsForScan());
+    case PollerModel::StartObstacle::nothingToRead:
+        break;
+    }
+    return qt(L10n::texts().header.startNeedsDatapoints());
 }
 
 void TopBar::refreshState() {

@@ -1,5 +1,9 @@
+#include "ElidedLine.h"
 #include "FindDevicesDialog.h"
+#include "FinderResults.h"
 #include "UIFixture.h"
+
+#include <csignal>
 
 #include <QMenu>
 #include <QMenuBar>
@@ -35,7 +39,6 @@ protected:
 
 TEST_F(FindDevices, TheMenuOpensTheDialogWhoseScansAreLockedWhileReading) {
     EXPECT_TRUE(dialog->isVisible());
-    EXPECT_EQ(dialog->windowModality(), Qt::WindowModal);
     auto* scans = child<QTabWidget>(*dialog, "finderScans");
     auto* start = child<QPushButton>(*dialog, "finderStart");
     auto* locked = child<QLabel>(*dialog, "finderLocked");
@@ -54,7 +57,23 @@ TEST_F(FindDevices, TheMenuOpensTheDialogWhoseScansAreLockedWhileReading) {
     lockedWhileReading(false);
 }
 
-TEST_F(FindDevices, AUnitFoundFillsTheUnitOfTheOtherScansAndOnlyAMapCanBeAdded) {
+// And the other way round: while a scan has the port, the window's Start is off and says why.
+TEST_F(FindDevices, WhileAScanHasThePortTheWindowsStartIsOffAndSaysWhy) {
+    auto* start = child<QPushButton>(*window, "startStopButton");
+    auto* reason = child<ElidedLine>(*window, "startReason");
+    ASSERT_TRUE(start->isEnabled());
+    click(child<QPushButton>(*dialog, "finderStart"));
+    ASSERT_TRUE(dialog->finder().isRunning());
+    EXPECT_FALSE(start->isEnabled());
+    EXPECT_EQ(reason->text(), "Find Devices is using the port; start when it is done");
+
+    click(child<QPushButton>(*dialog, "finderStart"));
+    ASSERT_TRUE(waitUntil([&] { return !dialog->finder().isRunning(); }, 60s));
+    EXPECT_TRUE(start->isEnabled());
+    EXPECT_TRUE(reason->text().isEmpty());
+}
+
+TEST_F(FindDevices, AUnitFoundFillsTheUnitOfTheOtherScans) {
     child<QSpinBox>(*dialog, "unitsLast")->setValue(5);
     click(child<QPushButton>(*dialog, "finderStart"));
     ASSERT_TRUE(dialog->finder().isRunning());
@@ -64,12 +83,41 @@ TEST_F(FindDevices, AUnitFoundFillsTheUnitOfTheOtherScansAndOnlyAMapCanBeAdded) 
     auto* results = child<QTableWidget>(*dialog, "finderResults");
     ASSERT_EQ(results->rowCount(), 1);
     EXPECT_EQ(results->item(0, 0)->text(), "3");
-    EXPECT_FALSE(child<QPushButton>(*dialog, "finderAddToPoll")->isEnabled());
-    EXPECT_FALSE(child<QPushButton>(*dialog, "finderUseSettings")->isEnabled());
     results->selectRow(0);
     EXPECT_EQ(child<QSpinBox>(*dialog, "mapUnit")->value(), 3);
     EXPECT_EQ(child<QSpinBox>(*dialog, "sweepFirst")->value(), 3);
     EXPECT_EQ(child<QSpinBox>(*dialog, "sweepLast")->value(), 3);
+}
+
+// The scan's thread does not speak the user's language; the dialog does.
+TEST_F(FindDevices, APortThatCannotBeOpenedIsExplainedAsReadingExplainsIt) {
+    simulator.end(SIGKILL);
+    L10n::withLanguageForTesting(Language::nl, [&] {
+        click(child<QPushButton>(*dialog, "finderStart"));
+        ASSERT_TRUE(waitUntil([&] { return !dialog->finder().isRunning(); }, 60s));
+        EXPECT_FALSE(model->isPortLent());
+        model->start();
+        ASSERT_TRUE(model->errorMessage().has_value());
+        EXPECT_EQ(child<QLabel>(*dialog, "finderSummary")->text(),
+                  QString::fromStdString(*model->errorMessage()));
+    });
+}
+
+// A unit found later refills the table; the unit the user chose stays chosen.
+TEST(FinderResults, ARefillKeepsTheChosenUnitChosen) {
+    const auto unit = [](std::uint8_t id) {
+        UnitScan::Answer answer;
+        answer.unit = id;
+        return answer;
+    };
+    QTableWidget table;
+    DeviceFinder::Findings findings;
+    findings.units = {unit(3)};
+    FinderResults::fill(table, findings);
+    table.selectRow(0);
+    findings.units = {unit(1), unit(3)};
+    FinderResults::fill(table, findings);
+    EXPECT_EQ(FinderResults::chosenUnit(table), 3);
 }
 
 } // namespace
