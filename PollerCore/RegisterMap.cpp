@@ -72,8 +72,10 @@ struct Pending {
     enum class Role : std::uint8_t { whole, firstHalf, secondHalf, siblingMissing };
     Span span;
     Role role = Role::whole;
-    // How often this very request was asked before.
-    int repeats = 0;
+    // How often this very request was asked again after a busy answer, and after a silence:
+    // apart, so that one busy answer leaves the silence its own second chance.
+    int afterBusy = 0;
+    int afterSilence = 0;
 };
 
 class Mapper {
@@ -126,7 +128,7 @@ private:
             if (!answer) {
                 return answer.error();
             }
-            if (answer.value() == Answer::busy && next.repeats < busyRepeats) {
+            if (answer.value() == Answer::busy && next.afterBusy < busyRepeats) {
                 if (auto paused = pause(); !paused) {
                     return paused.error();
                 }
@@ -142,10 +144,12 @@ private:
     bool take(Answer answer, const ReadBlock& block, const Pending& next, TableMap& table) {
         const Span span{block.address, block.lastAddress()};
         if (answer == Answer::unsupported && table.ranges.empty()) {
+            // What it was too busy to read before is no address of a table it does not have.
             table.supported = false;
+            table.unknown.clear();
             return false;
         }
-        if (answer == Answer::busy || (answer == Answer::lost && next.repeats == 0)) {
+        if (answer == Answer::busy || (answer == Answer::lost && next.afterSilence == 0)) {
             retake(answer, next, table);
             return true;
         }
@@ -172,11 +176,13 @@ private:
     // more after a silence, a few times after busy; then the busy addresses are unknown, as
     // they may or may not exist.
     void retake(Answer answer, const Pending& next, TableMap& table) {
-        if (answer == Answer::busy && next.repeats == busyRepeats) {
+        if (answer == Answer::busy && next.afterBusy == busyRepeats) {
             add(table.unknown, next.span);
-        } else {
-            pending_.push_front({next.span, next.role, next.repeats + 1});
+            return;
         }
+        Pending again = next;
+        ++(answer == Answer::busy ? again.afterBusy : again.afterSilence);
+        pending_.push_front(again);
     }
 
     void split(const Span& span, Pending::Role role) {
@@ -327,6 +333,24 @@ bool RegisterMap::found() const noexcept {
 bool RegisterMap::busy() const noexcept {
     return std::ranges::any_of(tables,
                                [](const TableMap& table) { return !table.unknown.empty(); });
+}
+
+int RegisterMap::unknownCount() const noexcept {
+    return std::accumulate(tables.begin(), tables.end(), 0, [](int sum, const TableMap& table) {
+        return sum + table.unknownCount();
+    });
+}
+
+std::string rangesText(const std::vector<Span>& ranges, std::string_view dash) {
+    std::string text;
+    for (const Span& span : ranges) {
+        text += text.empty() ? "" : ", ";
+        text += std::to_string(span.first);
+        if (span.last != span.first) {
+            text += std::string(dash) + std::to_string(span.last);
+        }
+    }
+    return text;
 }
 
 Result<RegisterMap, SerialLinkError> mapRegisters(SerialLink& link,

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace kestrin {
@@ -51,6 +53,8 @@ struct RegisterMap {
     bool found() const noexcept;
     // Whether a table has addresses left unknown because the device was busy.
     bool busy() const noexcept;
+    // Of all tables.
+    int unknownCount() const noexcept;
 };
 
 struct RegisterMapOptions {
@@ -85,6 +89,10 @@ using RegisterMapProgressHandler = std::function<void(const RegisterMapProgress&
 Result<RegisterMap, SerialLinkError> mapRegisters(SerialLink& link,
                                                   const RegisterMapOptions& options,
                                                   const RegisterMapProgressHandler& progress = {});
+
+// "0-9, 12" with dash "-": the command line's words for ranges, which scripts read, and the
+// window's with its own dash; empty for none.
+std::string rangesText(const std::vector<Datapoint::AddressRange>& ranges, std::string_view dash);
 
 // One datapoint per address found, in table order: uint16 for registers, bool for bits, named
 // by table code and address ("HR 17").

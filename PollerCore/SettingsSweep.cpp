@@ -2,6 +2,7 @@
 
 #include "SerialLink.h"
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
@@ -29,16 +30,6 @@ double timeoutAt(const SerialConfiguration& serial, std::optional<double> timeou
     return timeout.value_or(UnitScan::defaultTimeout(serial));
 }
 
-// Seconds the settings from first on take when nothing answers.
-double silentSeconds(std::span<const SerialConfiguration> settings, std::size_t units,
-                     std::optional<double> timeout) {
-    return std::accumulate(
-        settings.begin(), settings.end(), 0.0, [&](double sum, const SerialConfiguration& serial) {
-            const double perUnit = UnitScan::silentUnitSeconds(serial, timeoutAt(serial, timeout));
-            return sum + static_cast<double>(units) * perUnit;
-        });
-}
-
 // The first of units that answers at serial; nothing when none does or the rate is refused.
 Result<std::optional<UnitScan::Answer>, SerialLinkError>
 tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<std::uint8_t>& units,
@@ -54,7 +45,11 @@ tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<st
         return opened.error();
     }
     // A late answer proves the device at this setting too; at the next one it would arrive
-    // as garbage, or be misread as an answer there.
+    // as garbage, or be misread as an answer there. One from a unit never asked is noise that
+    // happens to look like an answer.
+    const auto asked = [&](const UnitScan::Answer& late) {
+        return std::ranges::find(units, late.unit) != units.end();
+    };
     const double wait = timeoutAt(serial, timeout);
     for (const std::uint8_t unit : units) {
         std::vector<UnitScan::Answer> late;
@@ -62,14 +57,27 @@ tryOne(const Line& line, const SerialConfiguration& serial, const std::vector<st
         if (!answer || answer.value()) {
             return answer;
         }
-        if (!late.empty()) {
-            return std::optional(late.front());
+        if (const auto found = std::ranges::find_if(late, asked); found != late.end()) {
+            return std::optional(*found);
         }
     }
-    return UnitScan::lateAnswer(link, wait);
+    auto late = UnitScan::lateAnswer(link, wait);
+    if (late && late.value() && !asked(*late.value())) {
+        return std::optional<UnitScan::Answer>();
+    }
+    return late;
 }
 
 } // namespace
+
+double silentSeconds(std::span<const SerialConfiguration> settings, std::size_t units,
+                     std::optional<double> timeout) {
+    return std::accumulate(
+        settings.begin(), settings.end(), 0.0, [&](double sum, const SerialConfiguration& serial) {
+            return sum + UnitScan::silentSeconds(serial, timeoutAt(serial, timeout),
+                                                 static_cast<int>(units));
+        });
+}
 
 std::vector<SerialConfiguration> candidates(const SerialConfiguration& base) {
     std::vector<SerialConfiguration> list;

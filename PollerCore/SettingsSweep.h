@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,11 @@ struct Progress {
 };
 
 using ProgressCallback = std::function<void(const Progress&)>;
+
+// Seconds the settings take when nothing answers at any, each scanned as UnitScan::silentSeconds
+// says: timeout, when given, replaces each setting's UnitScan::defaultTimeout.
+double silentSeconds(std::span<const SerialConfiguration> settings, std::size_t units,
+                     std::optional<double> timeout);
 
 // Tries each candidate of base on units until one answers, in time or late (within twice its
 // time-out, then marked late: polls need a longer time-out). timeout, when given, replaces each

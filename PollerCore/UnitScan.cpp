@@ -74,9 +74,15 @@ double defaultTimeout(const SerialConfiguration& serial) {
     return wireSeconds(serial, answerBytes) + thinkingSeconds;
 }
 
-double silentUnitSeconds(const SerialConfiguration& serial, double timeout) {
-    return wireSeconds(serial, requestBytes) + timeout +
-           SerialTiming::interFrameDelay(serial.baudRate, serial.bitsPerCharacter());
+double silentSeconds(const SerialConfiguration& serial, double timeout, int units) {
+    if (units <= 0) {
+        return 0.0;
+    }
+    const double perUnit =
+        wireSeconds(serial, requestBytes) + timeout +
+        SerialTiming::interFrameDelay(serial.baudRate, serial.bitsPerCharacter());
+    // The late window reaches twice the time-out past the last request: one time-out more.
+    return units * perUnit + timeout;
 }
 
 Result<std::optional<Answer>, SerialLinkError>
@@ -96,7 +102,9 @@ probe(SerialLink& link, std::uint8_t unit, double timeout, std::vector<Answer>* 
         const auto data = readingIn(frame.value(), unit, table);
         if (!data) {
             // Its tail must not meet the next request.
-            (void)link.restOfAnswer();
+            if (auto rest = link.restOfAnswer(); !rest) {
+                return rest.error();
+            }
             const auto late = lateAnswerIn(frame.value());
             if (late && late->unit != unit && lateAnswers != nullptr) {
                 lateAnswers->push_back(*late);
@@ -147,7 +155,6 @@ Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
                                                  const std::vector<std::uint8_t>& units,
                                                  double timeout, const ProgressCallback& progress) {
     std::vector<Answer> answers;
-    const double perUnit = silentUnitSeconds(link.configuration(), timeout);
     const int total = static_cast<int>(units.size());
     for (int done = 1; done <= total; ++done) {
         std::vector<Answer> step;
@@ -167,13 +174,17 @@ Result<std::vector<Answer>, SerialLinkError> run(SerialLink& link,
                 step.push_back(*late.value());
             }
         }
-        // A unit proven on time and then late to another table counts once.
-        std::erase_if(step, [&](const Answer& found) {
-            return std::ranges::find(answers, found.unit, &Answer::unit) != answers.end();
-        });
-        answers.insert(answers.end(), step.begin(), step.end());
+        // A unit proven on time and then late to another table counts once, and so does one
+        // asked twice that answered both late.
+        const auto before = static_cast<std::ptrdiff_t>(answers.size());
+        for (const Answer& found : step) {
+            if (std::ranges::find(answers, found.unit, &Answer::unit) == answers.end()) {
+                answers.push_back(found);
+            }
+        }
         if (progress) {
-            progress({done, total, (total - done) * perUnit, step});
+            progress({done, total, silentSeconds(link.configuration(), timeout, total - done),
+                      std::vector(answers.begin() + before, answers.end())});
         }
     }
     return answers;

@@ -36,7 +36,7 @@ struct Answer {
 struct Progress {
     int done = 0;
     int total = 0;
-    // From the line's timing: every unit left staying silent until its time-out.
+    // From the line's timing: every unit left staying silent until its time-out (silentSeconds).
     double remainingSeconds = 0;
     // What the step proved: a unit that answered late, the unit just probed.
     std::vector<Answer> answers;
@@ -48,9 +48,9 @@ using ProgressCallback = std::function<void(const Progress&)>;
 // enough for a device that answers at all, short enough that 247 silent units pass quickly.
 double defaultTimeout(const SerialConfiguration& serial);
 
-// Seconds one silent unit costs: the request on the wire, the time-out and the silence before
-// the next request.
-double silentUnitSeconds(const SerialConfiguration& serial, double timeout);
+// Seconds a scan of this many units costs when none answers: for each the request on the wire,
+// the time-out and the silence before the next request, then the late window after the last.
+double silentSeconds(const SerialConfiguration& serial, double timeout, int units);
 
 // One unit: a read of one holding register at 0, and when the device does not know that
 // function (exception 01), coils, discrete inputs and input registers in turn. Any well-formed

@@ -88,6 +88,17 @@ void print(const QList<StyledRun>& runs, std::ostream& out) {
     out.flush();
 }
 
+// The model logs while it takes the project, before anything could listen and before the
+// options turned timestamps off: a shortened RS-485 delay must reach the terminal all the same,
+// stamped only when asked.
+void printHeld(PollerModel& model, bool timestamps, std::ostream& out) {
+    QList<StyledRun> runs = model.output().runs();
+    if (!timestamps) {
+        runs.removeIf([](const StyledRun& run) { return run.kind == LogSegment::Kind::timestamp; });
+    }
+    print(runs, out);
+}
+
 // The name of the poll with this id; empty for a poll that is gone.
 std::string pollName(const PollerModel& model, const Uuid& pollID) {
     for (const Poll& poll : model.polls()) {
@@ -204,6 +215,7 @@ ExitCode run(const PollOptions& options, std::ostream& out, std::ostream& err) {
     std::ostream& log = options.json ? err : out;
     QObject::connect(&model.output(), &OutputBuffer::appended, &model,
                      [&log](const QList<StyledRun>& runs) { print(runs, log); });
+    printHeld(model, options.timestamps, log);
     if (options.json) {
         QObject::connect(&model, &PollerModel::blockRead, &model,
                          [&model, &out](const Uuid& poll, const ReadBlock&,

@@ -23,38 +23,19 @@ constexpr std::array tableWordsByCase{"coils", "discrete inputs", "holding regis
                                       "input registers"};
 constexpr std::array tableWord{"coil", "discrete input", "holding register", "input register"};
 
-std::string rangesText(const TableMap& table) {
-    std::string text;
-    for (const Datapoint::AddressRange& range : table.ranges) {
-        text += text.empty() ? "" : ", ";
-        text += std::to_string(range.first);
-        if (range.last != range.first) {
-            text += "-" + std::to_string(range.last);
-        }
-    }
-    return text;
-}
-
-int unknownAddresses(const RegisterMap& map) {
-    int count = 0;
-    for (const TableMap& table : map.tables) {
-        count += table.unknownCount();
-    }
-    return count;
-}
-
 std::string tableText(const TableMap& table) {
     const std::string words(tableWords(table.table));
     if (!table.supported) {
         return words + " refused (exception 01)";
     }
     if (table.ranges.empty()) {
-        return "no " + words;
+        // Too busy to read is not absent: the busy sentence counts what is unknown.
+        return table.unknown.empty() ? "no " + words : words + " unknown";
     }
     const int count = table.addressCount();
     const std::string counted =
         count == 1 ? tableWord[static_cast<std::size_t>(table.table)] : words;
-    return std::to_string(count) + " " + counted + " (" + rangesText(table) + ")";
+    return std::to_string(count) + " " + counted + " (" + rangesText(table.ranges, "-") + ")";
 }
 
 // The bit limit only where a device imposed one: 2000 bits is the protocol's own.
@@ -125,7 +106,7 @@ std::string summary(const RegisterMap& map) {
         tables += (tables.empty() ? "" : ", ") + tableText(table);
     }
     return "Unit " + std::to_string(map.unit) + ": " + tables + "; " + limitsText(map) +
-           (map.busy() ? "; the device was busy, " + std::to_string(unknownAddresses(map)) +
+           (map.busy() ? "; the device was busy, " + std::to_string(map.unknownCount()) +
                              " addresses unknown"
                        : "") +
            (map.complete ? "" : "; stopped before the end") +
@@ -134,7 +115,8 @@ std::string summary(const RegisterMap& map) {
 
 ExitCode print(const RegisterMap& map, bool json, const std::optional<std::string>& csv,
                std::ostream& out, std::ostream& err) {
-    if (!map.answered || !map.found()) {
+    // A device busy throughout still proved it is there: what is unknown is the result.
+    if (!map.answered || !(map.found() || map.busy())) {
         err << (map.answered ? L10n::texts().scan.noAddressFound()
                              : L10n::texts().scan.noUnitAnswered())
             << '\n';

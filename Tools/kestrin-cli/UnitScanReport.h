@@ -12,15 +12,13 @@ namespace kestrin::UnitScanReport {
 // which one does. The lines are English and fixed, like the register map's, so that scripts can
 // read them.
 
-// "Unit 17: holding registers (FC03)", "Unit 3: exception 02 to FC03"; a slow device's line says
-// so, as its polls need a longer time-out.
-std::string answerText(const UnitScan::Answer& answer);
-
-// One unit that answered, on its own line as text or, with json, one object, flushed so that a
-// long scan shows each unit as it is found.
+// One unit that answered, on its own line as text ("Unit 17: holding registers (FC03)", "Unit 3:
+// exception 02 to FC03") or, with json, one object, flushed so that a long scan shows each unit
+// as it is found. A slow device's line says so, as its polls need a longer time-out.
 void print(const UnitScan::Answer& answer, bool json, std::ostream& out);
 
-// "19200 8N2: unit 3 answers", or with json the answer's object with the baud rate and frame.
+// "19200 8N2: unit 3 answers", with ", after the time-out" for a slow device, or with json the
+// answer's object with the baud rate and frame.
 void print(const SettingsSweep::Found& found, bool json, std::ostream& out);
 
 } // namespace kestrin::UnitScanReport

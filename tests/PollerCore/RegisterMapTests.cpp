@@ -188,7 +188,8 @@ TEST_F(RegisterMapTest, StopsForAnAbsentUnitAndForCancellation) {
 // A device of holding registers 0-127 that is silent to a read of more than 32, at 115200 baud.
 // The rows lose its answers to HR 32-63: a lost answer is asked for again, and never makes a
 // size it has answered too large; a busy answer (06) is asked again after a pause and, when it
-// persists, leaves the addresses unknown instead of missing.
+// persists, leaves the addresses unknown instead of missing. A silence and busy answers each have
+// their own repeats.
 TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAndBusyAnswers) {
     struct Row {
         const char* name;
@@ -202,6 +203,7 @@ TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAndBusyAnswers) 
         {"lost once", 1, 0, {{0, 127}}, {}},
         {"lost twice", 2, 0, {{0, 127}}, {}},
         {"busy for a moment", 0, 3, {{0, 127}}, {}},
+        {"lost, then busy for a moment", 1, 3, {{0, 127}}, {}},
         {"busy throughout", 0, 4, {{0, 31}, {64, 127}}, {{32, 63}}},
     };
     for (const Row& row : rows) {
@@ -233,6 +235,23 @@ TEST(ScriptedRegisterMap, KeepsTheSizeItWasAnsweredAtThroughLostAndBusyAnswers) 
         EXPECT_EQ(map.value().largestRegisterRead, 32);
         EXPECT_TRUE(map.value().complete);
     }
+}
+
+// A table the device is busy for and then refuses (01) does not exist: nothing of it is unknown.
+TEST(ScriptedRegisterMap, KeepsNothingUnknownOfATableRefusedAfterBusyAnswers) {
+    ScriptedDevice device([](const ScriptedDevice::Request& request) {
+        const std::uint8_t exception = request.nth <= 4 ? 0x06 : 0x01;
+        return ScriptedDevice::Reply{RTUFrame::build(1, Bytes{0x83, exception})};
+    });
+    const auto map = mapRegisters(*device.link(), {.unit = 1,
+                                                   .first = 0,
+                                                   .last = 199,
+                                                   .tables = {RegisterTable::holdingRegister},
+                                                   .busyPauseSeconds = 0.01});
+    ASSERT_TRUE(map);
+    EXPECT_FALSE(map.value().tables.at(0).supported);
+    EXPECT_FALSE(map.value().busy());
+    EXPECT_EQ(map.value().requests, 5);
 }
 
 // A unit that stops answering part way ends the map after a few silent requests instead of

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
+#include <system_error>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,10 +16,28 @@
 
 namespace kestrin {
 
+namespace {
+
+// The master side of a new pseudo-terminal, ready for its slave to be opened; throws when there
+// is none, as a device without a line would leave every test of it waiting for nothing.
+int openMaster() {
+    const int master = posix_openpt(O_RDWR | O_NOCTTY);
+    if (master >= 0 && grantpt(master) == 0 && unlockpt(master) == 0 &&
+        ptsname(master) != nullptr) {
+        return master;
+    }
+    const int error = errno;
+    if (master >= 0) {
+        ::close(master);
+    }
+    throw std::system_error(error, std::generic_category(), "no pseudo-terminal");
+}
+
+} // namespace
+
 ScriptedDevice::ScriptedDevice(Script script)
     : script_(std::move(script))
-    , master_(posix_openpt(O_RDWR | O_NOCTTY)) {
-    EXPECT_TRUE(master_ >= 0 && grantpt(master_) == 0 && unlockpt(master_) == 0);
+    , master_(openMaster()) {
     path_ = ptsname(master_);
     // Raw, so that an answer written while no link is open is not echoed back as a request; a
     // link restores these settings when it closes.
@@ -101,7 +120,9 @@ bool ScriptedDevice::wait(std::chrono::milliseconds delay) const {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
         pollfd stop{stop_.fd(), POLLIN, 0};
         const int ready = ::poll(&stop, 1, static_cast<int>(std::max<long>(0, left.count())));
-        if (stop_.isRaised()) {
+        // An interrupted wait goes on; a poll that fails otherwise would fail every time.
+        const bool failed = ready < 0 && errno != EINTR;
+        if (failed || stop_.isRaised()) {
             return false;
         }
         if (ready == 0) {

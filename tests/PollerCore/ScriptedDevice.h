@@ -53,7 +53,7 @@ public:
 private:
     void serve();
     bool readRequest(Bytes& request) const;
-    // False when the device is stopped first.
+    // False when the device is stopped first or the wait fails.
     bool wait(std::chrono::milliseconds delay) const;
 
     Script script_;

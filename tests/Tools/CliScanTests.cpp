@@ -94,6 +94,13 @@ TEST_F(CliScan, SweepPrintsTheFirstSettingsAtWhichAUnitAnswers) {
          "No unit answered at any of the settings tried.\n"},
     };
     expect(simulator, rows);
+
+    // One that answers only after the time-out, 150 ms inside each side of the late window.
+    const SimulatorProcess slow(simulatorServing("--fault delay=1 --delay-ms 450"));
+    ASSERT_FALSE(slow.port().empty());
+    const ScanRow late[] = {{"--sweep --unit 3 --timeout-ms 300", 0,
+                             "9600 8E1: unit 3 answers, after the time-out\n", ""}};
+    expect(slow, late);
 }
 
 // The simulator refuses more than 4 registers a read. The list written imports as the addresses
