@@ -76,14 +76,18 @@ void fillSettings(QTableWidget& table, const std::optional<SettingsSweep::Found>
     }
 }
 
-QString rangesText(const TableMap& table) {
-    QStringList ranges;
-    for (const Datapoint::AddressRange& range : table.ranges) {
-        ranges << (range.first == range.last
-                       ? QString::number(range.first)
-                       : QStringLiteral("%1–%2").arg(range.first).arg(range.last));
+// Addresses the device was too busy to read are neither found nor missing: counted apart as
+// "96 + 32 ?", the busy exception's own name and their ranges in the tool tip.
+QTableWidgetItem* countCell(const TableMap& mapped) {
+    const int unknown = mapped.unknownCount();
+    if (unknown == 0) {
+        return cell(QString::number(mapped.addressCount()));
     }
-    return ranges.isEmpty() ? nothing : ranges.join(QStringLiteral(", "));
+    QTableWidgetItem* item =
+        cell(QStringLiteral("%1 + %2 ?").arg(mapped.addressCount()).arg(unknown));
+    item->setToolTip(
+        qt(L10n::Modbus::exceptionName(0x06) + ": " + rangesText(mapped.unknown, "–")));
+    return item;
 }
 
 void fillMap(QTableWidget& table, const std::optional<RegisterMap>& map) {
@@ -100,8 +104,9 @@ void fillMap(QTableWidget& table, const std::optional<RegisterMap>& map) {
                    {cell(tableName), cell(qt(L10n::Modbus::exceptionName(0x01))), cell(nothing)});
             continue;
         }
-        addRow(table, {cell(tableName), cell(rangesText(mapped)),
-                       cell(QString::number(mapped.addressCount()))});
+        const std::string ranges = rangesText(mapped.ranges, "–");
+        addRow(table,
+               {cell(tableName), cell(ranges.empty() ? nothing : qt(ranges)), countCell(mapped)});
     }
 }
 
@@ -115,6 +120,10 @@ QString mapSummary(const RegisterMap& map) {
     }
     if (const int count = DeviceFinder::datapointCount(map); count > DeviceFinder::mostToAdd) {
         return qt(L10n::texts().finder.tooManyToAdd(count, DeviceFinder::mostToAdd));
+    }
+    if (map.busy()) {
+        return qt(L10n::Modbus::exceptionName(0x06)) +
+               QStringLiteral(": %1 ?").arg(map.unknownCount());
     }
     return map.found() ? QString() : qt(scan.noAddressFound());
 }
