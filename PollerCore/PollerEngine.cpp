@@ -43,7 +43,14 @@ struct Exchange {
     Bytes request;
     Bytes response;
     double duration = 0;
+    double waited = 0;
     PollerEvent::Time ended;
+};
+
+// What followed a failed request: whatever still came for it, and how long the link listened.
+struct Aftermath {
+    Result<Bytes, SerialLinkError> late = Bytes{};
+    double seconds = 0;
 };
 
 // Exception 02: some address of the request does not exist on the device.
@@ -228,10 +235,11 @@ private:
 
     bool report(const Uuid& poll, const ReadBlock& block, Exchange& done) {
         Result<ReadData, PollFailureError> result = readData(done.answer, block);
+        Aftermath after = settle(done.answer);
         emit(PollerEvent::Read{poll, block, std::move(result), std::move(done.request),
-                               std::move(done.response), done.duration},
+                               std::move(done.response), done.duration, done.waited, after.seconds},
              done.ended);
-        return settle(done.answer);
+        return reportLate(std::move(after));
     }
 
     // A block of more than one piece that the device refuses is split at once.
@@ -248,8 +256,14 @@ private:
         }
         // Held back until the split is known, so that the line saying so comes before the
         // parts' answers and the writes sent between them.
-        splitting_ = Splitting{
-            {plan.id, block, {}, 1, std::move(done.request), std::move(done.response)}, done.ended};
+        PollerEvent::ReadInParts line{.poll = plan.id,
+                                      .block = block,
+                                      .missing = {},
+                                      .refusals = 1,
+                                      .request = std::move(done.request),
+                                      .response = std::move(done.response),
+                                      .duration = done.duration};
+        splitting_ = Splitting{std::move(line), done.ended};
         splitting_->refusals.push_back({block, first->first, first->second});
         if (!readParts(plan, {first->second, first->first})) {
             // Whatever went on the wire is still reported, before a loss.
@@ -281,6 +295,7 @@ private:
             const bool refused = isRefusal(done.answer);
             if (const auto more = refused ? BlockSplit::halves(part, plan.pieces) : std::nullopt) {
                 ++splitting_->line.refusals;
+                splitting_->line.duration += done.duration;
                 splitting_->refusals.push_back({part, more->first, more->second});
                 todo.insert(todo.end(), {more->second, more->first});
                 continue;
@@ -357,36 +372,61 @@ private:
         } else if (auto checked = PDU::checkWrite(done.answer.value(), write.pdu); !checked) {
             result = PollFailureError{checked.error().pollFailure()};
         }
+        Aftermath after = settle(done.answer);
         emit(PollerEvent::Wrote{write.token, write.unit, result, std::move(done.request),
-                                std::move(done.response), done.duration},
+                                std::move(done.response), done.duration, done.waited,
+                                after.seconds},
              done.ended);
-        return settle(done.answer);
+        return reportLate(std::move(after));
     }
 
     // After an answer that never came or came defective, whatever the device still sends for
-    // that request is kept from the next one and reported. Costs nothing after a good answer.
-    // False when the port was lost.
-    bool settle(const Result<Bytes, PollFailureError>& answer) {
+    // that request is kept from the next one. Costs nothing after a good answer. Done before the
+    // failure is reported, so that its event can say how long the line stayed taken.
+    Aftermath settle(const Result<Bytes, PollFailureError>& answer) {
         if (answer.ok()) {
-            return true;
+            return {};
         }
+        const Clock::time_point start = Clock::now();
         auto late = answer.error().failure.kind == PollFailure::Kind::timeout
                         ? link_->lateAnswer(timeout_)
                         : link_->restOfAnswer();
-        if (!late) {
+        quietSince_ = Clock::now();
+        return {std::move(late), secondsSince(start)};
+    }
+
+    // Reports what came late, right after its failed request. False when the port was lost.
+    bool reportLate(Aftermath after) {
+        if (!after.late) {
             return lose();
         }
-        if (!late.value().empty()) {
-            emit(PollerEvent::LateAnswer{std::move(late).value()});
+        if (!after.late.value().empty()) {
+            emit(PollerEvent::LateAnswer{std::move(after.late).value()});
         }
         return true;
+    }
+
+    // The part of the link's silence before a request that it still waits at start: the line
+    // must have been quiet that long since the last frame or answer, and before the link's first
+    // request nothing went over it.
+    double silenceLeft(Clock::time_point start) const {
+        if (!quietSince_) {
+            return 0;
+        }
+        const double silence = link_->interFrameDelay();
+        const double quiet = std::chrono::duration<double>(start - *quietSince_).count();
+        return std::clamp(silence - quiet, 0.0, silence);
     }
 
     // No device answers unit 0; the link pauses for the turnaround instead.
     bool broadcast(const Job::Write& write) {
         Bytes frame = RTUFrame::build(RTUFrame::broadcastUnit, write.pdu);
+        const Clock::time_point start = Clock::now();
+        const double waited = silenceLeft(start);
         auto sent = link_->transact(frame, false, timeout_);
+        quietSince_ = Clock::now();
         const PollerEvent::Time ended = std::chrono::system_clock::now();
+        const double duration = secondsSince(start);
         Result<void, PollFailureError> result;
         if (!sent) {
             if (!sent.error().is<SerialLinkError::Timeout>()) {
@@ -395,10 +435,14 @@ private:
             // The adapter never took the frame: not a success.
             result = PollFailureError{PollFailure::timeout()};
         }
-        emit(
-            PollerEvent::Wrote{
-                write.token, RTUFrame::broadcastUnit, result, std::move(frame), {}, 0.0},
-            ended);
+        emit(PollerEvent::Wrote{write.token,
+                                RTUFrame::broadcastUnit,
+                                result,
+                                std::move(frame),
+                                {},
+                                duration,
+                                waited},
+             ended);
         return true;
     }
 
@@ -407,7 +451,9 @@ private:
         Exchange done;
         done.request = RTUFrame::build(unit, pdu);
         const Clock::time_point start = Clock::now();
+        done.waited = silenceLeft(start);
         auto answer = link_->transact(done.request, true, timeout_);
+        quietSince_ = Clock::now();
         done.ended = std::chrono::system_clock::now();
         done.duration = secondsSince(start);
         if (!answer) {
@@ -465,6 +511,8 @@ private:
     // Kept for the whole reading: the device's missing addresses do not come back.
     std::unordered_map<Uuid, std::unordered_map<ReadBlock, Split>> splits_;
     std::optional<Splitting> splitting_;
+    // When the link last had the line, by the engine's clock; none before its first request.
+    std::optional<Clock::time_point> quietSince_;
 };
 
 PollerEngine::PollChoice

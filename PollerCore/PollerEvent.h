@@ -18,6 +18,10 @@ namespace kestrin {
 // What the engine reports to its creator. request is the whole frame as sent; response is what
 // the link returned, possibly incomplete or defective, and empty after a time-out or a broadcast;
 // duration (seconds) runs from just before the transaction, silence included, to the answer's end.
+// waited is the part of duration spent on the silence before the request, which the line needed
+// to be quiet for; listenedAfter, after a failure only, how long the link then kept listening for
+// a late answer or the rest of a defective one, which holds the line like the request did; such
+// an event comes once that listening ended.
 // time is taken on the engine thread when the event happened (for a read or a write: when the
 // answer ended or the time-out struck), so a receiver that handles events late still dates them
 // right.
@@ -32,12 +36,15 @@ struct PollerEvent {
         Bytes request;
         Bytes response;
         double duration = 0;
+        double waited = 0;
+        double listenedAfter = 0;
         friend bool operator==(const Read&, const Read&) = default;
     };
     // The device refused a block of the plan whole with exception 02, so it is read in parts
     // from now on. Comes once per block and reading, before the reads of its parts; request and
     // response are the refused read's. refusals counts every read that was refused and split
-    // further, that one included: each was a request answered with exception 02.
+    // further, that one included: each was a request answered with exception 02. duration sums
+    // those requests' durations.
     struct ReadInParts {
         Uuid poll;
         ReadBlock block;
@@ -47,6 +54,7 @@ struct PollerEvent {
         int refusals = 1;
         Bytes request;
         Bytes response;
+        double duration = 0;
         friend bool operator==(const ReadInParts&, const ReadInParts&) = default;
     };
     // Every part of a block read in parts was read, the last one just before: a receiver that
@@ -56,7 +64,8 @@ struct PollerEvent {
         ReadBlock block;
         friend bool operator==(const PartsRead&, const PartsRead&) = default;
     };
-    // One write was sent; unit 0 is a broadcast, never answered, with duration 0.
+    // One write was sent; unit 0 is a broadcast, never answered, whose duration is its frame and
+    // the pause the devices get to act on it.
     struct Wrote {
         Uuid token;
         std::uint8_t unit = 0;
@@ -64,6 +73,8 @@ struct PollerEvent {
         Bytes request;
         Bytes response;
         double duration = 0;
+        double waited = 0;
+        double listenedAfter = 0;
         friend bool operator==(const Wrote&, const Wrote&) = default;
     };
     // The link failed with anything but a time-out; the engine has stopped.
