@@ -488,8 +488,7 @@ constexpr Texts dutch{
             },
         .timeoutFits =
             [](std::int64_t unit, std::int64_t ms) {
-                return concat("Unit ", unit, " beantwoordt 99 % van de verzoeken binnen ", ms,
-                              " ms.");
+                return concat("Unit ", unit, " geeft 99 % van zijn antwoorden binnen ", ms, " ms.");
             },
         .timeoutOffer =
             [](std::int64_t offered, std::int64_t current) {

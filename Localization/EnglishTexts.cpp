@@ -467,7 +467,7 @@ constexpr Texts english{
             },
         .timeoutFits =
             [](std::int64_t unit, std::int64_t ms) {
-                return concat("Unit ", unit, " answers 99 % of requests within ", ms, " ms.");
+                return concat("Unit ", unit, " gives 99 % of its answers within ", ms, " ms.");
             },
         .timeoutOffer =
             [](std::int64_t offered, std::int64_t current) {

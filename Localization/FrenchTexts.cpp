@@ -505,7 +505,7 @@ constexpr Texts french{
             },
         .timeoutFits =
             [](std::int64_t unit, std::int64_t ms) {
-                return concat("L'esclave ", unit, " répond à 99 % des requêtes en moins de ", ms,
+                return concat("L'esclave ", unit, " donne 99 % de ses réponses en moins de ", ms,
                               " ms.");
             },
         .timeoutOffer =

@@ -506,7 +506,7 @@ constexpr Texts german{
         .timeoutFits =
             [](std::int64_t unit, std::int64_t ms) {
                 return concat("Geräteadresse ", unit,
-                              " beantwortet 99 % der Anfragen innerhalb von ", ms, " ms.");
+                              " liefert 99 % ihrer Antworten innerhalb von ", ms, " ms.");
             },
         .timeoutOffer =
             [](std::int64_t offered, std::int64_t current) {

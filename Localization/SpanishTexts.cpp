@@ -496,8 +496,8 @@ constexpr Texts spanish{
             },
         .timeoutFits =
             [](std::int64_t unit, std::int64_t ms) {
-                return concat("El esclavo ", unit,
-                              " responde al 99 % de las peticiones en menos de ", ms, " ms.");
+                return concat("El esclavo ", unit, " da el 99 % de sus respuestas en menos de ", ms,
+                              " ms.");
             },
         .timeoutOffer =
             [](std::int64_t offered, std::int64_t current) {

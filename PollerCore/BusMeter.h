@@ -37,10 +37,13 @@ public:
         std::uint8_t unit = 0;
         // Every answered read since reading started, not only the recent ones.
         std::int64_t answers = 0;
+        // Time-outs and late answers since reading started.
+        std::int64_t timeouts = 0;
         // From just before the request to the answer's end, as the log shows it.
         Spread roundTrip;
-        // What the device itself took: the round trip less both frames on the wire, the
-        // silences around the request and the adapter's handover.
+        // What the device itself took, from the request's end to the answer's start: the round
+        // trip less the silence the link waited before the request, both frames on the wire,
+        // the adapter's handover and the RS-485 delay before sending.
         Spread turnaround;
         friend bool operator==(const UnitFigures&, const UnitFigures&) = default;
     };
@@ -49,14 +52,22 @@ public:
     BusMeter(const SerialConfiguration& serial, double handoverSeconds,
              std::span<const PollPlan> plans);
 
-    // The first Started opens the time being read; reads, writes and late answers are measured.
+    // The first Started opens the time being read; a later one, after the port was lost and
+    // reopened, begins each poll's cycles anew. Reads, writes and late answers are measured.
     // Events come in the engine's order.
     void add(const PollerEvent& event);
+    // The adapter's handover from now on, after its latency timer was changed.
+    void setHandover(double handoverSeconds) noexcept { handoverSeconds_ = handoverSeconds; }
+    // The plans the engine reads from now on: a poll removed or changed begins its cycles anew.
+    void setPlans(std::span<const PollPlan> plans);
 
     // The units with an answer, by unit number.
     std::vector<UnitFigures> units() const;
     // The unit's answered reads, without working out its spreads.
     std::int64_t answers(std::uint8_t unit) const;
+    // Time-outs and late answers of every unit since reading started, those that never answered
+    // included.
+    std::int64_t timeouts() const;
     // Seconds between the ends of the poll's recent cycles; nothing before its second cycle.
     std::optional<double> interval(const Uuid& poll) const;
     // The part of the time since Started that the line carried a transaction, time-outs
@@ -70,24 +81,23 @@ private:
     };
     struct Unit {
         std::int64_t answers = 0;
+        std::int64_t timeouts = 0;
         std::deque<Answer> recent;
     };
 
-    void addRead(const PollerEvent::Read& read, Time time);
-    // The part of the silence before the request that the link still waited, which the
-    // duration includes: none when the line was quiet long enough already.
-    double waitedSilence(Time ended, double duration) const;
+    void addRead(const PollerEvent::Read& read);
+    // A failed request to unit; a late answer that follows counts for it as well.
+    void failed(std::uint8_t unit, const PollFailureError& error);
     void cycleMayHaveEnded(const Uuid& poll, const ReadBlock& block, Time time);
 
     SerialConfiguration serial_;
     double handoverSeconds_;
-    double silence_;
-    // The last block of each poll's plan: reading it ends a cycle.
-    std::map<Uuid, ReadBlock> lastBlocks_;
+    std::map<Uuid, PollPlan> plans_;
     std::map<std::uint8_t, Unit> units_;
     std::map<Uuid, std::deque<Time>> cycleEnds_;
     std::optional<Time> started_;
-    std::optional<Time> lastActivity_;
+    // The unit of the last failed request, to which a late answer belongs.
+    std::optional<std::uint8_t> failedUnit_;
     double busySeconds_ = 0;
 };
 

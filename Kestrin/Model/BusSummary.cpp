@@ -1,14 +1,12 @@
 #include "BusSummary.h"
 
 #include "L10n.h"
-
-#include <cmath>
+#include "PollBudgets.h"
 
 namespace kestrin::BusSummary {
 
-int milliseconds(double seconds) {
-    return static_cast<int>(std::lround(seconds * 1000.0));
-}
+// Whole milliseconds are the precision at which a person compares round trips.
+using PollBudgets::milliseconds;
 
 std::string unitLine(const BusMeter::UnitFigures& figures) {
     const auto& texts = L10n::texts().bus;

@@ -10,9 +10,6 @@ namespace kestrin {
 // The bus meter's figures as the log, the command line and the window word them.
 namespace BusSummary {
 
-// Whole milliseconds, the precision at which a person compares round trips.
-int milliseconds(double seconds);
-
 // "Unit 3: 812 answers, round trip 24 ms (99 %: 31 ms), turnaround 6 ms (99 %: 9 ms)".
 std::string unitLine(const BusMeter::UnitFigures& figures);
 

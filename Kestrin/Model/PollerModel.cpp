@@ -260,8 +260,9 @@ void PollerModel::setTimeoutMs(int timeoutMs) {
         return;
     }
     timeoutMs_ = timeoutMs;
-    // An offer names the time-out it would replace.
+    // An offer names the time-out it would replace; against the new one, one may be made again.
     setTimeoutOffer(std::nullopt);
+    timeoutOffered_ = false;
     scheduleAutosave();
     emit timeoutMsChanged();
 }
@@ -281,9 +282,7 @@ void PollerModel::setMaxGap(int gap) {
     }
     maxGap_ = gap;
     scheduleAutosave();
-    if (engine_) {
-        engine_->update(buildPlans());
-    }
+    replan();
     emit maxGapChanged();
 }
 

@@ -305,6 +305,10 @@ private:
     void setLatencyNotice(std::optional<LatencyNotice> notice);
     void countFailure(PollFailure failure);
     void beginMeasuring();
+    // Tells the bus meter how long the selected port's adapter now holds each answer back.
+    void measureHandover();
+    // Hands the engine, while reading, and the bus meter the plans of the polls as they are now.
+    void replan();
     void measure(const PollerEvent& event);
     // Stops the busy share's clock and logs one line per unit that answered.
     void endMeasuring();

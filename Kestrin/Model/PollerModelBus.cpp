@@ -1,6 +1,7 @@
 #include "AdapterFacts.h"
 #include "BusSummary.h"
 #include "L10n.h"
+#include "PollerEngine.h"
 #include "PollerModel.h"
 
 // The bus meter: fed by the engine's events while reading, summed up in the log when reading
@@ -8,30 +9,52 @@
 namespace kestrin {
 
 void PollerModel::beginMeasuring() {
-    // The adapter's latency timer as reading opened the port: the part of every round trip the
-    // device has no part in.
-    const std::optional<AdapterFacts::LatencyTimer> timer =
-        AdapterFacts::latencyTimer(selectedPath_, environment_.systemRoot);
-    const double handover = timer ? timer->milliseconds / 1000.0 : 0.0;
-    const std::vector<PollPlan> plans = buildPlans();
-    busMeter_.emplace(serial_, handover, plans);
+    busMeter_.emplace(serial_, 0.0, buildPlans());
+    measureHandover();
     measuredUntil_.reset();
     timeoutOffered_ = false;
     setTimeoutOffer(std::nullopt);
+}
+
+void PollerModel::measureHandover() {
+    if (!busMeter_) {
+        return;
+    }
+    // The adapter's latency timer: the part of every round trip the device has no part in.
+    const std::optional<AdapterFacts::LatencyTimer> timer =
+        AdapterFacts::latencyTimer(selectedPath_, environment_.systemRoot);
+    busMeter_->setHandover(timer ? timer->milliseconds / 1000.0 : 0.0);
+}
+
+void PollerModel::replan() {
+    if (!engine_) {
+        return;
+    }
+    std::vector<PollPlan> plans = buildPlans();
+    if (busMeter_) {
+        busMeter_->setPlans(plans);
+    }
+    engine_->update(std::move(plans));
 }
 
 void PollerModel::measure(const PollerEvent& event) {
     if (!busMeter_) {
         return;
     }
+    if (event.is<PollerEvent::Started>()) {
+        // A port reopened after a loss may have another adapter behind it, or one whose timer
+        // was changed meanwhile, and reads the plans as they were when it reopened.
+        measureHandover();
+        busMeter_->setPlans(buildPlans());
+    }
     busMeter_->add(event);
-    // Looked at as each unit reaches enough answers, not at every answer: working out the
+    // Looked at each time a unit has answered enough more, not at every answer: working out the
     // spreads takes longer than handling an answer.
     const auto* read = event.as<PollerEvent::Read>();
     if (!timeoutOffered_ && read != nullptr && read->result &&
-        busMeter_->answers(read->block.unit) == TimeoutOffer::answersNeeded) {
+        busMeter_->answers(read->block.unit) % TimeoutOffer::answersNeeded == 0) {
         const std::vector<BusMeter::UnitFigures> units = busMeter_->units();
-        if (auto offer = TimeoutOffer::check(units, timeoutMs_)) {
+        if (auto offer = TimeoutOffer::check(units, busMeter_->timeouts(), timeoutMs_)) {
             timeoutOffered_ = true;
             setTimeoutOffer(std::move(offer));
         }

@@ -60,6 +60,10 @@ void PollerModel::setLatencyTimerToBest() {
     }
     setLatencyNotice(std::nullopt);
     appendLog(LogLine::latencyTimerSet(path));
+    // The adapter hands answers over sooner from now on, which is no faster device.
+    if (engine_) {
+        measureHandover();
+    }
 }
 
 } // namespace kestrin

@@ -152,9 +152,7 @@ void PollerModel::pollsDidChange(const std::vector<Poll>& before) {
         }
     }
     scheduleAutosave();
-    if (engine_) {
-        engine_->update(buildPlans());
-    }
+    replan();
     emit pollsChanged();
     if (!reset.empty()) {
         emit statusChanged(reset);

@@ -17,21 +17,19 @@ int TimeoutOffer::fittingTimeoutMs(int p99Ms) {
 }
 
 std::optional<TimeoutOffer> TimeoutOffer::check(std::span<const BusMeter::UnitFigures> units,
-                                                int currentMs) {
-    const BusMeter::UnitFigures* slowest = nullptr;
-    for (const BusMeter::UnitFigures& figures : units) {
-        if (figures.answers >= answersNeeded &&
-            (slowest == nullptr || figures.roundTrip.p99 > slowest->roundTrip.p99)) {
-            slowest = &figures;
-        }
-    }
-    if (slowest == nullptr) {
+                                                std::int64_t timeouts, int currentMs) {
+    const auto slowest = std::ranges::max_element(
+        units, {}, [](const BusMeter::UnitFigures& figures) { return figures.roundTrip.p99; });
+    const bool enough = std::ranges::any_of(units, [](const BusMeter::UnitFigures& figures) {
+        return figures.answers >= answersNeeded;
+    });
+    if (!enough) {
         return std::nullopt;
     }
     // Rounded up, so that the text never claims the answers came sooner than they did.
     const auto p99Ms = static_cast<int>(std::ceil(slowest->roundTrip.p99 * 1000.0));
     const int fitting = fittingTimeoutMs(p99Ms);
-    if (fitting == currentMs) {
+    if (fitting == currentMs || (timeouts > 0 && fitting < currentMs)) {
         return std::nullopt;
     }
     return TimeoutOffer{slowest->unit, p99Ms, fitting, currentMs};

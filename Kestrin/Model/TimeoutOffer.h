@@ -12,7 +12,8 @@ namespace kestrin {
 // A time-out that fits how fast the units really answer, offered to the user and never set
 // without them.
 struct TimeoutOffer {
-    // Fewer answers say too little about the slow ones.
+    // Fewer answers say too little about the slow ones: the offer is looked at each time a unit
+    // has answered this many more times.
     static constexpr std::int64_t answersNeeded = 50;
     // The 99th percentile is of recent answers only and a loaded desktop adds its own delays:
     // half as much again covers a device that slows down under load, and 10 ms the scheduler's
@@ -31,10 +32,12 @@ struct TimeoutOffer {
     // choice when none does.
     static int fittingTimeoutMs(int p99Ms);
 
-    // Nothing until a unit has answersNeeded answers, or when the fitting time-out is the one
-    // set. It covers every unit with enough answers.
+    // Nothing until some unit has answersNeeded answers, or when the fitting time-out is the one
+    // set. It covers every unit that answered, however often. While requests time out or are
+    // answered late (timeouts, of every unit), nothing shorter than the current time-out is
+    // offered: some answer may need all of it.
     static std::optional<TimeoutOffer> check(std::span<const BusMeter::UnitFigures> units,
-                                             int currentMs);
+                                             std::int64_t timeouts, int currentMs);
 
     std::string text() const;
 

@@ -1,8 +1,8 @@
 #include "BusPopover.h"
 
-#include "BusSummary.h"
 #include "FaintText.h"
 #include "L10n.h"
+#include "PollBudgets.h"
 #include "PollerModel.h"
 #include "QtText.h"
 
@@ -20,13 +20,13 @@ namespace {
 constexpr std::chrono::milliseconds refreshInterval(500);
 
 QString milliseconds(double seconds) {
-    return QStringLiteral("%1 ms").arg(BusSummary::milliseconds(seconds));
+    return QStringLiteral("%1 ms").arg(PollBudgets::milliseconds(seconds));
 }
 
 // "24 / 31 ms": the median and the 99th percentile.
 QString spread(const BusMeter::Spread& spread) {
     return QStringLiteral("%1 / %2")
-        .arg(BusSummary::milliseconds(spread.median))
+        .arg(PollBudgets::milliseconds(spread.median))
         .arg(milliseconds(spread.p99));
 }
 
@@ -121,17 +121,17 @@ void BusPopover::refresh() {
     const BusMeter* meter = model_.busMeter();
     const std::vector<BusMeter::UnitFigures> units =
         meter != nullptr ? meter->units() : std::vector<BusMeter::UnitFigures>{};
-    const bool measured = !units.empty();
-    if (measured) {
-        units_->setText(unitTable(units));
+    // Before any unit answers, the polls and the line already show what reading does: a bus
+    // that never answers is what the figures are most wanted for.
+    units_->setText(units.empty() ? qt(L10n::texts().bus.nothingYet()).toHtmlEscaped()
+                                  : unitTable(units));
+    note_->setVisible(!units.empty());
+    if (meter != nullptr) {
         polls_->setText(pollTable(model_, *meter));
-    } else {
-        units_->setText(qt(L10n::texts().bus.nothingYet()).toHtmlEscaped());
     }
-    note_->setVisible(measured);
-    polls_->setVisible(measured);
+    polls_->setVisible(meter != nullptr);
     const std::optional<double> share = model_.busyShare();
-    busy_->setVisible(measured && share.has_value());
+    busy_->setVisible(share.has_value());
     if (share) {
         busy_->setText(
             qt(L10n::texts().bus.lineBusy(static_cast<int>(std::lround(*share * 100.0)))));
