@@ -16,13 +16,8 @@ const Time t0 = Time() + std::chrono::hours(1000);
 const SerialConfiguration line9600{};
 const ReadBlock twoRegisters{1, RegisterTable::holdingRegister, 0, 2};
 
-Time plus(Time time, double seconds) {
-    return time +
-           std::chrono::duration_cast<Time::duration>(std::chrono::duration<double>(seconds));
-}
-
 Time at(double seconds) {
-    return plus(t0, seconds);
+    return t0 + std::chrono::duration_cast<Time::duration>(std::chrono::duration<double>(seconds));
 }
 
 PollerEvent read(const ReadBlock& block, double duration, Time ended, bool answered = true,
