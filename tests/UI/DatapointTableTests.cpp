@@ -258,6 +258,14 @@ TEST_F(LiveTable, TheTabDotFollowsTheLatestResultOfEachDatapoint) {
          },
          TabDot::green},
         {"the third failed", [&] { fail(third); }, TabDot::orange},
+        // A paused poll is not being read, whatever its datapoints last showed.
+        {"the poll paused",
+         [&] {
+             std::vector<Poll> polls = model->polls();
+             polls.front().enabled = false;
+             model->setPolls(polls);
+         },
+         TabDot::grey},
         {"stopped", [&] { model->stop(); }, TabDot::grey},
     };
     for (const auto& [step, apply, dot] : steps) {
