@@ -56,7 +56,7 @@ void PollerModel::measure(const PollerEvent& event) {
         const std::vector<BusMeter::UnitFigures> units = busMeter_->units();
         if (auto offer = TimeoutOffer::check(units, busMeter_->timeouts(), timeoutMs_)) {
             timeoutOffered_ = true;
-            setTimeoutOffer(std::move(offer));
+            setTimeoutOffer(offer);
         }
     }
 }
@@ -80,7 +80,7 @@ void PollerModel::endMeasuring() {
 
 void PollerModel::setTimeoutOffer(std::optional<TimeoutOffer> offer) {
     if (offer != timeoutOffer_) {
-        timeoutOffer_ = std::move(offer);
+        timeoutOffer_ = offer;
         emit timeoutOfferChanged();
     }
 }

@@ -54,6 +54,7 @@ QString table(const QStringList& headings, const std::vector<QStringList>& rows)
 QString unitTable(const std::vector<BusMeter::UnitFigures>& units) {
     const auto& texts = L10n::texts();
     std::vector<QStringList> rows;
+    rows.reserve(units.size());
     for (const BusMeter::UnitFigures& unit : units) {
         rows.push_back({QString::number(unit.unit), QString::number(unit.answers),
                         spread(unit.roundTrip), spread(unit.turnaround)});
