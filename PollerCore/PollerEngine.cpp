@@ -4,6 +4,7 @@
 #include "ExceptionPDU.h"
 #include "Overloaded.h"
 #include "PDU.h"
+#include "PollSchedule.h"
 #include "RTUFrame.h"
 #include "SerialLink.h"
 #include "SerialTiming.h"
@@ -66,7 +67,7 @@ struct PollerEngine::State {
     std::condition_variable condition;
     bool running = false;
     std::vector<PollPlan> plans;
-    std::unordered_map<Uuid, Clock::time_point> nextDue;
+    PollSchedule::DueTimes nextDue;
     std::deque<Job::Write> writes;
     // Set once, by the ending thread; stop waits for it.
     bool finished = false;
@@ -135,13 +136,14 @@ private:
                     state_->writes.pop_front();
                     return job;
                 }
-                const PollChoice choice = choosePoll(state_->plans, state_->nextDue, Clock::now());
-                if (const auto* due = std::get_if<ReadNow>(&choice)) {
+                const PollSchedule::Choice choice =
+                    PollSchedule::choose(state_->plans, state_->nextDue, Clock::now());
+                if (const auto* due = std::get_if<PollSchedule::ReadNow>(&choice)) {
                     const PollPlan& plan = state_->plans[due->plan];
                     state_->nextDue[plan.id] = due->nextDue;
                     return Job{Job::Poll{plan}};
                 }
-                until = std::get<SleepUntil>(choice).time;
+                until = std::get<PollSchedule::SleepUntil>(choice).time;
             }
             if (!link_->idle(until, state_->wake)) {
                 lose();
@@ -514,34 +516,6 @@ private:
     // When the link last had the line, by the engine's clock; none before its first request.
     std::optional<Clock::time_point> quietSince_;
 };
-
-PollerEngine::PollChoice
-PollerEngine::choosePoll(const std::vector<PollPlan>& plans,
-                         const std::unordered_map<Uuid, Clock::time_point>& nextDue,
-                         Clock::time_point now) {
-    std::optional<std::size_t> earliest;
-    Clock::time_point earliestDue;
-    for (std::size_t i = 0; i < plans.size(); ++i) {
-        if (plans[i].blocks.empty()) {
-            continue;
-        }
-        const auto entry = nextDue.find(plans[i].id);
-        const Clock::time_point due = entry == nextDue.end() ? now : entry->second;
-        if (!earliest || due < earliestDue) {
-            earliest = i;
-            earliestDue = due;
-        }
-    }
-    if (!earliest) {
-        return SleepUntil{};
-    }
-    if (earliestDue > now) {
-        return SleepUntil{earliestDue};
-    }
-    const Clock::duration interval = SerialTiming::duration(plans[*earliest].interval);
-    const Clock::time_point next = earliestDue + interval;
-    return ReadNow{*earliest, next > now ? next : now + interval};
-}
 
 PollerEngine::PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
                            bool allowsTestDevice, EventHandler onEvent)

@@ -9,14 +9,11 @@
 #include "Uuid.h"
 
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
-#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -78,25 +75,6 @@ public:
         friend bool operator==(const Job&, const Job&) = default;
     };
 
-    // The schedule's decision at a moment: read a poll now, or sleep.
-    struct ReadNow {
-        std::size_t plan = 0;      // index into the plans
-        Clock::time_point nextDue; // when that poll is due again
-        friend bool operator==(const ReadNow&, const ReadNow&) = default;
-    };
-    struct SleepUntil {
-        std::optional<Clock::time_point> time; // nothing: no plan has blocks, sleep until woken
-        friend bool operator==(const SleepUntil&, const SleepUntil&) = default;
-    };
-    using PollChoice = std::variant<ReadNow, SleepUntil>;
-
-    // The poll with the earliest due time (a poll without an entry is due now; ties go to plan
-    // order); plans without blocks are never chosen. A late poll is not made up for: its next due
-    // time restarts from now when due + interval has already passed.
-    static PollChoice choosePoll(const std::vector<PollPlan>& plans,
-                                 const std::unordered_map<Uuid, Clock::time_point>& nextDue,
-                                 Clock::time_point now);
-
     // Does not touch the port. timeout is the response time-out of every request in seconds.
     PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
                  bool allowsTestDevice, EventHandler onEvent);
@@ -108,7 +86,8 @@ public:
     // Opens the port and starts the thread, then delivers started. An open failure is returned
     // unchanged and nothing starts. Only the first call does anything.
     Result<void, SerialLinkError> start(std::vector<PollPlan> plans);
-    // Kept polls keep their schedule, removed polls are forgotten, new polls are due at once.
+    // Kept polls keep their schedule, removed polls are forgotten, new polls are read before any
+    // overdue one.
     void update(std::vector<PollPlan> plans);
     // Queues a complete write request PDU for unit (0 broadcasts); an empty PDU is ignored.
     void write(Bytes pdu, std::uint8_t unit, Uuid token);
