@@ -691,6 +691,19 @@ constexpr Texts dutch{
                             "doorzoeken.",
         .cancelled = "Geannuleerd. Getoond wordt wat tot dan gevonden was.",
         .mapIncomplete = "De unit hield op met antwoorden voor het einde van het bereik.",
+        .busyUnknown =
+            [](int count) {
+                return count == 1
+                           ? concat("De unit was bezet: van 1 adres is niet bekend of het bestaat.")
+                           : concat("De unit was bezet: van ", count,
+                                    " adressen is niet bekend of ze bestaan.");
+            },
+        .busyRanges =
+            [](std::string_view ranges) {
+                return concat("De unit was te druk om ", ranges,
+                              " te lezen (exception 06): het is niet bekend of die adressen "
+                              "bestaan.");
+            },
         .tooManyToAdd =
             [](std::int64_t found, std::int64_t most) {
                 return concat("De kaart vond ", found, " adressen, meer dan de ", most,

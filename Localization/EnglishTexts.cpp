@@ -661,6 +661,19 @@ constexpr Texts english{
         .stopReadingFirst = "Reading uses the port. Stop reading to search the line.",
         .cancelled = "Cancelled. Shown is what was found until then.",
         .mapIncomplete = "The unit stopped answering before the end of the range.",
+        .busyUnknown =
+            [](int count) {
+                return count == 1
+                           ? concat("The device was busy: 1 address is unknown, neither found nor "
+                                    "missing.")
+                           : concat("The device was busy: ", count,
+                                    " addresses are unknown, neither found nor missing.");
+            },
+        .busyRanges =
+            [](std::string_view ranges) {
+                return concat("The device was too busy to read ", ranges,
+                              " (exception 06): whether these addresses exist is unknown.");
+            },
         .tooManyToAdd =
             [](std::int64_t found, std::int64_t most) {
                 return concat(

@@ -717,6 +717,18 @@ constexpr Texts french{
         .stopReadingFirst = "La lecture occupe le port. Arrêtez la lecture pour explorer la ligne.",
         .cancelled = "Annulé. Voici ce qui avait été trouvé jusque-là.",
         .mapIncomplete = "L'esclave a cessé de répondre avant la fin de la plage.",
+        .busyUnknown =
+            [](int count) {
+                return count < 2 ? concat("L'esclave était occupé : pour ", count,
+                                          " adresse, on ne sait pas si elle existe.")
+                                 : concat("L'esclave était occupé : pour ", count,
+                                          " adresses, on ne sait pas si elles existent.");
+            },
+        .busyRanges =
+            [](std::string_view ranges) {
+                return concat("L'esclave était trop occupé pour lire ", ranges,
+                              " (exception 06) : on ne sait pas si ces adresses existent.");
+            },
         .tooManyToAdd =
             [](std::int64_t found, std::int64_t most) {
                 return concat(found, " adresses trouvées, plus que les ", most,

@@ -721,6 +721,19 @@ constexpr Texts german{
             "Das Lesen belegt den Port. Stoppen Sie das Lesen, um die Leitung zu durchsuchen.",
         .cancelled = "Abgebrochen. Angezeigt wird, was bis dahin gefunden wurde.",
         .mapIncomplete = "Das Gerät hat vor dem Ende des Bereichs aufgehört zu antworten.",
+        .busyUnknown =
+            [](int count) {
+                return count == 1
+                           ? concat("Das Gerät war beschäftigt: Bei 1 Adresse bleibt offen, ob es "
+                                    "sie gibt.")
+                           : concat("Das Gerät war beschäftigt: Bei ", count,
+                                    " Adressen bleibt offen, ob es sie gibt.");
+            },
+        .busyRanges =
+            [](std::string_view ranges) {
+                return concat("Das Gerät war zu beschäftigt, um ", ranges,
+                              " zu lesen (Ausnahme 06): Ob es diese Adressen gibt, ist unbekannt.");
+            },
         .tooManyToAdd =
             [](std::int64_t found, std::int64_t most) {
                 return concat("Gefunden wurden ", found, " Adressen, mehr als die ", most,

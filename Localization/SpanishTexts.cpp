@@ -698,6 +698,19 @@ constexpr Texts spanish{
             "La lectura ocupa el puerto. Detenga la lectura para explorar la línea.",
         .cancelled = "Cancelado. Se muestra lo encontrado hasta entonces.",
         .mapIncomplete = "El esclavo dejó de responder antes del final del rango.",
+        .busyUnknown =
+            [](int count) {
+                return count == 1
+                           ? concat("El esclavo estaba ocupado: de 1 dirección no se sabe si "
+                                    "existe.")
+                           : concat("El esclavo estaba ocupado: de ", count,
+                                    " direcciones no se sabe si existen.");
+            },
+        .busyRanges =
+            [](std::string_view ranges) {
+                return concat("El esclavo estaba demasiado ocupado para leer ", ranges,
+                              " (excepción 06): no se sabe si esas direcciones existen.");
+            },
         .tooManyToAdd =
             [](std::int64_t found, std::int64_t most) {
                 return concat(

@@ -593,6 +593,8 @@ struct Texts {
     X(Literal, stopReadingFirst)                                                                   \
     X(Literal, cancelled)                                                                          \
     X(Literal, mapIncomplete)     /* the unit fell silent before the end of the range */           \
+    X(OfNumber, busyUnknown)      /* (addresses the device was too busy to read) */                \
+    X(OfText, busyRanges)         /* (their ranges, "200-231"): the count's tool tip */            \
     X(OfTwoNumbers, tooManyToAdd) /* (addresses found, most datapoints added at once) */           \
     X(OfNumber, added)            /* (datapoints added to the selected poll) */                    \
     X(OfText, settingsUsed)       /* (serial settings, "19200 8N1") */

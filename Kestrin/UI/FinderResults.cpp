@@ -77,7 +77,7 @@ void fillSettings(QTableWidget& table, const std::optional<SettingsSweep::Found>
 }
 
 // Addresses the device was too busy to read are neither found nor missing: counted apart as
-// "96 + 32 ?", the busy exception's own name and their ranges in the tool tip.
+// "96 + 32 ?", with a sentence naming their ranges in the tool tip.
 QTableWidgetItem* countCell(const TableMap& mapped) {
     const int unknown = mapped.unknownCount();
     if (unknown == 0) {
@@ -85,8 +85,7 @@ QTableWidgetItem* countCell(const TableMap& mapped) {
     }
     QTableWidgetItem* item =
         cell(QStringLiteral("%1 + %2 ?").arg(mapped.addressCount()).arg(unknown));
-    item->setToolTip(
-        qt(L10n::Modbus::exceptionName(0x06) + ": " + rangesText(mapped.unknown, "–")));
+    item->setToolTip(qt(L10n::texts().finder.busyRanges(rangesText(mapped.unknown, "–"))));
     return item;
 }
 
@@ -122,8 +121,7 @@ QString mapSummary(const RegisterMap& map) {
         return qt(L10n::texts().finder.tooManyToAdd(count, DeviceFinder::mostToAdd));
     }
     if (map.busy()) {
-        return qt(L10n::Modbus::exceptionName(0x06)) +
-               QStringLiteral(": %1 ?").arg(map.unknownCount());
+        return qt(L10n::texts().finder.busyUnknown(map.unknownCount()));
     }
     return map.found() ? QString() : qt(scan.noAddressFound());
 }
