@@ -50,6 +50,35 @@ constexpr HelpContent dutch{
                 "exception 02.",
             .oneRequest = "Er staat altijd maar één verzoek op de lijn. Schrijfacties gaan voor "
                           "leesacties.",
+            .cycleHeading = "Hoelang een cyclus duurt",
+            .cycleEstimate =
+                "Naast het interval toont Kestrin hoelang één uitlezing van de poll de lijn bezet "
+                "houdt, bijvoorbeeld “≈ 42 ms per cyclus”. Dat wordt berekend uit de seriële "
+                "instellingen, met 5 ms antwoordtijd per apparaat; houd de muis erboven voor elk "
+                "verzoek en het deel van de lijn dat alle actieve polls nodig hebben. `kestrin-cli "
+                "plan --project BESTAND` geeft hetzelfde voor elke poll van een projectbestand.",
+            .cycleWarning =
+                "De tekst wordt oranje als de poll niet zo vaak gelezen kan worden als zijn "
+                "interval vraagt: één uitlezing duurt langer dan het interval, of alle actieve "
+                "polls samen vragen meer dan de lijn aankan. Hij zegt dan hoe vaak de poll echt "
+                "loopt, bijvoorbeeld “Duurt 140 ms: loopt elke 140 ms in plaats van elke 100 ms”. "
+                "Geef de poll een langer interval, of zet waarden die kunnen wachten in een "
+                "tragere poll. Hij waarschuwt ook als een antwoord langer duurt dan de **time-out "
+                "voor antwoord**: dat verzoek zou dan elke keer mislukken.",
+            .busFigures =
+                "**Bus** in de onderste balk toont wat het uitlezen echt kost, gemeten terwijl het "
+                "loopt: per unit de rondgang en de reactietijd (de eigen tijd van het apparaat), "
+                "als mediaan en 99 % van de antwoorden; per actieve poll het ingestelde en het "
+                "behaalde interval; en hoeveel van de tijd de lijn bezet is. Als het uitlezen "
+                "stopt, schrijft het log één regel per unit die antwoordde, bijvoorbeeld “Unit 1: "
+                "120 antwoorden, rondgang 27 ms (99 %: 36 ms), reactietijd 5 ms (99 %: 6 ms)”.",
+            .timeoutOffer =
+                "Zodra een unit 50 keer heeft geantwoord, vergelijkt Kestrin de **time-out voor "
+                "antwoord** met hoe snel de units echt antwoorden. Past een andere time-out beter, "
+                "dan biedt een melding boven het log die aan, bijvoorbeeld **100 ms gebruiken**; "
+                "die geldt vanaf de volgende start van het uitlezen. Zolang verzoeken onbeantwoord "
+                "blijven of antwoorden te laat komen, wordt alleen een langere time-out "
+                "aangeboden.",
         },
     .datapoints =
         {
@@ -190,7 +219,9 @@ constexpr HelpContent dutch{
                             "antwoordt; **Deze instellingen gebruiken** neemt ze over in het "
                             "project.",
             .findRegisters = "**Registers** leest welke adressen van elke tabel de unit heeft; "
-                             "**Aan poll toevoegen** zet ze als datapunten in de huidige poll.",
+                             "**Aan poll toevoegen** zet ze als datapunten in de huidige poll. "
+                             "Adressen die de unit te druk had om te lezen, worden apart geteld, "
+                             "bijvoorbeeld “96 + 32 ?”: of ze bestaan, is niet bekend.",
             .oddValuesHeading = "Vreemde waarden",
             .scale = "Klopt de orde van grootte niet? Controleer de **schaal** (bijvoorbeeld 0,1 "
                      "of 0,01).",

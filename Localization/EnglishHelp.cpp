@@ -44,6 +44,35 @@ constexpr HelpContent english{
                 "2000 bits). In the settings (sliders at the top) you can also let small gaps be "
                 "bridged: faster, but some devices then answer exception 02.",
             .oneRequest = "There is always one request on the line. Writes go before reads.",
+            .cycleHeading = "How long a cycle takes",
+            .cycleEstimate =
+                "Beside the interval, Kestrin shows how long one reading of the poll holds the "
+                "line, for example “≈ 42 ms a cycle”. It is worked out from the serial settings, "
+                "with 5 ms for each device to answer; hover over it to see each request and the "
+                "share of the line all active polls need. `kestrin-cli plan --project FILE` "
+                "prints the same for every poll of a project file.",
+            .cycleWarning =
+                "The text turns orange when the poll cannot be read as often as its interval asks: "
+                "one "
+                "reading takes longer than the interval, or all active polls together need more "
+                "than the line can carry. It then says how often the poll really runs, for "
+                "example “Takes 140 ms: runs every 140 ms, not every 100 ms”. Give the poll a "
+                "longer interval, or move values that can wait to a slower poll. It also warns "
+                "when an answer takes longer than the **response timeout**: that request would "
+                "fail every time.",
+            .busFigures =
+                "**Bus** at the bottom shows what reading really takes, measured while it runs: "
+                "for each unit the round trip and the turnaround (the device's own time), as the "
+                "median and 99 % of its answers; for each active poll the interval set and "
+                "the interval got; and how much of the time the line is busy. When reading stops, "
+                "the log adds one line per unit that answered, such as “Unit 1: 120 answers, "
+                "round trip 27 ms (99 %: 36 ms), turnaround 5 ms (99 %: 6 ms)”.",
+            .timeoutOffer =
+                "Once a unit has answered 50 times, Kestrin compares the **response timeout** "
+                "with how fast the units really answer. If another timeout fits better, a notice "
+                "over the log offers it, for example **Use 100 ms**; it applies the next time "
+                "reading starts. While requests go unanswered or answers come late, only a longer "
+                "timeout is offered.",
         },
     .datapoints =
         {
@@ -170,7 +199,9 @@ constexpr HelpContent english{
             .findSettings = "**Settings** tries the usual baud rates and frames until the unit "
                             "answers; **Use These Settings** makes them the project's.",
             .findRegisters = "**Registers** reads which addresses of each table the unit has; "
-                             "**Add to Poll** adds them to the current poll as datapoints.",
+                             "**Add to Poll** adds them to the current poll as datapoints. "
+                             "Addresses the unit was too busy to read are counted apart, as in “96 "
+                             "+ 32 ?”: whether they exist is unknown.",
             .oddValuesHeading = "Odd values",
             .scale = "Is the size wrong? Check the **scale** (for example 0.1 or 0.01).",
             .order = "Is a 32-bit value wrong? Try another **order**, usually CDAB.",

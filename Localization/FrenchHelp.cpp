@@ -53,6 +53,38 @@ constexpr HelpContent french{
                          "l'exception 02.",
             .oneRequest = "Il n'y a jamais qu'une seule requête sur la ligne. Les écritures "
                           "passent avant les lectures.",
+            .cycleHeading = "Durée d'un cycle",
+            .cycleEstimate =
+                "À côté de l'intervalle, Kestrin indique combien de temps une lecture de la "
+                "scrutation occupe la ligne, par exemple « ≈ 42 ms par cycle ». Cette durée est "
+                "calculée d'après les réglages série, avec 5 ms de réponse pour chaque appareil ; "
+                "survolez-la pour voir chaque requête et la part de la ligne dont les scrutations "
+                "actives ont besoin. `kestrin-cli plan --project FICHIER` affiche la même chose "
+                "pour chaque scrutation d'un fichier de projet.",
+            .cycleWarning =
+                "Le texte passe à l'orange quand la scrutation ne peut pas être lue aussi souvent "
+                "que son intervalle le demande : une lecture dure plus longtemps que l'intervalle, "
+                "ou les scrutations actives demandent ensemble plus que la ligne ne peut en "
+                "écouler. Il indique alors le rythme réel, par exemple « Dure 140 ms : lue toutes "
+                "les 140 ms, et non toutes les 100 ms ». Donnez à la scrutation un intervalle plus "
+                "long, ou déplacez les valeurs qui peuvent attendre vers une scrutation plus "
+                "lente. Il avertit aussi quand une réponse dure plus longtemps que le **délai "
+                "d'attente de réponse** : cette requête échouerait alors à chaque fois.",
+            .busFigures =
+                "**Bus**, dans la barre du bas, montre ce que la lecture prend réellement, mesuré "
+                "pendant qu'elle tourne : pour chaque esclave l'aller-retour et le temps de "
+                "réaction (le temps propre de l'appareil), en médiane et à 99 % de ses réponses ; "
+                "pour chaque scrutation active l'intervalle réglé et l'intervalle obtenu ; et la "
+                "part du temps où la ligne est occupée. À l'arrêt de la lecture, le journal ajoute "
+                "une ligne par esclave qui a répondu, par exemple « Esclave 1 : 120 réponses, "
+                "aller-retour 27 ms (99 % : 36 ms), temps de réaction 5 ms (99 % : 6 ms) ».",
+            .timeoutOffer =
+                "Dès qu'un esclave a répondu 50 fois, Kestrin compare le **délai d'attente de "
+                "réponse** à la vitesse réelle des réponses. Si un autre délai convient mieux, un "
+                "avis au-dessus du journal le propose, par exemple **Utiliser 100 ms** ; il "
+                "s'applique au prochain démarrage de la lecture. Tant que des requêtes restent "
+                "sans réponse ou que des réponses arrivent en retard, seul un délai plus long est "
+                "proposé.",
         },
     .datapoints =
         {
@@ -198,7 +230,9 @@ constexpr HelpContent french{
                             "projet.",
             .findRegisters = "**Registres** lit quelles adresses de chaque table l'esclave "
                              "possède ; **Ajouter à la scrutation** les ajoute comme points de "
-                             "données à la scrutation actuelle.",
+                             "données à la scrutation actuelle. Les adresses que l'esclave était "
+                             "trop occupé pour lire sont comptées à part, par exemple « 96 + 32 ? "
+                             "» : on ne sait pas si elles existent.",
             .oddValuesHeading = "Valeurs aberrantes",
             .scale = "L'ordre de grandeur est faux ? Vérifiez l'**échelle** (par exemple 0,1 ou "
                      "0,01).",

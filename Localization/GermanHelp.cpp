@@ -50,6 +50,38 @@ constexpr HelpContent german{
                          "aber manche Geräte antworten dann mit Ausnahme 02.",
             .oneRequest = "Auf der Leitung ist immer nur eine Anfrage unterwegs. Schreibzugriffe "
                           "haben Vorrang vor Lesezugriffen.",
+            .cycleHeading = "Wie lange ein Durchlauf dauert",
+            .cycleEstimate =
+                "Neben dem Intervall zeigt Kestrin, wie lange ein Durchlauf der Abfrage die "
+                "Leitung belegt, etwa „≈ 42 ms je Durchlauf“. Der Wert wird aus den "
+                "Schnittstelleneinstellungen berechnet, mit 5 ms Antwortzeit je Gerät; zeigen Sie "
+                "mit der Maus darauf, um jede Anfrage zu sehen und den Anteil der Leitung, den "
+                "alle aktiven Abfragen brauchen. `kestrin-cli plan --project DATEI` gibt dasselbe "
+                "für jede Abfrage einer Projektdatei aus.",
+            .cycleWarning =
+                "Orange wird die Anzeige, wenn die Abfrage nicht so oft gelesen werden kann, wie "
+                "ihr Intervall verlangt: Ein Durchlauf dauert länger als das Intervall, oder alle "
+                "aktiven Abfragen zusammen brauchen mehr, als die Leitung schafft. Dann steht "
+                "dort, wie oft die Abfrage wirklich läuft, etwa „Dauert 140 ms: läuft alle 140 ms "
+                "statt alle 100 ms“. Geben Sie der Abfrage ein längeres Intervall, oder legen Sie "
+                "Werte, die warten können, in eine langsamere Abfrage. Die Anzeige warnt auch, "
+                "wenn eine Antwort länger dauert als das **Antwort-Timeout**: Diese Anfrage "
+                "schlüge dann jedes Mal fehl.",
+            .busFigures =
+                "**Bus** in der unteren Leiste zeigt, was das Lesen wirklich braucht, gemessen "
+                "während es läuft: für jedes Gerät die Umlaufzeit und die Reaktionszeit (die Zeit "
+                "des Geräts selbst) als Median und 99 % seiner Antworten, für jede aktive Abfrage "
+                "das eingestellte und das erreichte Intervall, und wie viel der Zeit die Leitung "
+                "belegt ist. Stoppt das Lesen, schreibt das Log eine Zeile je Gerät, das "
+                "geantwortet hat, etwa „Geräteadresse 1: 120 Antworten, Umlaufzeit 27 ms (99 %: "
+                "36 ms), Reaktionszeit 5 ms (99 %: 6 ms)“.",
+            .timeoutOffer =
+                "Sobald ein Gerät 50-mal geantwortet hat, vergleicht Kestrin das "
+                "**Antwort-Timeout** damit, wie schnell die Geräte wirklich antworten. Passt ein "
+                "anderes Timeout besser, bietet ein Hinweis über dem Log es an, etwa **100 ms "
+                "verwenden**; es gilt ab dem nächsten Start des Lesens. Solange Anfragen "
+                "unbeantwortet bleiben oder Antworten zu spät kommen, wird nur ein längeres "
+                "Timeout angeboten.",
         },
     .datapoints =
         {
@@ -191,9 +223,11 @@ constexpr HelpContent german{
             .findSettings = "**Einstellungen** probiert die üblichen Baudraten und Rahmen, bis das "
                             "Gerät antwortet; **Diese Einstellungen verwenden** übernimmt sie ins "
                             "Projekt.",
-            .findRegisters = "**Register** ermittelt, welche Adressen jeder Tabelle das Gerät hat; "
-                             "**Zur Abfrage hinzufügen** fügt sie der aktuellen Abfrage als "
-                             "Datenpunkte hinzu.",
+            .findRegisters =
+                "**Register** ermittelt, welche Adressen jeder Tabelle das Gerät hat; **Zur "
+                "Abfrage hinzufügen** fügt sie der aktuellen Abfrage als Datenpunkte hinzu. "
+                "Adressen, für die das Gerät zu beschäftigt war, werden getrennt gezählt, etwa "
+                "„96 + 32 ?“: Ob es sie gibt, ist unbekannt.",
             .oddValuesHeading = "Unplausible Werte",
             .scale = "Stimmt die Größenordnung nicht? Prüfen Sie den **Faktor** (zum Beispiel "
                      "0,1 oder 0,01).",

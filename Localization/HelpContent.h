@@ -33,6 +33,11 @@ struct HelpContent {
         Literal tabDot;
         Literal combining;
         Literal oneRequest;
+        Literal cycleHeading;
+        Literal cycleEstimate;
+        Literal cycleWarning;
+        Literal busFigures;
+        Literal timeoutOffer;
     } polls;
 
     // Table values; the keys are the catalogue's column titles and the order labels.

@@ -83,6 +83,11 @@ HelpTopic pollsTopic(const HelpContent& help) {
                 paragraph(help.polls.tabDot()),
                 paragraph(help.polls.combining()),
                 paragraph(help.polls.oneRequest()),
+                heading(help.polls.cycleHeading),
+                paragraph(help.polls.cycleEstimate()),
+                paragraph(help.polls.cycleWarning()),
+                paragraph(help.polls.busFigures()),
+                paragraph(help.polls.timeoutOffer()),
             }};
 }
 

@@ -55,6 +55,36 @@ constexpr HelpContent spanish{
                 "responden entonces con la excepción 02.",
             .oneRequest = "En la línea siempre hay una sola solicitud. Las escrituras van antes "
                           "que las lecturas.",
+            .cycleHeading = "Cuánto dura un ciclo",
+            .cycleEstimate =
+                "Junto al intervalo, Kestrin muestra cuánto tiempo ocupa la línea una lectura del "
+                "sondeo, por ejemplo «≈ 42 ms por ciclo». Se calcula con la configuración serie y "
+                "5 ms de respuesta por dispositivo; sitúe el puntero encima para ver cada "
+                "solicitud y la parte de la línea que necesitan los sondeos activos. `kestrin-cli "
+                "plan --project ARCHIVO` muestra lo mismo para cada sondeo de un archivo de "
+                "proyecto.",
+            .cycleWarning =
+                "El texto se pone naranja cuando el sondeo no puede leerse tan a menudo como pide "
+                "su intervalo: una lectura tarda más que el intervalo, o los sondeos activos "
+                "juntos necesitan más de lo que da la línea. Entonces indica cada cuánto se lee de "
+                "verdad, por ejemplo «Tarda 140 ms: se lee cada 140 ms, no cada 100 ms». Dé al "
+                "sondeo un intervalo más largo o pase los valores que pueden esperar a un sondeo "
+                "más lento. También avisa cuando una respuesta tarda más que el **tiempo de espera "
+                "de respuesta**: esa solicitud fallaría siempre.",
+            .busFigures =
+                "**Bus**, en la barra inferior, muestra lo que de verdad lleva la lectura, medido "
+                "mientras se ejecuta: para cada esclavo, la ida y vuelta y el tiempo de reacción "
+                "(el tiempo propio del dispositivo), como mediana y 99 % de sus respuestas; para "
+                "cada sondeo activo, el intervalo fijado y el intervalo real; y qué parte del "
+                "tiempo está ocupada la línea. Al detener la lectura, la traza añade una línea por "
+                "cada esclavo que respondió, por ejemplo «Esclavo 1: 120 respuestas, ida y vuelta "
+                "27 ms (99 %: 36 ms), tiempo de reacción 5 ms (99 %: 6 ms)».",
+            .timeoutOffer =
+                "En cuanto un esclavo ha respondido 50 veces, Kestrin compara el **tiempo de "
+                "espera de respuesta** con lo que tardan de verdad las respuestas. Si otro valor "
+                "encaja mejor, un aviso sobre la traza lo ofrece, por ejemplo **Usar 100 ms**; se "
+                "aplica la próxima vez que empiece la lectura. Mientras haya solicitudes sin "
+                "respuesta o respuestas tardías, solo se ofrece un tiempo de espera más largo.",
         },
     .datapoints =
         {
@@ -192,9 +222,11 @@ constexpr HelpContent spanish{
                          "explorarlo después.",
             .findSettings = "**Ajustes** prueba las velocidades y tramas habituales hasta que el "
                             "esclavo responda; **Usar estos ajustes** los pasa al proyecto.",
-            .findRegisters = "**Registros** lee qué direcciones de cada tabla tiene el esclavo; "
-                             "**Añadir al sondeo** las añade como puntos de datos al sondeo "
-                             "actual.",
+            .findRegisters =
+                "**Registros** lee qué direcciones de cada tabla tiene el esclavo; **Añadir al "
+                "sondeo** las añade como puntos de datos al sondeo actual. Las direcciones que el "
+                "esclavo estaba demasiado ocupado para leer se cuentan aparte, por ejemplo «96 + "
+                "32 ?»: no se sabe si existen.",
             .oddValuesHeading = "Valores extraños",
             .scale = "¿El orden de magnitud es incorrecto? Compruebe la **escala** (por ejemplo, "
                      "0,1 o 0,01).",
