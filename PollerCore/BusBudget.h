@@ -54,12 +54,12 @@ struct PollBudget {
     // The requests' seconds together: one reading of the poll.
     double cycle = 0;
     double interval = 1.0;
-    // Seconds between the starts of two readings as the engine will manage them; nothing for a
-    // poll it never reads (disabled, or without a request).
+    // The mean seconds between the starts of two readings as the engine will manage them;
+    // nothing for a poll it never reads (disabled, or without a request).
     std::optional<double> effectiveInterval;
 
-    // Read less often than its interval asks. Never for a poll read back to back, which asks
-    // for nothing slower.
+    // Read less often than its interval asks, by half a millisecond or more. Never for a poll
+    // read back to back, which asks for nothing slower.
     bool late() const noexcept;
     // Its own reading takes longer than its interval.
     bool outlastsInterval() const noexcept { return interval > 0 && cycle > interval; }
@@ -80,12 +80,10 @@ struct Budget {
 };
 
 // Each request holds the line for LineRate::exchangeSeconds with its unit's turnaround. The
-// engine reads the due poll that has waited longest and a poll that overran is read again at
-// once, so a poll whose reading outlasts its interval runs back to back, and an overloaded line
-// stretches the polls' intervals by the load: that is exact for a single poll and for polls of
-// one interval. Polls of very different intervals share a shortfall less evenly, since a long
-// reading can hold a fast poll back by more than one of its intervals. Nothing when the baud
-// rate is not positive.
+// effective intervals come from running the engine's own schedule (PollSchedule::choose) with
+// each reading taking its cycle: the engine reads a poll's requests in one go, so a long reading
+// can hold a fast poll back by more than one of its intervals, and polls of different intervals
+// share a shortfall unevenly rather than by the load. Nothing when the baud rate is not positive.
 std::optional<Budget> of(std::span<const Demand> polls, const SerialConfiguration& serial,
                          const Turnarounds& turnarounds = {});
 

@@ -79,6 +79,13 @@ TEST(BusBudget, EffectiveIntervalsFollowTheLoadOfTheEnabledPolls) {
         {"a poll without requests is never read", {{{}, 0.1, true}}, 0, {std::nullopt}, {false}},
         // Interval zero asks for nothing slower than its own reading.
         {"a poll read back to back fills the line", {{two, 0, true}}, 1, {2 * t}, {false}},
+        // Every 10 s the slow poll holds the line for 15 t = 702 ms, and the fast poll, overdue
+        // by then, restarts its schedule: 93 readings in 10 s.
+        {"a long reading holds a fast poll back on a line with room to spare",
+         {{one, 0.1, true}, {std::vector(15, tenRegisters), 10.0, true}},
+         t / 0.1 + 15 * t / 10,
+         {10.0 / 93, 10.0},
+         {true, false}},
     };
     for (const Row& row : rows) {
         const auto budget = BusBudget::of(row.polls, slow);
@@ -90,11 +97,32 @@ TEST(BusBudget, EffectiveIntervalsFollowTheLoadOfTheEnabledPolls) {
             const auto& effective = budget->polls[i].effectiveInterval;
             ASSERT_EQ(effective.has_value(), row.effective[i].has_value()) << row.name << " " << i;
             if (effective) {
-                EXPECT_NEAR(*effective, *row.effective[i], 1e-6) << row.name << " " << i;
+                // The schedule's start, where all polls are due at once, weighs a little.
+                EXPECT_NEAR(*effective, *row.effective[i], 0.001) << row.name << " " << i;
             }
             EXPECT_EQ(budget->polls[i].late(), row.late[i]) << row.name << " " << i;
         }
     }
+}
+
+// The engine reads a poll's requests in one go: the slow poll's 600 ms reading starts on time
+// each second and the fast one, overdue after it, restarts from there. Over two seconds the fast
+// poll is read 9 times (at 0, 650, 750, 850, 950, 1000, 1650, ... ms), not every 110 ms as the
+// load of 1.1 would stretch it.
+TEST(BusBudget, PollsOfDifferentIntervalsShareAnOverloadedLineAsTheEngineReadsThem) {
+    const double wire = tenRegistersSeconds - BusBudget::Turnarounds::typicalSeconds;
+    const BusBudget::Turnarounds turnarounds{.measured = {{1, 0.050 - wire}, {2, 0.600 - wire}}};
+    ReadBlock slowBlock = tenRegisters;
+    slowBlock.unit = 2;
+    const std::vector<Demand> polls{{{tenRegisters}, 0.1, true}, {{slowBlock}, 1.0, true}};
+    const auto budget = BusBudget::of(polls, slow, turnarounds);
+    ASSERT_TRUE(budget.has_value());
+    EXPECT_NEAR(budget->lineLoad, 1.1, 1e-6);
+    ASSERT_TRUE(budget->polls[0].effectiveInterval && budget->polls[1].effectiveInterval);
+    EXPECT_NEAR(*budget->polls[0].effectiveInterval, 2.0 / 9, 0.002);
+    EXPECT_NEAR(*budget->polls[1].effectiveInterval, 1.0, 1e-6);
+    EXPECT_TRUE(budget->polls[0].late());
+    EXPECT_FALSE(budget->polls[1].late());
 }
 
 TEST(BusBudget, NoBudgetWithoutAPositiveBaudRate) {
