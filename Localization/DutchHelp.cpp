@@ -59,12 +59,12 @@ constexpr HelpContent dutch{
                 "plan --project BESTAND` geeft hetzelfde voor elke poll van een projectbestand.",
             .cycleWarning =
                 "De tekst wordt oranje als de poll niet zo vaak gelezen kan worden als zijn "
-                "interval vraagt: één uitlezing duurt langer dan het interval, of alle actieve "
-                "polls samen vragen meer dan de lijn aankan. Hij zegt dan hoe vaak de poll echt "
-                "loopt, bijvoorbeeld “Duurt 140 ms: loopt elke 140 ms in plaats van elke 100 ms”. "
-                "Geef de poll een langer interval, of zet waarden die kunnen wachten in een "
-                "tragere poll. Hij waarschuwt ook als een antwoord langer duurt dan de **time-out "
-                "voor antwoord**: dat verzoek zou dan elke keer mislukken.",
+                "interval vraagt: één uitlezing duurt langer dan het interval, of de andere polls "
+                "houden de lijn te druk bezet. Hij zegt dan hoe vaak de poll echt loopt, "
+                "bijvoorbeeld “Duurt 140 ms: loopt elke 140 ms in plaats van elke 100 ms”. Geef de "
+                "poll een langer interval, of zet waarden die kunnen wachten in een tragere poll. "
+                "Hij waarschuwt ook als een antwoord langer duurt dan de **time-out voor "
+                "antwoord**: dat verzoek zou dan elke keer mislukken.",
             .busFigures =
                 "**Bus** in de onderste balk toont wat het uitlezen echt kost, gemeten terwijl het "
                 "loopt: per unit de rondgang en de reactietijd (de eigen tijd van het apparaat), "

@@ -52,14 +52,12 @@ constexpr HelpContent english{
                 "share of the line all active polls need. `kestrin-cli plan --project FILE` "
                 "prints the same for every poll of a project file.",
             .cycleWarning =
-                "The text turns orange when the poll cannot be read as often as its interval asks: "
-                "one "
-                "reading takes longer than the interval, or all active polls together need more "
-                "than the line can carry. It then says how often the poll really runs, for "
-                "example “Takes 140 ms: runs every 140 ms, not every 100 ms”. Give the poll a "
-                "longer interval, or move values that can wait to a slower poll. It also warns "
-                "when an answer takes longer than the **response timeout**: that request would "
-                "fail every time.",
+                "The text turns orange when the poll cannot be read as often as its interval "
+                "asks: one reading takes longer than the interval, or the other polls keep the "
+                "line too busy. It then says how often the poll really runs, for example “Takes "
+                "140 ms: runs every 140 ms, not every 100 ms”. Give the poll a longer interval, or "
+                "move values that can wait to a slower poll. It also warns when an answer takes "
+                "longer than the **response timeout**: that request would fail every time.",
             .busFigures =
                 "**Bus** at the bottom shows what reading really takes, measured while it runs: "
                 "for each unit the round trip and the turnaround (the device's own time), as the "

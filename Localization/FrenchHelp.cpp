@@ -64,12 +64,12 @@ constexpr HelpContent french{
             .cycleWarning =
                 "Le texte passe à l'orange quand la scrutation ne peut pas être lue aussi souvent "
                 "que son intervalle le demande : une lecture dure plus longtemps que l'intervalle, "
-                "ou les scrutations actives demandent ensemble plus que la ligne ne peut en "
-                "écouler. Il indique alors le rythme réel, par exemple « Dure 140 ms : lue toutes "
-                "les 140 ms, et non toutes les 100 ms ». Donnez à la scrutation un intervalle plus "
-                "long, ou déplacez les valeurs qui peuvent attendre vers une scrutation plus "
-                "lente. Il avertit aussi quand une réponse dure plus longtemps que le **délai "
-                "d'attente de réponse** : cette requête échouerait alors à chaque fois.",
+                "ou les autres scrutations occupent trop la ligne. Il indique alors le rythme "
+                "réel, par exemple « Dure 140 ms : lue toutes les 140 ms, et non toutes les 100 ms "
+                "». Donnez à la scrutation un intervalle plus long, ou déplacez les valeurs qui "
+                "peuvent attendre vers une scrutation plus lente. Il avertit aussi quand une "
+                "réponse dure plus longtemps que le **délai d'attente de réponse** : cette requête "
+                "échouerait alors à chaque fois.",
             .busFigures =
                 "**Bus**, dans la barre du bas, montre ce que la lecture prend réellement, mesuré "
                 "pendant qu'elle tourne : pour chaque esclave l'aller-retour et le temps de "

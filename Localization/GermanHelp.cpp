@@ -60,13 +60,13 @@ constexpr HelpContent german{
                 "für jede Abfrage einer Projektdatei aus.",
             .cycleWarning =
                 "Orange wird die Anzeige, wenn die Abfrage nicht so oft gelesen werden kann, wie "
-                "ihr Intervall verlangt: Ein Durchlauf dauert länger als das Intervall, oder alle "
-                "aktiven Abfragen zusammen brauchen mehr, als die Leitung schafft. Dann steht "
-                "dort, wie oft die Abfrage wirklich läuft, etwa „Dauert 140 ms: läuft alle 140 ms "
-                "statt alle 100 ms“. Geben Sie der Abfrage ein längeres Intervall, oder legen Sie "
-                "Werte, die warten können, in eine langsamere Abfrage. Die Anzeige warnt auch, "
-                "wenn eine Antwort länger dauert als das **Antwort-Timeout**: Diese Anfrage "
-                "schlüge dann jedes Mal fehl.",
+                "ihr Intervall verlangt: Ein Durchlauf dauert länger als das Intervall, oder die "
+                "anderen Abfragen lasten die Leitung zu sehr aus. Dann steht dort, wie oft die "
+                "Abfrage wirklich läuft, etwa „Dauert 140 ms: läuft alle 140 ms statt alle 100 "
+                "ms“. Geben Sie der Abfrage ein längeres Intervall, oder legen Sie Werte, die "
+                "warten können, in eine langsamere Abfrage. Die Anzeige warnt auch, wenn eine "
+                "Antwort länger dauert als das **Antwort-Timeout**: Diese Anfrage schlüge dann "
+                "jedes Mal fehl.",
             .busFigures =
                 "**Bus** in der unteren Leiste zeigt, was das Lesen wirklich braucht, gemessen "
                 "während es läuft: für jedes Gerät die Umlaufzeit und die Reaktionszeit (die Zeit "

@@ -65,12 +65,12 @@ constexpr HelpContent spanish{
                 "proyecto.",
             .cycleWarning =
                 "El texto se pone naranja cuando el sondeo no puede leerse tan a menudo como pide "
-                "su intervalo: una lectura tarda más que el intervalo, o los sondeos activos "
-                "juntos necesitan más de lo que da la línea. Entonces indica cada cuánto se lee de "
-                "verdad, por ejemplo «Tarda 140 ms: se lee cada 140 ms, no cada 100 ms». Dé al "
-                "sondeo un intervalo más largo o pase los valores que pueden esperar a un sondeo "
-                "más lento. También avisa cuando una respuesta tarda más que el **tiempo de espera "
-                "de respuesta**: esa solicitud fallaría siempre.",
+                "su intervalo: una lectura tarda más que el intervalo, o los demás sondeos ocupan "
+                "demasiado la línea. Entonces indica cada cuánto se lee de verdad, por ejemplo "
+                "«Tarda 140 ms: se lee cada 140 ms, no cada 100 ms». Dé al sondeo un intervalo más "
+                "largo o pase los valores que pueden esperar a un sondeo más lento. También avisa "
+                "cuando una respuesta tarda más que el **tiempo de espera de respuesta**: esa "
+                "solicitud fallaría siempre.",
             .busFigures =
                 "**Bus**, en la barra inferior, muestra lo que de verdad lleva la lectura, medido "
                 "mientras se ejecuta: para cada esclavo, la ida y vuelta y el tiempo de reacción "
