@@ -546,6 +546,10 @@ constexpr Texts dutch{
                 return concat("Een antwoord duurt ", answer, " ms, langer dan de time-out van ",
                               timeout, " ms");
             },
+        .measuredUnits =
+            [](std::string_view units) {
+                return concat("Antwoordtijd tijdens het lezen gemeten voor unit ", units);
+            },
     },
     .write =
         {
@@ -662,6 +666,21 @@ constexpr Texts dutch{
         .csvNeedsQt = "Deze kestrin-cli is zonder Qt gebouwd en kan daarom geen "
                       "datapuntenlijst schrijven: laat --csv weg of gebruik een kestrin-cli die "
                       "met Qt is gebouwd.",
+    },
+    .plan = {
+        .enabled = "actief",
+        .disabled = "uit",
+        .requests = [](int count) { return concat(count, count == 1 ? " verzoek" : " verzoeken"); },
+        .cycle = [](int ms) { return concat("cyclus ", ms, " ms"); },
+        .interval = [](int ms) { return concat("interval ", ms, " ms"); },
+        .runsEvery = [](int ms) { return concat("wordt elke ", ms, " ms gelezen"); },
+        .notRead = "wordt niet gelezen",
+        .lineLoad = [](int percent) { return concat("Belasting van de lijn: ", percent, " %"); },
+        .badBaudRate =
+            [](int rate) {
+                return concat("kestrin-cli plan: de baudrate ", rate,
+                              " van het project is geen positief getal");
+            },
     },
     .finder = {
         .menuItem = "Apparaten zoeken…",

@@ -522,6 +522,10 @@ constexpr Texts english{
                 return concat("An answer takes ", answer, " ms, longer than the ", timeout,
                               " ms response timeout");
             },
+        .measuredUnits =
+            [](std::string_view units) {
+                return concat("Turnaround as measured while reading for unit ", units);
+            },
     },
     .write =
         {
@@ -633,6 +637,21 @@ constexpr Texts english{
         .noAddressFound = "The unit answers, but no address of the range exists.",
         .csvNeedsQt = "This kestrin-cli was built without Qt, so it cannot write a datapoint "
                       "list: leave out --csv, or use a kestrin-cli built with Qt.",
+    },
+    .plan = {
+        .enabled = "enabled",
+        .disabled = "disabled",
+        .requests = [](int count) { return concat(count, count == 1 ? " request" : " requests"); },
+        .cycle = [](int ms) { return concat("cycle ", ms, " ms"); },
+        .interval = [](int ms) { return concat("interval ", ms, " ms"); },
+        .runsEvery = [](int ms) { return concat("runs every ", ms, " ms"); },
+        .notRead = "not read",
+        .lineLoad = [](int percent) { return concat("Line load: ", percent, " %"); },
+        .badBaudRate =
+            [](int rate) {
+                return concat("kestrin-cli plan: the project's baud rate ", rate,
+                              " is not a positive number");
+            },
     },
     .finder = {
         .menuItem = "Find Devices…",

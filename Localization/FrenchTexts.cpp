@@ -568,6 +568,10 @@ constexpr Texts french{
                 return concat("Une réponse dure ", answer, " ms, plus que le délai d’attente de ",
                               timeout, " ms");
             },
+        .measuredUnits =
+            [](std::string_view units) {
+                return concat("Temps de réponse mesuré pendant la lecture pour l’esclave ", units);
+            },
     },
     .write =
         {
@@ -688,6 +692,21 @@ constexpr Texts french{
         .csvNeedsQt = "Ce kestrin-cli a été construit sans Qt et ne peut donc pas écrire de "
                       "liste de points de données : omettez --csv ou utilisez un kestrin-cli "
                       "construit avec Qt.",
+    },
+    .plan = {
+        .enabled = "activée",
+        .disabled = "désactivée",
+        .requests = [](int count) { return concat(count, count == 1 ? " requête" : " requêtes"); },
+        .cycle = [](int ms) { return concat("cycle de ", ms, " ms"); },
+        .interval = [](int ms) { return concat("intervalle de ", ms, " ms"); },
+        .runsEvery = [](int ms) { return concat("lue toutes les ", ms, " ms"); },
+        .notRead = "jamais lue",
+        .lineLoad = [](int percent) { return concat("Charge de la ligne : ", percent, " %"); },
+        .badBaudRate =
+            [](int rate) {
+                return concat("kestrin-cli plan : le débit de ", rate,
+                              " bauds du projet n’est pas un nombre positif");
+            },
     },
     .finder = {
         .menuItem = "Rechercher des appareils…",

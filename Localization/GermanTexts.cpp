@@ -564,6 +564,10 @@ constexpr Texts german{
                 return concat("Eine Antwort dauert ", answer,
                               " ms, länger als das Antwort-Timeout von ", timeout, " ms");
             },
+        .measuredUnits =
+            [](std::string_view units) {
+                return concat("Antwortzeit beim Lesen gemessen für Geräteadresse ", units);
+            },
     },
     .write =
         {
@@ -691,6 +695,21 @@ constexpr Texts german{
         .csvNeedsQt = "Dieses kestrin-cli wurde ohne Qt gebaut und kann daher keine "
                       "Datenpunktliste schreiben: Lassen Sie --csv weg oder verwenden Sie ein mit "
                       "Qt gebautes kestrin-cli.",
+    },
+    .plan = {
+        .enabled = "aktiv",
+        .disabled = "inaktiv",
+        .requests = [](int count) { return concat(count, count == 1 ? " Anfrage" : " Anfragen"); },
+        .cycle = [](int ms) { return concat("Durchlauf ", ms, " ms"); },
+        .interval = [](int ms) { return concat("Intervall ", ms, " ms"); },
+        .runsEvery = [](int ms) { return concat("läuft alle ", ms, " ms"); },
+        .notRead = "wird nicht gelesen",
+        .lineLoad = [](int percent) { return concat("Auslastung der Leitung: ", percent, " %"); },
+        .badBaudRate =
+            [](int rate) {
+                return concat("kestrin-cli plan: Die Baudrate ", rate,
+                              " des Projekts ist keine positive Zahl");
+            },
     },
     .finder = {
         .menuItem = "Geräte suchen…",

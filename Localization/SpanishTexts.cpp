@@ -554,6 +554,11 @@ constexpr Texts spanish{
                 return concat("Una respuesta tarda ", answer,
                               " ms, más que el tiempo de espera de ", timeout, " ms");
             },
+        .measuredUnits =
+            [](std::string_view units) {
+                return concat("Tiempo de respuesta medido durante la lectura para el esclavo ",
+                              units);
+            },
     },
     .write =
         {
@@ -668,6 +673,22 @@ constexpr Texts spanish{
         .noAddressFound = "El esclavo responde, pero no existe ninguna dirección del rango.",
         .csvNeedsQt = "Este kestrin-cli se compiló sin Qt, así que no puede escribir una lista "
                       "de puntos de datos: omita --csv o use un kestrin-cli compilado con Qt.",
+    },
+    .plan = {
+        .enabled = "activado",
+        .disabled = "desactivado",
+        .requests =
+            [](int count) { return concat(count, count == 1 ? " petición" : " peticiones"); },
+        .cycle = [](int ms) { return concat("ciclo de ", ms, " ms"); },
+        .interval = [](int ms) { return concat("intervalo de ", ms, " ms"); },
+        .runsEvery = [](int ms) { return concat("se lee cada ", ms, " ms"); },
+        .notRead = "no se lee",
+        .lineLoad = [](int percent) { return concat("Carga de la línea: ", percent, " %"); },
+        .badBaudRate =
+            [](int rate) {
+                return concat("kestrin-cli plan: la velocidad de ", rate,
+                              " baudios del proyecto no es un número positivo");
+            },
     },
     .finder = {
         .menuItem = "Buscar dispositivos…",

@@ -458,7 +458,8 @@ struct Texts {
     X(OfNumber, lineLoad)               /* (percent of the line's time all active polls need) */   \
     X(OfThreeNumbers, outlastsInterval) /* (cycle ms, real interval ms, interval ms) */            \
     X(OfThreeNumbers, lineOverloaded)   /* (load percent, real interval ms, interval ms) */        \
-    X(OfTwoNumbers, answerAfterTimeout) /* (ms an answer takes, response timeout ms) */
+    X(OfTwoNumbers, answerAfterTimeout) /* (ms an answer takes, response timeout ms) */            \
+    X(OfText, measuredUnits)            /* (units, "1, 3"): the cycle's tool tip, before cycleHelp */
         KESTRIN_TEXT_GROUP(KESTRIN_POLLS_TEXTS_KEYS)
     };
 
@@ -566,6 +567,22 @@ struct Texts {
         KESTRIN_TEXT_GROUP(KESTRIN_SCAN_TEXTS_KEYS)
     };
 
+    // What kestrin-cli plan prints about each poll: "Fast: enabled, 2 requests, cycle 29 ms,
+    // interval 200 ms, runs every 200 ms", joined by the command.
+    struct PlanTexts {
+#define KESTRIN_PLAN_TEXTS_KEYS(X)                                                                 \
+    X(Literal, enabled)                                                                            \
+    X(Literal, disabled)                                                                           \
+    X(OfNumber, requests)    /* (requests one reading makes) */                                    \
+    X(OfNumber, cycle)       /* (ms one reading holds the line) */                                 \
+    X(OfNumber, interval)    /* (ms the poll asks for) */                                          \
+    X(OfNumber, runsEvery)   /* (ms it will really get) */                                         \
+    X(Literal, notRead)      /* a disabled poll or one without datapoints */                       \
+    X(OfNumber, lineLoad)    /* (percent): the last line */                                        \
+    X(OfNumber, badBaudRate) /* (the project's baud rate, not positive) */
+        KESTRIN_TEXT_GROUP(KESTRIN_PLAN_TEXTS_KEYS)
+    };
+
     // The window's Find Devices dialog; its progress and empty results are ScanTexts.
     struct FinderTexts {
 #define KESTRIN_FINDER_TEXTS_KEYS(X)                                                               \
@@ -624,6 +641,7 @@ struct Texts {
     X(LogTexts, log)                                                                               \
     X(ExampleTexts, example)                                                                       \
     X(ScanTexts, scan)                                                                             \
+    X(PlanTexts, plan)                                                                             \
     X(FinderTexts, finder)
     KESTRIN_TEXT_GROUP(KESTRIN_TEXTS_KEYS)
 };

@@ -14,12 +14,18 @@ namespace kestrin::BusBudget {
 namespace {
 
 PollBudget requestsOf(const Demand& poll, const SerialConfiguration& serial,
-                      const Turnarounds& turnarounds) {
+                      const Turnarounds& turnarounds, double handoverSeconds) {
+    // The time-out runs from the request's end until the adapter hands the answer's last byte
+    // over, so it waits for the handover too; the line is held besides for the RS-485 driver's
+    // delay before each request, as the bus meter counts it.
+    const double delayBeforeSend =
+        serial.rs485 ? serial.rs485->limited().delayBeforeSendMs / 1000.0 : 0.0;
     PollBudget budget;
     budget.interval = poll.interval;
     for (const ReadBlock& block : poll.blocks) {
-        const double turnaround = turnarounds.of(block.unit);
-        const double seconds = LineRate::exchangeSeconds(block, serial, turnaround);
+        const double turnaround = turnarounds.of(block.unit) + handoverSeconds;
+        const double seconds =
+            LineRate::exchangeSeconds(block, serial, turnaround + delayBeforeSend);
         budget.requests.push_back(
             {block, seconds, LineRate::answerSeconds(block, serial, turnaround)});
         budget.cycle += seconds;
@@ -135,13 +141,13 @@ bool PollBudget::late() const noexcept {
 }
 
 std::optional<Budget> of(std::span<const Demand> polls, const SerialConfiguration& serial,
-                         const Turnarounds& turnarounds) {
+                         const Turnarounds& turnarounds, double handoverSeconds) {
     if (serial.baudRate <= 0) {
         return std::nullopt;
     }
     Budget budget;
     for (const Demand& poll : polls) {
-        budget.polls.push_back(requestsOf(poll, serial, turnarounds));
+        budget.polls.push_back(requestsOf(poll, serial, turnarounds, handoverSeconds));
         if (isRead(poll)) {
             budget.lineLoad += budget.polls.back().cycle / askedInterval(budget.polls.back());
         }

@@ -79,13 +79,15 @@ struct Budget {
     friend bool operator==(const Budget&, const Budget&) = default;
 };
 
-// Each request holds the line for LineRate::exchangeSeconds with its unit's turnaround. The
+// Each request holds the line for LineRate::exchangeSeconds with its unit's turnaround, the
+// adapter's handover (how long it holds each answer back: its latency timer, 0 for a UART) and
+// the RS-485 delay before sending; its answer takes the turnaround and the handover. The
 // effective intervals come from running the engine's own schedule (PollSchedule::choose) with
 // each reading taking its cycle: the engine reads a poll's requests in one go, so a long reading
 // can hold a fast poll back by more than one of its intervals, and polls of different intervals
 // share a shortfall unevenly rather than by the load. Nothing when the baud rate is not positive.
 std::optional<Budget> of(std::span<const Demand> polls, const SerialConfiguration& serial,
-                         const Turnarounds& turnarounds = {});
+                         const Turnarounds& turnarounds = {}, double handoverSeconds = 0);
 
 } // namespace BusBudget
 } // namespace kestrin

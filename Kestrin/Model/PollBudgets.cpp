@@ -12,7 +12,8 @@
 namespace kestrin::PollBudgets {
 
 std::optional<BusBudget::Budget> of(std::span<const Poll> polls, const SerialConfiguration& serial,
-                                    int maxGap, const BusBudget::Turnarounds& turnarounds) {
+                                    int maxGap, const BusBudget::Turnarounds& turnarounds,
+                                    double handoverSeconds) {
     std::vector<BusBudget::Demand> demands;
     demands.reserve(polls.size());
     for (const Poll& poll : polls) {
@@ -21,13 +22,36 @@ std::optional<BusBudget::Budget> of(std::span<const Poll> polls, const SerialCon
             std::min(static_cast<double>(poll.intervalMs) / 1000.0, SerialTiming::longestDuration);
         demands.push_back({ReadPlanner::blocks(poll.datapoints, maxGap), interval, poll.enabled});
     }
-    return BusBudget::of(demands, serial, turnarounds);
+    return BusBudget::of(demands, serial, turnarounds, handoverSeconds);
 }
 
-int milliseconds(double seconds) {
-    // An overloaded line can stretch an interval past what an int counts.
+BusBudget::Turnarounds turnarounds(const BusMeter* meter) {
+    BusBudget::Turnarounds turnarounds;
+    if (meter != nullptr) {
+        for (const BusMeter::UnitFigures& unit : meter->units()) {
+            turnarounds.measured.emplace(unit.unit, unit.turnaround.median);
+        }
+    }
+    return turnarounds;
+}
+
+namespace {
+
+// Rounded, and held within an int: an overloaded line can stretch an interval, or its load, past
+// what an int counts.
+int whole(double value) {
     constexpr double most = std::numeric_limits<int>::max();
-    return static_cast<int>(std::lround(std::clamp(seconds * 1000.0, -most, most)));
+    return static_cast<int>(std::lround(std::clamp(value, -most, most)));
+}
+
+} // namespace
+
+int milliseconds(double seconds) {
+    return whole(seconds * 1000.0);
+}
+
+int percent(double lineLoad) {
+    return whole(lineLoad * 100.0);
 }
 
 std::string requestLine(const BusBudget::Request& request) {
@@ -43,7 +67,9 @@ std::optional<std::string> warning(const BusBudget::PollBudget& poll,
     const auto slowest = std::max_element(
         poll.requests.begin(), poll.requests.end(),
         [](const auto& a, const auto& b) { return a.answerSeconds < b.answerSeconds; });
-    if (slowest != poll.requests.end() && slowest->answerSeconds * 1000.0 > timeoutMs) {
+    // Compared as shown: an answer of 200.4 ms against a 200 ms time-out is no warning that
+    // reads "takes 200 ms, longer than 200 ms".
+    if (slowest != poll.requests.end() && milliseconds(slowest->answerSeconds) > timeoutMs) {
         return texts.answerAfterTimeout(milliseconds(slowest->answerSeconds), timeoutMs);
     }
     if (!poll.late()) {
@@ -54,8 +80,7 @@ std::optional<std::string> warning(const BusBudget::PollBudget& poll,
     if (poll.outlastsInterval()) {
         return texts.outlastsInterval(milliseconds(poll.cycle), effective, interval);
     }
-    return texts.lineOverloaded(static_cast<int>(std::lround(budget.lineLoad * 100)), effective,
-                                interval);
+    return texts.lineOverloaded(percent(budget.lineLoad), effective, interval);
 }
 
 } // namespace kestrin::PollBudgets

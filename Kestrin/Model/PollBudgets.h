@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BusBudget.h"
+#include "BusMeter.h"
 #include "Poll.h"
 #include "SerialConfiguration.h"
 
@@ -14,12 +15,20 @@ namespace kestrin {
 namespace PollBudgets {
 
 // Every poll's requests planned as the engine plans them, in the polls' order; nothing when the
-// baud rate is not positive.
+// baud rate is not positive. handoverSeconds: the adapter's latency timer, 0 for a UART.
 std::optional<BusBudget::Budget> of(std::span<const Poll> polls, const SerialConfiguration& serial,
-                                    int maxGap, const BusBudget::Turnarounds& turnarounds = {});
+                                    int maxGap, const BusBudget::Turnarounds& turnarounds = {},
+                                    double handoverSeconds = 0);
+
+// Each unit the meter heard answer at its median turnaround, the others at the typical one;
+// only the typical one without a meter.
+BusBudget::Turnarounds turnarounds(const BusMeter* meter);
 
 // Seconds as whole milliseconds.
 int milliseconds(double seconds);
+
+// The line's load as a whole percentage.
+int percent(double lineLoad);
 
 // "Unit 1 · HR 0–9 · 10 ms".
 std::string requestLine(const BusBudget::Request& request);

@@ -23,12 +23,16 @@ constexpr std::array options{
     Option{"turnaround-ms", "MS",
            "how long each device takes to start its answer, 0-10000 ms\n"
            "(default 5)"},
+    Option{"handover-ms", "MS",
+           "how long the adapter holds each answer back, its latency timer,\n"
+           "0-255 ms (default 0, a UART)"},
     Option{"json", "", "one JSON object: the line's load and each poll's figures"},
 };
 
 const CommandLine::Syntax planSyntax{
     "kestrin-cli plan",
-    "Usage: kestrin-cli plan --project FILE.json [--turnaround-ms MS] [--json]\n\n"
+    "Usage: kestrin-cli plan --project FILE.json [--turnaround-ms MS] [--handover-ms MS] "
+    "[--json]\n\n"
     "Prints the requests each poll makes and how long they hold the line, from the project's\n"
     "serial settings and the time each device takes to answer: a poll's cycle, its interval\n"
     "and the interval it will really get, then the share of the line all enabled polls need.\n"
@@ -37,29 +41,32 @@ const CommandLine::Syntax planSyntax{
 
 // Ten seconds: a device slower than that is not answering.
 constexpr int longestTurnaroundMs = 10000;
+// The most a USB adapter's latency timer takes.
+constexpr int longestHandoverMs = 255;
 
-double milliseconds(double seconds) {
+double jsonMilliseconds(double seconds) {
     // To the microsecond: finer digits are noise in a prediction.
     return std::round(seconds * 1e6) / 1e3;
 }
 
-// "runs every 200 ms", or why it never runs.
-std::string effectiveText(const BusBudget::PollBudget& poll) {
-    return poll.effectiveInterval
-               ? "runs every " +
-                     std::to_string(PollBudgets::milliseconds(*poll.effectiveInterval)) + " ms"
-               : std::string("not read");
+// "Fast: enabled, 2 requests, cycle 29 ms, interval 200 ms, runs every 200 ms".
+std::string pollLine(const Poll& poll, const BusBudget::PollBudget& figures) {
+    const auto& texts = L10n::texts();
+    const auto& plan = texts.plan;
+    const auto count = static_cast<int>(figures.requests.size());
+    return L10n::concat(poll.name.empty() ? texts.polls.unnamed() : poll.name, ": ",
+                        poll.enabled ? plan.enabled() : plan.disabled(), ", ", plan.requests(count),
+                        ", ", plan.cycle(PollBudgets::milliseconds(figures.cycle)), ", ",
+                        plan.interval(PollBudgets::milliseconds(figures.interval)), ", ",
+                        figures.effectiveInterval
+                            ? plan.runsEvery(PollBudgets::milliseconds(*figures.effectiveInterval))
+                            : plan.notRead());
 }
 
 void printText(const PollerProject& project, const BusBudget::Budget& budget, std::ostream& out) {
     for (std::size_t i = 0; i < budget.polls.size(); ++i) {
-        const Poll& poll = project.polls[i];
         const BusBudget::PollBudget& figures = budget.polls[i];
-        out << (poll.name.empty() ? L10n::texts().polls.unnamed() : poll.name) << ": "
-            << (poll.enabled ? "enabled" : "disabled") << ", " << figures.requests.size()
-            << (figures.requests.size() == 1 ? " request" : " requests") << ", cycle "
-            << PollBudgets::milliseconds(figures.cycle) << " ms, interval " << poll.intervalMs
-            << " ms, " << effectiveText(figures) << '\n';
+        out << pollLine(project.polls[i], figures) << '\n';
         for (const BusBudget::Request& request : figures.requests) {
             out << "  " << PollBudgets::requestLine(request) << '\n';
         }
@@ -67,7 +74,7 @@ void printText(const PollerProject& project, const BusBudget::Budget& budget, st
             out << "  " << *warning << '\n';
         }
     }
-    out << "Line load: " << std::lround(budget.lineLoad * 100) << " %\n";
+    out << L10n::texts().plan.lineLoad(PollBudgets::percent(budget.lineLoad)) << '\n';
 }
 
 void printJson(const PollerProject& project, const BusBudget::Budget& budget, std::ostream& out) {
@@ -76,12 +83,12 @@ void printJson(const PollerProject& project, const BusBudget::Budget& budget, st
         const BusBudget::PollBudget& figures = budget.polls[i];
         nlohmann::json effective = nullptr;
         if (figures.effectiveInterval) {
-            effective = milliseconds(*figures.effectiveInterval);
+            effective = jsonMilliseconds(*figures.effectiveInterval);
         }
         polls.push_back({{"name", project.polls[i].name},
                          {"enabled", project.polls[i].enabled},
                          {"requests", figures.requests.size()},
-                         {"cycleMs", milliseconds(figures.cycle)},
+                         {"cycleMs", jsonMilliseconds(figures.cycle)},
                          {"intervalMs", project.polls[i].intervalMs},
                          {"effectiveIntervalMs", effective}});
     }
@@ -107,6 +114,13 @@ Result<PlanOptions, std::string> check(const CommandLine::Parsed& parsed) {
         }
         options.turnaroundSeconds = *ms / 1000.0;
     }
+    if (const auto typed = parsed.value("handover-ms")) {
+        const std::optional<int> ms = CliOptions::wholeNumber(*typed, 0, longestHandoverMs);
+        if (!ms) {
+            return L10n::texts().errors.invalidOptionValue("--handover-ms", *typed);
+        }
+        options.handoverSeconds = *ms / 1000.0;
+    }
     return options;
 }
 
@@ -119,10 +133,10 @@ ExitCode run(const PlanOptions& options, std::ostream& out, std::ostream& err) {
     }
     const PollerProject& project = loaded.value();
     const auto budget = PollBudgets::of(project.polls, project.serial, project.maxGap,
-                                        {.fallback = options.turnaroundSeconds, .measured = {}});
+                                        {.fallback = options.turnaroundSeconds, .measured = {}},
+                                        options.handoverSeconds);
     if (!budget) {
-        err << "kestrin-cli plan: the project's baud rate " << project.serial.baudRate
-            << " is not a positive number\n";
+        err << L10n::texts().plan.badBaudRate(project.serial.baudRate) << '\n';
         return ExitCode::usageError;
     }
     if (options.json) {

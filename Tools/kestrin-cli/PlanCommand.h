@@ -15,6 +15,8 @@ struct PlanOptions {
     std::string projectPath;
     // How long each device takes to start its answer.
     double turnaroundSeconds = BusBudget::Turnarounds::typicalSeconds;
+    // How long the adapter holds each answer back: none for a UART.
+    double handoverSeconds = 0;
     bool json = false;
 };
 
