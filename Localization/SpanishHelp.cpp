@@ -59,10 +59,10 @@ constexpr HelpContent spanish{
             .cycleEstimate =
                 "Junto al intervalo, Kestrin muestra cuánto tiempo ocupa la línea una lectura del "
                 "sondeo, por ejemplo «≈ 42 ms por ciclo». Se calcula con la configuración serie y "
-                "5 ms de respuesta por dispositivo; sitúe el puntero encima para ver cada "
-                "solicitud y la parte de la línea que necesitan los sondeos activos. `kestrin-cli "
-                "plan --project ARCHIVO` muestra lo mismo para cada sondeo de un archivo de "
-                "proyecto.",
+                "5 ms de respuesta por dispositivo hasta que la lectura haya medido su propio "
+                "tiempo de reacción; sitúe el puntero encima para ver cada solicitud y la parte de "
+                "la línea que necesitan los sondeos activos. `kestrin-cli plan --project ARCHIVO` "
+                "muestra lo mismo para cada sondeo de un archivo de proyecto.",
             .cycleWarning =
                 "El texto se pone naranja cuando el sondeo no puede leerse tan a menudo como pide "
                 "su intervalo: una lectura tarda más que el intervalo, o los demás sondeos ocupan "
