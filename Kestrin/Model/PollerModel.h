@@ -187,6 +187,9 @@ public:
     const BusMeter* busMeter() const noexcept { return busMeter_ ? &*busMeter_ : nullptr; }
     // The line's busy share until now, or until reading stopped.
     std::optional<double> busyShare() const;
+    // How long the selected port's adapter holds each answer back (its latency timer), 0 for a
+    // UART: part of every request's time on the line that no device can shorten.
+    double handoverSeconds() const;
     // A time-out that fits the answers seen, offered once per reading and never set unasked.
     const std::optional<TimeoutOffer>& timeoutOffer() const noexcept { return timeoutOffer_; }
     void acceptTimeoutOffer();

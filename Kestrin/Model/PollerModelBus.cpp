@@ -20,10 +20,13 @@ void PollerModel::measureHandover() {
     if (!busMeter_) {
         return;
     }
-    // The adapter's latency timer: the part of every round trip the device has no part in.
+    busMeter_->setHandover(handoverSeconds());
+}
+
+double PollerModel::handoverSeconds() const {
     const std::optional<AdapterFacts::LatencyTimer> timer =
         AdapterFacts::latencyTimer(selectedPath_, environment_.systemRoot);
-    busMeter_->setHandover(timer ? timer->milliseconds / 1000.0 : 0.0);
+    return timer ? timer->milliseconds / 1000.0 : 0.0;
 }
 
 void PollerModel::replan() {

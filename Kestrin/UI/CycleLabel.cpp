@@ -54,11 +54,12 @@ CycleLabel::CycleLabel(PollerModel& model, QWidget* parent)
     measured_.setInterval(measuredRefresh);
     connect(&measured_, &QTimer::timeout, this, &CycleLabel::refresh);
     // The datapoints, the interval, the frame settings and the gap all change the requests or
-    // their length; the time-out decides whether the answers arrive in time; a start begins a
-    // new measurement.
+    // their length; another port may hold answers back longer; the time-out decides whether the
+    // answers arrive in time; a start begins a new measurement.
     for (const auto changed : {&PollerModel::pollsChanged, &PollerModel::selectedPollIDChanged,
                                &PollerModel::serialChanged, &PollerModel::maxGapChanged,
-                               &PollerModel::timeoutMsChanged, &PollerModel::stateChanged}) {
+                               &PollerModel::selectedPathChanged, &PollerModel::timeoutMsChanged,
+                               &PollerModel::stateChanged}) {
         connect(&model_, changed, &pending_, qOverload<>(&QTimer::start));
     }
     connect(&model_, &PollerModel::statisticsChanged, this, [this] {
@@ -76,7 +77,8 @@ void CycleLabel::refresh() {
         return poll.id == model_.selectedPollID();
     });
     const BusBudget::Turnarounds turnarounds = PollBudgets::turnarounds(model_.busMeter());
-    const auto budget = PollBudgets::of(polls, model_.serial(), model_.maxGap(), turnarounds);
+    const auto budget = PollBudgets::of(polls, model_.serial(), model_.maxGap(), turnarounds,
+                                        model_.handoverSeconds());
     if (selected == polls.end() || !budget) {
         hide();
         return;

@@ -1,8 +1,10 @@
 #include "AdapterFacts.h"
+#include "CycleLabel.h"
 #include "LatencyRuleDialog.h"
 #include "ModbusSerial/FakeSystemTree.h"
 #include "NoticeBanner.h"
 #include "NoticeOverlays.h"
+#include "PollTabBar.h"
 #include "QtText.h"
 #include "UIFixture.h"
 
@@ -69,6 +71,23 @@ TEST_F(LatencyNoticeView, SetToOneMillisecondOnlyWhereTheTimerCanBeWritten) {
         EXPECT_FALSE(overlays.isVisible());
         model.stop();
     }
+}
+
+// The example poll's four requests each wait out the adapter's 16 ms before their answer comes.
+TEST_F(LatencyNoticeView, TheCycleEstimateCountsTheAdaptersLatencyTimer) {
+    tree.file(timer, "16\n");
+    const auto cycleMs = [&](const SystemRoot& root) {
+        PollerModel::Environment environment = Testing::environment();
+        environment.project = PollerProject::firstRun();
+        environment.systemRoot = root;
+        PollerModel model(std::move(environment));
+        model.addTestDevice(terminal.path(), "Adapter");
+        PollTabBar bar(model);
+        QCoreApplication::processEvents();
+        const QString text = child<CycleLabel>(bar, "pollCycleLabel")->text();
+        return text.section(QLatin1Char(' '), 1, 1).toInt();
+    };
+    EXPECT_EQ(cycleMs(tree.root()) - cycleMs(SystemRoot::machine()), 4 * 16);
 }
 
 TEST(LatencyRule, DialogShowsTheRuleToCopy) {
