@@ -52,12 +52,13 @@ constexpr HelpContent dutch{
                           "leesacties.",
             .cycleHeading = "Hoelang een cyclus duurt",
             .cycleEstimate =
-                "Naast het interval toont Kestrin hoelang één uitlezing van de poll de lijn bezet "
-                "houdt, bijvoorbeeld “≈ 42 ms per cyclus”. Dat wordt berekend uit de seriële "
-                "instellingen, met 5 ms antwoordtijd per apparaat tot het uitlezen zijn eigen "
-                "reactietijd heeft gemeten; houd de muis erboven voor elk verzoek en het deel van "
-                "de lijn dat alle actieve polls nodig hebben. `kestrin-cli plan --project BESTAND` "
-                "geeft hetzelfde voor elke poll van een projectbestand.",
+                "Naast het interval toont Kestrin hoelang één uitlezing van de poll de lijn "
+                "bezet houdt, bijvoorbeeld “≈ 42 ms per cyclus”. Dat wordt berekend uit de "
+                "seriële instellingen, met 5 ms antwoordtijd per apparaat tot het uitlezen zijn "
+                "eigen reactietijd heeft gemeten, en rekent de latency timer van de adapter mee; "
+                "houd de muis erboven voor elk verzoek en het deel van de lijn dat alle actieve "
+                "polls nodig hebben. `kestrin-cli plan --project BESTAND` geeft hetzelfde voor "
+                "elke poll van een projectbestand.",
             .cycleWarning =
                 "De tekst wordt oranje als de poll niet zo vaak gelezen kan worden als zijn "
                 "interval vraagt: één uitlezing duurt langer dan het interval, of de andere polls "

@@ -47,11 +47,11 @@ constexpr HelpContent english{
             .cycleHeading = "How long a cycle takes",
             .cycleEstimate =
                 "Beside the interval, Kestrin shows how long one reading of the poll holds the "
-                "line, for example “≈ 42 ms a cycle”. It is worked out from the serial settings, "
-                "giving each device 5 ms to answer until reading has measured its own turnaround; "
-                "hover over it to see each request and the share of the line all active polls "
-                "need. `kestrin-cli plan --project FILE` prints the same for every poll of a "
-                "project file.",
+                "line, for example “≈ 42 ms a cycle”. It is worked out from the serial "
+                "settings, giving each device 5 ms to answer until reading has measured its own "
+                "turnaround, and counting the adapter's latency timer; hover over it to see each "
+                "request and the share of the line all active polls need. `kestrin-cli plan "
+                "--project FILE` prints the same for every poll of a project file.",
             .cycleWarning =
                 "The text turns orange when the poll cannot be read as often as its interval "
                 "asks: one reading takes longer than the interval, or the other polls keep the "

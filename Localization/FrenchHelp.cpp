@@ -56,11 +56,12 @@ constexpr HelpContent french{
             .cycleHeading = "Durée d'un cycle",
             .cycleEstimate =
                 "À côté de l'intervalle, Kestrin indique combien de temps une lecture de la "
-                "scrutation occupe la ligne, par exemple « ≈ 42 ms par cycle ». Cette durée est "
-                "calculée d'après les réglages série, avec 5 ms de réponse pour chaque appareil "
-                "jusqu'à ce que la lecture ait mesuré son propre temps de réaction ; survolez-la "
-                "pour voir chaque requête et la part de la ligne dont les scrutations actives ont "
-                "besoin. `kestrin-cli plan --project FICHIER` affiche la même chose pour chaque "
+                "scrutation occupe la ligne, par exemple « ≈ 42 ms par cycle ». Cette durée "
+                "est calculée d'après les réglages série, avec 5 ms de réponse pour chaque "
+                "appareil jusqu'à ce que la lecture ait mesuré son propre temps de réaction, "
+                "en comptant le latency timer de l'adaptateur ; survolez-la pour voir chaque "
+                "requête et la part de la ligne dont les scrutations actives ont besoin. "
+                "`kestrin-cli plan --project FICHIER` affiche la même chose pour chaque "
                 "scrutation d'un fichier de projet.",
             .cycleWarning =
                 "Le texte passe à l'orange quand la scrutation ne peut pas être lue aussi souvent "

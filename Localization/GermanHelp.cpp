@@ -55,10 +55,10 @@ constexpr HelpContent german{
                 "Neben dem Intervall zeigt Kestrin, wie lange ein Durchlauf der Abfrage die "
                 "Leitung belegt, etwa „≈ 42 ms je Durchlauf“. Der Wert wird aus den "
                 "Schnittstelleneinstellungen berechnet, mit 5 ms Antwortzeit je Gerät, bis beim "
-                "Lesen seine eigene Reaktionszeit gemessen ist; zeigen Sie mit der Maus darauf, um "
-                "jede Anfrage zu sehen und den Anteil der Leitung, den alle aktiven Abfragen "
-                "brauchen. `kestrin-cli plan --project DATEI` gibt dasselbe für jede Abfrage einer "
-                "Projektdatei aus.",
+                "Lesen seine eigene Reaktionszeit gemessen ist, und mit dem Latency-Timer des "
+                "Adapters; zeigen Sie mit der Maus darauf, um jede Anfrage zu sehen und den "
+                "Anteil der Leitung, den alle aktiven Abfragen brauchen. `kestrin-cli plan "
+                "--project DATEI` gibt dasselbe für jede Abfrage einer Projektdatei aus.",
             .cycleWarning =
                 "Orange wird die Anzeige, wenn die Abfrage nicht so oft gelesen werden kann, wie "
                 "ihr Intervall verlangt: Ein Durchlauf dauert länger als das Intervall, oder die "

@@ -57,11 +57,12 @@ constexpr HelpContent spanish{
                           "que las lecturas.",
             .cycleHeading = "Cuánto dura un ciclo",
             .cycleEstimate =
-                "Junto al intervalo, Kestrin muestra cuánto tiempo ocupa la línea una lectura del "
-                "sondeo, por ejemplo «≈ 42 ms por ciclo». Se calcula con la configuración serie y "
-                "5 ms de respuesta por dispositivo hasta que la lectura haya medido su propio "
-                "tiempo de reacción; sitúe el puntero encima para ver cada solicitud y la parte de "
-                "la línea que necesitan los sondeos activos. `kestrin-cli plan --project ARCHIVO` "
+                "Junto al intervalo, Kestrin muestra cuánto tiempo ocupa la línea una lectura "
+                "del sondeo, por ejemplo «≈ 42 ms por ciclo». Se calcula con la "
+                "configuración serie y 5 ms de respuesta por dispositivo hasta que la lectura "
+                "haya medido su propio tiempo de reacción, contando el latency timer del "
+                "adaptador; sitúe el puntero encima para ver cada solicitud y la parte de la "
+                "línea que necesitan los sondeos activos. `kestrin-cli plan --project ARCHIVO` "
                 "muestra lo mismo para cada sondeo de un archivo de proyecto.",
             .cycleWarning =
                 "El texto se pone naranja cuando el sondeo no puede leerse tan a menudo como pide "
