@@ -17,6 +17,10 @@ constexpr Texts dutch{
         .frameSettingsHelp = "Databits, pariteit, stopbits, time-out en schrijfmethode",
         .startHelp = "Uitlezen starten (Ctrl+R)",
         .stopHelp = "Uitlezen stoppen (Ctrl+R)",
+        .listen = "Meeluisteren",
+        .stopListening = "Meeluisteren stoppen",
+        .listenHelp = "Het verkeer van een andere master volgen zonder één byte te zenden (Ctrl+L)",
+        .stopListeningHelp = "Meeluisteren stoppen (Ctrl+L)",
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
         .demoDevice = "Demo-apparaat (gesimuleerd)",
         .startNeedsPort = "Sluit een seriële poort aan en kies die om te starten",
@@ -402,6 +406,7 @@ constexpr Texts dutch{
     .state =
         {
             .running = "Bezig met uitlezen",
+            .listening = "Luistert mee",
             .stopped = "Gestopt",
             .serialLost = "Seriële poort verdwenen",
         },
@@ -424,6 +429,11 @@ constexpr Texts dutch{
                 [](std::string_view name, std::string_view reason) {
                     return concat("Schrijven van ", name, " mislukt: ", reason, ".");
                 },
+            .listening = "Alleen meeluisteren: Kestrin zendt niets op deze bus. De waarden komen "
+                         "uit het verkeer van de andere master, en schrijven staat uit.",
+            .stopListeningFirst =
+                "Kestrin luistert alleen mee en zendt niets. Stop het meeluisteren (Ctrl+L) en "
+                "start het uitlezen om waarden te schrijven.",
             .startFirst = "Start eerst het uitlezen (Ctrl+R) om waarden te schrijven.",
         },
     .adapter = {
@@ -627,6 +637,13 @@ constexpr Texts dutch{
         .readInParts = [](std::string_view range) { return concat(range, " in delen gelezen"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("het apparaat weigerde ", addresses); },
+        .listeningStarted =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Meeluisteren op ", port, " @ ", serial);
+            },
+        .listeningStopped = "Meeluisteren gestopt",
+        .noResponse = "Geen antwoord",
+        .unmatched = "Past bij geen verzoek",
         .rs485DelaysLimited =
             [](int ms) {
                 return concat("RS-485-wachttijden van het project boven ", ms,

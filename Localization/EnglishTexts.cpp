@@ -16,6 +16,10 @@ constexpr Texts english{
         .frameSettingsHelp = "Data bits, parity, stop bits, timeout and write method",
         .startHelp = "Start reading (Ctrl+R)",
         .stopHelp = "Stop reading (Ctrl+R)",
+        .listen = "Listen",
+        .stopListening = "Stop Listening",
+        .listenHelp = "Listen to another master's traffic without sending a byte (Ctrl+L)",
+        .stopListeningHelp = "Stop listening (Ctrl+L)",
         .lockedWhileRunning = "Stop reading to change this",
         .demoDevice = "Demo device (simulated)",
         .startNeedsPort = "Connect and select a serial port to start",
@@ -386,6 +390,7 @@ constexpr Texts english{
     .state =
         {
             .running = "Reading",
+            .listening = "Listening",
             .stopped = "Stopped",
             .serialLost = "Serial port lost",
         },
@@ -408,6 +413,10 @@ constexpr Texts english{
                 [](std::string_view name, std::string_view reason) {
                     return concat("Writing ", name, " failed: ", reason, ".");
                 },
+            .listening = "Listening only: Kestrin sends nothing on this bus. The values come from "
+                         "the other master's traffic, and writing is off.",
+            .stopListeningFirst = "Kestrin is only listening and sends nothing. Stop listening "
+                                  "(Ctrl+L) and start reading to write values.",
             .startFirst = "Start reading first (Ctrl+R) to write values.",
         },
     .adapter = {
@@ -602,6 +611,13 @@ constexpr Texts english{
         .readInParts = [](std::string_view range) { return concat(range, " read in parts"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("the device refused ", addresses); },
+        .listeningStarted =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Listening on ", port, " @ ", serial);
+            },
+        .listeningStopped = "Listening stopped",
+        .noResponse = "No response",
+        .unmatched = "Fits no request",
         .rs485DelaysLimited =
             [](int ms) {
                 return concat("The project's RS-485 delays above ", ms, " ms were shortened to ",

@@ -17,6 +17,10 @@ constexpr Texts french{
             "Bits de données, parité, bits de stop, délai d'attente et mode d'écriture",
         .startHelp = "Démarrer la lecture (Ctrl+R)",
         .stopHelp = "Arrêter la lecture (Ctrl+R)",
+        .listen = "Écouter",
+        .stopListening = "Arrêter l'écoute",
+        .listenHelp = "Écouter le trafic d'un autre maître sans envoyer un seul octet (Ctrl+L)",
+        .stopListeningHelp = "Arrêter l'écoute (Ctrl+L)",
         .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
         .demoDevice = "Appareil de démonstration (simulé)",
         .startNeedsPort = "Branchez et sélectionnez un port série pour démarrer",
@@ -414,6 +418,7 @@ constexpr Texts french{
     .state =
         {
             .running = "Lecture en cours",
+            .listening = "Écoute",
             .stopped = "Arrêté",
             .serialLost = "Port série perdu",
         },
@@ -439,6 +444,10 @@ constexpr Texts french{
                 [](std::string_view name, std::string_view reason) {
                     return concat("Échec de l'écriture de ", name, " : ", reason, ".");
                 },
+            .listening = "Écoute seule : Kestrin n'envoie rien sur ce bus. Les valeurs viennent du "
+                         "trafic de l'autre maître, et l'écriture est désactivée.",
+            .stopListeningFirst = "Kestrin ne fait qu'écouter et n'envoie rien. Arrêtez l'écoute "
+                                  "(Ctrl+L) et démarrez la lecture pour écrire des valeurs.",
             .startFirst = "Démarrez d'abord la lecture (Ctrl+R) pour écrire des valeurs.",
         },
     .adapter = {
@@ -654,6 +663,13 @@ constexpr Texts french{
             [](std::string_view range) { return concat(range, " lu en plusieurs parties"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("l'appareil a refusé ", addresses); },
+        .listeningStarted =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Écoute sur ", port, " @ ", serial);
+            },
+        .listeningStopped = "Écoute arrêtée",
+        .noResponse = "Sans réponse",
+        .unmatched = "Ne correspond à aucune requête",
         .rs485DelaysLimited =
             [](int ms) {
                 return concat("Les délais RS-485 du projet au-delà de ", ms,

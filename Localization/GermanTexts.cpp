@@ -17,6 +17,11 @@ constexpr Texts german{
         .frameSettingsHelp = "Datenbits, Parität, Stoppbits, Timeout und Schreibmethode",
         .startHelp = "Lesen starten (Strg+R)",
         .stopHelp = "Lesen stoppen (Strg+R)",
+        .listen = "Mithören",
+        .stopListening = "Mithören beenden",
+        .listenHelp =
+            "Den Verkehr eines anderen Masters mithören, ohne ein Byte zu senden (Strg+L)",
+        .stopListeningHelp = "Mithören beenden (Strg+L)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
         .startNeedsPort = "Zum Starten eine serielle Schnittstelle anschließen und wählen",
@@ -414,6 +419,7 @@ constexpr Texts german{
     .state =
         {
             .running = "Lesen läuft",
+            .listening = "Hört mit",
             .stopped = "Gestoppt",
             .serialLost = "Serielle Schnittstelle getrennt",
         },
@@ -438,6 +444,11 @@ constexpr Texts german{
                 [](std::string_view name, std::string_view reason) {
                     return concat("Schreiben von „", name, "“ fehlgeschlagen: ", reason, ".");
                 },
+            .listening = "Nur Mithören: Kestrin sendet nichts auf diesem Bus. Die Werte stammen "
+                         "aus dem Verkehr des anderen Masters, Schreiben ist aus.",
+            .stopListeningFirst =
+                "Kestrin hört nur mit und sendet nichts. Beenden Sie das Mithören (Strg+L) und "
+                "starten Sie das Lesen, um Werte zu schreiben.",
             .startFirst = "Starten Sie zuerst das Lesen (Strg+R), um Werte zu schreiben.",
         },
     .adapter = {
@@ -658,6 +669,13 @@ constexpr Texts german{
             [](std::string_view addresses) {
                 return concat("das Gerät lehnte ", addresses, " ab");
             },
+        .listeningStarted =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Mithören auf ", port, " @ ", serial);
+            },
+        .listeningStopped = "Mithören beendet",
+        .noResponse = "Keine Antwort",
+        .unmatched = "Passt zu keiner Anfrage",
         .rs485DelaysLimited =
             [](int ms) {
                 return concat("RS-485-Wartezeiten des Projekts über ", ms, " ms wurden auf ", ms,

@@ -17,6 +17,10 @@ constexpr Texts spanish{
             "Bits de datos, paridad, bits de parada, tiempo de espera y método de escritura",
         .startHelp = "Iniciar la lectura (Control+R)",
         .stopHelp = "Detener la lectura (Control+R)",
+        .listen = "Escuchar",
+        .stopListening = "Dejar de escuchar",
+        .listenHelp = "Escuchar el tráfico de otro maestro sin enviar un solo byte (Control+L)",
+        .stopListeningHelp = "Dejar de escuchar (Control+L)",
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
         .demoDevice = "Dispositivo de demostración (simulado)",
         .startNeedsPort = "Conecte y seleccione un puerto serie para iniciar",
@@ -405,6 +409,7 @@ constexpr Texts spanish{
     .state =
         {
             .running = "Leyendo",
+            .listening = "Escuchando",
             .stopped = "Detenido",
             .serialLost = "Puerto serie perdido",
         },
@@ -429,6 +434,10 @@ constexpr Texts spanish{
                 [](std::string_view name, std::string_view reason) {
                     return concat("No se pudo escribir ", name, ": ", reason, ".");
                 },
+            .listening = "Solo escucha: Kestrin no envía nada a este bus. Los valores vienen del "
+                         "tráfico del otro maestro y la escritura está desactivada.",
+            .stopListeningFirst = "Kestrin solo escucha y no envía nada. Deje de escuchar "
+                                  "(Control+L) e inicie la lectura para escribir valores.",
             .startFirst = "Inicie primero la lectura (Control+R) para poder escribir valores.",
         },
     .adapter = {
@@ -637,6 +646,13 @@ constexpr Texts spanish{
         .readInParts = [](std::string_view range) { return concat(range, " leído por partes"); },
         .refusedAddresses =
             [](std::string_view addresses) { return concat("el dispositivo rechazó ", addresses); },
+        .listeningStarted =
+            [](std::string_view port, std::string_view serial) {
+                return concat("Escuchando en ", port, " @ ", serial);
+            },
+        .listeningStopped = "Escucha detenida",
+        .noResponse = "Sin respuesta",
+        .unmatched = "No corresponde a ninguna solicitud",
         .rs485DelaysLimited =
             [](int ms) {
                 return concat("Las esperas RS-485 del proyecto de más de ", ms,

@@ -99,6 +99,10 @@ struct Texts {
     X(Literal, frameSettingsHelp)                                                                  \
     X(Literal, startHelp)                                                                          \
     X(Literal, stopHelp)                                                                           \
+    X(Literal, listen)                                                                             \
+    X(Literal, stopListening)                                                                      \
+    X(Literal, listenHelp)                                                                         \
+    X(Literal, stopListeningHelp)                                                                  \
     X(Literal, lockedWhileRunning)                                                                 \
     X(Literal, demoDevice) /* the name of the simulated device of --demo */                        \
     /* Beside a Start that is off: no port; Find Devices has it; no active poll has datapoints. */ \
@@ -374,6 +378,7 @@ struct Texts {
     struct StateTexts {
 #define KESTRIN_STATE_TEXTS_KEYS(X)                                                                \
     X(Literal, running)                                                                            \
+    X(Literal, listening)                                                                          \
     X(Literal, stopped)                                                                            \
     X(Literal, serialLost)
         KESTRIN_TEXT_GROUP(KESTRIN_STATE_TEXTS_KEYS)
@@ -390,6 +395,9 @@ struct Texts {
     X(Literal, serialLost)                                                                         \
     X(Literal, dismiss)                                                                            \
     X(OfTwoTexts, writeFailed) /* (datapoint name, reason) */                                      \
+    /* Listening: the banner, and why a write is refused. */                                       \
+    X(Literal, listening)                                                                          \
+    X(Literal, stopListeningFirst)                                                                 \
     X(Literal, startFirst)
         KESTRIN_TEXT_GROUP(KESTRIN_NOTICE_TEXTS_KEYS)
     };
@@ -459,7 +467,7 @@ struct Texts {
     X(OfThreeNumbers, outlastsInterval) /* (cycle ms, real interval ms, interval ms) */            \
     X(OfThreeNumbers, lineOverloaded)   /* (load percent, real interval ms, interval ms) */        \
     X(OfTwoNumbers, answerAfterTimeout) /* (ms an answer takes, response timeout ms) */            \
-    X(OfText, measuredUnits)            /* (units, "1, 3"): the cycle's tool tip, before cycleHelp */
+    X(OfText, measuredUnits) /* (units, "1, 3"): the cycle's tool tip, before cycleHelp */
         KESTRIN_TEXT_GROUP(KESTRIN_POLLS_TEXTS_KEYS)
     };
 
@@ -537,6 +545,11 @@ struct Texts {
     X(Literal, lateAnswer)                                                                         \
     X(OfText, readInParts)          /* (the refused block, "HR 0–10") */                         \
     X(OfText, refusedAddresses)     /* (the refused addresses, "5, 9–10") */                     \
+    X(OfTwoTexts, listeningStarted) /* (port path, serial settings, "9600 8E1") */                 \
+    X(Literal, listeningStopped)                                                                   \
+    /* A request heard on the bus that nothing answered; bytes that fit no request heard. */       \
+    X(Literal, noResponse)                                                                         \
+    X(Literal, unmatched)                                                                          \
     X(OfNumber, rs485DelaysLimited) /* (the longest delay the kernel takes, in ms) */
         KESTRIN_TEXT_GROUP(KESTRIN_LOG_TEXTS_KEYS)
     };
