@@ -518,12 +518,13 @@ private:
 };
 
 PollerEngine::PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
-                           bool allowsTestDevice, EventHandler onEvent)
+                           bool allowsTestDevice, EventHandler onEvent, Mode mode)
     : path_(std::move(path))
     , configuration_(configuration)
     , timeout_(timeout)
     , allowsTestDevice_(allowsTestDevice)
     , onEvent_(std::move(onEvent))
+    , mode_(mode)
     , state_(std::make_shared<State>()) {}
 
 PollerEngine::~PollerEngine() {

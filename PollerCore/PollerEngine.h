@@ -75,9 +75,17 @@ public:
         friend bool operator==(const Job&, const Job&) = default;
     };
 
-    // Does not touch the port. timeout is the response time-out of every request in seconds.
+    // reading: the engine is the master, as described above. listening: another master talks on
+    // the line; the link is opened as for reading but refuses to send, and the thread reports
+    // the requests it hears with their answers (heard) and bytes that fit no request
+    // (unmatched), at their arrival times. Plans and writes are ignored; started, serialLost
+    // and stop work as when reading.
+    enum class Mode : std::uint8_t { reading, listening };
+
+    // Does not touch the port. timeout is the response time-out of every request in seconds;
+    // when listening, how long a heard request waits for its answer.
     PollerEngine(std::string path, SerialConfiguration configuration, double timeout,
-                 bool allowsTestDevice, EventHandler onEvent);
+                 bool allowsTestDevice, EventHandler onEvent, Mode mode = Mode::reading);
     // Stops reading; a thread that did not end within stop's wait is left to end alone.
     ~PollerEngine();
     PollerEngine(const PollerEngine&) = delete;
@@ -99,6 +107,7 @@ public:
     const SerialConfiguration& configuration() const noexcept { return configuration_; }
     double timeout() const noexcept { return timeout_; }
     bool allowsTestDevice() const noexcept { return allowsTestDevice_; }
+    Mode mode() const noexcept { return mode_; }
 
 private:
     struct State;
@@ -112,6 +121,7 @@ private:
     double timeout_;
     bool allowsTestDevice_;
     EventHandler onEvent_;
+    Mode mode_;
     // Shared with the thread, which may outlive a stop that gave up waiting.
     std::shared_ptr<State> state_;
     bool started_ = false;

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -94,7 +95,35 @@ struct PollerEvent {
         friend bool operator==(const LateAnswer&, const LateAnswer&) = default;
     };
 
-    using Case = std::variant<Read, ReadInParts, PartsRead, Wrote, SerialLost, Started, LateAnswer>;
+    // Listening: a request another master sent, with the answer that followed it. response is
+    // empty when nothing answered before the next request or the time-out, and for a broadcast.
+    // range is a read's or a write's unit, table and addresses, absent for other functions.
+    // outcome is judged as the engine judges the answers to its own requests (no answer is a
+    // time-out, a broadcast succeeds); its data are what a read answered or what an answered
+    // write wrote, absent for other functions and broadcasts. isWrite: a write of function 05,
+    // 06, 15 or 16, whose data are the values written; a read/write of 23 counts as its read.
+    // duration runs from the request's last byte to the answer's last byte, 0 without one.
+    // requestTime is when the request's last byte arrived; the event's time is when the
+    // answer's did, or when the request was given up.
+    struct Heard {
+        Bytes request;
+        Bytes response;
+        std::optional<ReadBlock> range;
+        Result<std::optional<ReadData>, PollFailureError> outcome = PollFailureError{};
+        bool isWrite = false;
+        double duration = 0;
+        Time requestTime{};
+        friend bool operator==(const Heard&, const Heard&) = default;
+    };
+    // Listening: bytes heard that fit no request: an answer nobody asked for, a broken frame,
+    // noise. Its time is when the last of them arrived.
+    struct Unmatched {
+        Bytes bytes;
+        friend bool operator==(const Unmatched&, const Unmatched&) = default;
+    };
+
+    using Case = std::variant<Read, ReadInParts, PartsRead, Wrote, SerialLost, Started, LateAnswer,
+                              Heard, Unmatched>;
     Case value;
     Time time{};
 

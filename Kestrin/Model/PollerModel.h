@@ -174,6 +174,16 @@ public:
     void start();
     void stop();
     void toggle();
+    // Listening: the port is opened as for reading and nothing is ever sent; the requests another
+    // master makes and their answers give the enabled polls' datapoints their statuses, values
+    // and history, and fill the log and the statistics. Needs only a present port that no bus
+    // scan has (listenObstacle). stop ends it; writes are refused meanwhile.
+    void listen();
+    void toggleListening();
+    // Listening, or waiting for a port lost while listening to return.
+    bool isListening() const noexcept { return listening_; }
+    bool canListen() const { return !listenObstacle().has_value(); }
+    std::optional<StartObstacle> listenObstacle() const;
     void dismissNoResponseHint();
     // An adapter that holds answers back, found as reading starts; absent when there is none or
     // it was dismissed for this adapter.
@@ -397,6 +407,8 @@ private:
     QFileSystemWatcher* testDeviceFolders_ = nullptr;
     std::optional<std::set<std::string>> knownPaths_;
     std::map<Uuid, PendingWrite> pendingWrites_;
+    // The engine, running or to be resumed, listens rather than reads.
+    bool listening_ = false;
     int consecutiveFailures_ = 0;
     bool portLent_ = false;
     bool noResponseHintDismissed_ = false;
