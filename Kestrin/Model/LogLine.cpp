@@ -32,6 +32,48 @@ std::string duration(double seconds) {
     return "  (" + std::to_string(milliseconds(seconds)) + " ms)";
 }
 
+// The unit a request frame addresses.
+std::uint8_t unitOf(ByteView request) noexcept {
+    return request.empty() ? 0 : request[0];
+}
+
+std::optional<LogLineSegments> answerLine(std::uint8_t unit, ByteView request, ByteView response,
+                                          double seconds, const Options& options) {
+    if (options.onlyProblems) {
+        return std::nullopt;
+    }
+    const std::uint8_t function = functionOf(request);
+    LogLineSegments line{
+        {Kind::response, "← "},
+        {Kind::response, L10n::Log::unitFunction(unit, function)},
+        {Kind::meta, " " + L10n::Modbus::functionName(function) + " · "},
+    };
+    if (options.showRawFrames) {
+        line.push_back({Kind::request, hexString(request)});
+        line.push_back({Kind::meta, "  ←  "});
+        line.push_back({Kind::response, hexString(response)});
+    } else {
+        // Unit and function code in front and the CRC behind say nothing the line does not.
+        const ByteView data =
+            response.size() < 5 ? response : response.subspan(2, response.size() - 4);
+        line.push_back({Kind::response, hexString(data)});
+    }
+    line.push_back({Kind::meta, duration(seconds)});
+    return line;
+}
+
+// "✕ Unit 1 · FC 03 Read holding registers HR 100–109 · reason"; named names the function, which
+// for a read is the table's read function whatever the request asked.
+LogLineSegments failureLine(std::uint8_t unit, ByteView request, std::uint8_t named,
+                            std::string_view range, PollFailure failure, std::string_view reason) {
+    std::string text = "✕ " + L10n::Log::unitFunction(unit, functionOf(request)) + " " +
+                       L10n::Modbus::functionName(named);
+    if (!range.empty()) {
+        text += " " + std::string(range);
+    }
+    return {{failureKind(failure), text + " · " + std::string(reason)}};
+}
+
 } // namespace
 
 LogSegment timestamp(const QDateTime& now) {
@@ -53,6 +95,14 @@ LogLineSegments readingStarted(std::string_view path, std::string_view serial) {
 
 LogLineSegments readingStopped() {
     return systemLine(L10n::texts().log.stopped());
+}
+
+LogLineSegments listeningStarted(std::string_view path, std::string_view serial) {
+    return systemLine(L10n::texts().log.listeningStarted(path, serial));
+}
+
+LogLineSegments listeningStopped() {
+    return systemLine(L10n::texts().log.listeningStopped());
 }
 
 LogLineSegments portReopened(std::string_view newPath) {
@@ -85,37 +135,15 @@ LogLineSegments rs485DelaysLimited() {
 std::optional<LogLineSegments> readAnswer(const ReadBlock& block, ByteView request,
                                           ByteView response, double seconds,
                                           const Options& options) {
-    if (options.onlyProblems) {
-        return std::nullopt;
-    }
-    const std::uint8_t function = functionOf(request);
-    LogLineSegments line{
-        {Kind::response, "← "},
-        {Kind::response, L10n::Log::unitFunction(block.unit, function)},
-        {Kind::meta, " " + L10n::Modbus::functionName(function) + " · "},
-    };
-    if (options.showRawFrames) {
-        line.push_back({Kind::request, hexString(request)});
-        line.push_back({Kind::meta, "  ←  "});
-        line.push_back({Kind::response, hexString(response)});
-    } else {
-        // Unit and function code in front and the CRC behind say nothing the line does not.
-        const ByteView data =
-            response.size() < 5 ? response : response.subspan(2, response.size() - 4);
-        line.push_back({Kind::response, hexString(data)});
-    }
-    line.push_back({Kind::meta, duration(seconds)});
-    return line;
+    return answerLine(block.unit, request, response, seconds, options);
 }
 
 LogLineSegments readFailure(const ReadBlock& block, ByteView request, PollFailure failure,
                             int timeoutMs) {
     const RegisterTable table = block.table;
-    return {{failureKind(failure), "✕ " + L10n::Log::unitFunction(block.unit, functionOf(request)) +
-                                       " " +
-                                       L10n::Modbus::functionName(table.readFunction().code()) +
-                                       " " + L10n::Log::range(table, block.address, block.count) +
-                                       " · " + L10n::Log::failure(failure, timeoutMs)}};
+    return failureLine(block.unit, request, table.readFunction().code(),
+                       L10n::Log::range(table, block.address, block.count), failure,
+                       L10n::Log::failure(failure, timeoutMs));
 }
 
 LogLineSegments readInParts(const ReadBlock& block, std::span<const ReadBlock> refused) {
@@ -173,6 +201,45 @@ std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,
         text += "  ← " + hexString(response);
     }
     return LogLineSegments{{Kind::meta, std::move(text)}};
+}
+
+std::optional<LogLineSegments> heardRequest(const std::optional<ReadBlock>& range, ByteView request,
+                                            const Options& options) {
+    if (options.onlyProblems) {
+        return std::nullopt;
+    }
+    const std::uint8_t function = functionOf(request);
+    std::string text = "→ " + L10n::Log::unitFunction(unitOf(request), function) + " " +
+                       L10n::Modbus::functionName(function);
+    if (options.showRawFrames) {
+        text += " · " + hexString(request);
+    } else if (range) {
+        text += " · " + L10n::Log::range(range->table, range->address, range->count);
+    }
+    return LogLineSegments{{Kind::request, std::move(text)}};
+}
+
+std::optional<LogLineSegments> heardAnswer(ByteView request, ByteView response, double seconds,
+                                           const Options& options) {
+    if (response.empty()) {
+        return std::nullopt;
+    }
+    return answerLine(unitOf(request), request, response, seconds, options);
+}
+
+LogLineSegments heardFailure(const std::optional<ReadBlock>& range, ByteView request,
+                             PollFailure failure, int timeoutMs) {
+    const std::string reason = failure.kind == PollFailure::Kind::timeout
+                                   ? L10n::texts().log.noResponse()
+                                   : L10n::Log::failure(failure, timeoutMs);
+    return failureLine(unitOf(request), request, functionOf(request),
+                       range ? L10n::Log::range(range->table, range->address, range->count) : "",
+                       failure, reason);
+}
+
+LogLineSegments unmatched(ByteView bytes) {
+    return {{Kind::warning, "⚠ " + L10n::texts().log.unmatched() + " · "},
+            {Kind::response, hexString(bytes)}};
 }
 
 long long milliseconds(double seconds) noexcept {

@@ -35,6 +35,9 @@ LogLineSegments stamped(LogLineSegments line, const QDateTime& now, const Option
 // "--- Reading started on /dev/ttyUSB0 @ 9600 8E1 ---".
 LogLineSegments readingStarted(std::string_view path, std::string_view serial);
 LogLineSegments readingStopped();
+// "--- Listening on /dev/ttyUSB0 @ 9600 8E1 ---".
+LogLineSegments listeningStarted(std::string_view path, std::string_view serial);
+LogLineSegments listeningStopped();
 // "--- Serial port open again ---", naming the new path when the adapter came back under another.
 LogLineSegments portReopened(std::string_view newPath = {});
 LogLineSegments portLost(std::string_view path);
@@ -73,6 +76,21 @@ LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int
 // off.
 std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,
                                            const Options& options);
+
+// Listening. range is the heard request's unit, table and addresses, absent for functions without.
+// "→ Unit 1 · FC 03 Read holding registers · HR 0–9", the request frame in place of the range
+// with raw frames on. Nothing with only problems on.
+std::optional<LogLineSegments> heardRequest(const std::optional<ReadBlock>& range, ByteView request,
+                                            const Options& options);
+// readAnswer's line for an answer heard; nothing for a broadcast, which nothing answers.
+std::optional<LogLineSegments> heardAnswer(ByteView request, ByteView response, double seconds,
+                                           const Options& options);
+// readFailure's line for a heard request's function, and "No response" for a time-out: the
+// other master's time-out is not known.
+LogLineSegments heardFailure(const std::optional<ReadBlock>& range, ByteView request,
+                             PollFailure failure, int timeoutMs);
+// "⚠ Fits no request · 01 03 02 00 07 F9 86": always, with its bytes.
+LogLineSegments unmatched(ByteView bytes);
 
 // A duration in seconds as whole milliseconds, rounded.
 long long milliseconds(double seconds) noexcept;

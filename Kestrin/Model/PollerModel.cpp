@@ -118,9 +118,10 @@ std::unique_ptr<PollerEngine> PollerModel::makeEngine() {
             alive->push(generation, event);
         }
     };
-    return std::make_unique<PollerEngine>(selectedPath_, serial_,
-                                          static_cast<double>(timeoutMs_) / 1000.0,
-                                          isTestDevice(selectedPath_), std::move(onEvent));
+    return std::make_unique<PollerEngine>(
+        selectedPath_, serial_, static_cast<double>(timeoutMs_) / 1000.0,
+        isTestDevice(selectedPath_), std::move(onEvent),
+        listening_ ? PollerEngine::Mode::listening : PollerEngine::Mode::reading);
 }
 
 void PollerModel::flushEvents() {

@@ -328,6 +328,8 @@ private:
     void setTimeoutOffer(std::optional<TimeoutOffer> offer);
     std::unique_ptr<PollerEngine> makeEngine();
     std::vector<PollPlan> buildPlans() const;
+    // The user's start or listen: opens the port, or says why not; false when nothing started.
+    bool begin(bool listening);
     bool startEngine();
     void portLost(const std::string& path);
     void armResume();

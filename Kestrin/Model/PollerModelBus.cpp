@@ -30,7 +30,8 @@ double PollerModel::handoverSeconds() const {
 }
 
 void PollerModel::replan() {
-    if (!engine_) {
+    // A listening engine reads no plans, and the meter keeps the last reading's.
+    if (!engine_ || listening_) {
         return;
     }
     std::vector<PollPlan> plans = buildPlans();
@@ -41,7 +42,9 @@ void PollerModel::replan() {
 }
 
 void PollerModel::measure(const PollerEvent& event) {
-    if (!busMeter_) {
+    // Heard traffic is another master's, timed by its own time-outs: it says nothing of how
+    // Kestrin's reading uses the line or which time-out would fit it.
+    if (!busMeter_ || listening_) {
         return;
     }
     if (event.is<PollerEvent::Started>()) {

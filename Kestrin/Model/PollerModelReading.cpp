@@ -78,17 +78,25 @@ bool PollerModel::startEngine() {
 }
 
 void PollerModel::start() {
+    if (begin(false)) {
+        beginMeasuring();
+    }
+}
+
+bool PollerModel::begin(bool listening) {
     if (state_ != PollerState::stopped || engine_) {
-        return;
+        return false;
     }
     if (selectedPath_.empty()) {
         setErrorMessage(L10n::texts().errors.selectPortFirst());
-        return;
+        return false;
     }
+    // The engine is made in the mode this says, and a resume after a loss makes the same.
+    listening_ = listening;
     if (!startEngine()) {
-        return;
+        listening_ = false;
+        return false;
     }
-    beginMeasuring();
     // Whatever adapter now answers to the chosen name is the one being read, and the one to find
     // again if it is lost.
     if (const SerialPortInfo* port = listedPort(selectedPath_);
@@ -101,6 +109,7 @@ void PollerModel::start() {
     consecutiveFailures_ = 0;
     setShowNoResponseHint(false);
     noResponseHintDismissed_ = false;
+    return true;
 }
 
 void PollerModel::stop() {
@@ -118,11 +127,19 @@ void PollerModel::stop() {
     setState(PollerState::stopped);
     setShowNoResponseHint(false);
     pendingWrites_.clear();
+    if (std::exchange(listening_, false)) {
+        // The bus meter keeps the last reading's figures, summed up when that reading stopped.
+        appendLog(LogLine::listeningStopped());
+        return;
+    }
     appendLog(LogLine::readingStopped());
     endMeasuring();
 }
 
 void PollerModel::toggle() {
+    if (listening_) {
+        return;
+    }
     if (state_ == PollerState::stopped && !engine_) {
         start();
     } else {
@@ -232,8 +249,10 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
             .count(),
         QTimeZone::utc());
     if (event.is<PollerEvent::Started>()) {
-        setState(PollerState::running);
-        appendLog(LogLine::readingStarted(selectedPath_, serial_.shortDescription()), time);
+        setState(listening_ ? PollerState::listening : PollerState::running);
+        appendLog(listening_ ? LogLine::listeningStarted(selectedPath_, serial_.shortDescription())
+                             : LogLine::readingStarted(selectedPath_, serial_.shortDescription()),
+                  time);
     } else if (const auto* lost = event.as<PollerEvent::SerialLost>()) {
         portLost(lost->path);
     } else if (const auto* read = event.as<PollerEvent::Read>()) {
@@ -265,8 +284,9 @@ void PollerModel::countFailure(PollFailure failure) {
     setStatistics(failure.kind == PollFailure::Kind::exception
                       ? counted(statistics_, {counter, &PollerStatistics::responses})
                       : counted(statistics_, {counter}));
-    if (failure.kind == PollFailure::Kind::timeout ||
-        failure.kind == PollFailure::Kind::crcMismatch) {
+    // A listener cannot fix what the hint suggests; the other master's settings decide.
+    if (!listening_ && (failure.kind == PollFailure::Kind::timeout ||
+                        failure.kind == PollFailure::Kind::crcMismatch)) {
         ++consecutiveFailures_;
         if (consecutiveFailures_ >= 3 && !noResponseHintDismissed_) {
             setShowNoResponseHint(true);
@@ -331,6 +351,10 @@ void PollerModel::write(const Datapoint& target, const Value& value) {
     // The write's line comes after the answers that arrived before it, and a port loss among
     // them must be known before the write is handed to the engine.
     flushEvents();
+    if (listening_) {
+        setWriteError(L10n::texts().notice.stopListeningFirst());
+        return;
+    }
     if (state_ == PollerState::stopped || !engine_) {
         setWriteError(L10n::texts().notice.startFirst());
         return;
