@@ -342,7 +342,21 @@ private:
     void handleInBatch(const PollerEvent& event);
     void appendLines(std::span<const LogLineSegments> lines);
     void statusDidChange(const std::vector<Uuid>& datapointIDs);
+    // The engine's stamp as the log, the statuses and the samples carry it.
+    static QDateTime dated(PollerEvent::Time time);
+    // One request and how it ended: an answer, or a failure in its counter.
+    void countRequest(const std::optional<PollFailure>& failure);
+    // Each datapoint of points that block covers takes its value from data, or the failure, and
+    // is added to changed.
+    void takeValues(std::span<const Datapoint> points, const ReadBlock& block, const ReadData& data,
+                    const QDateTime& time, double duration, std::vector<Uuid>& changed);
+    void markFailed(std::span<const Datapoint> points, const ReadBlock& block, PollFailure failure,
+                    const QDateTime& time, std::vector<Uuid>& changed);
     void handleRead(const PollerEvent::Read& read, const QDateTime& time);
+    void handleHeard(const PollerEvent::Heard& heard, const QDateTime& time);
+    // updated: the datapoints a confirmed write gave their values.
+    void logHeard(const PollerEvent::Heard& heard, const QDateTime& time,
+                  std::span<const Uuid> updated);
     void handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time);
     void pollsDidChange(const std::vector<Poll>& before);
     void replacePolls(std::vector<Poll> polls);

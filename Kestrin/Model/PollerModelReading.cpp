@@ -244,10 +244,7 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
         return;
     }
     measure(event);
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(
-        std::chrono::duration_cast<std::chrono::milliseconds>(event.time.time_since_epoch())
-            .count(),
-        QTimeZone::utc());
+    const QDateTime time = dated(event.time);
     if (event.is<PollerEvent::Started>()) {
         setState(listening_ ? PollerState::listening : PollerState::running);
         appendLog(listening_ ? LogLine::listeningStarted(selectedPath_, serial_.shortDescription())
@@ -264,8 +261,7 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
     } else if (const auto* split = event.as<PollerEvent::ReadInParts>()) {
         // Every refused read was a request and an exception answer, though no datapoint shows it.
         for (int i = 0; i < split->refusals; ++i) {
-            countFailure(PollFailure::exception(0x02));
-            setStatistics(counted(statistics_, {&PollerStatistics::requests}));
+            countRequest(PollFailure::exception(0x02));
         }
         appendLog(LogLine::readInParts(split->block, split->missing), time);
         if (auto frames = LogLine::writeFrames(split->request, split->response, logOptions_)) {
@@ -275,6 +271,26 @@ void PollerModel::handleInBatch(const PollerEvent& event) {
         handleWrote(*wrote, time);
     } else if (const auto* late = event.as<PollerEvent::LateAnswer>()) {
         appendLog(LogLine::lateAnswer(late->bytes, logOptions_), time);
+    } else if (const auto* heard = event.as<PollerEvent::Heard>()) {
+        handleHeard(*heard, time);
+    } else if (const auto* unmatched = event.as<PollerEvent::Unmatched>()) {
+        appendLog(LogLine::unmatched(unmatched->bytes), time);
+    }
+}
+
+QDateTime PollerModel::dated(PollerEvent::Time time) {
+    return QDateTime::fromMSecsSinceEpoch(
+        std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count(),
+        QTimeZone::utc());
+}
+
+void PollerModel::countRequest(const std::optional<PollFailure>& failure) {
+    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
+    if (failure) {
+        countFailure(*failure);
+    } else {
+        setStatistics(counted(statistics_, {&PollerStatistics::responses}));
+        consecutiveFailures_ = 0;
     }
 }
 
@@ -294,8 +310,41 @@ void PollerModel::countFailure(PollFailure failure) {
     }
 }
 
+void PollerModel::takeValues(std::span<const Datapoint> points, const ReadBlock& block,
+                             const ReadData& data, const QDateTime& time, double duration,
+                             std::vector<Uuid>& changed) {
+    for (const Datapoint& point : points) {
+        if (!block.covers(point)) {
+            continue;
+        }
+        auto decoded = ReadPlanner::value(point, block, data);
+        if (!decoded) {
+            continue;
+        }
+        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, time, duration};
+        changed.push_back(point.id);
+        recordSample(point.id, {time, decoded->value});
+    }
+}
+
+void PollerModel::markFailed(std::span<const Datapoint> points, const ReadBlock& block,
+                             PollFailure failure, const QDateTime& time,
+                             std::vector<Uuid>& changed) {
+    for (const Datapoint& point : points) {
+        if (!block.covers(point)) {
+            continue;
+        }
+        PointStatus& entry = status_[point.id];
+        entry.failure = failure;
+        entry.updated = time;
+        changed.push_back(point.id);
+    }
+}
+
 void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& time) {
-    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
+    const std::optional<PollFailure> failure =
+        read.result ? std::nullopt : std::optional(read.result.error().failure);
+    countRequest(failure);
 
     const auto poll = std::find_if(polls_.begin(), polls_.end(), [&](const Poll& candidate) {
         return candidate.id == read.poll;
@@ -304,44 +353,17 @@ void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& tim
         return;
     }
     std::vector<Uuid> changed;
-
-    if (!read.result) {
-        const PollFailure failure = read.result.error().failure;
-        countFailure(failure);
-        for (const Datapoint& point : poll->datapoints) {
-            if (!read.block.covers(point)) {
-                continue;
-            }
-            PointStatus& entry = status_[point.id];
-            entry.failure = failure;
-            entry.updated = time;
-            changed.push_back(point.id);
-        }
+    if (failure) {
+        markFailed(poll->datapoints, read.block, *failure, time, changed);
         statusDidChange(changed);
-        appendLog(LogLine::readFailure(read.block, read.request, failure, timeoutMs_), time);
-        emit blockRead(read.poll, read.block, changed);
-        return;
-    }
-
-    setStatistics(counted(statistics_, {&PollerStatistics::responses}));
-    consecutiveFailures_ = 0;
-    for (const Datapoint& point : poll->datapoints) {
-        if (!read.block.covers(point)) {
-            continue;
+        appendLog(LogLine::readFailure(read.block, read.request, *failure, timeoutMs_), time);
+    } else {
+        takeValues(poll->datapoints, read.block, read.result.value(), time, read.duration, changed);
+        statusDidChange(changed);
+        if (auto line = LogLine::readAnswer(read.block, read.request, read.response, read.duration,
+                                            logOptions_)) {
+            appendLog(std::move(*line), time);
         }
-        auto decoded = ReadPlanner::value(point, read.block, read.result.value());
-        if (!decoded) {
-            continue;
-        }
-        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, time,
-                             read.duration};
-        changed.push_back(point.id);
-        recordSample(point.id, {time, decoded->value});
-    }
-    statusDidChange(changed);
-    if (auto line = LogLine::readAnswer(read.block, read.request, read.response, read.duration,
-                                        logOptions_)) {
-        appendLog(std::move(*line), time);
     }
     // Last: a listener may stop reading, and its line must follow this answer's.
     emit blockRead(read.poll, read.block, changed);
@@ -373,7 +395,7 @@ void PollerModel::write(const Datapoint& target, const Value& value) {
 }
 
 void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time) {
-    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
+    countRequest(wrote.result ? std::nullopt : std::optional(wrote.result.error().failure));
 
     std::optional<PendingWrite> record;
     if (const auto found = pendingWrites_.find(wrote.token); found != pendingWrites_.end()) {
@@ -383,8 +405,6 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& 
     const Datapoint* current = record ? datapoint(record->datapoint.id) : nullptr;
 
     if (wrote.result) {
-        setStatistics(counted(statistics_, {&PollerStatistics::responses}));
-        consecutiveFailures_ = 0;
         if (record && current != nullptr) {
             PointStatus& entry = status_[current->id];
             entry.value = record->value;
@@ -397,7 +417,6 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& 
         }
     } else {
         const PollFailure failure = wrote.result.error().failure;
-        countFailure(failure);
         appendLog(LogLine::writeFailed(current, failure, timeoutMs_), time);
         const std::string name = current != nullptr ? DatapointLabel::name(*current) : "?";
         setWriteError(

@@ -61,5 +61,216 @@ TEST_F(PollerModelListening, NeedsOnlyAPortKeepsReadingOutRefusesWritesAndStopsO
     EXPECT_EQ(countInLog("Reading stopped"), 0);
 }
 
+// Port discovery never announces a pseudo-terminal: a link made anew counts as back at once.
+TEST_F(PollerModelListening, APortLostWhileListeningResumesListening) {
+    const std::string link = file("ttyKestrinSim").toStdString();
+    const SimulatorProcess linked{ChildProcess::sim({"--link", link})};
+    create(project({}));
+    startListening(link);
+    const std::filesystem::path target = std::filesystem::read_symlink(link);
+    std::filesystem::remove(link);
+    std::filesystem::create_symlink(target, link);
+
+    model->handleEvent({PollerEvent::SerialLost{link}});
+    EXPECT_EQ(model->state(), PollerState::serialLost);
+    EXPECT_TRUE(model->isListening());
+    model->toggle();
+    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::listening; }));
+    EXPECT_EQ(countInLog("--- Serial port open again ---"), 1);
+    EXPECT_EQ(countInLog("--- Listening on " + link), 2);
+    EXPECT_EQ(countInLog("Reading started"), 0);
+    model->toggleListening();
+    EXPECT_EQ(countInLog("--- Listening stopped ---"), 1);
+}
+
+Datapoint onUnit(Datapoint point, std::uint8_t unit) {
+    point.unitID = unit;
+    return point;
+}
+
+// Level and Flow (HR 100-101) and the Setpoint (HR 10, tenths of °C) in one poll; Flow's
+// mirror and unit 2's HR 100 in another; a switched-off poll with HR 100 as well.
+class HeardTraffic : public PollerModelListening {
+protected:
+    Datapoint level = holding("Level", 100, 0);
+    Datapoint flow = holding("Flow", 101);
+    Datapoint setpoint = holding("Setpoint", 10, 0, DataType::int16);
+    Datapoint mirror = holding("Mirror", 101);
+    Datapoint elsewhere = onUnit(holding("Elsewhere", 100), 2);
+    Datapoint hidden = holding("Hidden", 100);
+    ReadBlock both{1, RegisterTable::holdingRegister, 100, 2};
+    PollerEvent::Time now = std::chrono::system_clock::now();
+
+    void SetUp() override {
+        setpoint.scale = 0.1;
+        setpoint.engineeringUnit = "°C";
+        create(project({poll("Boiler", {level, flow, setpoint}),
+                        poll("Mirror", {mirror, elsewhere}), poll("Off", {hidden}, false)}));
+        model->setShowTimestamps(false);
+        startListening(device.port());
+        model->clearLog();
+    }
+
+    // The request came 12 ms before its answer.
+    void send(PollerEvent::Heard heard) {
+        heard.requestTime = now - 12ms;
+        model->handleEvent({std::move(heard), now});
+    }
+    std::optional<PointStatus> statusOf(const Datapoint& point) const {
+        const PointStatus* status = model->status(point.id);
+        return status != nullptr ? std::optional(*status) : std::nullopt;
+    }
+    // The whole log after the event.
+    std::string logOf(const PollerEvent::Case& event) {
+        model->clearLog();
+        if (const auto* heard = std::get_if<PollerEvent::Heard>(&event)) {
+            send(*heard);
+        } else {
+            model->handleEvent({event, now});
+        }
+        return model->output().text().toStdString();
+    }
+};
+
+PollerEvent::Heard heardRead(const ReadBlock& block, const std::vector<std::uint16_t>& registers) {
+    const PollerEvent::Read read = *answer({}, block, registers).as<PollerEvent::Read>();
+    return {read.request, read.response, block, std::optional(read.result.value()),
+            false,        read.duration};
+}
+
+PollerEvent::Heard heardFailure(const ReadBlock& block, PollFailure failure, Bytes response = {}) {
+    return {.request = readRequest(block),
+            .response = std::move(response),
+            .range = block,
+            .outcome = PollFailureError{failure}};
+}
+
+// A write of 21.5 °C to the Setpoint as unit sees it, answered with its echo unless failure.
+PollerEvent::Heard heardWrite(std::uint8_t unit, std::optional<PollFailure> failure) {
+    const Bytes request = RTUFrame::build(unit, PDU::writeSingleRegister(10, 215));
+    PollerEvent::Heard heard;
+    heard.request = request;
+    heard.range = ReadBlock{unit, RegisterTable::holdingRegister, 10, 1};
+    heard.isWrite = true;
+    heard.duration = 0.015;
+    if (failure) {
+        heard.outcome = PollFailureError{*failure};
+    } else if (unit == 0) {
+        heard.outcome = std::optional<ReadData>();
+    } else {
+        heard.response = request;
+        heard.outcome = std::optional(ReadData::registers({215}));
+    }
+    return heard;
+}
+
+// Every enabled poll takes what the answer covers, dated by the event, and the log shows both
+// directions at their arrival times.
+TEST_F(HeardTraffic, AHeardReadGivesEveryEnabledPollItsValuesAtTheArrivalTimes) {
+    const std::optional<PointStatus> untouched = statusOf(elsewhere);
+    model->setShowTimestamps(true);
+    send(heardRead(both, {5, 7}));
+
+    const QDateTime answered = QDateTime::fromMSecsSinceEpoch(
+        std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count());
+    EXPECT_EQ(*model->status(level.id), (PointStatus{5.0, {5}, std::nullopt, answered, 0.0124}));
+    EXPECT_EQ(model->status(flow.id)->value, 7.0);
+    EXPECT_EQ(model->status(mirror.id)->value, 7.0);
+    EXPECT_EQ(model->history().samples(mirror.id)->back(), (Sample{answered, 7.0}));
+    EXPECT_EQ(model->status(hidden.id), nullptr);
+    EXPECT_EQ(statusOf(elsewhere), untouched);
+    EXPECT_EQ(model->statistics(), (PollerStatistics{.requests = 1, .responses = 1}));
+    const QString stamp = "HH:mm:ss.zzz  ";
+    EXPECT_EQ(model->output().text(),
+              answered.addMSecs(-12).toString(stamp) +
+                  "→ Unit 1 · FC 03 Read holding registers · HR 100–101\n" +
+                  answered.toString(stamp) +
+                  "← Unit 1 · FC 03 Read holding registers · 04 00 05 00 07  (12 ms)\n");
+}
+
+// Lines without a range leave it out; bytes that fit no request are shown whatever the options.
+TEST_F(HeardTraffic, HeardLinesFollowTheOptionsAndUnmatchedBytesAreAlwaysShown) {
+    const PollerEvent::Heard read = heardRead(both, {5, 7});
+    const PollerEvent::Heard silent = heardFailure(both, PollFailure::timeout());
+    PollerEvent::Heard diagnostics;
+    diagnostics.request = RTUFrame::build(1, Bytes{0x08, 0x00, 0x00, 0x12, 0x34});
+    diagnostics.outcome = PollFailureError{PollFailure::timeout()};
+    const PollerEvent::Unmatched stray{{0x01, 0x03, 0x02, 0x00, 0x07}};
+    const std::string noResponse =
+        "✕ Unit 1 · FC 03 Read holding registers HR 100–101 · No response\n";
+    const std::vector<std::tuple<PollerEvent::Case, bool, bool, std::string>> rows{
+        {read, true, false,
+         "→ Unit 1 · FC 03 Read holding registers · " + hexString(read.request) +
+             "\n← Unit 1 · FC 03 Read holding registers · " + hexString(read.request) + "  ←  " +
+             hexString(read.response) + "  (12 ms)\n"},
+        {read, false, true, ""},
+        {silent, false, false,
+         "→ Unit 1 · FC 03 Read holding registers · HR 100–101\n" + noResponse},
+        {silent, true, true, noResponse},
+        {diagnostics, false, false,
+         "→ Unit 1 · FC 08 Diagnostics\n✕ Unit 1 · FC 08 Diagnostics · No response\n"},
+        {stray, false, true, "⚠ Fits no request · 01 03 02 00 07\n"}};
+    for (const auto& [event, rawFrames, onlyProblems, text] : rows) {
+        model->setShowRawFrames(rawFrames);
+        model->setLogOnlyProblems(onlyProblems);
+        EXPECT_EQ(logOf(event), text) << text;
+    }
+    EXPECT_EQ(model->statistics(), PollerStatistics{});
+}
+
+// A failed read marks what it covers and keeps the values; the counters are reading's, but the
+// no-response hint, whose advice is for the master, stays hidden.
+TEST_F(HeardTraffic, FailedRequestsAreCountedAndMarkedWithoutTheNoResponseHint) {
+    send(heardRead(both, {5, 7}));
+    const std::vector<std::tuple<PollFailure, Bytes, PollerStatistics, std::string>> rows{
+        {PollFailure::exception(2),
+         {0x01, 0x83, 0x02, 0xC0, 0xF1},
+         {.requests = 1, .responses = 1, .exceptions = 1},
+         "✕ Unit 1 · FC 03 Read holding registers HR 100–101 · Illegal data address (02)"},
+        {PollFailure::crcMismatch(),
+         {0x01, 0x03, 0x04, 0x00, 0x05, 0x00, 0x07, 0x00, 0x00},
+         {.requests = 1, .errors = 1},
+         "HR 100–101 · CRC error in the response"},
+        {PollFailure::malformed(),
+         {0x01, 0x03, 0x02, 0x00, 0x05, 0x78, 0x47},
+         {.requests = 1, .errors = 1},
+         "HR 100–101 · response with the wrong length"},
+        {PollFailure::timeout(), {}, {.requests = 1, .timeouts = 1}, "HR 100–101 · No response"}};
+    for (const auto& [failure, response, counted, line] : rows) {
+        model->clearLog();
+        send(heardFailure(both, failure, response));
+        EXPECT_EQ(model->statistics(), counted) << line;
+        EXPECT_EQ(countInLog(line), 1) << line;
+        EXPECT_EQ(model->status(level.id)->failure, failure) << line;
+        EXPECT_EQ(model->status(mirror.id)->value, 7.0) << line;
+    }
+    for (int i = 0; i < 3; ++i) {
+        send(heardFailure(both, PollFailure::timeout()));
+    }
+    EXPECT_FALSE(model->showNoResponseHint());
+}
+
+// A confirmed write sets the datapoint it wrote; a broadcast, answered by nobody, and a failed
+// write leave it as it was.
+TEST_F(HeardTraffic, OnlyAConfirmedHeardWriteSetsTheDatapoint) {
+    const std::string request = "→ Unit 1 · FC 06 Write single register · HR 10\n";
+    const std::vector<std::tuple<std::uint8_t, std::optional<PollFailure>, std::string>> rows{
+        {0, std::nullopt, "→ Unit 0 · FC 06 Write single register · HR 10\n"},
+        {1, PollFailure::timeout(),
+         request + "✕ Unit 1 · FC 06 Write single register HR 10 · No response\n"},
+        {1, std::nullopt,
+         request + "← Unit 1 · FC 06 Write single register · 00 0A 00 D7  (15 ms)\n" +
+             "✎ Unit 1 · Setpoint = 21.5 °C  (15 ms)\n"}};
+    for (const auto& [unit, failure, text] : rows) {
+        const std::optional<PointStatus> before = statusOf(setpoint);
+        EXPECT_EQ(logOf(heardWrite(unit, failure)), text);
+        if (unit == 0 || failure) {
+            EXPECT_EQ(statusOf(setpoint), before) << text;
+        }
+    }
+    EXPECT_EQ(model->status(setpoint.id)->value, 21.5);
+    EXPECT_EQ(model->statistics(), (PollerStatistics{.requests = 1, .responses = 1}));
+}
+
 } // namespace
 } // namespace kestrin::ModelTesting
