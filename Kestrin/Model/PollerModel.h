@@ -170,7 +170,7 @@ public:
     // with the ports while its path exists, and opened as a test device. Selects it.
     void addTestDevice(const std::string& path, const std::string& name);
 
-    // Reading.
+    // Reading. start and toggle leave listening alone; stop ends either.
     void start();
     void stop();
     void toggle();

@@ -60,8 +60,9 @@ void PollerModel::setLatencyTimerToBest() {
     }
     setLatencyNotice(std::nullopt);
     appendLog(LogLine::latencyTimerSet(path));
-    // The adapter hands answers over sooner from now on, which is no faster device.
-    if (engine_) {
+    // The adapter hands answers over sooner from now on, which is no faster device. A listener's
+    // meter is the last reading's, measured with the timer as it was.
+    if (engine_ && !listening_) {
         measureHandover();
     }
 }
