@@ -1,9 +1,6 @@
 #include "Ledger.h"
 
-#include <cerrno>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 
 #include <nlohmann/json.hpp>
 
@@ -41,28 +38,9 @@ std::string LedgerEntry::json() const {
     return object.dump();
 }
 
-Ledger::~Ledger() {
-    if (file_ != nullptr && std::fclose(file_) != 0) {
-        std::fputs("kestrin-sim: the ledger could not be completed\n", stderr);
-    }
-}
-
-bool Ledger::open(const std::string& path) {
-    file_ = std::fopen(path.c_str(), "we");
-    return file_ != nullptr;
-}
-
 void Ledger::record(const LedgerEntry& entry) {
-    if (file_ == nullptr) {
-        return;
-    }
-    const std::string line = entry.json();
-    std::fputs(line.c_str(), file_);
-    std::fputc('\n', file_);
-    // Flushed per line so a test can read it while the device runs; a full disk is said once.
-    if (std::fflush(file_) != 0 && !flushFailed_) {
-        flushFailed_ = true;
-        std::fprintf(stderr, "kestrin-sim: writing the ledger failed: %s\n", std::strerror(errno));
+    if (file_.isOpen()) {
+        file_.append(entry.json());
     }
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Bytes.h"
+#include "LineFile.h"
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -36,18 +36,12 @@ struct LedgerEntry {
 // Without a file it records nothing.
 class Ledger {
 public:
-    Ledger() = default;
-    ~Ledger();
-    Ledger(const Ledger&) = delete;
-    Ledger& operator=(const Ledger&) = delete;
-
     // Truncates the file. False with errno set when it cannot be opened.
-    bool open(const std::string& path);
+    bool open(const std::string& path) { return file_.open(path); }
     void record(const LedgerEntry& entry);
 
 private:
-    std::FILE* file_ = nullptr;
-    bool flushFailed_ = false;
+    LineFile file_{"the ledger"};
 };
 
 } // namespace kestrin

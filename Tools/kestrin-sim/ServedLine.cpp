@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
@@ -17,6 +18,9 @@ namespace {
 std::string failure(const std::string& what, int code = errno) {
     return what + ": " + std::strerror(code);
 }
+
+// 100 ms for a blocked line to take an answer; a master that reads nothing loses it.
+constexpr int writeWaitMs = 100;
 
 // A pseudo-terminal has no wire: 8N1 passes every byte through unchanged, at any speed.
 constexpr SerialConfiguration byteFrame{9600, 8, Parity::none, 1};
@@ -42,6 +46,10 @@ ServedLine::ServedLine(ServedLine&& other) noexcept
 ServedLine::~ServedLine() {
     closeIfOpen(heldFd_);
     closeIfOpen(fd_);
+}
+
+void ServedLine::releaseOtherEnd() {
+    closeIfOpen(std::exchange(heldFd_, -1));
 }
 
 Result<ServedLine, std::string> ServedLine::pseudoTerminal() {
@@ -102,6 +110,29 @@ Result<ServedLine, std::string> ServedLine::port(const std::string& path,
     }
     tcflush(fd, TCIOFLUSH);
     return ServedLine(fd, -1, path);
+}
+
+WriteOutcome writeAll(int fd, ByteView bytes) {
+    std::size_t written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count = ::write(fd, bytes.data() + written, bytes.size() - written);
+        if (count > 0) {
+            written += static_cast<std::size_t>(count);
+            continue;
+        }
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0 && errno == EAGAIN) {
+            pollfd line{fd, POLLOUT, 0};
+            if (poll(&line, 1, writeWaitMs) > 0 && (line.revents & POLLOUT) != 0) {
+                continue;
+            }
+            return WriteOutcome::nobodyReads;
+        }
+        return WriteOutcome::failed;
+    }
+    return WriteOutcome::written;
 }
 
 } // namespace kestrin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Bytes.h"
 #include "Result.h"
 #include "SerialConfiguration.h"
 
@@ -29,6 +30,10 @@ public:
     int fd() const noexcept { return fd_; }
     // The path a master opens: the pseudo-terminal's device, or the port itself.
     const std::string& path() const noexcept { return path_; }
+    // Closes the simulator's hold on the pseudo-terminal's other end, so that fd() reports a
+    // hang-up (POLLHUP) exactly while no one has the path open: the replay waits for its reader
+    // that way. The raw settings stay with the terminal.
+    void releaseOtherEnd();
 
 private:
     ServedLine(int fd, int heldFd, std::string path);
@@ -37,5 +42,15 @@ private:
     int heldFd_ = -1;
     std::string path_;
 };
+
+// How writing a whole chunk to the line ended.
+enum class WriteOutcome {
+    written,
+    nobodyReads, // the line took no byte for 100 ms: a master that reads nothing loses it
+    failed,      // errno says why
+};
+
+// Writes all of bytes to a non-blocking line, waiting for room when it is full.
+WriteOutcome writeAll(int fd, ByteView bytes);
 
 } // namespace kestrin

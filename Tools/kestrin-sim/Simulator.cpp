@@ -3,6 +3,7 @@
 #include "MasterSettings.h"
 #include "RTUFrame.h"
 #include "SerialTiming.h"
+#include "ServedLine.h"
 
 #include <algorithm>
 #include <array>
@@ -24,9 +25,6 @@ using Seconds = std::chrono::duration<double>;
 // of quiet before treating an incomplete buffer as all there is.
 constexpr double minimumSilence = 0.02;
 
-// 100 ms for a blocked line to take an answer; a master that reads nothing loses it.
-constexpr int writeWaitMs = 100;
-
 timespec timespecFrom(std::chrono::steady_clock::duration duration) {
     const auto nanoseconds = std::max<std::int64_t>(0, std::chrono::nanoseconds(duration).count());
     return timespec{static_cast<time_t>(nanoseconds / 1'000'000'000),
@@ -41,12 +39,14 @@ bool masterSetTo(int fd, int baudRate, int stopBits) {
 
 } // namespace
 
+double SimulatorTiming::wireTime(std::size_t characters) const noexcept {
+    return wireTiming ? SerialTiming::transmissionTime(static_cast<int>(characters), baudRate,
+                                                       bitsPerCharacter)
+                      : 0;
+}
+
 double SimulatorTiming::answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept {
-    if (!wireTiming) {
-        return 0;
-    }
-    const auto characters = static_cast<int>(requestSize + answerSize);
-    return SerialTiming::transmissionTime(characters, baudRate, bitsPerCharacter) + turnaround;
+    return wireTiming ? wireTime(requestSize + answerSize) + turnaround : 0;
 }
 
 double SimulatorTiming::silence() const noexcept {
@@ -106,6 +106,7 @@ int Simulator::run(const std::atomic<bool>& stop, const sigset_t& waitMask) {
 
 bool Simulator::readAvailable(Clock::time_point arrival) {
     std::array<std::uint8_t, 512> buffer{};
+    std::size_t readThisWake = 0;
     for (;;) {
         const ssize_t count = ::read(fd_, buffer.data(), buffer.size());
         if (count > 0) {
@@ -113,7 +114,13 @@ bool Simulator::readAvailable(Clock::time_point arrival) {
                 bufferStart_ = arrival;
             }
             lastByte_ = arrival;
-            splitter_.append(ByteView(buffer.data(), static_cast<std::size_t>(count)));
+            const ByteView chunk(buffer.data(), static_cast<std::size_t>(count));
+            splitter_.append(chunk);
+            if (recorder_ != nullptr) {
+                // On the emulated wire the chunk has arrived once its last byte crossed it.
+                readThisWake += chunk.size();
+                recorder_->add(secondsSinceStart(arrival) + timing_.wireTime(readThisWake), chunk);
+            }
             continue;
         }
         if (count < 0 && errno == EINTR) {
@@ -195,30 +202,24 @@ bool Simulator::sendDueAnswer() {
     if (!pending_ || pending_->due > Clock::now()) {
         return true;
     }
-    const Bytes bytes = std::move(pending_->bytes);
+    const PendingAnswer answer = std::move(*pending_);
     pending_.reset();
-    std::size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t count = ::write(fd_, bytes.data() + written, bytes.size() - written);
-        if (count > 0) {
-            written += static_cast<std::size_t>(count);
-            continue;
+    switch (writeAll(fd_, answer.bytes)) {
+    case WriteOutcome::written:
+        if (recorder_ != nullptr) {
+            // With wire timing the answer's last byte crosses the emulated wire when it is due.
+            recorder_->add(secondsSinceStart(timing_.wireTiming ? answer.due : Clock::now()),
+                           answer.bytes);
         }
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0 && errno == EAGAIN) {
-            pollfd line{fd_, POLLOUT, 0};
-            if (poll(&line, 1, writeWaitMs) > 0 && (line.revents & POLLOUT) != 0) {
-                continue;
-            }
-            std::fputs("kestrin-sim: nobody reads the line; an answer was lost\n", stderr);
-            return true;
-        }
-        std::fprintf(stderr, "kestrin-sim: sending failed: %s\n", std::strerror(errno));
-        return false;
+        return true;
+    case WriteOutcome::nobodyReads:
+        std::fputs("kestrin-sim: nobody reads the line; an answer was lost\n", stderr);
+        return true;
+    case WriteOutcome::failed:
+        break;
     }
-    return true;
+    std::fprintf(stderr, "kestrin-sim: sending failed: %s\n", std::strerror(errno));
+    return false;
 }
 
 std::optional<Simulator::Clock::time_point> Simulator::nextWake() const {

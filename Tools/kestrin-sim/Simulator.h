@@ -4,6 +4,7 @@
 #include "FrameSplitter.h"
 #include "Ledger.h"
 #include "SlaveDevice.h"
+#include "StreamRecorder.h"
 
 #include <atomic>
 #include <chrono>
@@ -28,6 +29,8 @@ struct SimulatorTiming {
     double delay = 1.5;        // seconds the delay fault holds an answer back
     double masterTimeout = 1;  // seconds the master waits; the late fault answers after 1 to 2
 
+    // Seconds these characters take on the line with wire timing, 0 without.
+    double wireTime(std::size_t characters) const noexcept;
     // Seconds from the first byte of a request to the moment the whole answer has arrived.
     double answerTime(std::size_t requestSize, std::size_t answerSize) const noexcept;
     // The quiet that ends an incomplete frame: 3.5 characters (1.75 ms above 19200 baud), but
@@ -48,6 +51,8 @@ public:
     // the caller, and waitMask is the mask during the wait (the same without it), so that no
     // signal is missed. Returns 0 after stop, 1 when the line fails.
     int run(const std::atomic<bool>& stop, const sigset_t& waitMask);
+    // Records what crosses the line from now on; with wire timing at the emulated wire times.
+    void recordTo(StreamRecorder& recorder) { recorder_ = &recorder; }
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -69,6 +74,7 @@ private:
     SlaveDevice& device_;
     Faults faults_;
     Ledger& ledger_;
+    StreamRecorder* recorder_ = nullptr;
     SimulatorTiming timing_;
     Clock::time_point started_ = Clock::now();
     FrameSplitter splitter_;

@@ -10,16 +10,20 @@
 #include "Ledger.h"
 #include "RTUFrame.h"
 #include "RegisterTable.h"
+#include "Replayer.h"
 #include "SerialConfiguration.h"
 #include "ServedLine.h"
 #include "Simulator.h"
 #include "SlaveDevice.h"
+#include "StreamRecorder.h"
 #include "SymbolicLink.h"
 #include "TextFileReader.h"
 
 #include <array>
 #include <atomic>
 #include <charconv>
+#include <chrono>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <iostream>
@@ -73,6 +77,14 @@ constexpr std::array simOptions{
     Option{"master-timeout-ms", "MS", "the master's time-out, for the late fault (default 1000)"},
     Option{"seed", "N", "seed of faults and random values (default 1)"},
     Option{"ledger", "FILE", "one JSON line per frame received: what it was, what was done"},
+    Option{"record", "FILE",
+           "write every chunk received and every answer sent, with\n"
+           "its time (the emulated wire's with --wire-timing)"},
+    Option{"replay", "FILE",
+           "serve no device: play a recorded stream into the line\n"
+           "with its timing, then keep the line open"},
+    Option{"replay-delay-ms", "MS",
+           "how long after the other end is opened the replay starts\n(default 200)"},
 };
 
 const CommandLine::Syntax simSyntax{
@@ -83,6 +95,10 @@ const CommandLine::Syntax simSyntax{
     simOptions,
     "While an answer is held back (wire timing, delay, late) requests that arrive are\n"
     "ignored, as a half-duplex device does not hear them.\n"
+    "A replay starts once a program has opened the pseudo-terminal, --replay-delay-ms\n"
+    "later, so that it has set the line up; on --port it starts after that delay.\n"
+    "Recorded streams are text: a line per chunk, the seconds since the start and the bytes\n"
+    "in hex (\"0.004010 01 03 00 00 00 02 C4 0B\"); blank lines and lines from '#' are skipped.\n"
     "It stops on SIGINT or SIGTERM, and when the process that started it ends.\n"};
 
 struct Options {
@@ -102,6 +118,9 @@ struct Options {
     double masterTimeoutMs = 1000;
     std::uint64_t seed = 1;
     std::optional<std::string> ledger;
+    std::optional<std::string> record;
+    std::optional<std::string> replay;
+    double replayDelayMs = 200;
 };
 
 template <typename Number>
@@ -156,12 +175,14 @@ bool takeValue(Options& options, std::string_view option, const std::string& val
     const auto notNegative = [](double number) { return number >= 0; };
     const auto any = [](const auto&) { return true; };
     using Path = std::optional<std::string> Options::*;
-    static constexpr std::array<std::pair<std::string_view, Path>, 5> paths{{
+    static constexpr std::array<std::pair<std::string_view, Path>, 7> paths{{
         {"csv", &Options::csv},
         {"project", &Options::project},
         {"link", &Options::link},
         {"port", &Options::port},
         {"ledger", &Options::ledger},
+        {"record", &Options::record},
+        {"replay", &Options::replay},
     }};
     for (const auto& [name, field] : paths) {
         if (option == name) {
@@ -182,8 +203,10 @@ bool takeValue(Options& options, std::string_view option, const std::string& val
     if (option == "frame") {
         return take(options.serial.withFrame(value), options.serial, any);
     }
-    if (option == "turnaround-ms" || option == "delay-ms") {
-        auto& field = option == "delay-ms" ? options.delayMs : options.turnaroundMs;
+    if (option == "turnaround-ms" || option == "delay-ms" || option == "replay-delay-ms") {
+        auto& field = option == "delay-ms"          ? options.delayMs
+                      : option == "replay-delay-ms" ? options.replayDelayMs
+                                                    : options.turnaroundMs;
         return take(number<double>(value), field, notNegative);
     }
     if (option == "master-timeout-ms") {
@@ -218,6 +241,12 @@ Result<Options, std::string> checkOptions(const CommandLine::Parsed& parsed) {
     }
     if (options.port && options.link) {
         return errors.optionsExclude("--link", "--port");
+    }
+    // A replay serves no device: what would shape one has nothing to act on.
+    for (const char* deviceOption : {"csv", "project", "unit", "fault", "ledger", "record"}) {
+        if (options.replay && parsed.has(deviceOption)) {
+            return errors.optionsExclude("--replay", "--" + std::string(deviceOption));
+        }
     }
     return options;
 }
@@ -344,21 +373,44 @@ bool linkTo(const ServedLine& line, const Options& options, std::optional<Symbol
     return true;
 }
 
-// The path goes to standard output, the one thing a master needs from us: without it there is
-// no point serving. What is served goes to standard error for the person watching.
-bool announce(const ServedLine& line, const SlaveDevice& device, const Options& options) {
-    std::printf("%s\n", line.path().c_str());
-    if (std::fflush(stdout) != 0) {
-        return false;
-    }
+// What is served, for the person watching: "unit 1,2 on /dev/pts/3, 9600 8E1".
+std::string servedText(const SlaveDevice& device, const Options& options, const std::string& path) {
     std::string units;
     for (std::uint8_t unit : device.units()) {
         units += (units.empty() ? "" : ",") + std::to_string(unit);
     }
-    std::fprintf(stderr, "kestrin-sim: unit %s on %s, %s%s\n", units.c_str(), line.path().c_str(),
-                 options.serial.shortDescription().c_str(),
-                 options.wireTiming ? " with wire timing" : "");
-    return true;
+    return "unit " + units + " on " + path + ", " + options.serial.shortDescription() +
+           (options.wireTiming ? " with wire timing" : "");
+}
+
+struct OpenedLine {
+    ServedLine line;
+    std::optional<SymbolicLink> link;
+};
+
+// The line the options name, linked as --link asks. The path goes to standard output, the one
+// thing a master needs from us: without it there is no point serving. What is served
+// (what(path)) goes to standard error for the person watching. Nothing, with the reason on
+// standard error, when the line cannot be had.
+template <typename What>
+std::optional<OpenedLine> openAnnounced(const Options& options, What what) {
+    Result<ServedLine, std::string> line = options.port
+                                               ? ServedLine::port(*options.port, options.serial)
+                                               : ServedLine::pseudoTerminal();
+    if (!line) {
+        std::fprintf(stderr, "kestrin-sim: %s\n", line.error().c_str());
+        return std::nullopt;
+    }
+    std::optional<SymbolicLink> link;
+    if (!linkTo(line.value(), options, link)) {
+        return std::nullopt;
+    }
+    std::printf("%s\n", line.value().path().c_str());
+    if (std::fflush(stdout) != 0) {
+        return std::nullopt;
+    }
+    std::fprintf(stderr, "kestrin-sim: %s\n", what(line.value().path()).c_str());
+    return OpenedLine{std::move(line).value(), std::move(link)};
 }
 
 // Prints the reason and the help; the exit status of a usage error.
@@ -373,6 +425,28 @@ bool endWithParent() {
     const pid_t parent = getppid();
     prctl(PR_SET_PDEATHSIG, SIGTERM);
     return getppid() == parent;
+}
+
+// The recorded stream played into the line, which stays open until a stop signal; the exit
+// status.
+int replay(const Options& options) {
+    Result<std::vector<RecordedStream::Chunk>, std::string> chunks =
+        Replayer::load(*options.replay);
+    if (!chunks) {
+        std::fprintf(stderr, "kestrin-sim: %s\n", chunks.error().c_str());
+        return exitFailure;
+    }
+    const sigset_t waitMask = installStopSignals();
+    std::optional<OpenedLine> opened = openAnnounced(options, [&](const std::string& path) {
+        return "replaying " + *options.replay + " on " + path + " once it is opened";
+    });
+    if (!opened) {
+        return exitFailure;
+    }
+    opened->line.releaseOtherEnd();
+    const auto delay = std::chrono::milliseconds(std::lround(options.replayDelayMs));
+    Replayer replayer(opened->line.fd(), std::move(chunks).value(), delay);
+    return replayer.run(stopRequested, waitMask);
 }
 
 // The device the options describe, on its line, until a stop signal; the exit status.
@@ -394,25 +468,27 @@ int serve(const Options& options, Faults faults) {
         device.refuseTablesNotServed();
     }
 
+    const auto cannotWrite = [](const std::string& path) {
+        std::fprintf(stderr, "kestrin-sim: cannot write %s\n", path.c_str());
+        return exitFailure;
+    };
     Ledger ledger;
     if (options.ledger && !ledger.open(*options.ledger)) {
-        std::fprintf(stderr, "kestrin-sim: cannot write %s\n", options.ledger->c_str());
-        return exitFailure;
+        return cannotWrite(*options.ledger);
+    }
+    StreamRecorder recorder;
+    if (options.record && !recorder.open(*options.record)) {
+        return cannotWrite(*options.record);
     }
 
     const sigset_t waitMask = installStopSignals();
-    Result<ServedLine, std::string> line = options.port
-                                               ? ServedLine::port(*options.port, options.serial)
-                                               : ServedLine::pseudoTerminal();
-    if (!line) {
-        std::fprintf(stderr, "kestrin-sim: %s\n", line.error().c_str());
+    const std::optional<OpenedLine> opened = openAnnounced(
+        options, [&](const std::string& path) { return servedText(device, options, path); });
+    if (!opened) {
         return exitFailure;
     }
-    std::optional<SymbolicLink> link;
-    if (!linkTo(line.value(), options, link) || !announce(line.value(), device, options)) {
-        return exitFailure;
-    }
-    Simulator simulator(line.value().fd(), device, faults, ledger, timingOf(options));
+    Simulator simulator(opened->line.fd(), device, faults, ledger, timingOf(options));
+    simulator.recordTo(recorder);
     return simulator.run(stopRequested, waitMask);
 }
 
@@ -441,6 +517,9 @@ int main(int argc, char** argv) {
         Faults::parse(checked.value().faults, checked.value().seed);
     if (!faults) {
         return refuse(faults.error());
+    }
+    if (checked.value().replay) {
+        return replay(checked.value());
     }
     return serve(checked.value(), std::move(faults).value());
 }
