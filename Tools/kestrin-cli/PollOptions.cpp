@@ -3,6 +3,7 @@
 #include "Datapoint.h"
 #include "L10n.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -14,38 +15,83 @@ namespace {
 using CommandLine::Option;
 using CommandLine::Parsed;
 
-constexpr std::array options{
-    SharedOptions::port,
-    SharedOptions::testDevice,
-    Option{"project", "FILE", "read the enabled polls of a project file"},
-    Option{"csv", "FILE", "read the datapoints of a CSV list as one poll, every second"},
-    Option{"cycles", "N", "stop after every enabled poll has been read N times"},
-    Option{"seconds", "S", "stop after S seconds (default: run until interrupted)"},
-    Option{"gap", "N", "read along holes of up to N unused addresses"},
-    Option{"history", "FILE", "write the values read as CSV when done"},
-    Option{"log", "FILE", "write the communication log as text when done"},
-    Option{"raw-frames", "", "log whole request and response frames"},
-    Option{"only-problems", "", "log failures only, no answers"},
-    Option{"timestamps", "", "log lines with their time (default)"},
-    Option{"no-timestamps", "", "log lines without their time"},
-    Option{"baud", "B", "baud rate"},
-    Option{"frame", "F", "data bits, parity, stop bits: 8E1, 8N1, 8N2, 7O1 ..."},
-    SharedOptions::rs485,
-    SharedOptions::rs485Delays,
-    Option{"timeout-ms", "T", "response time-out in milliseconds"},
-    Option{"json", "",
-           "one JSON object per line for every value read; the log and the\n"
-           "statistics go to standard error"},
-};
+// One table of the parts, in their order.
+template <std::size_t... Sizes>
+constexpr auto joined(const std::array<Option, Sizes>&... parts) {
+    std::array<Option, (Sizes + ...)> table{};
+    auto next = table.begin();
+    ((next = std::ranges::copy(parts, next).out), ...);
+    return table;
+}
 
-const CommandLine::Syntax pollSyntax{
+// The port, and the log and the line, as poll and monitor both take them.
+constexpr std::array port{SharedOptions::port, SharedOptions::testDevice};
+constexpr std::array<Option, 8> logAndLine{{
+    {"log", "FILE", "write the communication log as text when done"},
+    {"raw-frames", "", "log whole request and response frames"},
+    {"only-problems", "", "log failures only, no answers"},
+    {"timestamps", "", "log lines with their time (default)"},
+    {"no-timestamps", "", "log lines without their time"},
+    {"baud", "B", "baud rate"},
+    {"frame", "F", "data bits, parity, stop bits: 8E1, 8N1, 8N2, 7O1 ..."},
+    SharedOptions::rs485,
+}};
+constexpr Option secondsRow{"seconds", "S",
+                            "stop after S seconds (default: run until interrupted)"};
+
+constexpr auto pollOptions =
+    joined(port,
+           std::array{
+               Option{"project", "FILE", "read the enabled polls of a project file"},
+               Option{"csv", "FILE", "read the datapoints of a CSV list as one poll, every second"},
+               Option{"cycles", "N", "stop after every enabled poll has been read N times"},
+               secondsRow,
+               Option{"gap", "N", "read along holes of up to N unused addresses"},
+               Option{"history", "FILE", "write the values read as CSV when done"},
+           },
+           logAndLine,
+           std::array{
+               SharedOptions::rs485Delays,
+               Option{"timeout-ms", "T", "response time-out in milliseconds"},
+               Option{"json", "",
+                      "one JSON object per line for every value read; the log and the\n"
+                      "statistics go to standard error"},
+           });
+
+const CommandLine::Syntax pollCommand{
     "kestrin-cli poll",
     "Usage: kestrin-cli poll --port PATH (--project FILE.json | --csv FILE.csv) [options]\n\n"
     "Reads the enabled polls and prints the communication log as it goes. --baud, --frame,\n"
     "--rs485, --timeout-ms and --gap override the project's settings.\n",
-    options,
+    pollOptions,
     "A poll exits 0 when it ran, whatever the device answered; 1 when the history or the log\n"
     "cannot be written.\n"};
+
+// Nothing is sent, so the delays around sending have nothing to do; the direction still keeps
+// a board's transceiver off the bus.
+constexpr auto monitorOptions = joined(
+    port,
+    std::array{
+        Option{"project", "FILE", "give the enabled polls of a project file the values heard"},
+        Option{"csv", "FILE", "give the datapoints of a CSV list the values heard"},
+        secondsRow,
+        Option{"history", "FILE", "write the values heard as CSV when done"},
+    },
+    logAndLine,
+    std::array{
+        Option{"timeout-ms", "T", "how long a request heard waits for its answer, in milliseconds"},
+    });
+
+const CommandLine::Syntax monitorCommand{
+    "kestrin-cli monitor",
+    "Usage: kestrin-cli monitor --port PATH [--project FILE.json | --csv FILE.csv] [options]\n\n"
+    "Listens to another master on the line without sending a byte and prints its requests and\n"
+    "the answers as the communication log. The values answered reach the datapoints of the\n"
+    "project or list that the requests cover; without either, every frame is still logged.\n"
+    "--baud, --frame, --rs485 and --timeout-ms override the project's settings.\n",
+    monitorOptions,
+    "A monitor exits 0 when it ran, whatever it heard; 1 when the history or the log cannot be\n"
+    "written.\n"};
 
 constexpr int largestInt = std::numeric_limits<int>::max();
 // A single-shot timer counts whole milliseconds in an int.
@@ -67,17 +113,23 @@ Result<std::optional<int>, std::string> wholeNumber(const Parsed& parsed, std::s
     return number;
 }
 
-// Which options go together: one list, at most one way to stop.
+// Which options go together: a port and at most one list.
 std::optional<std::string> conflict(const Parsed& parsed) {
     const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
     if (!parsed.has("port")) {
         return errors.missingOption("--port");
     }
-    if (!parsed.has("project") && !parsed.has("csv")) {
-        return errors.missingOption("--project");
-    }
     if (parsed.has("project") && parsed.has("csv")) {
         return errors.optionsExclude("--project", "--csv");
+    }
+    return std::nullopt;
+}
+
+// A poll reads a list and has at most one way to stop.
+std::optional<std::string> pollConflict(const Parsed& parsed) {
+    const L10n::Texts::ErrorsTexts& errors = L10n::texts().errors;
+    if (!parsed.has("project") && !parsed.has("csv")) {
+        return errors.missingOption("--project");
     }
     if (parsed.has("cycles") && parsed.has("seconds")) {
         return errors.optionsExclude("--cycles", "--seconds");
@@ -131,30 +183,8 @@ Result<void, std::string> checkLine(const Parsed& parsed, PollOptions& result) {
     return {};
 }
 
-} // namespace
-
-SerialConfiguration PollOptions::serial(const SerialConfiguration& project) const {
-    SerialConfiguration result = project;
-    if (baudRate) {
-        result.baudRate = *baudRate;
-    }
-    if (frame) {
-        result = result.withFrame(*frame).value_or(result);
-    }
-    if (rs485) {
-        result.rs485 = rs485;
-    }
-    return result;
-}
-
-const CommandLine::Syntax& PollOptions::syntax() {
-    return pollSyntax;
-}
-
-Result<PollOptions, std::string> PollOptions::check(const Parsed& parsed) {
-    if (auto refused = conflict(parsed)) {
-        return *refused;
-    }
+// Options a command's table lacks are never given, so one check serves poll and monitor.
+Result<PollOptions, std::string> checked(const Parsed& parsed) {
     PollOptions result;
     result.port = *parsed.value("port");
     result.testDevice = parsed.has("test-device");
@@ -173,6 +203,47 @@ Result<PollOptions, std::string> PollOptions::check(const Parsed& parsed) {
     result.json = parsed.has("json");
     result.timestamps = parsed.lastOf({"timestamps", "no-timestamps"}) != "no-timestamps";
     return result;
+}
+
+} // namespace
+
+SerialConfiguration PollOptions::serial(const SerialConfiguration& project) const {
+    SerialConfiguration result = project;
+    if (baudRate) {
+        result.baudRate = *baudRate;
+    }
+    if (frame) {
+        result = result.withFrame(*frame).value_or(result);
+    }
+    if (rs485) {
+        result.rs485 = rs485;
+    }
+    return result;
+}
+
+const CommandLine::Syntax& PollOptions::syntax() {
+    return pollCommand;
+}
+
+const CommandLine::Syntax& PollOptions::monitorSyntax() {
+    return monitorCommand;
+}
+
+Result<PollOptions, std::string> PollOptions::check(const Parsed& parsed) {
+    if (auto refused = conflict(parsed)) {
+        return *refused;
+    }
+    if (auto refused = pollConflict(parsed)) {
+        return *refused;
+    }
+    return checked(parsed);
+}
+
+Result<PollOptions, std::string> PollOptions::checkMonitor(const Parsed& parsed) {
+    if (auto refused = conflict(parsed)) {
+        return *refused;
+    }
+    return checked(parsed);
 }
 
 } // namespace kestrin

@@ -10,16 +10,18 @@
 
 namespace kestrin {
 
-// What the command line of `kestrin-cli poll` asks for, checked and ready to use. The line
-// settings are overrides: absent ones keep the project's.
+// What the command line of `kestrin-cli poll` or `kestrin-cli monitor` asks for, checked and
+// ready to use: both run the application model on a project or list, one reading, the other
+// listening to another master. The line settings are overrides: absent ones keep the project's.
 struct PollOptions {
     std::string port;
     // A pseudo-terminal or other non-serial device may stand in for an adapter.
     bool testDevice = false;
-    // Exactly one of the two is present.
+    // At most one of the two; a poll has exactly one.
     std::optional<std::string> projectPath;
     std::optional<std::string> csvPath;
-    // At most one of the two; without either, reading goes on until interrupted.
+    // At most one of the two; without either, the run goes on until interrupted. A monitor has
+    // no cycles, no gap and no JSON.
     std::optional<int> cycles;
     std::optional<double> seconds;
     std::optional<std::string> historyPath;
@@ -41,12 +43,14 @@ struct PollOptions {
     // line.
     SerialConfiguration serial(const SerialConfiguration& project) const;
 
-    // Its options and its help.
+    // The options and the help of poll, and of monitor.
     static const CommandLine::Syntax& syntax();
+    static const CommandLine::Syntax& monitorSyntax();
 
-    // What the line gave, checked in the order of the help; a failure is a finished sentence in
-    // the user's language.
+    // What the line of poll, or of monitor, gave, checked in the order of the help; a failure is
+    // a finished sentence in the user's language.
     static Result<PollOptions, std::string> check(const CommandLine::Parsed& parsed);
+    static Result<PollOptions, std::string> checkMonitor(const CommandLine::Parsed& parsed);
 };
 
 } // namespace kestrin

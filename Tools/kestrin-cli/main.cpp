@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "L10n.h"
 #if KESTRIN_HAS_POLL
+#include "MonitorCommand.h"
 #include "PlanCommand.h"
 #include "PollCommand.h"
 #include "PollOptions.h"
@@ -34,13 +35,14 @@ const CommandLine::Syntax programSyntax{
     "  kestrin-cli read  --port PATH --table T --address A [options]\n"
     "  kestrin-cli write --port PATH --table T --address A --value V [options]\n"
     "  kestrin-cli poll  --port PATH (--project FILE.json | --csv FILE.csv) [options]\n"
+    "  kestrin-cli monitor --port PATH [--project FILE.json | --csv FILE.csv] [options]\n"
     "  kestrin-cli plan  --project FILE.json [options]\n"
     "  kestrin-cli ports [--json] [--verbose]\n"
     "  kestrin-cli scan  --port PATH [--units 1-247 | --sweep] [options]\n"
     "  kestrin-cli --help | --version\n"
-    "Reads, writes and polls Modbus RTU devices, and finds them on a line. Each command lists\n"
-    "its options with --help, as in: kestrin-cli read --help. With --json each prints JSON\n"
-    "Lines for scripts.\n",
+    "Reads, writes and polls Modbus RTU devices, finds them on a line, and listens to another\n"
+    "master's traffic. Each command lists its options with --help, as in:\n"
+    "kestrin-cli read --help. With --json each prints JSON Lines for scripts.\n",
     {},
     "Exit status: 0 done, 1 the request failed, 2 usage error, 3 the port cannot be used.\n"};
 
@@ -106,6 +108,13 @@ ExitCode run(Arguments arguments) {
             return PollCommand::run(checked, std::cout, std::cerr);
         };
         return runCommand(PollOptions::syntax(), options, checkedThen(&PollOptions::check, poll));
+    }
+    if (arguments.front() == "monitor") {
+        const auto monitor = [](const PollOptions& checked) {
+            return MonitorCommand::run(checked, std::cout, std::cerr);
+        };
+        return runCommand(PollOptions::monitorSyntax(), options,
+                          checkedThen(&PollOptions::checkMonitor, monitor));
     }
     if (arguments.front() == "plan") {
         const auto plan = [](const PlanCommand::PlanOptions& checked) {
