@@ -54,7 +54,7 @@ bool isBlank(std::string_view line) {
 // One chunk line, or what is wrong with it (its line number left for the caller).
 Result<Chunk, Issue> chunk(std::string_view line) {
     const std::size_t space = line.find(' ');
-    if (space == std::string_view::npos || space + 1 == line.size()) {
+    if (space == 0 || space == std::string_view::npos || space + 1 == line.size()) {
         return Issue{0, Problem::notTimeAndBytes, std::string(line)};
     }
     Chunk result;
