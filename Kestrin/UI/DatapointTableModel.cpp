@@ -33,6 +33,12 @@ QString timeOfDay(const QDateTime& time) {
     return locale.toString(time.toLocalTime().time(), format.trimmed());
 }
 
+// A datapoint with no status yet is waited for while reading, and while listening until the other
+// master asks for it; stopped or without its port, nothing will come.
+bool awaitsValues(const PollerModel& model) {
+    return model.state() == PollerState::running || model.state() == PollerState::listening;
+}
+
 QFont monospaced() {
     return QFontDatabase::systemFont(QFontDatabase::FixedFont);
 }
@@ -380,7 +386,7 @@ QVariant DatapointTableModel::display(const Datapoint& point, int column) const 
     case unit:
         return qt(point.engineeringUnit);
     case status:
-        return qt(statusLook(pointStatus, model_.state() == PollerState::running).text);
+        return qt(statusLook(pointStatus, awaitsValues(model_)).text);
     case format:
         return qt(L10n::Table::formatName(point.format));
     case description:
@@ -458,16 +464,14 @@ QVariant DatapointTableModel::tone(const Datapoint& point, int column) const {
         return static_cast<int>(valueTone(pointStatus));
     }
     if (column == status) {
-        return static_cast<int>(
-            statusLook(pointStatus, model_.state() == PollerState::running).tone);
+        return static_cast<int>(statusLook(pointStatus, awaitsValues(model_)).tone);
     }
     return {};
 }
 
 QVariant DatapointTableModel::symbol(const Datapoint& point, int row, int column) const {
     if (column == status) {
-        return static_cast<int>(
-            statusLook(model_.status(point.id), model_.state() == PollerState::running).symbol);
+        return static_cast<int>(statusLook(model_.status(point.id), awaitsValues(model_)).symbol);
     }
     if (overlaps(row, column)) {
         return static_cast<int>(Symbol::warning);

@@ -9,6 +9,7 @@
 #include "L10n.h"
 #include "MessageBoxes.h"
 #include "PollTabBar.h"
+#include "PollerCommands.h"
 #include "PollerModel.h"
 #include "QtText.h"
 #include "StatusDot.h"
@@ -122,11 +123,24 @@ void MainWindow::buildMenus() {
     // autosave written on the way out.
     connect(quit, &QAction::triggered, qApp, &QApplication::closeAllWindows);
 
+    buildPollerMenu();
+
+    QMenu* help = menuBar()->addMenu(qt(L10n::texts().menu.help()));
+    help->setObjectName(QStringLiteral("helpMenu"));
+    QAction* showHelp = command(help, L10n::texts().help.windowTitle(), QKeySequence(Qt::Key_F1));
+    showHelp->setIcon(Icons::symbol(Symbol::book));
+    connect(showHelp, &QAction::triggered, this, &MainWindow::showHelp);
+}
+
+void MainWindow::buildPollerMenu() {
     QMenu* poller = menuBar()->addMenu(qt(L10n::Menu::poller()));
     poller->setObjectName(QStringLiteral("pollerMenu"));
     startStop_ = command(poller, L10n::texts().header.start(), QKeySequence(Qt::CTRL | Qt::Key_R));
     startStop_->setObjectName(QStringLiteral("startStopAction"));
     connect(startStop_, &QAction::triggered, &model_, &PollerModel::toggle);
+    listen_ = command(poller, L10n::texts().header.listen(), QKeySequence(Qt::CTRL | Qt::Key_L));
+    listen_->setObjectName(QStringLiteral("listenAction"));
+    connect(listen_, &QAction::triggered, &model_, &PollerModel::toggleListening);
     poller->addSeparator();
     connect(command(poller, L10n::texts().polls.add(), QKeySequence(Qt::CTRL | Qt::Key_T)),
             &QAction::triggered, &model_, &PollerModel::addPoll);
@@ -148,20 +162,17 @@ void MainWindow::buildMenus() {
     connect(timestamps_, &QAction::toggled, &model_, &PollerModel::setShowTimestamps);
     connect(rawFrames_, &QAction::toggled, &model_, &PollerModel::setShowRawFrames);
     connect(onlyProblems_, &QAction::toggled, &model_, &PollerModel::setLogOnlyProblems);
-
-    QMenu* help = menuBar()->addMenu(qt(L10n::texts().menu.help()));
-    help->setObjectName(QStringLiteral("helpMenu"));
-    QAction* showHelp = command(help, L10n::texts().help.windowTitle(), QKeySequence(Qt::Key_F1));
-    showHelp->setIcon(Icons::symbol(Symbol::book));
-    connect(showHelp, &QAction::triggered, this, &MainWindow::showHelp);
 }
 
 void MainWindow::refreshState() {
-    const bool stopped = model_.state() == PollerState::stopped;
+    const PollerCommands commands = PollerCommands::of(model_);
+    const auto& header = L10n::texts().header;
     setWindowTitle(qt(L10n::appName()) + QStringLiteral(" — ") + StatusDot::text(model_.state()));
-    startStop_->setText(qt(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
-    startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
-    startStop_->setEnabled(!stopped || model_.canStart());
+    startStop_->setText(qt(commands.reading ? header.stop() : header.start()));
+    startStop_->setIcon(Icons::symbol(commands.reading ? Symbol::stop : Symbol::play));
+    startStop_->setEnabled(commands.startEnabled);
+    listen_->setText(qt(commands.listening ? header.stopListening() : header.listen()));
+    listen_->setEnabled(commands.listenEnabled);
 }
 
 void MainWindow::refreshLogOptions() {

@@ -29,6 +29,7 @@ public:
     BottomPane* bottomPane() const { return bottom_; }
     QSplitter* splitter() const { return splitter_; }
     QAction* startStopAction() const { return startStop_; }
+    QAction* listenAction() const { return listen_; }
     // The alert open for errorMessage, if any.
     QMessageBox* errorAlert() const { return alert_; }
 
@@ -44,6 +45,7 @@ private:
     static QStringList projectFilters();
     bool hasDatapoints() const;
     void buildMenus();
+    void buildPollerMenu();
     void refreshState();
     void refreshLogOptions();
     void showError();
@@ -55,6 +57,7 @@ private:
     BottomPane* bottom_;
     QSplitter* splitter_;
     QAction* startStop_ = nullptr;
+    QAction* listen_ = nullptr;
     QAction* autoscroll_ = nullptr;
     QAction* timestamps_ = nullptr;
     QAction* rawFrames_ = nullptr;

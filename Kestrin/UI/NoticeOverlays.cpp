@@ -4,8 +4,10 @@
 #include "LatencyRuleDialog.h"
 #include "LogPalette.h"
 #include "NoticeBanner.h"
-#include "PollerModel.h"
+#include "PollerCommands.h"
 #include "QtText.h"
+
+#include <algorithm>
 
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -17,6 +19,8 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     , model_(model)
     , serialLost_(new NoticeBanner(Symbol::xmarkOctagon, LogPalette::red(palette()),
                                    qt(L10n::texts().notice.serialLost()), {}, this))
+    , listening_(new NoticeBanner(Symbol::info, LogPalette::blue(palette()),
+                                  qt(L10n::texts().notice.listening()), {}, this))
     , noResponse_(new NoticeBanner(
           Symbol::warning, LogPalette::orange(palette()), qt(L10n::texts().notice.noResponse()),
           [&model] { model.dismissNoResponseHint(); }, this))
@@ -30,6 +34,7 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     , useTimeout_(timeout_->addAction({})) {
     setObjectName("noticeOverlays");
     serialLost_->setObjectName("serialLostNotice");
+    listening_->setObjectName("listeningNotice");
     noResponse_->setObjectName("noResponseNotice");
     latency_->setObjectName("latencyNotice");
     setLatency_->setObjectName("setLatencyButton");
@@ -45,6 +50,7 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
     layout->setContentsMargins(10, 8, 10, 8);
     layout->setSpacing(6);
     layout->addWidget(serialLost_, 0, Qt::AlignHCenter);
+    layout->addWidget(listening_, 0, Qt::AlignHCenter);
     layout->addWidget(noResponse_, 0, Qt::AlignHCenter);
     layout->addWidget(latency_, 0, Qt::AlignHCenter);
     layout->addWidget(timeout_, 0, Qt::AlignHCenter);
@@ -58,6 +64,8 @@ NoticeOverlays::NoticeOverlays(PollerModel& model, QWidget* parent)
 
 void NoticeOverlays::refresh() {
     serialLost_->setVisible(model_.state() == PollerState::serialLost);
+    // Not dismissable: whoever looks at the window later must still see that nothing is sent.
+    listening_->setVisible(PollerCommands::of(model_).listening);
     noResponse_->setVisible(model_.showNoResponseHint());
     const std::optional<LatencyNotice>& latency = model_.latencyNotice();
     if (latency) {
@@ -70,8 +78,8 @@ void NoticeOverlays::refresh() {
         useTimeout_->setText(qt(L10n::texts().bus.useTimeout(offer->timeoutMs)));
     }
     timeout_->setVisible(model_.timeoutOffer().has_value());
-    setVisible(!serialLost_->isHidden() || !noResponse_->isHidden() || !latency_->isHidden() ||
-               !timeout_->isHidden());
+    setVisible(std::ranges::any_of(findChildren<NoticeBanner*>(Qt::FindDirectChildrenOnly),
+                                   [](const NoticeBanner* banner) { return !banner->isHidden(); }));
     emit contentChanged();
 }
 

@@ -9,10 +9,10 @@ namespace kestrin {
 class NoticeBanner;
 class PollerModel;
 
-// The notices stacked over the top of the log: the lost port (until reading resumes) above the
-// device that does not respond (until dismissed or the next start), then the adapter whose
-// latency timer slows reading down (until dismissed or set), then a time-out that fits the
-// answers better (until dismissed or taken).
+// The notices stacked over the top of the log: the lost port (until reading resumes), then that
+// Kestrin only listens (until listening stops), above the device that does not respond (until
+// dismissed or the next start), then the adapter whose latency timer slows reading down (until
+// dismissed or set), then a time-out that fits the answers better (until dismissed or taken).
 class NoticeOverlays : public QWidget {
     Q_OBJECT
 
@@ -20,6 +20,7 @@ public:
     explicit NoticeOverlays(PollerModel& model, QWidget* parent = nullptr);
 
     NoticeBanner* serialLostBanner() const { return serialLost_; }
+    NoticeBanner* listeningBanner() const { return listening_; }
     NoticeBanner* noResponseBanner() const { return noResponse_; }
     NoticeBanner* latencyBanner() const { return latency_; }
     NoticeBanner* timeoutBanner() const { return timeout_; }
@@ -37,6 +38,7 @@ private:
 
     PollerModel& model_;
     NoticeBanner* serialLost_;
+    NoticeBanner* listening_;
     NoticeBanner* noResponse_;
     NoticeBanner* latency_;
     QPushButton* setLatency_;

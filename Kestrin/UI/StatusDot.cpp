@@ -19,6 +19,8 @@ QString StatusDot::text(PollerState state) {
     switch (state) {
     case PollerState::running:
         return qt(L10n::texts().state.running());
+    case PollerState::listening:
+        return qt(L10n::texts().state.listening());
     case PollerState::stopped:
         return qt(L10n::texts().state.stopped());
     case PollerState::serialLost:
@@ -38,6 +40,9 @@ QColor StatusDot::fillColour() const {
     switch (state_) {
     case PollerState::running:
         return LogPalette::green(palette());
+    // Live like reading, in another colour: values arrive, but none are asked for.
+    case PollerState::listening:
+        return LogPalette::blue(palette());
     case PollerState::serialLost:
         return LogPalette::isDark(palette()) ? QColor(255, 214, 10) : QColor(255, 204, 0);
     case PollerState::stopped:

@@ -7,8 +7,8 @@
 
 namespace kestrin {
 
-// A small round indicator of the reading state; its tool tip and accessible name are the
-// state text.
+// A small round indicator of the reading or listening state; its tool tip and accessible name are
+// the state text.
 class StatusDot : public QWidget {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
 
     QSize sizeHint() const override { return {16, 16}; }
 
-    // The state text: "Reading", "Stopped", "Serial port lost".
+    // The state text: "Reading", "Listening", "Stopped", "Serial port lost".
     static QString text(PollerState state);
 
 protected:

@@ -4,7 +4,7 @@
 #include "Icons.h"
 #include "L10n.h"
 #include "LogPalette.h"
-#include "PollerModel.h"
+#include "PollerCommands.h"
 #include "QtText.h"
 #include "SerialSettingsPopover.h"
 #include "StatusDot.h"
@@ -19,7 +19,36 @@
 
 namespace kestrin {
 
-namespace {} // namespace
+namespace {
+
+// Why reading or listening cannot begin; empty when it can.
+QString obstacleText(std::optional<PollerModel::StartObstacle> obstacle) {
+    if (!obstacle) {
+        return {};
+    }
+    switch (*obstacle) {
+    case PollerModel::StartObstacle::noPort:
+        return qt(L10n::texts().header.startNeedsPort());
+    case PollerModel::StartObstacle::portLent:
+        return qt(L10n::texts().header.startWaitsForScan());
+    case PollerModel::StartObstacle::nothingToRead:
+        break;
+    }
+    return qt(L10n::texts().header.startNeedsDatapoints());
+}
+
+// Prominent: white on the fill while the button can be pressed. The disabled group keeps the
+// style's own colours, so a button that is off looks off.
+void fill(QPushButton* button, const QPalette& base, const QColor& colour) {
+    QPalette tint = base;
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        tint.setColor(group, QPalette::Button, colour);
+        tint.setColor(group, QPalette::ButtonText, Qt::white);
+    }
+    button->setPalette(tint);
+}
+
+} // namespace
 
 TopBar::TopBar(PollerModel& model, QWidget* parent)
     : QWidget(parent)
@@ -29,6 +58,7 @@ TopBar::TopBar(PollerModel& model, QWidget* parent)
     , frame_(new QToolButton(this))
     , startReason_(new ElidedLine(this))
     , dot_(new StatusDot(this))
+    , listen_(new QPushButton(this))
     , startStop_(new QPushButton(this)) {
     setObjectName(QStringLiteral("topBar"));
     setUpControls();
@@ -61,6 +91,8 @@ void TopBar::setUpControls() {
     QPalette muted = startReason_->palette();
     muted.setColor(QPalette::WindowText, LogPalette::secondaryLabel(palette()));
     startReason_->setPalette(muted);
+    listen_->setObjectName(QStringLiteral("listenButton"));
+    listen_->setAutoFillBackground(true);
     startStop_->setObjectName(QStringLiteral("startStopButton"));
     startStop_->setMinimumWidth(80);
     startStop_->setAutoFillBackground(true);
@@ -76,6 +108,7 @@ void TopBar::layOutRow() {
     row->addStretch(0);
     row->addWidget(startReason_, 1);
     row->addWidget(dot_);
+    row->addWidget(listen_);
     row->addWidget(startStop_);
 }
 
@@ -92,6 +125,7 @@ void TopBar::connectControls() {
         model_.setSerial(serial);
     });
     connect(frame_, &QToolButton::clicked, this, &TopBar::showSerialSettings);
+    connect(listen_, &QPushButton::clicked, &model_, &PollerModel::toggleListening);
     connect(startStop_, &QPushButton::clicked, &model_, &PollerModel::toggle);
 }
 
@@ -99,7 +133,7 @@ void TopBar::connectModel() {
     connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshPorts);
     connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshPorts);
     connect(&model_, &PollerModel::serialChanged, this, &TopBar::refreshBaud);
-    // canStart follows the port, the polls and their datapoints.
+    // canStart and canListen follow the port, the polls and their datapoints.
     connect(&model_, &PollerModel::stateChanged, this, &TopBar::refreshState);
     connect(&model_, &PollerModel::selectedPathChanged, this, &TopBar::refreshState);
     connect(&model_, &PollerModel::portListChanged, this, &TopBar::refreshState);
@@ -157,47 +191,43 @@ void TopBar::refreshBaud() {
     frame_->setText(qt(model_.serial().frameDescription()));
 }
 
-QString TopBar::startReason() const {
-    const auto obstacle = model_.startObstacle();
-    if (!obstacle) {
-        return {};
-    }
-    switch (*obstacle) {
-    case PollerModel::StartObstacle::noPort:
-        return qt(L10n::texts().header.startNeedsPort());
-    case PollerModel::StartObstacle::portLent:
-        return qt(L10n::texts().header.startWaitsForScan());
-    case PollerModel::StartObstacle::nothingToRead:
-        break;
-    }
-    return qt(L10n::texts().header.startNeedsDatapoints());
-}
-
 void TopBar::refreshState() {
     const PollerState state = model_.state();
     const bool stopped = state == PollerState::stopped;
+    const PollerCommands commands = PollerCommands::of(model_);
     dot_->setState(state);
 
-    startStop_->setText(qt(stopped ? L10n::texts().header.start() : L10n::texts().header.stop()));
-    startStop_->setIcon(Icons::symbol(stopped ? Symbol::play : Symbol::stop));
-    startStop_->setToolTip(
-        qt(stopped ? L10n::texts().header.startHelp() : L10n::texts().header.stopHelp()));
-    startStop_->setEnabled(!stopped || model_.canStart());
-    // Prominent: the accent colour while stopped, orange while reading. The disabled group keeps
-    // the style's own colours, so a Start that is off looks off.
-    QPalette tint = palette();
-    const QColor fill = stopped ? LogPalette::accent() : LogPalette::fillOrange();
-    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        tint.setColor(group, QPalette::Button, fill);
-        tint.setColor(group, QPalette::ButtonText, Qt::white);
-    }
-    startStop_->setPalette(tint);
-    const QString reason = stopped ? startReason() : QString();
+    const auto& header = L10n::texts().header;
+    startStop_->setText(qt(commands.reading ? header.stop() : header.start()));
+    startStop_->setIcon(Icons::symbol(commands.reading ? Symbol::stop : Symbol::play));
+    startStop_->setToolTip(qt(commands.reading ? header.stopHelp() : header.startHelp()));
+    startStop_->setEnabled(commands.startEnabled);
+    fill(startStop_, palette(), commands.reading ? LogPalette::fillOrange() : LogPalette::accent());
+    const QString reason = stopped ? obstacleText(model_.startObstacle()) : QString();
     startReason_->setText(reason);
     startReason_->setToolTip(reason);
     startReason_->setVisible(!reason.isEmpty());
     startStop_->setAccessibleDescription(reason);
+    refreshListen(commands, stopped);
+    refreshLocks(stopped);
+}
 
+// Plain beside Start, which most users want; orange only while it stops listening.
+void TopBar::refreshListen(const PollerCommands& commands, bool stopped) {
+    const auto& header = L10n::texts().header;
+    listen_->setText(qt(commands.listening ? header.stopListening() : header.listen()));
+    listen_->setIcon(commands.listening ? Icons::symbol(Symbol::stop) : QIcon());
+    listen_->setToolTip(qt(commands.listening ? header.stopListeningHelp() : header.listenHelp()));
+    listen_->setEnabled(commands.listenEnabled);
+    listen_->setAccessibleDescription(stopped ? obstacleText(model_.listenObstacle()) : QString());
+    if (commands.listening) {
+        fill(listen_, palette(), LogPalette::fillOrange());
+    } else {
+        listen_->setPalette(palette());
+    }
+}
+
+void TopBar::refreshLocks(bool stopped) {
     const QString lockedTip = qt(L10n::texts().header.lockedWhileRunning());
     port_->setEnabled(stopped);
     baud_->setEnabled(stopped);

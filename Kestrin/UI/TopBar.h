@@ -9,13 +9,15 @@ class QToolButton;
 namespace kestrin {
 
 class PollerModel;
+struct PollerCommands;
 class SerialSettingsPopover;
 class ElidedLine;
 class StatusDot;
 
-// The row above the table: serial port, baud rate, frame settings, reading state and the
-// start/stop button. Port, baud rate and frame are locked while reading. While Start is off, the
-// reason stands beside it: a disabled button shows no tool tip.
+// The row above the table: serial port, baud rate, frame settings, the state and the Listen and
+// Start buttons, each of which stops what it started. Port, baud rate and frame are locked while
+// reading or listening. While Start is off, the reason stands beside it: a disabled button shows
+// no tool tip.
 class TopBar : public QWidget {
     Q_OBJECT
 
@@ -38,8 +40,8 @@ private:
     void refreshPorts();
     void refreshBaud();
     void refreshState();
-    // Why Start is off; empty when it is not.
-    QString startReason() const;
+    void refreshListen(const PollerCommands& commands, bool stopped);
+    void refreshLocks(bool stopped);
 
     PollerModel& model_;
     QComboBox* port_;
@@ -47,6 +49,7 @@ private:
     QToolButton* frame_;
     ElidedLine* startReason_;
     StatusDot* dot_;
+    QPushButton* listen_;
     QPushButton* startStop_;
     SerialSettingsPopover* settings_ = nullptr;
 };

@@ -1,6 +1,7 @@
 #include "AppOptions.h"
 #include "DemoDevice.h"
 #include "FileDialogs.h"
+#include "NoticeBanner.h"
 #include "QuitSignals.h"
 #include "UIFixture.h"
 
@@ -18,42 +19,66 @@
 namespace kestrin::UITesting {
 namespace {
 
-// Which situations allow a start is the model's rule; here only that the window follows it.
-TEST(MainWindowStart, CtrlRDoesNothingWithoutAPortThenReadsTheSimulatorAndStopsAgain) {
+// Which situations allow a start or listening is the model's rule; here only that the window
+// follows it: each command stops what it started and is off while the other runs.
+TEST(MainWindowStart, CtrlRAndCtrlLDoNothingWithoutAPortThenReadOrListenAndStopAgain) {
     SimulatorProcess simulator(ChildProcess::sim());
     ASSERT_FALSE(simulator.port().empty());
     auto model = makeModel(PollerProject::firstRun());
     MainWindow window(*model);
     activate(window);
     auto* button = child<QPushButton>(window, "startStopButton");
-    QAction* action = window.startStopAction();
-    EXPECT_FALSE(button->isEnabled() || action->isEnabled());
+    QAction* start = window.startStopAction();
+    QAction* listen = window.listenAction();
+    EXPECT_FALSE(button->isEnabled() || start->isEnabled() || listen->isEnabled());
     QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
+    QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
     EXPECT_FALSE(model->isEngineHeld());
 
     model->addTestDevice(simulator.port(), "simulator");
-    ASSERT_TRUE(waitUntil([&] { return action->isEnabled(); }));
+    ASSERT_TRUE(waitUntil([&] { return start->isEnabled() && listen->isEnabled(); }));
     const QColor stoppedTint = button->palette().color(QPalette::Button);
-    ASSERT_TRUE(button->isEnabled());
-    const auto shows = [&](const QString& state, const QString& command, const QString& help) {
-        EXPECT_EQ(button->text(), command);
-        EXPECT_EQ(action->text(), command);
+    auto* banner = child<NoticeBanner>(window, "listeningNotice");
+    // The title's state, the commands' texts and which of them can be chosen.
+    const auto shows = [&](const QString& state, const QString& startText,
+                           const QString& listenText, bool startOn, bool listenOn) {
         EXPECT_EQ(window.windowTitle(), "Kestrin — " + state);
-        EXPECT_EQ(button->toolTip(), help);
+        EXPECT_EQ(button->text(), startText);
+        EXPECT_EQ(start->text(), startText);
+        EXPECT_EQ(listen->text(), listenText);
+        EXPECT_EQ(button->isEnabled(), startOn);
+        EXPECT_EQ(start->isEnabled(), startOn);
+        EXPECT_EQ(listen->isEnabled(), listenOn);
+        // Over the log, which another test may have left behind the chart.
+        EXPECT_EQ(!banner->isHidden(), state == "Listening");
     };
-    shows("Stopped", "Start", "Start reading (Ctrl+R)");
+    const auto press = [&](Qt::Key key, PollerState expected) {
+        QTest::keyClick(&window, key, Qt::ControlModifier);
+        EXPECT_TRUE(waitUntil([&] { return model->state() == expected; }))
+            << model->errorMessage().value_or("");
+    };
+    shows("Stopped", "Start", "Listen", true, true);
+    EXPECT_EQ(button->toolTip(), "Start reading (Ctrl+R)");
 
-    QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
-    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
-        << model->errorMessage().value_or("");
-    shows("Reading", "Stop", "Stop reading (Ctrl+R)");
+    press(Qt::Key_R, PollerState::running);
+    shows("Reading", "Stop", "Listen", true, false);
+    EXPECT_EQ(button->toolTip(), "Stop reading (Ctrl+R)");
     EXPECT_EQ(button->palette().color(QPalette::Button), LogPalette::fillOrange());
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > 0; }));
-
-    QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
-    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::stopped; }));
-    shows("Stopped", "Start", "Start reading (Ctrl+R)");
+    press(Qt::Key_L, PollerState::running);
+    press(Qt::Key_R, PollerState::stopped);
+    shows("Stopped", "Start", "Listen", true, true);
     EXPECT_EQ(button->palette().color(QPalette::Button), stoppedTint);
+
+    press(Qt::Key_L, PollerState::listening);
+    shows("Listening", "Start", "Stop Listening", false, true);
+    press(Qt::Key_R, PollerState::listening);
+    model->write(model->polls().front().datapoints[3], 20);
+    auto* refused = child<NoticeBanner>(window, "writeErrorBanner");
+    EXPECT_TRUE(refused->isVisible());
+    EXPECT_EQ(refused->text().toStdString(), L10n::texts().notice.stopListeningFirst());
+    press(Qt::Key_L, PollerState::stopped);
+    shows("Stopped", "Start", "Listen", true, true);
 }
 
 TEST(MainWindowAlert, ShowsTheErrorAndClearsItWhenDismissed) {
@@ -88,7 +113,8 @@ TEST(MainWindowMenus, CarryEveryCommandWithItsShortcutAndTheLogTogglesFollowTheM
     EXPECT_EQ(commands.join(", "),
               "New Project Ctrl+N, Open Project… Ctrl+O, Save Project As… Ctrl+Shift+S, "
               "Save Log… Ctrl+S, Import Datapoints (CSV)… Ctrl+Shift+I, "
-              "Export Datapoints (CSV)… Ctrl+Shift+E, Quit Ctrl+Q, Start Ctrl+R, New Poll Ctrl+T, "
+              "Export Datapoints (CSV)… Ctrl+Shift+E, Quit Ctrl+Q, Start Ctrl+R, Listen Ctrl+L, "
+              "New Poll Ctrl+T, "
               "Datapoint Ctrl+Shift+D, Find Devices…, Export History (CSV)…, Clear Log Ctrl+K, "
               "Autoscroll, "
               "Timestamps, Show raw RTU frames, Log only errors and writes, Kestrin Help F1");

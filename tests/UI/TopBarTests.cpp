@@ -13,10 +13,12 @@
 namespace kestrin::UITesting {
 namespace {
 
-// A model of the example list with these ports listed and that one chosen.
+// A model of the project, the example list unless told, with these ports listed and that one
+// chosen.
 std::unique_ptr<PollerModel> withPorts(const std::vector<std::string>& ports,
-                                       const std::string& selected) {
-    auto model = makeModel(PollerProject::firstRun(), portsAt(ports));
+                                       const std::string& selected,
+                                       PollerProject start = PollerProject::firstRun()) {
+    auto model = makeModel(std::move(start), portsAt(ports));
     EXPECT_TRUE(waitUntil([&] { return model->ports().size() == ports.size(); }));
     model->setSelectedPath(selected);
     return model;
@@ -55,19 +57,31 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissingAndPassesOnWhatIsChosen) {
     EXPECT_EQ(child<QToolButton>(bar, "frameSettingsButton")->text(), "8E1");
 }
 
-// Which situations allow a start is the model's rule; here that the bar shows its answer.
-TEST(StartButton, IsOnlyOnWithAPresentPortAndDatapointsAndSaysWhyNot) {
-    const std::pair<std::vector<std::string>, QString> rows[] = {
-        {{}, "Connect and select a serial port to start"}, {{"/dev/ttyS0"}, ""}};
-    for (const auto& [ports, why] : rows) {
+// Which situations allow a start or listening is the model's rule; here that the bar shows its
+// answers, and the reason for a Start that is off, which a Listen that is off shares.
+TEST(StartAndListen, AreOnlyOnWhenTheModelAllowsAndSayWhyNot) {
+    using Row = std::tuple<std::vector<std::string>, PollerProject, bool, QString>;
+    const Row rows[] = {
+        {{}, PollerProject::firstRun(), false, "Connect and select a serial port to start"},
+        {{"/dev/ttyS0"}, PollerProject::firstRun(), true, ""},
+        {{"/dev/ttyS0"},
+         project({poll("Empty", {})}),
+         true,
+         "Add datapoints to an active poll to start"},
+    };
+    for (const auto& [ports, start, listens, why] : rows) {
         SCOPED_TRACE(why.toStdString());
-        auto model = withPorts(ports, ports.empty() ? "" : ports.front());
+        auto model = withPorts(ports, ports.empty() ? "" : ports.front(), start);
         TopBar bar(*model);
         showAt(bar, 1180, 48);
         auto* button = child<QPushButton>(bar, "startStopButton");
+        auto* listen = child<QPushButton>(bar, "listenButton");
         auto* reason = child<ElidedLine>(bar, "startReason");
         const bool on = why.isEmpty();
         EXPECT_EQ(button->isEnabled(), on);
+        EXPECT_EQ(listen->isEnabled(), listens);
+        EXPECT_EQ(listen->text(), "Listen");
+        EXPECT_EQ(listen->accessibleDescription(), listens ? QString() : why);
         EXPECT_EQ(reason->isVisible(), !on);
         EXPECT_EQ(reason->text(), why);
         // The colour it is drawn in: the program's own only while it can be pressed.
@@ -76,8 +90,9 @@ TEST(StartButton, IsOnlyOnWithAPresentPortAndDatapointsAndSaysWhyNot) {
     }
 }
 
-// The stop comes while the first request waits for an answer that never comes.
-TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut) {
+// Reading and listening lock the same settings, and each is stopped by its own button while the
+// other's is off. The stop comes while the first request waits for an answer that never comes.
+TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForTheTimeOut) {
     QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
     PollerProject slow = PollerProject::firstRun();
@@ -92,27 +107,44 @@ TEST(TopBarLock, LineSettingsLockOnlyWhileReadingAndStopDoesNotWaitForTheTimeOut
           "writeModePicker", "modbusDefaultButton", "rs485Switch"}) {
         locked.push_back(child(*settings, name));
     }
-    const auto lockedWhile = [&](bool reading) {
+    const auto lockedWhile = [&](bool running) {
         for (QWidget* control : locked) {
             SCOPED_TRACE(control->objectName().toStdString());
-            EXPECT_EQ(control->isEnabled(), !reading);
-            EXPECT_EQ(control->toolTip() == "Stop reading to change this", reading);
+            EXPECT_EQ(control->isEnabled(), !running);
+            EXPECT_EQ(control->toolTip() == "Stop reading to change this", running);
         }
     };
-    model->start();
-    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    lockedWhile(true);
-    EXPECT_TRUE(child<ElidedLine>(bar, "startReason")->text().isEmpty());
-    EXPECT_EQ(child(bar, "statusDot")->toolTip(), "Reading");
+    auto* start = child<QPushButton>(bar, "startStopButton");
+    auto* listen = child<QPushButton>(bar, "listenButton");
+    using Row = std::tuple<void (PollerModel::*)(), PollerState, QPushButton*, QPushButton*,
+                           QString, QString>;
+    const Row rows[] = {
+        {&PollerModel::start, PollerState::running, start, listen, "Reading", "Stop"},
+        {&PollerModel::listen, PollerState::listening, listen, start, "Listening",
+         "Stop Listening"},
+    };
+    for (const auto& [begin, state, own, other, stateText, stopText] : rows) {
+        SCOPED_TRACE(stateText.toStdString());
+        (model.get()->*begin)();
+        ASSERT_TRUE(waitUntil([&] { return model->state() == state; }))
+            << model->errorMessage().value_or("");
+        lockedWhile(true);
+        EXPECT_TRUE(child<ElidedLine>(bar, "startReason")->text().isEmpty());
+        EXPECT_EQ(child(bar, "statusDot")->toolTip(), stateText);
+        EXPECT_EQ(own->text(), stopText);
+        EXPECT_EQ(own->palette().color(QPalette::Button), LogPalette::fillOrange());
+        EXPECT_FALSE(other->isEnabled());
 
-    QTest::qWait(100);
-    const auto clicked = std::chrono::steady_clock::now();
-    click(child(bar, "startStopButton"));
-    const std::chrono::duration<double> blocked = std::chrono::steady_clock::now() - clicked;
-    EXPECT_EQ(model->state(), PollerState::stopped);
-    EXPECT_LT(blocked.count(), 1.0) << "the window froze for the time-out";
-    lockedWhile(false);
-    EXPECT_EQ(child(bar, "statusDot")->toolTip(), "Stopped");
+        QTest::qWait(100);
+        const auto clicked = std::chrono::steady_clock::now();
+        click(own);
+        const std::chrono::duration<double> blocked = std::chrono::steady_clock::now() - clicked;
+        EXPECT_EQ(model->state(), PollerState::stopped);
+        EXPECT_LT(blocked.count(), 1.0) << "the window froze for the time-out";
+        lockedWhile(false);
+        EXPECT_EQ(child(bar, "statusDot")->toolTip(), "Stopped");
+        EXPECT_TRUE(start->isEnabled() && listen->isEnabled());
+    }
     model->start();
     EXPECT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }))
         << "the port is free again at once: " << model->errorMessage().value_or("");
