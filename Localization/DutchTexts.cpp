@@ -330,6 +330,7 @@ constexpr Texts dutch{
                 return concat("Baudrate ", baud, " wordt niet ondersteund door deze adapter.");
             },
         .notOpen = "De seriële poort is niet geopend.",
+        .sendRefused = "Tijdens het meeluisteren wordt niets verzonden.",
         .writeFailed =
             [](std::string_view reason) { return concat("Verzenden mislukt: ", reason, "."); },
         .timeout = "Geen antwoord van het apparaat.",

@@ -318,6 +318,7 @@ constexpr Texts english{
                 return concat("Baud rate ", baud, " is not supported by this adapter.");
             },
         .notOpen = "The serial port is not open.",
+        .sendRefused = "Nothing is sent while listening.",
         .writeFailed =
             [](std::string_view reason) { return concat("Sending failed: ", reason, "."); },
         .timeout = "No response from the device.",

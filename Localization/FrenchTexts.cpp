@@ -341,6 +341,7 @@ constexpr Texts french{
                               " bauds n'est pas prise en charge par cet adaptateur.");
             },
         .notOpen = "Le port série n'est pas ouvert.",
+        .sendRefused = "Rien n'est envoyé pendant l'écoute.",
         .writeFailed =
             [](std::string_view reason) { return concat("Échec de l'envoi : ", reason, "."); },
         .timeout = "Pas de réponse de l'appareil.",

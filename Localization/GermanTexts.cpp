@@ -342,6 +342,7 @@ constexpr Texts german{
                 return concat("Die Baudrate ", baud, " wird von diesem Adapter nicht unterstützt.");
             },
         .notOpen = "Die serielle Schnittstelle ist nicht geöffnet.",
+        .sendRefused = "Beim Mithören wird nichts gesendet.",
         .writeFailed =
             [](std::string_view reason) { return concat("Senden fehlgeschlagen: ", reason, "."); },
         .timeout = "Keine Antwort vom Gerät.",

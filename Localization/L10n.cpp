@@ -259,6 +259,7 @@ std::string describe(const SerialLinkError& error) {
                 return texts().errors.writeFailed(systemMessage(e.code));
             },
             [](const SerialLinkError::NotOpen&) { return texts().errors.notOpen(); },
+            [](const SerialLinkError::SendRefused&) { return texts().errors.sendRefused(); },
             [](const SerialLinkError::Timeout&) { return texts().errors.timeout(); },
             [](const SerialLinkError::Disconnected&) {
                 return texts().errors.deviceDisconnected();

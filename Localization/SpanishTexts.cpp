@@ -334,6 +334,7 @@ constexpr Texts spanish{
                 return concat("Este adaptador no admite la velocidad de ", baud, " baudios.");
             },
         .notOpen = "El puerto serie no está abierto.",
+        .sendRefused = "No se envía nada mientras se escucha.",
         .writeFailed =
             [](std::string_view reason) { return concat("No se pudo enviar: ", reason, "."); },
         .timeout = "El dispositivo no responde.",

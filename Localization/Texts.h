@@ -332,6 +332,7 @@ struct Texts {
     X(OfText, rs485Refused)        /* (system message) */                                          \
     X(OfNumber, unsupportedBaud)   /* (baud rate) */                                               \
     X(Literal, notOpen)                                                                            \
+    X(Literal, sendRefused)                                                                        \
     X(OfText, writeFailed) /* (system message) */                                                  \
     X(Literal, timeout)                                                                            \
     X(Literal, deviceDisconnected)                                                                 \

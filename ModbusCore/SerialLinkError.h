@@ -72,6 +72,10 @@ struct SerialLinkError {
     struct NotOpen {
         friend bool operator==(const NotOpen&, const NotOpen&) = default;
     };
+    // The link only listens: another master owns the line, and a byte sent would collide with it.
+    struct SendRefused {
+        friend bool operator==(const SendRefused&, const SendRefused&) = default;
+    };
     struct Timeout {
         friend bool operator==(const Timeout&, const Timeout&) = default;
     };
@@ -83,9 +87,9 @@ struct SerialLinkError {
         friend bool operator==(const Cancelled&, const Cancelled&) = default;
     };
 
-    using Case =
-        std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, RS485Refused,
-                     UnsupportedBaudRate, WriteFailed, NotOpen, Timeout, Disconnected, Cancelled>;
+    using Case = std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, RS485Refused,
+                              UnsupportedBaudRate, WriteFailed, NotOpen, SendRefused, Timeout,
+                              Disconnected, Cancelled>;
     Case value;
 
     template <typename T>

@@ -32,10 +32,10 @@ constexpr int writableWaitMs = 1000;
 // Silence that ends an answer of unknown length, unless the inter-frame silence is longer.
 constexpr auto unknownLengthGap = 20ms;
 
-// poll's time-out: rounded up to whole milliseconds, at least 1, so no wait ends early.
+// poll's time-out: rounded up to whole milliseconds, so no wait ends early; no time only looks.
 int pollMilliseconds(Clock::duration wait) {
     return static_cast<int>(
-        std::max<Clock::rep>(1, std::chrono::ceil<std::chrono::milliseconds>(wait).count()));
+        std::max<Clock::rep>(0, std::chrono::ceil<std::chrono::milliseconds>(wait).count()));
 }
 
 SerialLinkError error(SerialLinkError::Case value) {
@@ -218,6 +218,9 @@ Result<Bytes, SerialLinkError> SerialLink::transact(ByteView frame, bool expects
     if (fd_ == -1) {
         return error(SerialLinkError::NotOpen{});
     }
+    if (refusesToSend_) {
+        return error(SerialLinkError::SendRefused{});
+    }
     // Only the part of the silence that has not yet passed; comparing avoids overflowing the
     // distant past.
     const Clock::time_point silenceEnd = lastActivity_ + SerialTiming::duration(interFrameDelay());
@@ -290,6 +293,32 @@ Result<Bytes, SerialLinkError> SerialLink::collectLate(Clock::time_point firstBy
         }
     }
     lastActivity_ = Clock::now();
+    return received;
+}
+
+Result<Bytes, SerialLinkError> SerialLink::listen(Clock::duration wait) {
+    if (fd_ == -1) {
+        return error(SerialLinkError::NotOpen{});
+    }
+    Bytes received;
+    const Clock::time_point deadline = Clock::now() + wait;
+    // poll counts whole milliseconds: it waits those, the rest is slept precisely, and then the
+    // device is looked at once more without waiting.
+    if (const auto whole = std::chrono::floor<std::chrono::milliseconds>(wait); whole.count() > 0) {
+        auto input = awaitInput(received, whole);
+        if (!input) {
+            return input.error();
+        }
+        if (input.value() != Input::silence) {
+            return received;
+        }
+    }
+    if (!sleepUntil(deadline)) {
+        return error(SerialLinkError::Cancelled{});
+    }
+    if (auto input = awaitInput(received, Clock::duration::zero()); !input) {
+        return input.error();
+    }
     return received;
 }
 

@@ -52,6 +52,11 @@ public:
     // signal must outlive the link; set it before the link is used.
     void cancelWith(const WakeSignal& signal) noexcept { cancel_ = &signal; }
 
+    // From now on the link never writes a byte: transact fails with SendRefused. For listening to
+    // another master, whose line a second sender would break. Cannot be undone.
+    void refuseToSend() noexcept { refusesToSend_ = true; }
+    bool refusesToSend() const noexcept { return refusesToSend_; }
+
     // Waits out the inter-frame silence, sends frame and collects the answer until its expected
     // length, a silent gap after bytes of unknown length, or timeout seconds. A broadcast
     // (expectsResponse false) returns no bytes after a 100 ms turnaround.
@@ -65,6 +70,11 @@ public:
     // After a defective answer: the rest of it that may still be on its way, until the line falls
     // silent. Empty when the line was already quiet.
     Result<Bytes, SerialLinkError> restOfAnswer();
+
+    // The bytes that arrive within wait, returned as soon as there are any; empty on silence, and
+    // early after a signal interrupted the wait. Waits shorter than a millisecond are kept: the
+    // inter-frame silence at 115200 baud is 1.75 ms. Sends nothing.
+    Result<Bytes, SerialLinkError> listen(std::chrono::steady_clock::duration wait);
 
     // Sends nothing until `until` (indefinitely without one) or until wake is raised, watching the
     // open device meanwhile so that an adapter pulled while nothing is due is noticed at once
@@ -118,6 +128,7 @@ private:
     // When the last request had left the adapter.
     Clock::time_point sentAt_ = Clock::time_point::min();
     const WakeSignal* cancel_ = nullptr;
+    bool refusesToSend_ = false;
     std::array<std::uint8_t, bufferSize> buffer_{};
     bool allowsTestDevice_;
     PosixTerminal& terminal_;

@@ -596,6 +596,40 @@ TEST_F(PseudoTerminal, WaitsEndOnAWakeUpTheirTimeAHangUpOrACancel) {
     EXPECT_EQ(link->idle(std::nullopt, wake), SerialLinkError{SerialLinkError::Cancelled{}});
 }
 
+// A link that only listens hands on whatever arrives as it comes, waits no longer than asked even
+// below a millisecond, and never puts a byte on the line, however it is asked to.
+TEST_F(PseudoTerminal, AListenerHearsWhatArrivesAndSendsNothing) {
+    link->refuseToSend();
+    EXPECT_EQ(link->transact(request, true, 0.05), SerialLinkError{SerialLinkError::SendRefused{}});
+    EXPECT_EQ(link->transact(request, false, 0.05),
+              SerialLinkError{SerialLinkError::SendRefused{}});
+    // The shortest of a few, so that a busy machine's scheduling delays do not count.
+    double shortest = 1;
+    for (int i = 0; i < 5; ++i) {
+        const auto start = Clock::now();
+        EXPECT_EQ(link->listen(200us), Bytes{});
+        EXPECT_GE(secondsSince(start), 0.0002);
+        shortest = std::min(shortest, secondsSince(start));
+    }
+    EXPECT_LT(shortest, 0.0009) << "not rounded up to a whole millisecond";
+    send(registers);
+    Bytes heard;
+    const auto start = Clock::now();
+    while (heard.size() < registers.size() && secondsSince(start) < 2) {
+        auto chunk = link->listen(100ms);
+        ASSERT_TRUE(chunk.ok());
+        heard.insert(heard.end(), chunk.value().begin(), chunk.value().end());
+    }
+    EXPECT_EQ(heard, registers);
+    const int flags = fcntl(master, F_GETFL);
+    fcntl(master, F_SETFL, flags | O_NONBLOCK);
+    std::array<std::uint8_t, 1> sent{};
+    EXPECT_EQ(::read(master, sent.data(), sent.size()), -1) << "the line carried a byte";
+    ::close(master);
+    master = -1;
+    EXPECT_EQ(link->listen(1s), SerialLinkError{SerialLinkError::Disconnected{}});
+}
+
 // The lock keeps a second opener out even as root, whom TIOCEXCL lets through; a port that another
 // program has locked is busy too. Closing gives up both.
 TEST_F(PseudoTerminal, SecondLinkOnTheSamePortIsBusy) {
