@@ -7,10 +7,16 @@
 #include "FindDevicesDialog.h"
 #include "HelpWindow.h"
 #include "MainWindow.h"
+#include "PDU.h"
 #include "PollerModel.h"
+#include "RTUFrame.h"
 #include "SerialSettingsPopover.h"
 #include "TopBar.h"
 #include "WritePopover.h"
+
+#include <algorithm>
+#include <chrono>
+#include <map>
 
 #include <QApplication>
 #include <QEventLoop>
@@ -29,6 +35,8 @@ namespace Screenshot {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 // A window of a common laptop's proportions; the pictures are scaled from it.
 const QSize windowSize(1180, 640);
 const QSize helpSize(980, 640);
@@ -38,6 +46,7 @@ const QSize finderSize(720, 600);
 // The first units of the line: enough to find the demo device, and done in a second or two.
 constexpr int finderUnits = 10;
 constexpr int finderLimitMs = 30000;
+constexpr int listenLimitMs = 3000;
 
 void settle() {
     // Layouts, popups and palette changes arrive as posted events.
@@ -79,6 +88,82 @@ QWidget* openWriteEditor(MainWindow& window) {
                            DatapointDelegate::pencilRect(panel->tableView()->visualRect(cell)));
     settle();
     return window.findChild<WritePopover*>();
+}
+
+// A read another master made of one datapoint, answered with what Kestrin's own reading of the
+// demo device got: the listening picture's traffic, without a second master on the line.
+PollerEvent heardRead(const Datapoint& point, const PointStatus& status, PollerEvent::Time time) {
+    const ReadBlock block{point.unitID, point.table(), point.address, point.count()};
+    const Bytes request =
+        RTUFrame::build(block.unit, PDU::read(block.table, block.address, block.count));
+    Bytes answer{request[1]};
+    std::optional<ReadData> data;
+    if (block.table.isBit()) {
+        const std::vector<bool> bits(status.raw.begin(), status.raw.end());
+        const Bytes packed = packBits(bits);
+        answer.push_back(static_cast<std::uint8_t>(packed.size()));
+        answer.insert(answer.end(), packed.begin(), packed.end());
+        data = ReadData::bits(bits);
+    } else {
+        answer.push_back(static_cast<std::uint8_t>(2 * status.raw.size()));
+        for (const std::uint16_t word : status.raw) {
+            answer.push_back(static_cast<std::uint8_t>(word >> 8));
+            answer.push_back(static_cast<std::uint8_t>(word & 0xFF));
+        }
+        data = ReadData::registers(status.raw);
+    }
+    PollerEvent::Heard heard{request, RTUFrame::build(block.unit, answer), block, data};
+    heard.duration = status.duration;
+    heard.requestTime = time - std::chrono::duration_cast<PollerEvent::Time::duration>(
+                                   std::chrono::duration<double>(status.duration));
+    return {heard, time};
+}
+
+// What the other master is heard doing: reading every datapoint of the shown poll but the last
+// two, which stay waiting; asking a unit that is not there; and a burst of noise.
+std::vector<PollerEvent> heardTraffic(const PollerModel& model,
+                                      const std::map<Uuid, PointStatus>& read) {
+    std::vector<PollerEvent> events;
+    auto time = std::chrono::system_clock::now();
+    const Poll* poll = model.selectedPoll();
+    const std::size_t heard =
+        poll != nullptr ? std::max<std::size_t>(poll->datapoints.size(), 2) - 2 : 0;
+    for (std::size_t i = 0; i < heard; ++i) {
+        const Datapoint& point = poll->datapoints[i];
+        if (const auto status = read.find(point.id); status != read.end() && status->second.value) {
+            time += 40ms;
+            events.push_back(heardRead(point, status->second, time));
+        }
+    }
+    const ReadBlock absent{9, RegisterTable::holdingRegister, 0, 2};
+    PollerEvent::Heard unanswered{
+        RTUFrame::build(absent.unit, PDU::read(absent.table, absent.address, absent.count)),
+        {},
+        absent,
+        PollFailureError{PollFailure::timeout()}};
+    unanswered.requestTime = time + 100ms;
+    events.push_back({unanswered, time + 1100ms});
+    events.push_back({PollerEvent::Unmatched{{0x00, 0xFF, 0x3C}}, time + 1300ms});
+    return events;
+}
+
+// Listening to the demo device's line, its statuses and log begun afresh.
+QPixmap listeningPicture(PollerModel& model, MainWindow& window) {
+    const std::map<Uuid, PointStatus> read = model.status();
+    model.applyProject(model.currentProject());
+    model.clearLog();
+    if (model.canListen()) {
+        QEventLoop opened;
+        QObject::connect(&model, &PollerModel::stateChanged, &opened, &QEventLoop::quit);
+        QTimer::singleShot(listenLimitMs, &opened, &QEventLoop::quit);
+        model.listen();
+        if (model.state() != PollerState::listening) {
+            opened.exec();
+        }
+    }
+    model.handleEvents(heardTraffic(model, read));
+    settle();
+    return window.grab();
 }
 
 // The Find Devices dialog after a scan of the first units; without a port it stays empty.
@@ -131,6 +216,9 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
     if (name == "finder") {
         return finderPicture(model, window);
     }
+    if (name == "listening") {
+        return listeningPicture(model, window);
+    }
     if (name == "help") {
         HelpWindow::showSingle(&window);
         HelpWindow* help = HelpWindow::single();
@@ -144,8 +232,8 @@ std::optional<QPixmap> picture(PollerModel& model, MainWindow& window, const std
 } // namespace
 
 const std::vector<std::string>& names() {
-    static const std::vector<std::string> all{"window", "settings", "write", "bus",
-                                              "chart",  "help",     "finder"};
+    static const std::vector<std::string> all{"window", "settings", "write",  "bus",
+                                              "chart",  "help",     "finder", "listening"};
     return all;
 }
 

@@ -17,7 +17,9 @@ class PollerModel;
 namespace Screenshot {
 
 // The views that can be rendered: "window", "settings" and "write" (the window with that
-// popover open), "chart" (the bottom pane showing the chart), "help".
+// popover open), "bus" (with the Bus popover), "chart" (the bottom pane showing the chart),
+// "help", "finder" (Find Devices after a scan), "listening" (the window listening, with values
+// and log lines heard; with the demo device, what its reading got).
 const std::vector<std::string>& names();
 
 // Renders the named view of the model's window to a PNG file, scaled down to at most maxWidth
