@@ -301,6 +301,7 @@ TEST(Simulator, RefusesBadOptionValuesWithUsage) {
         {{"--max-registers", "16,quiet"}, "invalid value '16,quiet' for --max-registers"},
         {{"--fault", "noise=2"}, "the probability of noise must be a number from 0 to 1"},
         {{"--csv", "a", "--project", "b"}, "--csv and --project exclude each other"},
+        {{"--replay", "a", "--record", "b"}, "--replay and --record exclude each other"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.message);
