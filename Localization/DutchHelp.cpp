@@ -32,6 +32,21 @@ constexpr HelpContent dutch{
                 "Polls en datapunten worden automatisch opgeslagen. **Bestand ▸ Project opslaan "
                 "als…** (Ctrl+Shift+S) maakt een apart projectbestand, bijvoorbeeld per "
                 "installatie.",
+            .listenHeading = "Meeluisteren met een andere master",
+            .listen = "Vraagt een PLC of een SCADA-systeem de apparaten al uit? Klik dan in plaats "
+                      "van op Start op **Meeluisteren** (Ctrl+L): Kestrin opent de poort en zendt "
+                      "helemaal niets. Het volgt de verzoeken van de andere master en de "
+                      "antwoorden daarop, en toont ze in het logboek, de statistiek en de grafiek "
+                      "alsof het ze zelf had uitgelezen.",
+            .listenCoverage =
+                "Een datapunt krijgt alleen een waarde als een verzoek van de andere master het "
+                "dekt: dezelfde unit-ID, tabel en adressen. De andere blijven op **Wachten…**. Een "
+                "schrijfopdracht van de andere master werkt het datapunt bij zodra het apparaat "
+                "hem bevestigd heeft.",
+            .listenWritingOff =
+                "Tijdens het meeluisteren staat schrijven uit: op een bus die een andere master "
+                "bestuurt, mag Kestrin niet zenden. Klik op **Meeluisteren stoppen** (Ctrl+L) en "
+                "start het uitlezen om waarden te schrijven.",
         },
     .polls =
         {
@@ -272,6 +287,7 @@ constexpr HelpContent dutch{
             .shift = "Shift",
             .del = "Del",
             .startStop = "Uitlezen starten / stoppen",
+            .listen = "Meeluisteren starten / stoppen",
             .newPoll = "Nieuwe poll",
             .addDatapoint = "Datapunt toevoegen",
             .deleteDatapoints = "Geselecteerde datapunten verwijderen",

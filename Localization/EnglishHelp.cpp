@@ -29,6 +29,20 @@ constexpr HelpContent english{
             .autosave =
                 "Your polls and datapoints are saved automatically. **File ▸ Save Project As…** "
                 "(Ctrl+Shift+S) makes a separate project file, for example per installation.",
+            .listenHeading = "Listening to another master",
+            .listen = "Is a PLC or a SCADA system already polling the devices? Click **Listen** "
+                      "(Ctrl+L) instead of Start: Kestrin opens the port and sends nothing at "
+                      "all. It follows the other master's requests and the answers to them, and "
+                      "shows them in the log, the statistics and the chart as if it had read "
+                      "them itself.",
+            .listenCoverage =
+                "A datapoint gets a value only when one of the other master's requests covers "
+                "it: the same unit ID, table and addresses. The others stay at **Waiting…**. A "
+                "write "
+                "the other master makes updates the datapoint once the device confirmed it.",
+            .listenWritingOff =
+                "While listening, writing is off: on a bus another master runs, Kestrin must "
+                "not send. Click **Stop Listening** (Ctrl+L) and start reading to write values.",
         },
     .polls =
         {
@@ -247,6 +261,7 @@ constexpr HelpContent english{
             .shift = "Shift",
             .del = "Del",
             .startStop = "Start / stop reading",
+            .listen = "Listen / stop listening",
             .newPoll = "New poll",
             .addDatapoint = "Add datapoint",
             .deleteDatapoints = "Delete selected datapoints",

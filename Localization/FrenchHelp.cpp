@@ -34,6 +34,21 @@ constexpr HelpContent french{
             .autosave = "Vos scrutations et points de données sont enregistrés automatiquement. "
                         "**Fichier ▸ Enregistrer le projet sous…** (Ctrl+Maj+S) crée un fichier "
                         "de projet distinct, par exemple pour chaque installation.",
+            .listenHeading = "Écouter un autre maître",
+            .listen = "Un automate ou un système de supervision interroge déjà les appareils ? "
+                      "Cliquez alors sur **Écouter** (Ctrl+L) plutôt que sur Démarrer : Kestrin "
+                      "ouvre le port et n'envoie absolument rien. Il suit les requêtes de l'autre "
+                      "maître et leurs réponses, et les affiche dans le journal, les statistiques "
+                      "et le graphique comme s'il les avait lues lui-même.",
+            .listenCoverage =
+                "Un point de données ne reçoit une valeur que si une requête de l'autre maître "
+                "le couvre : même esclave, même table et mêmes adresses. Les autres restent sur "
+                "**En attente…**. Une écriture de l'autre maître met le point à jour dès que "
+                "l'appareil l'a confirmée.",
+            .listenWritingOff =
+                "Pendant l'écoute, l'écriture est désactivée : sur un bus qu'un autre maître "
+                "dirige, Kestrin ne doit pas émettre. Cliquez sur **Arrêter l'écoute** (Ctrl+L) "
+                "et démarrez la lecture pour écrire des valeurs.",
         },
     .polls =
         {
@@ -284,6 +299,7 @@ constexpr HelpContent french{
             .shift = "Maj",
             .del = "Suppr",
             .startStop = "Démarrer / arrêter la lecture",
+            .listen = "Écouter / arrêter l'écoute",
             .newPoll = "Nouvelle scrutation",
             .addDatapoint = "Ajouter un point de données",
             .deleteDatapoints = "Supprimer les points de données sélectionnés",

@@ -33,6 +33,22 @@ constexpr HelpContent german{
                 "Ihre Abfragen und Datenpunkte werden automatisch gespeichert. **Datei ▸ "
                 "Projekt speichern unter…** (Strg+Umschalt+S) legt eine eigene Projektdatei "
                 "an, zum Beispiel je Anlage.",
+            .listenHeading = "Einem anderen Master zuhören",
+            .listen =
+                "Fragt schon eine SPS oder ein Leitsystem die Geräte ab? Klicken Sie dann statt "
+                "auf Starten auf **Mithören** (Strg+L): Kestrin öffnet die Schnittstelle und "
+                "sendet überhaupt nichts. Es verfolgt die Anfragen des anderen Masters und "
+                "die Antworten darauf und zeigt sie im Log, in der Statistik und im "
+                "Diagramm, als hätte es sie selbst gelesen.",
+            .listenCoverage =
+                "Ein Datenpunkt erhält nur dann einen Wert, wenn eine Anfrage des anderen "
+                "Masters ihn abdeckt: dieselbe Geräteadresse, Tabelle und Adressen. Die übrigen "
+                "bleiben bei **Wartet…**. Schreibt der andere Master, wird der Datenpunkt "
+                "aktualisiert, sobald das Gerät es bestätigt hat.",
+            .listenWritingOff =
+                "Beim Mithören ist Schreiben aus: Auf einem Bus, den ein anderer Master führt, "
+                "darf Kestrin nicht senden. Klicken Sie auf **Mithören beenden** (Strg+L) und "
+                "starten Sie das Lesen, um Werte zu schreiben.",
         },
     .polls =
         {
@@ -280,6 +296,7 @@ constexpr HelpContent german{
             .shift = "Umschalt",
             .del = "Entf",
             .startStop = "Lesen starten / stoppen",
+            .listen = "Mithören starten / beenden",
             .newPoll = "Neue Abfrage",
             .addDatapoint = "Datenpunkt hinzufügen",
             .deleteDatapoints = "Ausgewählte Datenpunkte löschen",

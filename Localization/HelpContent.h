@@ -25,6 +25,11 @@ struct HelpContent {
         Literal overviewCaption;
         Literal simulatorTip;
         Literal autosave;
+        // Listening to another master: what it does, and that writing is off meanwhile.
+        Literal listenHeading;
+        Literal listen;
+        Literal listenCoverage;
+        Literal listenWritingOff;
     } start;
 
     struct PollsTopic {
@@ -143,6 +148,7 @@ struct HelpContent {
         Literal shift;
         Literal del;
         Literal startStop;
+        Literal listen;
         Literal newPoll;
         Literal addDatapoint;
         Literal deleteDatapoints;

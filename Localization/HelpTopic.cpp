@@ -71,6 +71,10 @@ HelpTopic startTopic(const HelpContent& help) {
                 screenshot("overview", help.start.overviewCaption),
                 tip(help.start.simulatorTip),
                 paragraph(help.start.autosave()),
+                heading(help.start.listenHeading),
+                paragraph(help.start.listen()),
+                paragraph(help.start.listenCoverage()),
+                tip(help.start.listenWritingOff),
             }};
 }
 
@@ -226,6 +230,7 @@ HelpTopic shortcutsTopic(const HelpContent& help) {
             {
                 table({
                     {keys({ctrl, "R"}), help.shortcuts.startStop},
+                    {keys({ctrl, "L"}), help.shortcuts.listen},
                     {keys({ctrl, "T"}), help.shortcuts.newPoll},
                     {keys({ctrl, shift, "D"}), help.shortcuts.addDatapoint},
                     {help.shortcuts.del(), help.shortcuts.deleteDatapoints},

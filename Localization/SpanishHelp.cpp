@@ -36,6 +36,22 @@ constexpr HelpContent spanish{
                 "Sus sondeos y puntos de datos se guardan automáticamente. **Archivo ▸ "
                 "Guardar proyecto como…** (Control+Mayúsculas+S) crea un archivo de proyecto "
                 "aparte, por ejemplo, uno por instalación.",
+            .listenHeading = "Escuchar a otro maestro",
+            .listen = "¿Un PLC o un sistema SCADA ya consulta los dispositivos? Haga clic en "
+                      "**Escuchar** (Control+L) en lugar de Iniciar: Kestrin abre el puerto y no "
+                      "envía absolutamente nada. Sigue las peticiones del otro maestro y sus "
+                      "respuestas, y las muestra en el registro, las estadísticas y el gráfico "
+                      "como si las hubiera leído él mismo.",
+            .listenCoverage =
+                "Un punto de datos solo recibe un valor cuando una petición del otro maestro lo "
+                "cubre: el mismo esclavo, la misma tabla y las mismas direcciones. Los demás se "
+                "quedan en "
+                "**Esperando…**. Una escritura del otro maestro actualiza el punto en cuanto el "
+                "dispositivo la ha confirmado.",
+            .listenWritingOff =
+                "Mientras escucha, la escritura está desactivada: en un bus que dirige otro "
+                "maestro, Kestrin no debe enviar. Haga clic en **Dejar de escuchar** (Control+L) "
+                "e inicie la lectura para escribir valores.",
         },
     .polls =
         {
@@ -276,6 +292,7 @@ constexpr HelpContent spanish{
             .shift = "Mayúsculas",
             .del = "Suprimir",
             .startStop = "Iniciar / detener la lectura",
+            .listen = "Escuchar / dejar de escuchar",
             .newPoll = "Nuevo sondeo",
             .addDatapoint = "Añadir punto de datos",
             .deleteDatapoints = "Eliminar los puntos de datos seleccionados",

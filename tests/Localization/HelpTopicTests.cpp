@@ -133,24 +133,31 @@ TEST(HelpTopic, EveryLanguageFindsItsOwnTitlesAndTheSameCodes) {
     }
 }
 
-// The troubleshooting topic sends the reader to these controls by name, so a renamed control
-// must not leave the help pointing at a label the window no longer shows.
-TEST(HelpTopic, TroubleshootingNamesAdapterControlsAsTheWindowDoes) {
+// Topics send the reader to these controls and texts by name, so a renamed one must not leave
+// the help pointing at a label the window no longer shows.
+TEST(HelpTopic, NamesControlsAsTheWindowDoes) {
     for (Language language : Language::allCases) {
         SCOPED_TRACE(language.rawValue());
         const L10n::Texts& window = L10n::texts(language);
         const std::vector<HelpTopic> topics = HelpTopic::all(language);
-        const auto topic = std::ranges::find(topics, "troubleshooting", &HelpTopic::id);
-        ASSERT_NE(topic, topics.end());
-        std::string help;
-        for (const std::string& text : texts(*topic)) {
-            help += text + '\n';
-        }
-        for (const std::string& name :
+        const std::pair<const char*, std::vector<std::string>> rows[] = {
+            {"troubleshooting",
              {window.settings.rs485(), window.settings.rtsWhileSending(),
               window.settings.delayBeforeSend(), window.settings.delayAfterSend(),
-              window.adapter.setToOneMs(), window.adapter.fixForGood()}) {
-            EXPECT_NE(help.find("**" + name + "**"), std::string::npos) << name;
+              window.adapter.setToOneMs(), window.adapter.fixForGood()}},
+            {"start",
+             {window.header.listen(), window.header.stopListening(), window.table.waiting()}},
+        };
+        for (const auto& [id, names] : rows) {
+            const auto topic = std::ranges::find(topics, id, &HelpTopic::id);
+            ASSERT_NE(topic, topics.end());
+            std::string help;
+            for (const std::string& text : texts(*topic)) {
+                help += text + '\n';
+            }
+            for (const std::string& name : names) {
+                EXPECT_NE(help.find("**" + name + "**"), std::string::npos) << id << ": " << name;
+            }
         }
     }
 }

@@ -143,6 +143,9 @@ TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
             const std::pair<std::string, const char*> quotes[] = {
                 {L10n::texts().header.startHelp(), "Ctrl+R"},
                 {L10n::texts().header.stopHelp(), "Ctrl+R"},
+                {L10n::texts().header.listenHelp(), "Ctrl+L"},
+                {L10n::texts().header.stopListeningHelp(), "Ctrl+L"},
+                {L10n::texts().notice.stopListeningFirst(), "Ctrl+L"},
                 {L10n::texts().notice.emptySteps(), "Ctrl+R"},
                 {L10n::texts().notice.startFirst(), "Ctrl+R"},
                 {L10n::texts().footer.saveHelp(), "Ctrl+S"},
@@ -156,8 +159,8 @@ TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
 
             const std::vector<HelpTopic> topics = HelpTopic::all();
             for (const auto& [id, shortcut] :
-                 {std::pair{"start", "Ctrl+R"}, std::pair{"start", "Ctrl+Shift+S"},
-                  std::pair{"polls", "Ctrl+T"}}) {
+                 {std::pair{"start", "Ctrl+R"}, std::pair{"start", "Ctrl+L"},
+                  std::pair{"start", "Ctrl+Shift+S"}, std::pair{"polls", "Ctrl+T"}}) {
                 const auto found = HelpTopic::matching(topics, "(" + menuText(shortcut) + ")");
                 EXPECT_TRUE(std::any_of(found.begin(), found.end(),
                                         [&](const HelpTopic& t) { return t.id == id; }))
@@ -170,8 +173,8 @@ TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
             const std::string projects =
                 menuText("Ctrl+N") + " / " + menuText("Ctrl+O") + " / " + menuText("Ctrl+Shift+S");
             EXPECT_EQ(keys, (std::vector<std::string>{
-                                menuText("Ctrl+R"), menuText("Ctrl+T"), menuText("Ctrl+Shift+D"),
-                                menuText("Del"),
+                                menuText("Ctrl+R"), menuText("Ctrl+L"), menuText("Ctrl+T"),
+                                menuText("Ctrl+Shift+D"), menuText("Del"),
                                 menuText("Ctrl+Shift+I") + " / " + menuText("Ctrl+Shift+E"),
                                 projects, menuText("Ctrl+F"), menuText("Ctrl+S"),
                                 menuText("Ctrl+K"), menuText("F1")}));
