@@ -1,3 +1,4 @@
+#include "DatapointTableModel.h"
 #include "ElidedLine.h"
 #include "PollTab.h"
 #include "PollTabBar.h"
@@ -116,6 +117,11 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
     };
     auto* start = child<QPushButton>(bar, "startStopButton");
     auto* listen = child<QPushButton>(bar, "listenButton");
+    // Nothing answers on this line: a datapoint is waited for only while values can come.
+    DatapointTableModel table(*model);
+    const auto firstStatus = [&] {
+        return table.index(0, DatapointTableModel::status).data().toString();
+    };
     using Row = std::tuple<void (PollerModel::*)(), PollerState, QPushButton*, QPushButton*,
                            QString, QString>;
     const Row rows[] = {
@@ -129,6 +135,7 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
         ASSERT_TRUE(waitUntil([&] { return model->state() == state; }))
             << model->errorMessage().value_or("");
         lockedWhile(true);
+        EXPECT_EQ(firstStatus(), "Waiting…");
         EXPECT_TRUE(child<ElidedLine>(bar, "startReason")->text().isEmpty());
         EXPECT_EQ(child(bar, "statusDot")->toolTip(), stateText);
         EXPECT_EQ(own->text(), stopText);
@@ -142,6 +149,7 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
         EXPECT_EQ(model->state(), PollerState::stopped);
         EXPECT_LT(blocked.count(), 1.0) << "the window froze for the time-out";
         lockedWhile(false);
+        EXPECT_EQ(firstStatus(), "—");
         EXPECT_EQ(child(bar, "statusDot")->toolTip(), "Stopped");
         EXPECT_TRUE(start->isEnabled() && listen->isEnabled());
     }
