@@ -1,6 +1,7 @@
 #include "PollerEngine.h"
 
 #include "BlockSplit.h"
+#include "BusListener.h"
 #include "ExceptionPDU.h"
 #include "Overloaded.h"
 #include "PDU.h"
@@ -81,21 +82,26 @@ struct PollerEngine::State {
 class PollerEngine::Worker {
 public:
     Worker(std::shared_ptr<State> state, std::unique_ptr<SerialLink> link, std::string path,
-           double timeout, EventHandler onEvent)
+           double timeout, EventHandler onEvent, Mode mode)
         : state_(std::move(state))
         , link_(std::move(link))
         , path_(std::move(path))
         , timeout_(timeout)
-        , onEvent_(std::move(onEvent)) {}
+        , onEvent_(std::move(onEvent))
+        , mode_(mode) {}
 
     void run() {
         pthread_setname_np(pthread_self(), "Kestrin");
         // The default 50 µs timer slack lengthens every inter-frame silence; at 115200 baud that
         // is about 1 % of the line's capacity.
         prctl(PR_SET_TIMERSLACK, 1UL);
-        std::optional<Job> job = nextJob();
-        while (job && perform(*job)) {
-            job = nextJob();
+        if (mode_ == Mode::listening) {
+            listen();
+        } else {
+            std::optional<Job> job = nextJob();
+            while (job && perform(*job)) {
+                job = nextJob();
+            }
         }
         link_->close();
         const std::lock_guard lock(state_->mutex);
@@ -118,6 +124,14 @@ private:
         bool keep = true;
         std::vector<PollerEvent> held{};
     };
+
+    // Until the line is lost or the user stops, which cancels the link's wait: only a loss is
+    // reported.
+    void listen() {
+        BusListener listener(*link_, timeout_, onEvent_);
+        listener.run();
+        lose();
+    }
 
     // Writes first, in queue order; otherwise the due poll, idling until one is due. Nothing
     // once running is false or the port was lost while idle.
@@ -510,6 +524,7 @@ private:
     std::string path_;
     double timeout_;
     EventHandler onEvent_;
+    Mode mode_;
     // Kept for the whole reading: the device's missing addresses do not come back.
     std::unordered_map<Uuid, std::unordered_map<ReadBlock, Split>> splits_;
     std::optional<Splitting> splitting_;
@@ -541,6 +556,10 @@ Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
     }
     auto link = std::make_unique<SerialLink>(path_, configuration_, allowsTestDevice_);
     link->cancelWith(state_->cancel);
+    if (mode_ == Mode::listening) {
+        // Before open, so that not even a stray request can reach the other master's line.
+        link->refuseToSend();
+    }
     if (auto opened = link->open(); !opened) {
         return opened.error();
     }
@@ -552,12 +571,16 @@ Result<void, SerialLinkError> PollerEngine::start(std::vector<PollPlan> plans) {
     }
     // Delivered before the thread exists, so that it precedes every event of the thread.
     deliver(onEvent_, PollerEvent::Started{});
-    auto worker = std::make_unique<Worker>(state_, std::move(link), path_, timeout_, onEvent_);
+    auto worker =
+        std::make_unique<Worker>(state_, std::move(link), path_, timeout_, onEvent_, mode_);
     thread_ = std::thread([worker = std::move(worker)] { worker->run(); });
     return {};
 }
 
 void PollerEngine::update(std::vector<PollPlan> plans) {
+    if (mode_ == Mode::listening) {
+        return;
+    }
     {
         const std::lock_guard lock(state_->mutex);
         state_->plans = std::move(plans);
@@ -570,8 +593,9 @@ void PollerEngine::update(std::vector<PollPlan> plans) {
 }
 
 void PollerEngine::write(Bytes pdu, std::uint8_t unit, Uuid token) {
-    // Outside the contract: every write request starts with its function code.
-    if (pdu.empty()) {
+    // Outside the contract: every write request starts with its function code. A listener never
+    // sends.
+    if (pdu.empty() || mode_ == Mode::listening) {
         return;
     }
     {
