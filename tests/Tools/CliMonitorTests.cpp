@@ -179,6 +179,8 @@ void expectHeardWhatWasRead(const Statistics& polled, const Statistics& heard,
     }
     // An exception is a response as well.
     EXPECT_EQ(heard[1] + heard[2] + heard[4] - polled[1] - polled[2] - polled[4], inFlight);
+    // Every datapoint but the one the device lacks was read.
+    ASSERT_EQ(read.size(), 6U);
     ASSERT_EQ(listened.size(), read.size());
     for (const auto& [name, values] : read) {
         const std::vector<std::string>& heardValues = listened.at(name);
