@@ -17,8 +17,7 @@ constexpr auto longestWait = std::chrono::hours(1);
 
 BusListener::BusListener(SerialLink& link, double timeout, EventHandler onEvent)
     : link_(link)
-    , splitter_(link.configuration().baudRate, link.configuration().bitsPerCharacter())
-    , conversation_(timeout)
+    , decoder_(link.configuration().baudRate, link.configuration().bitsPerCharacter(), timeout)
     , onEvent_(std::move(onEvent)) {}
 
 SerialLinkError BusListener::run() {
@@ -27,33 +26,20 @@ SerialLinkError BusListener::run() {
         if (!heard) {
             return heard.error();
         }
-        // Taken at once: the splitter measures silences by it.
+        // Taken at once: silences are measured by it.
         const Arrival at = Arrival::now();
-        if (!heard.value().empty()) {
-            pass(splitter_.append(heard.value(), at));
-        }
-        pass(splitter_.quiet(at.steady));
-        deliver(conversation_.giveUp(at.steady));
+        deliver(heard.value().empty() ? decoder_.pass(at.steady)
+                                      : decoder_.hear(heard.value(), at));
     }
 }
 
 Clock::duration BusListener::waitFrom(Clock::time_point now) const {
-    Clock::time_point until = now + longestWait;
-    for (const auto deadline : {splitter_.silenceDeadline(), conversation_.deadline()}) {
-        if (deadline) {
-            until = std::min(until, *deadline);
-        }
-    }
+    const auto next = decoder_.nextDeadline();
+    const Clock::time_point until = next ? std::min(*next, now + longestWait) : now + longestWait;
     return std::max(until - now, Clock::duration::zero());
 }
 
-void BusListener::pass(std::vector<TimedSplitter::Frame> frames) {
-    for (TimedSplitter::Frame& frame : frames) {
-        deliver(conversation_.hear(std::move(frame)));
-    }
-}
-
-void BusListener::deliver(std::vector<PollerEvent> events) {
+void BusListener::deliver(const std::vector<PollerEvent>& events) const {
     if (!onEvent_) {
         return;
     }

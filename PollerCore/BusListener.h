@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Conversation.h"
 #include "PollerEvent.h"
 #include "SerialLinkError.h"
-#include "TimedSplitter.h"
+#include "TrafficDecoder.h"
 
 #include <chrono>
 #include <functional>
@@ -13,9 +12,9 @@ namespace kestrin {
 
 class SerialLink;
 
-// Listening on the engine's thread: takes in what the link hears as it arrives, cuts it into
-// frames, pairs requests with answers and hands each event on at once. The link is drained after
-// every chunk, so a saturated line never backs up into the adapter's buffer. Sends nothing.
+// Listening on the engine's thread: takes in what the link hears as it arrives, decodes it and
+// hands each event on at once. The link is drained after every chunk, so a saturated line never
+// backs up into the adapter's buffer. Sends nothing.
 class BusListener {
 public:
     using EventHandler = std::function<void(const PollerEvent&)>;
@@ -30,12 +29,10 @@ public:
 
 private:
     std::chrono::steady_clock::duration waitFrom(std::chrono::steady_clock::time_point now) const;
-    void pass(std::vector<TimedSplitter::Frame> frames);
-    void deliver(std::vector<PollerEvent> events);
+    void deliver(const std::vector<PollerEvent>& events) const;
 
     SerialLink& link_;
-    TimedSplitter splitter_;
-    Conversation conversation_;
+    TrafficDecoder decoder_;
     EventHandler onEvent_;
 };
 

@@ -1,9 +1,7 @@
-#include "Conversation.h"
-#include "Overloaded.h"
 #include "PDU.h"
 #include "PollerEngine.h"
 #include "RTUFrame.h"
-#include "TimedSplitter.h"
+#include "TrafficDecoder.h"
 
 #include <condition_variable>
 #include <cstdio>
@@ -164,41 +162,19 @@ std::size_t bytesIn(const PollerEvent& event) {
     return event.as<PollerEvent::Unmatched>()->bytes.size();
 }
 
-// As the listener's loop does: the silences and time-outs that pass before a chunk act first.
 // Both clocks start at their epoch, so the events' times read as milliseconds from the start.
 std::vector<PollerEvent> replay(const std::vector<Chunk>& chunks, std::size_t* heardBytes) {
-    TimedSplitter splitter(115200, 11);
-    Conversation conversation(0.1);
+    TrafficDecoder decoder(115200, 11, 0.1);
     std::vector<PollerEvent> events;
-    const auto hear = [&](std::vector<TimedSplitter::Frame> cut) {
-        for (auto& one : cut) {
-            for (auto& event : conversation.hear(std::move(one))) {
-                events.push_back(std::move(event));
-            }
-        }
-    };
-    const auto passUntil = [&](Clock::time_point until) {
-        for (;;) {
-            std::optional<Clock::time_point> next = splitter.silenceDeadline();
-            if (const auto due = conversation.deadline(); due && (!next || *due < *next)) {
-                next = due;
-            }
-            if (!next || *next > until) {
-                return;
-            }
-            hear(splitter.quiet(*next));
-            for (auto& event : conversation.giveUp(*next)) {
-                events.push_back(std::move(event));
-            }
-        }
+    const auto keep = [&](std::vector<PollerEvent> more) {
+        events.insert(events.end(), more.begin(), more.end());
     };
     for (const Chunk& chunk : chunks) {
-        const Arrival at = Arrival{} + std::chrono::duration_cast<Clock::duration>(
-                                           std::chrono::duration<double, std::milli>(chunk.ms));
-        passUntil(at.steady);
-        hear(splitter.append(bytesOf(chunk.bytes), at));
+        keep(decoder.hear(bytesOf(chunk.bytes),
+                          Arrival{} + std::chrono::duration_cast<Clock::duration>(
+                                          std::chrono::duration<double, std::milli>(chunk.ms))));
     }
-    passUntil(Clock::time_point::max());
+    keep(decoder.pass(Clock::time_point::max()));
     *heardBytes = 0;
     for (const auto& event : events) {
         *heardBytes += bytesIn(event);
