@@ -97,7 +97,11 @@ struct PollerEvent {
 
     // Listening: a request another master sent, with the answer that followed it. response is
     // empty when nothing answered before the next request or the time-out, and for a broadcast.
-    // range is a read's or a write's unit, table and addresses, absent for other functions.
+    // range is a read's or a write's unit, table and addresses, absent for other functions and
+    // for requests no device could serve (a count of 0 or beyond the table's limit). response is
+    // the next frame that answers the request's unit and function at the right length, or bytes
+    // that make no frame but start with its unit (a broken answer, judged a CRC or malformed
+    // failure).
     // outcome is judged as the engine judges the answers to its own requests (no answer is a
     // time-out, a broadcast succeeds); its data are what a read answered or what an answered
     // write wrote, absent for other functions and broadcasts. isWrite: a write of function 05,
