@@ -159,7 +159,11 @@ bool isAnswer(ByteView request, ByteView frame) {
     }
     const auto length = answerLength(request);
     const auto own = RTUFrame::expectedResponseLength(frame);
-    return length ? frame.size() == *length : own && frame.size() == static_cast<std::size_t>(*own);
+    if (length || own) {
+        return frame.size() == (length ? *length : static_cast<std::size_t>(*own));
+    }
+    // Nothing tells the length of this function's answers: its unit and function must do.
+    return true;
 }
 
 std::optional<std::size_t> answerLength(ByteView request) {

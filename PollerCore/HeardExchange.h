@@ -29,7 +29,8 @@ struct Judgement {
 Judgement judge(ByteView request, ByteView response);
 
 // Whether frame answers request: it checks as an answer of the request's unit and function and
-// has the length that answer must have. An echoed write looks like a request and still answers.
+// has the length that answer must have, where anything tells it. An echoed write looks like a
+// request and still answers.
 bool isAnswer(ByteView request, ByteView frame);
 
 // The length of a whole answer to the request, exceptions aside: a read's follows from its

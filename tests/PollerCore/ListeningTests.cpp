@@ -60,6 +60,8 @@ const std::map<std::string, Bytes>& frames() {
         {"answer23", frame(1, {0x17, 0x04, 0x00, 0x01, 0x00, 0x02})},
         {"diag", frame(1, {0x08, 0x00, 0x00, 0x12, 0x34})},
         {"broadcast", frame(0, PDU::writeSingleRegister(1, 5))},
+        {"identify", frame(1, {0x2B, 0x0E, 0x01, 0x00})},
+        {"identity", frame(1, {0x2B, 0x0E, 0x01, 0x01, 0x00, 0x00, 0x01, 0x00, 0x01, 0x4B})},
     };
     return named;
 }
@@ -220,9 +222,9 @@ const Stream streams[] = {
     {"a read/write counts as its read",
      {{0, "rw23"}, {3, "answer23"}},
      {"rw23 -> answer23: 1 HR 0+2 ok [1,2] @3.00/0.00"}},
-    {"another function has no range",
-     {{0, "diag"}, {3, "diag"}},
-     {"diag -> diag: none ok @3.00/0.00"}},
+    {"other functions have no range, whether their answers' length is known or not",
+     {{0, "diag"}, {3, "diag"}, {10, "identify"}, {13, "identity"}},
+     {"diag -> diag: none ok @3.00/0.00", "identify -> identity: none ok @13.00/10.00"}},
     {"an exception",
      {{0, "read"}, {3, "exception"}},
      {"read -> exception: 1 HR 0+2 exception 2 @3.00/0.00"}},
