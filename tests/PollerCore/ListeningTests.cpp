@@ -122,17 +122,11 @@ std::string outcomeOf(const PollerEvent::Heard& heard) {
     if (heard.outcome) {
         return heard.outcome.value() ? "ok" + valuesOf(*heard.outcome.value()) : "ok";
     }
+    // In the order of PollFailure::Kind; an exception adds its code.
+    constexpr std::array kinds{"unit", "function", "exception ", "timeout", "crc", "malformed"};
     const PollFailure failure = heard.outcome.error().failure;
-    switch (failure.kind) {
-    case PollFailure::Kind::timeout:
-        return "timeout";
-    case PollFailure::Kind::exception:
-        return "exception " + std::to_string(failure.value);
-    case PollFailure::Kind::crcMismatch:
-        return "crc";
-    default:
-        return "failed";
-    }
+    return kinds[static_cast<std::size_t>(failure.kind)] +
+           (failure.kind == PollFailure::Kind::exception ? std::to_string(failure.value) : "");
 }
 
 // "read -> answer: 1 HR 0+2 ok [10,11] @16.00/16.00": the event's time, then the request's.
@@ -284,7 +278,7 @@ TEST(Listening, TheEngineReportsWhatItHearsAndNeverSends) {
     std::condition_variable changed;
     std::vector<PollerEvent> events;
     PollerEngine engine(
-        ptsname(master), SerialConfiguration{.baudRate = 115200}, 0.1, true,
+        ptsname(master), SerialConfiguration{.baudRate = 115200}, 0.5, true,
         [&](const PollerEvent& event) {
             const std::lock_guard lock(mutex);
             events.push_back(event);
