@@ -55,7 +55,6 @@ public:
     // From now on the link never writes a byte: transact fails with SendRefused. For listening to
     // another master, whose line a second sender would break. Cannot be undone.
     void refuseToSend() noexcept { refusesToSend_ = true; }
-    bool refusesToSend() const noexcept { return refusesToSend_; }
 
     // Waits out the inter-frame silence, sends frame and collects the answer until its expected
     // length, a silent gap after bytes of unknown length, or timeout seconds. A broadcast

@@ -151,15 +151,8 @@ struct Chunk {
     std::string bytes;
 };
 
-std::size_t bytesIn(const PollerEvent& event) {
-    if (const auto* heard = event.as<PollerEvent::Heard>()) {
-        return heard->request.size() + heard->response.size();
-    }
-    return event.as<PollerEvent::Unmatched>()->bytes.size();
-}
-
 // Both clocks start at their epoch, so the events' times read as milliseconds from the start.
-std::vector<PollerEvent> replay(const std::vector<Chunk>& chunks, std::size_t* heardBytes) {
+std::vector<PollerEvent> replay(const std::vector<Chunk>& chunks) {
     TrafficDecoder decoder(115200, 11, 0.1);
     std::vector<PollerEvent> events;
     const auto keep = [&](std::vector<PollerEvent> more) {
@@ -171,10 +164,6 @@ std::vector<PollerEvent> replay(const std::vector<Chunk>& chunks, std::size_t* h
                                           std::chrono::duration<double, std::milli>(chunk.ms))));
     }
     keep(decoder.pass(Clock::time_point::max()));
-    *heardBytes = 0;
-    for (const auto& event : events) {
-        *heardBytes += bytesIn(event);
-    }
     return events;
 }
 
@@ -248,9 +237,8 @@ const Stream streams[] = {
 TEST(Listening, RecordedStreamsArePairedIntoRequestsWithTheirAnswers) {
     for (const Stream& row : streams) {
         SCOPED_TRACE(row.name);
-        std::size_t heardBytes = 0;
         std::vector<std::string> described;
-        for (const auto& event : replay(row.chunks, &heardBytes)) {
+        for (const auto& event : replay(row.chunks)) {
             described.push_back(describe(event));
             if (const auto* heard = event.as<PollerEvent::Heard>();
                 heard && !heard->response.empty()) {
@@ -260,11 +248,6 @@ TEST(Listening, RecordedStreamsArePairedIntoRequestsWithTheirAnswers) {
             }
         }
         EXPECT_EQ(described, row.expected);
-        std::size_t sent = 0;
-        for (const Chunk& chunk : row.chunks) {
-            sent += bytesOf(chunk.bytes).size();
-        }
-        EXPECT_EQ(heardBytes, sent) << "every byte is reported once";
     }
 }
 
