@@ -2,7 +2,8 @@
 // fast as the pseudo-terminal allows, and how well the main thread keeps up: its stalls, its load,
 // how long a posted task waits and how old an engine event is when the model has handled it.
 // Prints one line of key=value pairs for bench/ui-responsiveness; with --profile, where the main
-// thread's time went.
+// thread's time went. With --listen, the model listens instead to kestrin-sim replaying a recorded
+// stream, decoding it into the datapoints of --project, for bench/listen-keep-up.
 
 #include "BottomPane.h"
 #include "ChartView.h"
@@ -63,6 +64,9 @@ struct Options {
     int blockSize = 50;
     bool profile = false;
     QString screenshot;
+    // A recorded stream to listen to, and the project whose datapoints it fills.
+    QString listen;
+    QString project;
 };
 
 std::optional<Options> parse(const QStringList& arguments) {
@@ -78,8 +82,10 @@ std::optional<Options> parse(const QStringList& arguments) {
     const QCommandLineOption blockSize("block-size", "datapoints per read block", "n", "50");
     const QCommandLineOption profile("profile", "print where the main thread's time went");
     const QCommandLineOption screenshot("screenshot", "save the window at the end", "png");
+    const QCommandLineOption listen("listen", "listen to this recorded stream replayed", "file");
+    const QCommandLineOption project("project", "with --listen: the datapoints heard", "json");
     parser.addOptions({simulator, page, seconds, warmUp, datapoints, polls, interval, plotted,
-                       blockSize, profile, screenshot});
+                       blockSize, profile, screenshot, listen, project});
     if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
         std::fprintf(stderr, "ui_responsiveness: %s\n%s", qPrintable(parser.errorText()),
                      qPrintable(parser.helpText()));
@@ -89,7 +95,10 @@ std::optional<Options> parse(const QStringList& arguments) {
     options.simulator = parser.value(simulator);
     options.profile = parser.isSet(profile);
     options.screenshot = parser.value(screenshot);
-    bool valid = parser.value(page) == "chart" || parser.value(page) == "log";
+    options.listen = parser.value(listen);
+    options.project = parser.value(project);
+    bool valid = (parser.value(page) == "chart" || parser.value(page) == "log") &&
+                 options.listen.isEmpty() == options.project.isEmpty();
     options.page = parser.value(page) == "log" ? BottomPane::Page::log : BottomPane::Page::chart;
     const auto number = [&](const QCommandLineOption& option, auto& field) {
         bool ok = false;
@@ -145,10 +154,10 @@ PollerProject benchProject(const Options& options) {
 // kestrin-sim serving the project on a pseudo-terminal for the life of this object.
 class Simulator {
 public:
-    static std::unique_ptr<Simulator> start(const QString& program, const QString& projectFile) {
+    static std::unique_ptr<Simulator> start(const QString& program, const QStringList& arguments) {
         auto process = std::make_unique<QProcess>();
         process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process->start(program, {"--project", projectFile, "--baud", "115200"});
+        process->start(program, arguments);
         if (!process->waitForStarted(simulatorLimitMs)) {
             return nullptr;
         }
@@ -388,12 +397,12 @@ void runFor(double seconds) {
     loop.exec();
 }
 
-bool waitForRunning(PollerModel& model) {
+bool waitForState(PollerModel& model, PollerState state) {
     const Clock::time_point deadline = Clock::now() + std::chrono::seconds(10);
-    while (model.state() != PollerState::running && Clock::now() < deadline) {
+    while (model.state() != state && Clock::now() < deadline) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
     }
-    return model.state() == PollerState::running;
+    return model.state() == state;
 }
 
 void printProfile(const std::map<std::string, Cost>& costs,
@@ -590,7 +599,8 @@ void printMeasurement(const Measurement& measured) {
                 "requests_per_s=%.1f requests=%lld failures=%lld log_lines=%lld "
                 "total_requests=%lld total_log_lines=%lld system_lines=%lld "
                 "max_queue_ms=%.2f p99_queue_ms=%.2f max_event_ms=%.0f p99_event_ms=%.0f "
-                "main_load_pct=%.1f drain_ms=%.2f\n",
+                "main_load_pct=%.1f drain_ms=%.2f responses=%lld no_response=%lld "
+                "exceptions=%lld invalid=%lld\n",
                 largest(stalls), percentile(stalls, 0.99), static_cast<long long>(late),
                 stalls.size(), static_cast<double>(requests) / measured.elapsedSeconds,
                 static_cast<long long>(requests), static_cast<long long>(failures),
@@ -598,7 +608,50 @@ void printMeasurement(const Measurement& measured) {
                 static_cast<long long>(after.requests), static_cast<long long>(measured.atEnd.all),
                 static_cast<long long>(measured.atEnd.system), largest(measured.queueMs),
                 percentile(measured.queueMs, 0.99), largest(measured.eventAgeMs),
-                percentile(measured.eventAgeMs, 0.99), measured.mainLoadPct, measured.drainMs);
+                percentile(measured.eventAgeMs, 0.99), measured.mainLoadPct, measured.drainMs,
+                static_cast<long long>(after.responses - before.responses),
+                static_cast<long long>(after.timeouts - before.timeouts),
+                static_cast<long long>(after.exceptions - before.exceptions),
+                static_cast<long long>(after.errors - before.errors));
+}
+
+// What the model reads or listens to: kestrin-sim serving the bench project, or replaying a
+// recorded stream that the project's datapoints are heard in.
+struct Source {
+    std::unique_ptr<Simulator> simulator;
+    PollerProject project;
+};
+
+std::optional<Source> startSource(const Options& options, const QTemporaryDir& work) {
+    Source source;
+    QStringList arguments;
+    if (options.listen.isEmpty()) {
+        source.project = benchProject(options);
+        const QString projectFile = work.filePath("bench.json");
+        if (!writeProject(source.project, projectFile)) {
+            std::fputs("ui_responsiveness: cannot write the project\n", stderr);
+            return std::nullopt;
+        }
+        arguments = {"--project", projectFile, "--baud", "115200"};
+    } else {
+        QFile file(options.project);
+        const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        auto project = PollerProject::decode(std::string_view(text.constData(), text.size()));
+        if (!project) {
+            std::fprintf(stderr, "ui_responsiveness: cannot read %s\n",
+                         qPrintable(options.project));
+            return std::nullopt;
+        }
+        source.project = std::move(project).value();
+        arguments = {"--replay", options.listen};
+    }
+    source.simulator = Simulator::start(options.simulator, arguments);
+    if (!source.simulator) {
+        std::fprintf(stderr, "ui_responsiveness: %s did not start\n",
+                     qPrintable(options.simulator));
+        return std::nullopt;
+    }
+    return source;
 }
 
 int run(ProfilingApplication& application, const Options& options) {
@@ -611,22 +664,14 @@ int run(ProfilingApplication& application, const Options& options) {
     }
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
 
-    PollerProject project = benchProject(options);
-    const QString projectFile = work.filePath("bench.json");
-    if (!writeProject(project, projectFile)) {
-        std::fputs("ui_responsiveness: cannot write the project\n", stderr);
-        return 1;
-    }
-    const auto simulator = Simulator::start(options.simulator, projectFile);
-    if (!simulator) {
-        std::fprintf(stderr, "ui_responsiveness: %s did not start\n",
-                     qPrintable(options.simulator));
+    std::optional<Source> source = startSource(options, work);
+    if (!source) {
         return 1;
     }
 
-    PollerModel model(benchEnvironment(std::move(project)));
+    PollerModel model(benchEnvironment(std::move(source->project)));
     logEverything(model);
-    model.addTestDevice(simulator->path(), "kestrin-sim");
+    model.addTestDevice(source->simulator->path(), "kestrin-sim");
     SignalCosts signalCosts;
     signalCosts.open(model);
     MainWindow window(model);
@@ -637,9 +682,11 @@ int run(ProfilingApplication& application, const Options& options) {
     window.resize(windowWidth, windowHeight);
     window.show();
     window.bottomPane()->setPage(options.page);
-    model.start();
-    if (!waitForRunning(model)) {
-        std::fprintf(stderr, "ui_responsiveness: reading did not start: %s\n",
+    const bool listening = !options.listen.isEmpty();
+    listening ? model.listen() : model.start();
+    if (!waitForState(model, listening ? PollerState::listening : PollerState::running)) {
+        std::fprintf(stderr, "ui_responsiveness: %s did not start: %s\n",
+                     listening ? "listening" : "reading",
                      model.errorMessage().value_or("").c_str());
         return 1;
     }
