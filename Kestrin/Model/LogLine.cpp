@@ -32,7 +32,7 @@ std::string duration(double seconds) {
     return "  (" + std::to_string(milliseconds(seconds)) + " ms)";
 }
 
-// The unit a request frame addresses.
+// A heard request of a function without a range has no block to name its unit; its frame does.
 std::uint8_t unitOf(ByteView request) noexcept {
     return request.empty() ? 0 : request[0];
 }

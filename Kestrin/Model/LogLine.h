@@ -72,8 +72,8 @@ LogLineSegments writeConfirmed(const Datapoint& datapoint, const Value& value,
 // "✕ Writing Setpoint failed · …"; a write whose record is gone (null) is named "?".
 LogLineSegments writeFailed(const Datapoint* datapoint, PollFailure failure, int timeoutMs);
 // "  → request  ← response" (no answer part for an empty response), under a line that does not
-// show the frames itself (a write's, a refused read's); only with raw frames on and only problems
-// off.
+// show the frames itself (a write's, a refused read's, a heard defective answer's); only with raw
+// frames on and only problems off.
 std::optional<LogLineSegments> writeFrames(ByteView request, ByteView response,
                                            const Options& options);
 

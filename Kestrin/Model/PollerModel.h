@@ -316,7 +316,6 @@ private:
     void setShowNoResponseHint(bool on);
     void checkLatency();
     void setLatencyNotice(std::optional<LatencyNotice> notice);
-    void countFailure(PollFailure failure);
     void beginMeasuring();
     // Tells the bus meter how long the selected port's adapter now holds each answer back.
     void measureHandover();
@@ -342,18 +341,35 @@ private:
     void handleInBatch(const PollerEvent& event);
     void appendLines(std::span<const LogLineSegments> lines);
     void statusDidChange(const std::vector<Uuid>& datapointIDs);
-    // The engine's stamp as the log, the statuses and the samples carry it.
+    // The engine stamps events on its own thread; what they change is dated when they happened,
+    // not when this thread got to them.
     static QDateTime dated(PollerEvent::Time time);
-    // One request and how it ended: an answer, or a failure in its counter.
-    void countRequest(const std::optional<PollFailure>& failure);
+    // Reads, writes and heard requests all count here, so that the counters and the
+    // no-response hint agree however a request was made. unanswered: a heard broadcast, which
+    // succeeds with no answer to count.
+    void countRequest(const std::optional<PollFailure>& failure, bool unanswered = false);
+    // Counting, marking and logging need only the failure, whatever a success carries.
+    template <typename Outcome>
+    static std::optional<PollFailure> failureOf(const Outcome& outcome) {
+        return outcome ? std::nullopt : std::optional(outcome.error().failure);
+    }
     // Each datapoint of points that block covers takes its value from data, or the failure, and
     // is added to changed.
     void takeValues(std::span<const Datapoint> points, const ReadBlock& block, const ReadData& data,
                     const QDateTime& time, double duration, std::vector<Uuid>& changed);
+    // A heard write confirmed: each datapoint it covers whole holds what was written.
+    void takeWritten(std::span<const Datapoint> points, const ReadBlock& block,
+                     const ReadData& written, const QDateTime& time, std::vector<Uuid>& changed);
+    // A confirmed write, Kestrin's or another master's, says what the device now holds but was not
+    // read back: the registers, the read's duration and the history stay those of the last read.
+    void holdWritten(const Uuid& datapointID, const Value& value, const QDateTime& time);
     void markFailed(std::span<const Datapoint> points, const ReadBlock& block, PollFailure failure,
                     const QDateTime& time, std::vector<Uuid>& changed);
     void handleRead(const PollerEvent::Read& read, const QDateTime& time);
     void handleHeard(const PollerEvent::Heard& heard, const QDateTime& time);
+    void applyHeard(const PollerEvent::Heard& heard, const ReadBlock& range,
+                    std::span<const Datapoint> points, const QDateTime& time,
+                    std::vector<Uuid>& changed);
     // updated: the datapoints a confirmed write gave their values.
     void logHeard(const PollerEvent::Heard& heard, const QDateTime& time,
                   std::span<const Uuid> updated);

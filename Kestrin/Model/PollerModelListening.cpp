@@ -8,7 +8,11 @@
 namespace kestrin {
 
 void PollerModel::listen() {
-    begin(true);
+    // An offer fitted to the last reading's answers would change how long a heard request waits
+    // for its answer, and heard traffic never makes one of its own.
+    if (begin(true)) {
+        setTimeoutOffer(std::nullopt);
+    }
 }
 
 void PollerModel::toggleListening() {
@@ -26,27 +30,41 @@ std::optional<PollerModel::StartObstacle> PollerModel::listenObstacle() const {
 }
 
 void PollerModel::handleHeard(const PollerEvent::Heard& heard, const QDateTime& time) {
-    const std::optional<PollFailure> failure =
-        heard.outcome ? std::nullopt : std::optional(heard.outcome.error().failure);
-    countRequest(failure);
-    const std::optional<ReadData>* data = heard.outcome ? &heard.outcome.value() : nullptr;
+    // Only a broadcast succeeds without an answer; Responses counts answers heard.
+    countRequest(failureOf(heard.outcome), heard.outcome && heard.response.empty());
     std::vector<Uuid> changed;
-    // A failed write leaves the datapoints as they were: what the device holds now is not known.
-    // A broadcast, and a function without a range, has no data to give.
-    if (heard.range && (data != nullptr ? data->has_value() : !heard.isWrite)) {
+    if (heard.range) {
         for (const Poll& poll : polls_) {
-            if (!poll.enabled) {
-                continue;
-            }
-            if (failure) {
-                markFailed(poll.datapoints, *heard.range, *failure, time, changed);
-            } else {
-                takeValues(poll.datapoints, *heard.range, **data, time, heard.duration, changed);
+            if (poll.enabled) {
+                applyHeard(heard, *heard.range, poll.datapoints, time, changed);
             }
         }
         statusDidChange(changed);
     }
     logHeard(heard, time, changed);
+}
+
+void PollerModel::applyHeard(const PollerEvent::Heard& heard, const ReadBlock& range,
+                             std::span<const Datapoint> points, const QDateTime& time,
+                             std::vector<Uuid>& changed) {
+    if (!heard.outcome) {
+        // A failed write leaves the datapoints as they were: what the device holds now is not
+        // known.
+        if (!heard.isWrite) {
+            markFailed(points, range, heard.outcome.error().failure, time, changed);
+        }
+        return;
+    }
+    // A broadcast, and a function without data, has nothing to give.
+    const std::optional<ReadData>& data = heard.outcome.value();
+    if (!data) {
+        return;
+    }
+    if (heard.isWrite) {
+        takeWritten(points, range, *data, time, changed);
+    } else {
+        takeValues(points, range, *data, time, heard.duration, changed);
+    }
 }
 
 void PollerModel::logHeard(const PollerEvent::Heard& heard, const QDateTime& time,
@@ -58,6 +76,12 @@ void PollerModel::logHeard(const PollerEvent::Heard& heard, const QDateTime& tim
         appendLog(LogLine::heardFailure(heard.range, heard.request, heard.outcome.error().failure,
                                         timeoutMs_),
                   time);
+        // A defective answer's bytes are what a listener has to tell what went wrong; a
+        // time-out has none, and its request is on the line above.
+        auto frames = LogLine::writeFrames(heard.request, heard.response, logOptions_);
+        if (frames && !heard.response.empty()) {
+            appendLog(std::move(*frames), time);
+        }
         return;
     }
     if (auto line =

@@ -45,6 +45,20 @@ Counter failureCounter(PollFailure::Kind kind) {
     return &PollerStatistics::errors;
 }
 
+// Calls take with each datapoint of points that block covers whole and its value in data.
+template <typename Take>
+void forEachDecoded(std::span<const Datapoint> points, const ReadBlock& block, const ReadData& data,
+                    Take take) {
+    for (const Datapoint& point : points) {
+        if (!block.covers(point)) {
+            continue;
+        }
+        if (auto decoded = ReadPlanner::value(point, block, data)) {
+            take(point, std::move(*decoded));
+        }
+    }
+}
+
 } // namespace
 
 std::vector<PollPlan> PollerModel::buildPlans() const {
@@ -284,25 +298,21 @@ QDateTime PollerModel::dated(PollerEvent::Time time) {
         QTimeZone::utc());
 }
 
-void PollerModel::countRequest(const std::optional<PollFailure>& failure) {
-    setStatistics(counted(statistics_, {&PollerStatistics::requests}));
-    if (failure) {
-        countFailure(*failure);
-    } else {
-        setStatistics(counted(statistics_, {&PollerStatistics::responses}));
+void PollerModel::countRequest(const std::optional<PollFailure>& failure, bool unanswered) {
+    const PollerStatistics requested = counted(statistics_, {&PollerStatistics::requests});
+    if (!failure) {
+        setStatistics(unanswered ? requested : counted(requested, {&PollerStatistics::responses}));
         consecutiveFailures_ = 0;
+        return;
     }
-}
-
-void PollerModel::countFailure(PollFailure failure) {
-    const Counter counter = failureCounter(failure.kind);
+    const Counter counter = failureCounter(failure->kind);
     // An exception is an answer as well.
-    setStatistics(failure.kind == PollFailure::Kind::exception
-                      ? counted(statistics_, {counter, &PollerStatistics::responses})
-                      : counted(statistics_, {counter}));
+    setStatistics(failure->kind == PollFailure::Kind::exception
+                      ? counted(requested, {counter, &PollerStatistics::responses})
+                      : counted(requested, {counter}));
     // A listener cannot fix what the hint suggests; the other master's settings decide.
-    if (!listening_ && (failure.kind == PollFailure::Kind::timeout ||
-                        failure.kind == PollFailure::Kind::crcMismatch)) {
+    if (!listening_ && (failure->kind == PollFailure::Kind::timeout ||
+                        failure->kind == PollFailure::Kind::crcMismatch)) {
         ++consecutiveFailures_;
         if (consecutiveFailures_ >= 3 && !noResponseHintDismissed_) {
             setShowNoResponseHint(true);
@@ -313,18 +323,29 @@ void PollerModel::countFailure(PollFailure failure) {
 void PollerModel::takeValues(std::span<const Datapoint> points, const ReadBlock& block,
                              const ReadData& data, const QDateTime& time, double duration,
                              std::vector<Uuid>& changed) {
-    for (const Datapoint& point : points) {
-        if (!block.covers(point)) {
-            continue;
-        }
-        auto decoded = ReadPlanner::value(point, block, data);
-        if (!decoded) {
-            continue;
-        }
-        status_[point.id] = {decoded->value, std::move(decoded->raw), std::nullopt, time, duration};
-        changed.push_back(point.id);
-        recordSample(point.id, {time, decoded->value});
-    }
+    forEachDecoded(
+        points, block, data, [&](const Datapoint& point, ReadPlanner::DecodedValue read) {
+            status_[point.id] = {read.value, std::move(read.raw), std::nullopt, time, duration};
+            changed.push_back(point.id);
+            recordSample(point.id, {time, read.value});
+        });
+}
+
+void PollerModel::takeWritten(std::span<const Datapoint> points, const ReadBlock& block,
+                              const ReadData& written, const QDateTime& time,
+                              std::vector<Uuid>& changed) {
+    forEachDecoded(points, block, written,
+                   [&](const Datapoint& point, const ReadPlanner::DecodedValue& decoded) {
+                       holdWritten(point.id, decoded.value, time);
+                       changed.push_back(point.id);
+                   });
+}
+
+void PollerModel::holdWritten(const Uuid& datapointID, const Value& value, const QDateTime& time) {
+    PointStatus& entry = status_[datapointID];
+    entry.value = value;
+    entry.failure.reset();
+    entry.updated = time;
 }
 
 void PollerModel::markFailed(std::span<const Datapoint> points, const ReadBlock& block,
@@ -342,8 +363,9 @@ void PollerModel::markFailed(std::span<const Datapoint> points, const ReadBlock&
 }
 
 void PollerModel::handleRead(const PollerEvent::Read& read, const QDateTime& time) {
-    const std::optional<PollFailure> failure =
-        read.result ? std::nullopt : std::optional(read.result.error().failure);
+    // Counted even when its poll was removed while it was in flight: the request went out, and
+    // every request counted has its outcome counted too.
+    const std::optional<PollFailure> failure = failureOf(read.result);
     countRequest(failure);
 
     const auto poll = std::find_if(polls_.begin(), polls_.end(), [&](const Poll& candidate) {
@@ -395,7 +417,7 @@ void PollerModel::write(const Datapoint& target, const Value& value) {
 }
 
 void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& time) {
-    countRequest(wrote.result ? std::nullopt : std::optional(wrote.result.error().failure));
+    countRequest(failureOf(wrote.result));
 
     std::optional<PendingWrite> record;
     if (const auto found = pendingWrites_.find(wrote.token); found != pendingWrites_.end()) {
@@ -406,10 +428,7 @@ void PollerModel::handleWrote(const PollerEvent::Wrote& wrote, const QDateTime& 
 
     if (wrote.result) {
         if (record && current != nullptr) {
-            PointStatus& entry = status_[current->id];
-            entry.value = record->value;
-            entry.failure.reset();
-            entry.updated = time;
+            holdWritten(current->id, record->value, time);
             statusDidChange({current->id});
             appendLog(LogLine::writeConfirmed(*current, record->value, NumberStyle::current(),
                                               wrote.duration),
