@@ -138,10 +138,12 @@ void PollerModel::stop() {
         engine_.reset();
     }
     lostPortWatcher_.reset();
+    // Cleared before the state changes: whatever redraws on it must not see a stopped listener.
+    const bool wasListening = std::exchange(listening_, false);
     setState(PollerState::stopped);
     setShowNoResponseHint(false);
     pendingWrites_.clear();
-    if (std::exchange(listening_, false)) {
+    if (wasListening) {
         // The bus meter keeps the last reading's figures, summed up when that reading stopped.
         appendLog(LogLine::listeningStopped());
         return;

@@ -1,6 +1,7 @@
 #include "ModelFixture.h"
 
 #include <filesystem>
+#include <optional>
 #include <tuple>
 
 namespace kestrin::ModelTesting {
@@ -58,9 +59,13 @@ TEST_F(PollerModelListening, NeedsOnlyAPortKeepsReadingOutRefusesWritesAndStopsO
     EXPECT_EQ(model->state(), PollerState::listening);
     EXPECT_EQ(countInLog("Reading started"), 0);
 
+    // A view redrawn on the state change must already see a stopped listener.
+    std::optional<bool> listeningWhenStopped;
+    QObject::connect(model.get(), &PollerModel::stateChanged,
+                     [&] { listeningWhenStopped = model->isListening(); });
     model->toggleListening();
     model->stop();
-    EXPECT_FALSE(model->isListening());
+    EXPECT_EQ(listeningWhenStopped, false);
     EXPECT_EQ(model->state(), PollerState::stopped);
     EXPECT_EQ(countInLog("--- Listening stopped ---"), 1);
     EXPECT_EQ(countInLog("Reading stopped"), 0);
