@@ -37,13 +37,23 @@ std::size_t bytesToTell(ByteView front) {
     }
 }
 
-// The bytes the front still lacks to be a whole frame, by the longer of its two readings.
-std::size_t missingBytes(ByteView front) {
+// The bytes the front still lacks to be a whole frame: by the awaited answer's length where the
+// front is that answer, else by the longer of its two readings. A length read from noise can be
+// far beyond any frame (an FC24 count of 0xFFFF), and waiting for it would hold every frame
+// behind the noise for seconds.
+std::size_t missingBytes(ByteView front, std::optional<std::size_t> awaited) {
+    const auto lacking = [&](std::size_t whole) {
+        return whole > front.size() ? whole - front.size() : 0;
+    };
+    if (awaited) {
+        return lacking(*awaited);
+    }
     std::size_t missing = bytesToTell(front);
     for (const auto length :
          {RTUFrame::expectedRequestLength(front), RTUFrame::expectedResponseLength(front)}) {
-        if (length && static_cast<std::size_t>(*length) > front.size()) {
-            missing = std::max(missing, static_cast<std::size_t>(*length) - front.size());
+        if (length) {
+            missing = std::max(
+                missing, lacking(std::min(static_cast<std::size_t>(*length), RTUFrame::maxSize)));
         }
     }
     return missing;
@@ -55,27 +65,43 @@ TimedSplitter::TimedSplitter(int baudRate, int bitsPerCharacter)
     : baudRate_(baudRate)
     , bitsPerCharacter_(bitsPerCharacter) {}
 
-std::vector<TimedSplitter::Frame> TimedSplitter::append(ByteView chunk, Arrival at) {
-    std::vector<Frame> frames;
-    // In pieces of one largest frame, each drained before the next is taken in.
-    while (!chunk.empty()) {
-        const ByteView piece = chunk.first(std::min(chunk.size(), RTUFrame::maxSize));
-        splitter_.append(piece);
-        held_.push_back({piece.size(), at});
-        chunk = chunk.subspan(piece.size());
-        drain(false, frames);
+void TimedSplitter::append(ByteView chunk, Arrival at) {
+    if (chunk.empty()) {
+        return;
     }
-    return frames;
+    unfed_.insert(unfed_.end(), chunk.begin(), chunk.end());
+    held_.push_back({chunk.size(), at});
 }
 
-std::vector<TimedSplitter::Frame> TimedSplitter::quiet(Clock::time_point now) {
-    std::vector<Frame> frames;
-    // Each cut leaves a new front, which may be a frame still on its way and need longer.
-    for (auto deadline = silenceDeadline(); deadline && now >= *deadline;
-         deadline = silenceDeadline()) {
-        drain(true, frames);
+std::optional<TimedSplitter::Frame> TimedSplitter::next() {
+    for (;;) {
+        auto frame = decide(false);
+        if (!frame && splitter_.buffer().size() > undecidedLimit) {
+            frame = decide(true);
+        }
+        if (frame) {
+            return dated(std::move(*frame));
+        }
+        if (unfed_.empty()) {
+            return std::nullopt;
+        }
+        // A piece of one largest frame at a time keeps the buffer below the splitter's limit.
+        const auto piece = static_cast<std::ptrdiff_t>(std::min(unfed_.size(), RTUFrame::maxSize));
+        splitter_.append(ByteView(unfed_).first(static_cast<std::size_t>(piece)));
+        unfed_.erase(unfed_.begin(), unfed_.begin() + piece);
     }
-    return frames;
+}
+
+std::optional<TimedSplitter::Frame> TimedSplitter::quiet(Clock::time_point now) {
+    const auto deadline = silenceDeadline();
+    if (!deadline || now < *deadline) {
+        return std::nullopt;
+    }
+    auto frame = decide(true);
+    if (!frame) {
+        return next();
+    }
+    return dated(std::move(*frame));
 }
 
 std::optional<TimedSplitter::Clock::time_point> TimedSplitter::silenceDeadline() const {
@@ -85,23 +111,60 @@ std::optional<TimedSplitter::Clock::time_point> TimedSplitter::silenceDeadline()
     return held_.back().at.steady + silenceNeeded();
 }
 
-void TimedSplitter::drain(bool afterSilence, std::vector<Frame>& out) {
-    for (;;) {
-        auto frame = splitter_.next(false);
-        if (!frame && (afterSilence || splitter_.buffer().size() > undecidedLimit)) {
-            // One cut only: what follows it is judged afresh.
-            frame = splitter_.next(true);
-            afterSilence = false;
-        }
-        if (!frame) {
-            return;
-        }
-        out.push_back(dated(std::move(*frame)));
+std::optional<TimedSplitter::Clock::time_point> TimedSplitter::heldSince() const {
+    if (held_.empty()) {
+        return std::nullopt;
     }
+    return held_.front().at.steady;
+}
+
+std::optional<FrameSplitter::Frame> TimedSplitter::decide(bool afterSilence) {
+    const ByteView buffer(splitter_.buffer());
+    const auto length = awaitedLength();
+    if (length && buffer.size() >= *length) {
+        if (RTUFrame::hasValidCRC(buffer.first(*length))) {
+            return takeFront(FrameSplitter::Frame::Kind::response, *length);
+        }
+    } else if (length && !afterSilence) {
+        // The rest of the answer may still come; its first bytes are not a request.
+        return std::nullopt;
+    }
+    if (auto frame = splitter_.next(false)) {
+        return frame;
+    }
+    if (!afterSilence) {
+        return std::nullopt;
+    }
+    // The awaited answer broken on the way: its length still tells where what follows starts.
+    if (length && buffer.size() >= *length) {
+        return takeFront(FrameSplitter::Frame::Kind::garbage, *length);
+    }
+    return splitter_.next(true);
+}
+
+std::optional<std::size_t> TimedSplitter::awaitedLength() const {
+    return frontIsAwaited() ? awaited_->length : std::nullopt;
+}
+
+bool TimedSplitter::frontIsAwaited() const {
+    const Bytes& buffer = splitter_.buffer();
+    return awaited_ && buffer.size() >= 2 && buffer[0] == awaited_->unit &&
+           buffer[1] == awaited_->function;
+}
+
+FrameSplitter::Frame TimedSplitter::takeFront(FrameSplitter::Frame::Kind kind, std::size_t count) {
+    // FrameSplitter cuts only by its own readings: the rest goes to a fresh one.
+    const ByteView buffer(splitter_.buffer());
+    FrameSplitter::Frame frame{kind, Bytes(buffer.begin(), buffer.begin() + count)};
+    FrameSplitter rest;
+    rest.append(buffer.subspan(count));
+    splitter_ = std::move(rest);
+    return frame;
 }
 
 TimedSplitter::Frame TimedSplitter::dated(FrameSplitter::Frame frame) {
-    Arrival end = held_.front().at;
+    const Arrival start = held_.front().at;
+    Arrival end = start;
     for (std::size_t left = frame.bytes.size(); left > 0;) {
         Held& front = held_.front();
         end = front.at;
@@ -112,13 +175,17 @@ TimedSplitter::Frame TimedSplitter::dated(FrameSplitter::Frame frame) {
             held_.pop_front();
         }
     }
-    return {frame.kind, std::move(frame.bytes), end};
+    return {frame.kind, std::move(frame.bytes), start, end};
 }
 
 TimedSplitter::Clock::duration TimedSplitter::silenceNeeded() const {
     const Clock::duration silence =
         SerialTiming::duration(SerialTiming::interFrameDelay(baudRate_, bitsPerCharacter_));
-    const std::size_t missing = missingBytes(splitter_.buffer());
+    // Nothing tells when an awaited answer of this function ends: it may come in bursts too.
+    if (frontIsAwaited() && !awaited_->length) {
+        return silence + burstAllowance;
+    }
+    const std::size_t missing = missingBytes(splitter_.buffer(), awaitedLength());
     if (missing == 0) {
         return silence;
     }

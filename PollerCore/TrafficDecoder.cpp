@@ -10,16 +10,22 @@ TrafficDecoder::TrafficDecoder(int baudRate, int bitsPerCharacter, double timeou
 
 std::vector<PollerEvent> TrafficDecoder::hear(ByteView chunk, Arrival at) {
     std::vector<PollerEvent> events = pass(at.steady);
-    decide(splitter_.append(chunk, at), events);
+    splitter_.append(chunk, at);
+    hearDecided(events);
     return events;
 }
 
 std::vector<PollerEvent> TrafficDecoder::pass(Clock::time_point now) {
     std::vector<PollerEvent> events;
     for (auto next = nextDeadline(); next && *next <= now; next = nextDeadline()) {
-        decide(splitter_.quiet(*next), events);
-        for (PollerEvent& event : conversation_.giveUp(*next)) {
-            events.push_back(std::move(event));
+        if (next == splitter_.silenceDeadline()) {
+            if (auto frame = splitter_.quiet(*next)) {
+                hearFrame(std::move(*frame), events);
+            }
+            hearDecided(events);
+        } else {
+            moveInto(conversation_.giveUp(*next), events);
+            splitter_.await(conversation_.awaited());
         }
     }
     return events;
@@ -28,18 +34,29 @@ std::vector<PollerEvent> TrafficDecoder::pass(Clock::time_point now) {
 std::optional<TrafficDecoder::Clock::time_point> TrafficDecoder::nextDeadline() const {
     const auto silence = splitter_.silenceDeadline();
     const auto timeout = conversation_.deadline();
-    if (silence && timeout) {
-        return std::min(*silence, *timeout);
+    // Bytes that arrived before the time-out may be the answer: they are judged first, and the
+    // wait counted to their arrival.
+    if (!timeout || (silence && *splitter_.heldSince() <= *timeout)) {
+        return silence;
     }
-    return silence ? silence : timeout;
+    return silence ? std::min(*silence, *timeout) : timeout;
 }
 
-void TrafficDecoder::decide(std::vector<TimedSplitter::Frame> frames,
-                            std::vector<PollerEvent>& out) {
-    for (TimedSplitter::Frame& frame : frames) {
-        for (PollerEvent& event : conversation_.hear(std::move(frame))) {
-            out.push_back(std::move(event));
-        }
+void TrafficDecoder::hearDecided(std::vector<PollerEvent>& out) {
+    while (auto frame = splitter_.next()) {
+        hearFrame(std::move(*frame), out);
+    }
+}
+
+void TrafficDecoder::hearFrame(TimedSplitter::Frame frame, std::vector<PollerEvent>& out) {
+    moveInto(conversation_.hear(std::move(frame)), out);
+    // Told after every frame: the next may be this request's answer.
+    splitter_.await(conversation_.awaited());
+}
+
+void TrafficDecoder::moveInto(std::vector<PollerEvent> events, std::vector<PollerEvent>& out) {
+    for (PollerEvent& event : events) {
+        out.push_back(std::move(event));
     }
 }
 

@@ -31,7 +31,10 @@ public:
     std::optional<Clock::time_point> nextDeadline() const;
 
 private:
-    void decide(std::vector<TimedSplitter::Frame> frames, std::vector<PollerEvent>& out);
+    // Hears every frame the splitter decides without silence.
+    void hearDecided(std::vector<PollerEvent>& out);
+    void hearFrame(TimedSplitter::Frame frame, std::vector<PollerEvent>& out);
+    static void moveInto(std::vector<PollerEvent> events, std::vector<PollerEvent>& out);
 
     TimedSplitter splitter_;
     Conversation conversation_;
