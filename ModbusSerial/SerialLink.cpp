@@ -38,6 +38,14 @@ int pollMilliseconds(Clock::duration wait) {
         std::max<Clock::rep>(0, std::chrono::ceil<std::chrono::milliseconds>(wait).count()));
 }
 
+// ppoll's time-out: exact; a negative wait only looks.
+timespec timespecOf(Clock::duration wait) {
+    const Clock::duration left = std::max(wait, Clock::duration::zero());
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
+    return {static_cast<time_t>(seconds.count()),
+            static_cast<long>(std::chrono::nanoseconds(left - seconds).count())};
+}
+
 SerialLinkError error(SerialLinkError::Case value) {
     return SerialLinkError{std::move(value)};
 }
@@ -300,23 +308,13 @@ Result<Bytes, SerialLinkError> SerialLink::listen(Clock::duration wait) {
     if (fd_ == -1) {
         return error(SerialLinkError::NotOpen{});
     }
+    // ppoll, not the terminal's poll, which counts whole milliseconds: the device is watched for
+    // the exact wait, so bytes end it, and are dated, as they arrive.
+    std::array<pollfd, 2> fds{{{fd_, POLLIN, 0}, {cancelFd(), POLLIN, 0}}};
+    const timespec time = timespecOf(wait);
+    const int ready = ::ppoll(fds.data(), fds.size(), &time, nullptr);
     Bytes received;
-    const Clock::time_point deadline = Clock::now() + wait;
-    // poll counts whole milliseconds: it waits those, the rest is slept precisely, and then the
-    // device is looked at once more without waiting.
-    if (const auto whole = std::chrono::floor<std::chrono::milliseconds>(wait); whole.count() > 0) {
-        auto input = awaitInput(received, whole);
-        if (!input) {
-            return input.error();
-        }
-        if (input.value() != Input::silence) {
-            return received;
-        }
-    }
-    if (!sleepUntil(deadline)) {
-        return error(SerialLinkError::Cancelled{});
-    }
-    if (auto input = awaitInput(received, Clock::duration::zero()); !input) {
+    if (auto input = takeInput(fds[0], fds[1], ready, received); !input) {
         return input.error();
     }
     return received;
@@ -421,19 +419,24 @@ Result<SerialLink::Input, SerialLinkError> SerialLink::awaitInput(Bytes& receive
                                                                   Clock::duration wait) {
     std::array<pollfd, 2> fds{{{fd_, POLLIN, 0}, {cancelFd(), POLLIN, 0}}};
     const int ready = terminal_.poll(fds.data(), fds.size(), pollMilliseconds(wait));
+    return takeInput(fds[0], fds[1], ready, received);
+}
+
+Result<SerialLink::Input, SerialLinkError>
+SerialLink::takeInput(const pollfd& device, const pollfd& cancel, int ready, Bytes& received) {
     if (ready < 0) {
         if (errno == EINTR) {
             return Input::interrupted;
         }
         return error(SerialLinkError::Disconnected{});
     }
-    if (fds[1].revents != 0) {
+    if (cancel.revents != 0) {
         return error(SerialLinkError::Cancelled{});
     }
     if (ready == 0) {
         return Input::silence;
     }
-    if ((fds[0].revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
+    if ((device.revents & (POLLERR | POLLHUP | POLLNVAL)) != 0) {
         return error(SerialLinkError::Disconnected{});
     }
     const ssize_t count = terminal_.read(fd_, buffer_.data(), buffer_.size());
@@ -463,10 +466,7 @@ bool SerialLink::sleepUntil(Clock::time_point until) const {
     for (;;) {
         // Compared before subtracting: until may be the distant past.
         const Clock::time_point now = Clock::now();
-        const Clock::duration left = until > now ? until - now : Clock::duration::zero();
-        const auto seconds = std::chrono::floor<std::chrono::seconds>(left);
-        const timespec time{static_cast<time_t>(seconds.count()),
-                            static_cast<long>(std::chrono::nanoseconds(left - seconds).count())};
+        const timespec time = timespecOf(until > now ? until - now : Clock::duration::zero());
         pollfd cancelled{cancel_->fd(), POLLIN, 0};
         const int ready = ::ppoll(&cancelled, 1, &time, nullptr);
         if (ready >= 0) {

@@ -71,8 +71,9 @@ public:
     Result<Bytes, SerialLinkError> restOfAnswer();
 
     // The bytes that arrive within wait, returned as soon as there are any; empty on silence, and
-    // early after a signal interrupted the wait. Waits shorter than a millisecond are kept: the
-    // inter-frame silence at 115200 baud is 1.75 ms. Sends nothing.
+    // early after a signal interrupted the wait. Waits shorter than a millisecond are kept (the
+    // inter-frame silence at 115200 baud is 1.75 ms), and bytes coming meanwhile end them.
+    // Sends nothing.
     Result<Bytes, SerialLinkError> listen(std::chrono::steady_clock::duration wait);
 
     // Sends nothing until `until` (indefinitely without one) or until wake is raised, watching the
@@ -109,6 +110,10 @@ private:
     Result<Bytes, SerialLinkError> collectLate(Clock::time_point firstByteBy);
     // One wait of at most `wait` for input, appended to received.
     Result<Input, SerialLinkError> awaitInput(Bytes& received, Clock::duration wait);
+    // What a poll of the device and the cancel signal that returned ready found: bytes are read
+    // and appended to received.
+    Result<Input, SerialLinkError> takeInput(const pollfd& device, const pollfd& cancel, int ready,
+                                             Bytes& received);
     // The silence that ends an answer of unknown length.
     Clock::duration silentGap() const;
     // Sleeps until `until`; false when cancelled first.
