@@ -140,7 +140,7 @@ Result<void, std::string> checkLine(const Parsed& parsed, CliOptions& result) {
     if (const auto typed = parsed.value("timeout-ms")) {
         const std::optional<int> timeoutMs = integerIn(*typed, 1, std::numeric_limits<int>::max());
         if (!timeoutMs) {
-            return L10n::texts().errors.csvInvalidNumber(*typed);
+            return invalid("timeout-ms", *typed);
         }
         result.timeoutMs = *timeoutMs;
     }

@@ -5,6 +5,7 @@
 #include "DatapointImport.h"
 #include "L10n.h"
 #include "PollerModel.h"
+// With QSettings below: the model's environment, destroyed here, holds both by unique_ptr.
 #include "PortScanner.h"
 #include "ProjectStore.h"
 #include "StopSignals.h"
@@ -37,7 +38,7 @@ Result<PollerProject, std::string> csvProject(const QString& path, std::ostream&
     const std::string text = DatapointImport::decodedText(bytes.value());
     DatapointCSV::ImportResult parsed = DatapointCSV::parse(text);
     if (auto question = DatapointImport::question(parsed); !question) {
-        return question.error();
+        return path.toStdString() + ": " + question.error();
     }
     for (const DatapointCSV::ImportIssue& issue : parsed.issues) {
         err << "kestrin-cli: " << path.toStdString() << ": " << L10n::Errors::describe(issue)
@@ -101,14 +102,15 @@ void printHeld(PollerModel& model, bool timestamps, std::ostream& out) {
     print(runs, out);
 }
 
-// A save in the model reports its failure in errorMessage: printed on err, then cleared so that
-// the next save starts afresh. True when there was one.
-bool tookSaveError(PollerModel& model, std::ostream& err) {
+// A save in the model reports its failure in errorMessage, which does not say which file: printed
+// on err after the path, then cleared so that the next save starts afresh. True when there was
+// one.
+bool tookSaveError(PollerModel& model, const std::string& path, std::ostream& err) {
     const std::optional<std::string> message = model.errorMessage();
     if (!message) {
         return false;
     }
-    err << *message << '\n';
+    err << path << ": " << *message << '\n';
     model.setErrorMessage(std::nullopt);
     return true;
 }
@@ -134,11 +136,11 @@ bool saveFiles(PollerModel& model, const PollOptions& options, std::ostream& err
     bool saved = true;
     if (options.historyPath) {
         model.exportHistory(QString::fromStdString(*options.historyPath));
-        saved = !tookSaveError(model, err) && saved;
+        saved = !tookSaveError(model, *options.historyPath, err) && saved;
     }
     if (options.logPath) {
         model.saveLog(QString::fromStdString(*options.logPath));
-        saved = !tookSaveError(model, err) && saved;
+        saved = !tookSaveError(model, *options.logPath, err) && saved;
     }
     return saved;
 }
@@ -159,6 +161,10 @@ void runFor(std::optional<double> seconds) {
 
 ExitCode run(const PollOptions& options, Way way, std::ostream& out, std::ostream& err,
              const Setup& setup) {
+    if (const std::optional<std::string> unwritable = options.unwritableFile()) {
+        err << *unwritable << '\n';
+        return ExitCode::usageError;
+    }
     Result<PollerProject, std::string> loaded = project(options, err);
     if (!loaded) {
         err << loaded.error() << '\n';

@@ -5,8 +5,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace kestrin {
 
@@ -65,7 +69,7 @@ const CommandLine::Syntax pollCommand{
     "--rs485, --timeout-ms and --gap override the project's settings.\n",
     pollOptions,
     "A poll exits 0 when it ran, whatever the device answered; 1 when the history or the log\n"
-    "cannot be written.\n"};
+    "cannot be written at the end; 2, before it starts, when either could not be written now.\n"};
 
 // Nothing is sent, so the delays around sending have nothing to do; the direction still keeps
 // a board's transceiver off the bus.
@@ -91,15 +95,17 @@ const CommandLine::Syntax monitorCommand{
     "--baud, --frame, --rs485 and --timeout-ms override the project's settings.\n",
     monitorOptions,
     "A monitor exits 0 when it ran, whatever it heard; 1 when the history or the log cannot be\n"
-    "written.\n"};
+    "written at the end; 2, before it starts, when either could not be written now.\n"};
 
 constexpr int largestInt = std::numeric_limits<int>::max();
-// A single-shot timer counts whole milliseconds in an int.
+// A single-shot timer counts whole milliseconds in an int: less than one would stop at once.
+constexpr double shortestSeconds = 0.001;
 constexpr double longestSeconds = largestInt / 1000.0;
 // A gap wider than the address space bridges nothing more.
 constexpr int widestGap = std::numeric_limits<std::uint16_t>::max();
 
-// A whole-number option, unchecked when absent; its error shows the number as typed.
+// A whole-number option, unchecked when absent; its error names the option and shows the number
+// as typed.
 Result<std::optional<int>, std::string> wholeNumber(const Parsed& parsed, std::string_view name,
                                                     int minimum, int maximum) {
     const std::optional<std::string> typed = parsed.value(name);
@@ -108,9 +114,34 @@ Result<std::optional<int>, std::string> wholeNumber(const Parsed& parsed, std::s
     }
     const std::optional<int> number = CliOptions::wholeNumber(*typed, minimum, maximum);
     if (!number) {
-        return L10n::texts().errors.csvInvalidNumber(*typed);
+        return L10n::texts().errors.invalidOptionValue("--" + std::string(name), *typed);
     }
     return number;
+}
+
+// The errno that saving at path would fail with now, or 0. The file is written beside its target
+// (through links) and renamed over it, so its folder must take new files; an existing target
+// must be a file this user may write.
+int saveFailure(const std::string& path) {
+    if (path.empty()) {
+        return ENOENT;
+    }
+    std::error_code ignored;
+    std::filesystem::path target = std::filesystem::weakly_canonical(path, ignored);
+    if (target.empty()) {
+        target = path;
+    }
+    struct stat existing {};
+    if (::stat(target.c_str(), &existing) == 0) {
+        if (S_ISDIR(existing.st_mode)) {
+            return EISDIR;
+        }
+        if (::access(target.c_str(), W_OK) != 0) {
+            return errno;
+        }
+    }
+    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
+    return ::access(folder.c_str(), W_OK | X_OK) == 0 ? 0 : errno;
 }
 
 // Which options go together: a port and at most one list.
@@ -146,8 +177,8 @@ Result<void, std::string> checkReading(const Parsed& parsed, PollOptions& result
     result.cycles = cycles.value();
     if (const auto typed = parsed.value("seconds")) {
         const std::optional<double> seconds = toDouble(Datapoint::parseNumber(*typed));
-        if (!seconds || !(*seconds > 0 && *seconds <= longestSeconds)) {
-            return L10n::texts().errors.csvInvalidNumber(*typed);
+        if (!seconds || !(*seconds >= shortestSeconds && *seconds <= longestSeconds)) {
+            return L10n::texts().errors.invalidOptionValue("--seconds", *typed);
         }
         result.seconds = seconds;
     }
@@ -219,6 +250,16 @@ SerialConfiguration PollOptions::serial(const SerialConfiguration& project) cons
         result.rs485 = rs485;
     }
     return result;
+}
+
+std::optional<std::string> PollOptions::unwritableFile() const {
+    for (const std::optional<std::string>& path : {historyPath, logPath}) {
+        if (const int failure = path ? saveFailure(*path) : 0; failure != 0) {
+            return *path + ": " +
+                   L10n::texts().errors.saveFailed(L10n::Errors::systemMessage(failure));
+        }
+    }
+    return std::nullopt;
 }
 
 const CommandLine::Syntax& PollOptions::syntax() {

@@ -43,6 +43,11 @@ struct PollOptions {
     // line.
     SerialConfiguration serial(const SerialConfiguration& project) const;
 
+    // The history and the log are written only when the run ends, which may be hours away: the
+    // first of them that could not be written now, in a finished sentence naming it. Asks the
+    // file system, so it is no part of check.
+    std::optional<std::string> unwritableFile() const;
+
     // The options and the help of poll, and of monitor.
     static const CommandLine::Syntax& syntax();
     static const CommandLine::Syntax& monitorSyntax();

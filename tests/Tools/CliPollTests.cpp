@@ -160,8 +160,8 @@ TEST(CliPoll, StopsAtExactlyTheCyclesAskedForWhenAnswersComeFasterThanAFrame) {
 }
 
 // The history's layout is the history writer's; here the files are asked for and written. Then,
-// under a file-size limit of nothing, neither can be written again: both failures are named, the
-// files written before stay as they were, and the exit status is 1.
+// under a file-size limit of nothing, neither can be written again: both failures name their
+// file, the files written before stay as they were, and the exit status is 1.
 TEST(CliPoll, WritesHistoryAndLogOrKeepsTheOldFilesAndExitsOneWhenItCannot) {
     const SimulatorProcess sim = simulator();
     ASSERT_FALSE(sim.port().empty());
@@ -192,8 +192,8 @@ TEST(CliPoll, WritesHistoryAndLogOrKeepsTheOldFilesAndExitsOneWhenItCannot) {
                    {"/bin/sh", "-c",
                     "{ (ulimit -f 0; exec \"$@\") 2>&1 >/dev/null; echo \"exit $?\"; } | cat",
                     "sh"});
-    EXPECT_EQ(ChildProcess::run(limited).out,
-              "Saving failed: File too large\nSaving failed: File too large\nexit 1\n");
+    EXPECT_EQ(ChildProcess::run(limited).out, history + ": Saving failed: File too large\n" + log +
+                                                  ": Saving failed: File too large\nexit 1\n");
     EXPECT_EQ(fileText(history), text);
     EXPECT_EQ(fileText(log), logText);
     EXPECT_EQ(std::remove(history.c_str()), 0);
@@ -315,8 +315,11 @@ TEST(CliPoll, RefusesWhatItCannotRunWithTwoAndAPortItCannotUseWithThree) {
         int exitCode;
         std::string message;
     } rows[] = {
-        {missing + " --csv " + empty, 2, "No datapoints found in this file."},
+        {missing + " --csv " + empty, 2, empty + ": No datapoints found in this file."},
         {missing + list, 3, "Cannot open /dev/ttyKestrinMissing: No such file or directory.\n"},
+        // Before the port: a file that cannot be written ends the run at once, not after it.
+        {missing + list + " --log /nonexistent/log.txt", 2,
+         "/nonexistent/log.txt: Saving failed: No such file or directory\n"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.options);

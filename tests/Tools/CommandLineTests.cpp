@@ -120,13 +120,16 @@ TEST(CommandLine, HelpAlignsTheTableAndAnswersHelpAndVersion) {
     }
 }
 
-// The message for the line of command ("read --port …"), or "" when it is accepted.
+// The message for the line of command ("read --port …"), or "" when it is accepted; a poll or
+// monitor also refuses files it could not write when done.
 std::string refusal(std::string_view line) {
     const std::vector<std::string_view> all = words(line);
     const std::span<const std::string_view> options = std::span(all).subspan(1);
     const std::optional<CliOptions::Command> command = CliOptions::commandNamed(all.front());
-    const CommandLine::Syntax& syntax =
-        command ? CliOptions::syntax(*command) : PollOptions::syntax();
+    const bool monitor = all.front() == "monitor";
+    const CommandLine::Syntax& syntax = command   ? CliOptions::syntax(*command)
+                                        : monitor ? PollOptions::monitorSyntax()
+                                                  : PollOptions::syntax();
     const auto parsed = CommandLine::parse(syntax, options);
     if (!parsed) {
         return parsed.error();
@@ -135,8 +138,12 @@ std::string refusal(std::string_view line) {
         const auto checked = CliOptions::check(*command, parsed.value());
         return checked ? "" : checked.error();
     }
-    const auto checked = PollOptions::check(parsed.value());
-    return checked ? "" : checked.error();
+    const auto checked =
+        monitor ? PollOptions::checkMonitor(parsed.value()) : PollOptions::check(parsed.value());
+    if (!checked) {
+        return checked.error();
+    }
+    return checked.value().unwritableFile().value_or("");
 }
 
 // Which values each option takes is the codecs'; here how each refusal reads.
@@ -144,6 +151,7 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
     const std::string read = "read --port p --table HR --address 0";
     const std::string write = "write --port p --address 0 --value 1 --table";
     const std::string poll = "poll --port p --csv list.csv";
+    const std::string monitor = "monitor --port p --project a";
     const std::pair<std::string, std::string> rows[] = {
         {read + " --baud 0",
          "cannot use the baud rate '0': give a positive whole number, usually one of 1200, 2400, "
@@ -167,7 +175,7 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
         {poll + " --rs485-delays 1,1", "option --rs485 is required"},
         {read + " --order XYZW", "invalid value 'XYZW' for --order"},
         {read + " --format octal", "invalid value 'octal' for --format"},
-        {read + " --timeout-ms 0", "invalid number '0'"},
+        {read + " --timeout-ms 0", "invalid value '0' for --timeout-ms"},
         {read + " --unit 248", "invalid unit ID '248' (1 to 247)"},
         {read + " --address 65536", "invalid address '65536' (0 to 65535)"},
         {"read --port p --table 40001 --address 0", "unknown table '40001' (use CO, DI, HR or IR)"},
@@ -177,13 +185,23 @@ TEST(CliOptions, RefusesEachBadLineWithItsOwnSentence) {
         {"poll --port p", "option --project is required"},
         {poll + " --project a.json", "--project and --csv exclude each other"},
         {poll + " --cycles 2 --seconds 1", "--cycles and --seconds exclude each other"},
-        {poll + " --cycles 0", "invalid number '0'"},
+        {poll + " --cycles 0", "invalid value '0' for --cycles"},
+        {poll + " --seconds 0.0001", "invalid value '0.0001' for --seconds"},
+        {monitor + " --csv b", "--project and --csv exclude each other"},
+        {monitor + " --cycles 1", "unknown option --cycles (see kestrin-cli monitor --help)"},
+        {monitor + " --seconds 0", "invalid value '0' for --seconds"},
+        // Found before the port opens, not when a run of hours ends.
+        {"monitor --port p --test-device --history /nonexistent/h.csv --seconds 30",
+         "/nonexistent/h.csv: Saving failed: No such file or directory"},
+        {poll + " --log " + testing::TempDir(),
+         testing::TempDir() + ": Saving failed: Is a directory"},
         {poll + " --frame 9E1", "invalid value '9E1' for --frame"},
         {poll + " --baud -1", "cannot use the baud rate '-1': give a positive whole number, "
                               "usually one of 1200, 2400, 4800, 9600, 14400, 19200, 38400, "
                               "57600, 115200, 230400"},
         {read, ""},
-        {poll, ""},
+        {poll + " --history " + testing::TempDir() + "h.csv", ""},
+        {monitor, ""},
     };
     inEnglish([&] {
         for (const auto& [line, message] : rows) {
