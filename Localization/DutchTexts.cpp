@@ -22,10 +22,14 @@ constexpr Texts dutch{
         .listenHelp = "Het verkeer van een andere master volgen zonder één byte te zenden (Ctrl+L)",
         .stopListeningHelp = "Meeluisteren stoppen (Ctrl+L)",
         .lockedWhileRunning = "Stop het uitlezen om dit te wijzigen",
+        .lockedWhileListening = "Stop het meeluisteren om dit te wijzigen",
         .demoDevice = "Demo-apparaat (gesimuleerd)",
         .startNeedsPort = "Sluit een seriële poort aan en kies die om te starten",
         .startWaitsForScan = "Apparaten zoeken gebruikt de poort; start wanneer dat klaar is",
         .startNeedsDatapoints = "Voeg datapunten toe aan een actieve poll om te starten",
+        .listenNeedsPort = "Sluit een seriële poort aan en kies die om mee te luisteren",
+        .listenWaitsForScan =
+            "Apparaten zoeken gebruikt de poort; luister mee wanneer dat klaar is",
     },
     .settings =
         {

@@ -21,10 +21,13 @@ constexpr Texts english{
         .listenHelp = "Listen to another master's traffic without sending a byte (Ctrl+L)",
         .stopListeningHelp = "Stop listening (Ctrl+L)",
         .lockedWhileRunning = "Stop reading to change this",
+        .lockedWhileListening = "Stop listening to change this",
         .demoDevice = "Demo device (simulated)",
         .startNeedsPort = "Connect and select a serial port to start",
         .startWaitsForScan = "Find Devices is using the port; start when it is done",
         .startNeedsDatapoints = "Add datapoints to an active poll to start",
+        .listenNeedsPort = "Connect and select a serial port to listen",
+        .listenWaitsForScan = "Find Devices is using the port; listen when it is done",
     },
     .settings =
         {

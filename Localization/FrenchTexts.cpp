@@ -22,6 +22,7 @@ constexpr Texts french{
         .listenHelp = "Écouter le trafic d'un autre maître sans envoyer un seul octet (Ctrl+L)",
         .stopListeningHelp = "Arrêter l'écoute (Ctrl+L)",
         .lockedWhileRunning = "Arrêtez la lecture pour modifier ce réglage",
+        .lockedWhileListening = "Arrêtez l'écoute pour modifier ce réglage",
         .demoDevice = "Appareil de démonstration (simulé)",
         .startNeedsPort = "Branchez et sélectionnez un port série pour démarrer",
         .startWaitsForScan =
@@ -29,6 +30,9 @@ constexpr Texts french{
             "terminée",
         .startNeedsDatapoints = "Ajoutez des points de données à une scrutation active pour "
                                 "démarrer",
+        .listenNeedsPort = "Branchez et sélectionnez un port série pour écouter",
+        .listenWaitsForScan =
+            "Rechercher des appareils occupe le port ; écoutez quand la recherche est terminée",
     },
     .settings =
         {

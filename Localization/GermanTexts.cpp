@@ -23,10 +23,13 @@ constexpr Texts german{
             "Den Verkehr eines anderen Masters mithören, ohne ein Byte zu senden (Strg+L)",
         .stopListeningHelp = "Mithören beenden (Strg+L)",
         .lockedWhileRunning = "Stoppen Sie das Lesen, um dies zu ändern",
+        .lockedWhileListening = "Beenden Sie das Mithören, um dies zu ändern",
         .demoDevice = "Demogerät (simuliert)",
         .startNeedsPort = "Zum Starten eine serielle Schnittstelle anschließen und wählen",
         .startWaitsForScan = "Geräte suchen belegt den Port; starten, sobald es fertig ist",
         .startNeedsDatapoints = "Zum Starten Datenpunkte in einer aktiven Abfrage anlegen",
+        .listenNeedsPort = "Zum Mithören eine serielle Schnittstelle anschließen und wählen",
+        .listenWaitsForScan = "Geräte suchen belegt den Port; mithören, sobald es fertig ist",
     },
     .settings =
         {

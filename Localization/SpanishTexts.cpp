@@ -22,10 +22,13 @@ constexpr Texts spanish{
         .listenHelp = "Escuchar el tráfico de otro maestro sin enviar un solo byte (Control+L)",
         .stopListeningHelp = "Dejar de escuchar (Control+L)",
         .lockedWhileRunning = "Detenga la lectura para cambiar este ajuste",
+        .lockedWhileListening = "Deje de escuchar para cambiar este ajuste",
         .demoDevice = "Dispositivo de demostración (simulado)",
         .startNeedsPort = "Conecte y seleccione un puerto serie para iniciar",
         .startWaitsForScan = "Buscar dispositivos ocupa el puerto; inicie cuando termine",
         .startNeedsDatapoints = "Añada puntos de datos a un sondeo activo para iniciar",
+        .listenNeedsPort = "Conecte y seleccione un puerto serie para escuchar",
+        .listenWaitsForScan = "Buscar dispositivos ocupa el puerto; escuche cuando termine",
     },
     .settings =
         {

@@ -104,11 +104,15 @@ struct Texts {
     X(Literal, listenHelp)                                                                         \
     X(Literal, stopListeningHelp)                                                                  \
     X(Literal, lockedWhileRunning)                                                                 \
+    X(Literal, lockedWhileListening)                                                               \
     X(Literal, demoDevice) /* the name of the simulated device of --demo */                        \
     /* Beside a Start that is off: no port; Find Devices has it; no active poll has datapoints. */ \
     X(Literal, startNeedsPort)                                                                     \
     X(Literal, startWaitsForScan)                                                                  \
-    X(Literal, startNeedsDatapoints)
+    X(Literal, startNeedsDatapoints)                                                               \
+    /* Why Listen is off, for assistive technology: no port; Find Devices has it. */               \
+    X(Literal, listenNeedsPort)                                                                    \
+    X(Literal, listenWaitsForScan)
         KESTRIN_TEXT_GROUP(KESTRIN_HEADER_TEXTS_KEYS)
     };
 

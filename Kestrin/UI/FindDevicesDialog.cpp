@@ -3,6 +3,7 @@
 #include "FaintText.h"
 #include "FinderResults.h"
 #include "L10n.h"
+#include "PollerCommands.h"
 #include "PollerModel.h"
 #include "QtText.h"
 #include "RTUFrame.h"
@@ -267,13 +268,14 @@ void FindDevicesDialog::refresh() {
     const bool running = finder_.isRunning();
     const bool reading = model_.state() != PollerState::stopped;
     const bool tablesChosen = std::ranges::any_of(mapTables_, &QCheckBox::isChecked);
+    const QString lockedTip = qt(PollerCommands::of(model_).lockedTip());
     scans_->setEnabled(!running && !reading);
-    scans_->setToolTip(reading ? qt(texts.header.lockedWhileRunning()) : QString());
+    scans_->setToolTip(lockedTip);
     locked_->setVisible(reading);
     start_->setText(qt(running ? texts.import.cancel() : texts.header.start()));
     start_->setEnabled(running ||
                        (finder_.canScan() && (scans_->currentIndex() != 2 || tablesChosen)));
-    start_->setToolTip(reading                         ? qt(texts.header.lockedWhileRunning())
+    start_->setToolTip(reading                         ? lockedTip
                        : model_.selectedPath().empty() ? qt(texts.header.startNeedsPort())
                                                        : QString());
     progress_->setVisible(running);

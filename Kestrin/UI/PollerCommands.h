@@ -1,6 +1,9 @@
 #pragma once
 
+#include "L10n.h"
 #include "PollerModel.h"
+
+#include <string>
 
 namespace kestrin {
 
@@ -21,6 +24,14 @@ struct PollerCommands {
                 .listening = listening,
                 .startEnabled = reading || (stopped && model.canStart()),
                 .listenEnabled = listening || (stopped && model.canListen())};
+    }
+
+    // Why the line's settings are off, naming what to stop; empty while stopped.
+    std::string lockedTip() const {
+        const auto& header = L10n::texts().header;
+        return listening ? header.lockedWhileListening()
+               : reading ? header.lockedWhileRunning()
+                         : std::string();
     }
 };
 

@@ -3,6 +3,7 @@
 #include "FaintText.h"
 #include "L10n.h"
 #include "Parity.h"
+#include "PollerCommands.h"
 #include "PollerModel.h"
 #include "QtText.h"
 #include "WriteMode.h"
@@ -226,7 +227,7 @@ void SerialSettingsPopover::refreshRS485(bool locked) {
     if (direction) {
         select(rtsLevel_, direction->rtsHighWhileSending ? 1 : 0, QString());
     }
-    const QString lockedTip = locked ? qt(L10n::texts().header.lockedWhileRunning()) : QString();
+    const QString lockedTip = qt(PollerCommands::of(model_).lockedTip());
     rs485_->setEnabled(!locked);
     rs485_->setToolTip(lockedTip);
     for (QWidget* field : std::initializer_list<QWidget*>{rtsLevel_, delayBefore_, delayAfter_}) {
@@ -253,18 +254,18 @@ void SerialSettingsPopover::refresh() {
     select(writeMode_, int(model_.writeMode()), QString());
 
     const bool locked = model_.state() != PollerState::stopped;
-    const QString lockedTip = qt(L10n::texts().header.lockedWhileRunning());
+    const QString lockedTip = qt(PollerCommands::of(model_).lockedTip());
     for (QWidget* control : std::initializer_list<QWidget*>{
              dataBits_, parity_, stopBits_, modbusDefault_, timeout_, gap_, writeMode_}) {
         control->setEnabled(!locked);
     }
-    setToolTip(locked ? lockedTip : QString());
+    setToolTip(lockedTip);
     timeout_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.timeoutHelp()));
     gap_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.combineHelp()));
     writeMode_->setToolTip(locked ? lockedTip : qt(L10n::texts().settings.writeModeHelp()));
     for (QWidget* control :
          std::initializer_list<QWidget*>{dataBits_, parity_, stopBits_, modbusDefault_}) {
-        control->setToolTip(locked ? lockedTip : QString());
+        control->setToolTip(lockedTip);
     }
     refreshRS485(locked);
 }

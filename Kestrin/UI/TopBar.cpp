@@ -37,6 +37,16 @@ QString obstacleText(std::optional<PollerModel::StartObstacle> obstacle) {
     return qt(L10n::texts().header.startNeedsDatapoints());
 }
 
+// Listening needs no datapoints, so only the port can hold it back.
+QString listenObstacleText(std::optional<PollerModel::StartObstacle> obstacle) {
+    if (!obstacle) {
+        return {};
+    }
+    const auto& header = L10n::texts().header;
+    return qt(obstacle == PollerModel::StartObstacle::portLent ? header.listenWaitsForScan()
+                                                               : header.listenNeedsPort());
+}
+
 // Prominent: white on the fill while the button can be pressed. The disabled group keeps the
 // style's own colours, so a button that is off looks off.
 void fill(QPushButton* button, const QPalette& base, const QColor& colour) {
@@ -209,7 +219,7 @@ void TopBar::refreshState() {
     startReason_->setVisible(!reason.isEmpty());
     startStop_->setAccessibleDescription(reason);
     refreshListen(commands, stopped);
-    refreshLocks(stopped);
+    refreshLocks(commands, stopped);
 }
 
 // Plain beside Start, which most users want; orange only while it stops listening.
@@ -219,7 +229,8 @@ void TopBar::refreshListen(const PollerCommands& commands, bool stopped) {
     listen_->setIcon(commands.listening ? Icons::symbol(Symbol::stop) : QIcon());
     listen_->setToolTip(qt(commands.listening ? header.stopListeningHelp() : header.listenHelp()));
     listen_->setEnabled(commands.listenEnabled);
-    listen_->setAccessibleDescription(stopped ? obstacleText(model_.listenObstacle()) : QString());
+    listen_->setAccessibleDescription(stopped ? listenObstacleText(model_.listenObstacle())
+                                              : QString());
     if (commands.listening) {
         fill(listen_, palette(), LogPalette::fillOrange());
     } else {
@@ -227,12 +238,12 @@ void TopBar::refreshListen(const PollerCommands& commands, bool stopped) {
     }
 }
 
-void TopBar::refreshLocks(bool stopped) {
-    const QString lockedTip = qt(L10n::texts().header.lockedWhileRunning());
+void TopBar::refreshLocks(const PollerCommands& commands, bool stopped) {
+    const QString lockedTip = qt(commands.lockedTip());
     port_->setEnabled(stopped);
     baud_->setEnabled(stopped);
-    port_->setToolTip(stopped ? QString() : lockedTip);
-    baud_->setToolTip(stopped ? QString() : lockedTip);
+    port_->setToolTip(lockedTip);
+    baud_->setToolTip(lockedTip);
     frame_->setToolTip(stopped ? qt(L10n::texts().header.frameSettingsHelp()) : lockedTip);
 }
 

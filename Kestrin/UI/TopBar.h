@@ -41,7 +41,7 @@ private:
     void refreshBaud();
     void refreshState();
     void refreshListen(const PollerCommands& commands, bool stopped);
-    void refreshLocks(bool stopped);
+    void refreshLocks(const PollerCommands& commands, bool stopped);
 
     PollerModel& model_;
     QComboBox* port_;

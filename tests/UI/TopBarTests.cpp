@@ -59,18 +59,21 @@ TEST(PortPicker, NamesWhatIsPresentAndWhatIsMissingAndPassesOnWhatIsChosen) {
 }
 
 // Which situations allow a start or listening is the model's rule; here that the bar shows its
-// answers, and the reason for a Start that is off, which a Listen that is off shares.
+// answers, and the reason for each button that is off.
 TEST(StartAndListen, AreOnlyOnWhenTheModelAllowsAndSayWhyNot) {
-    using Row = std::tuple<std::vector<std::string>, PollerProject, bool, QString>;
+    using Row = std::tuple<std::vector<std::string>, PollerProject, QString, QString>;
     const Row rows[] = {
-        {{}, PollerProject::firstRun(), false, "Connect and select a serial port to start"},
-        {{"/dev/ttyS0"}, PollerProject::firstRun(), true, ""},
+        {{},
+         PollerProject::firstRun(),
+         "Connect and select a serial port to start",
+         "Connect and select a serial port to listen"},
+        {{"/dev/ttyS0"}, PollerProject::firstRun(), "", ""},
         {{"/dev/ttyS0"},
          project({poll("Empty", {})}),
-         true,
-         "Add datapoints to an active poll to start"},
+         "Add datapoints to an active poll to start",
+         ""},
     };
-    for (const auto& [ports, start, listens, why] : rows) {
+    for (const auto& [ports, start, why, whyNotListen] : rows) {
         SCOPED_TRACE(why.toStdString());
         auto model = withPorts(ports, ports.empty() ? "" : ports.front(), start);
         TopBar bar(*model);
@@ -80,15 +83,26 @@ TEST(StartAndListen, AreOnlyOnWhenTheModelAllowsAndSayWhyNot) {
         auto* reason = child<ElidedLine>(bar, "startReason");
         const bool on = why.isEmpty();
         EXPECT_EQ(button->isEnabled(), on);
-        EXPECT_EQ(listen->isEnabled(), listens);
+        EXPECT_EQ(listen->isEnabled(), whyNotListen.isEmpty());
         EXPECT_EQ(listen->text(), "Listen");
-        EXPECT_EQ(listen->accessibleDescription(), listens ? QString() : why);
+        EXPECT_EQ(listen->accessibleDescription(), whyNotListen);
         EXPECT_EQ(reason->isVisible(), !on);
         EXPECT_EQ(reason->text(), why);
         // The colour it is drawn in: the program's own only while it can be pressed.
         const QPalette::ColorGroup drawn = on ? QPalette::Active : QPalette::Disabled;
         EXPECT_EQ(button->palette().color(drawn, QPalette::Button) == LogPalette::accent(), on);
     }
+}
+
+// The controls of the line's settings, in the bar and its popover.
+std::vector<QWidget*> lineSettings(TopBar& bar) {
+    std::vector<QWidget*> controls{child(bar, "portPicker"), child(bar, "baudPicker")};
+    for (const char* name :
+         {"dataBitsPicker", "parityPicker", "stopBitsPicker", "timeoutPicker", "gapPicker",
+          "writeModePicker", "modbusDefaultButton", "rs485Switch"}) {
+        controls.push_back(child(*bar.serialSettings(), name));
+    }
+    return controls;
 }
 
 // Reading and listening lock the same settings, and each is stopped by its own button while the
@@ -101,18 +115,14 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
     auto model = makeModel(std::move(slow));
     model->addTestDevice(terminal.path(), "terminal");
     TopBar bar(*model);
-    SerialSettingsPopover* settings = bar.serialSettings();
-    std::vector<QWidget*> locked{child(bar, "portPicker"), child(bar, "baudPicker")};
-    for (const char* name :
-         {"dataBitsPicker", "parityPicker", "stopBitsPicker", "timeoutPicker", "gapPicker",
-          "writeModePicker", "modbusDefaultButton", "rs485Switch"}) {
-        locked.push_back(child(*settings, name));
-    }
-    const auto lockedWhile = [&](bool running) {
-        for (QWidget* control : locked) {
+    // Unlocked without a tip; locked with one naming what to stop.
+    const auto lockedWith = [&](const QString& tip) {
+        for (QWidget* control : lineSettings(bar)) {
             SCOPED_TRACE(control->objectName().toStdString());
-            EXPECT_EQ(control->isEnabled(), !running);
-            EXPECT_EQ(control->toolTip() == "Stop reading to change this", running);
+            EXPECT_EQ(control->isEnabled(), tip.isEmpty());
+            EXPECT_TRUE(tip.isEmpty() ? !control->toolTip().endsWith("to change this")
+                                      : control->toolTip() == tip)
+                << control->toolTip().toStdString();
         }
     };
     auto* start = child<QPushButton>(bar, "startStopButton");
@@ -123,18 +133,19 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
         return table.index(0, DatapointTableModel::status).data().toString();
     };
     using Row = std::tuple<void (PollerModel::*)(), PollerState, QPushButton*, QPushButton*,
-                           QString, QString>;
+                           QString, QString, QString>;
     const Row rows[] = {
-        {&PollerModel::start, PollerState::running, start, listen, "Reading", "Stop"},
-        {&PollerModel::listen, PollerState::listening, listen, start, "Listening",
-         "Stop Listening"},
+        {&PollerModel::start, PollerState::running, start, listen, "Reading", "Stop",
+         "Stop reading to change this"},
+        {&PollerModel::listen, PollerState::listening, listen, start, "Listening", "Stop Listening",
+         "Stop listening to change this"},
     };
-    for (const auto& [begin, state, own, other, stateText, stopText] : rows) {
+    for (const auto& [begin, state, own, other, stateText, stopText, tip] : rows) {
         SCOPED_TRACE(stateText.toStdString());
         (model.get()->*begin)();
         ASSERT_TRUE(waitUntil([&] { return model->state() == state; }))
             << model->errorMessage().value_or("");
-        lockedWhile(true);
+        lockedWith(tip);
         EXPECT_EQ(firstStatus(), "Waiting…");
         EXPECT_TRUE(child<ElidedLine>(bar, "startReason")->text().isEmpty());
         EXPECT_EQ(child(bar, "statusDot")->toolTip(), stateText);
@@ -148,7 +159,7 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
         const std::chrono::duration<double> blocked = std::chrono::steady_clock::now() - clicked;
         EXPECT_EQ(model->state(), PollerState::stopped);
         EXPECT_LT(blocked.count(), 1.0) << "the window froze for the time-out";
-        lockedWhile(false);
+        lockedWith(QString());
         EXPECT_EQ(firstStatus(), "—");
         EXPECT_EQ(child(bar, "statusDot")->toolTip(), "Stopped");
         EXPECT_TRUE(start->isEnabled() && listen->isEnabled());
