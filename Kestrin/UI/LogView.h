@@ -19,6 +19,8 @@ public:
     explicit LogView(OutputBuffer& buffer, QWidget* parent = nullptr);
 
     void scrollToEnd();
+    // Keeps the text below pixels at the top that something else shows over.
+    void setTopMargin(int pixels) { setViewportMargins(0, pixels, 0, 0); }
 
 signals:
     // The user pressed the find shortcut inside the log.

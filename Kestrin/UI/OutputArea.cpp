@@ -45,13 +45,19 @@ bool OutputArea::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
+// The notices sit in a margin the log keeps free above its text: a notice that stays for a whole
+// session of listening must not hide the log's first lines.
 void OutputArea::placeOverlays() {
-    // Over the text, clear of the scroll bar.
+    const int width = log_->viewport()->width();
+    const int noticesHeight = notices_->isHidden() ? 0 : notices_->heightFor(width);
+    // Moves the viewport, whose event calls this again with the margin already in place.
+    log_->setTopMargin(noticesHeight);
+    // Clear of the scroll bar.
     const QRect text(log_->geometry().topLeft() + log_->viewport()->geometry().topLeft(),
                      log_->viewport()->size());
     empty_->setVisible(model_.outputIsEmpty());
-    empty_->setGeometry(text);
-    notices_->setGeometry(text.x(), text.y(), text.width(), notices_->heightFor(text.width()));
+    empty_->setGeometry(text.adjusted(0, -noticesHeight, 0, 0));
+    notices_->setGeometry(text.x(), text.y() - noticesHeight, text.width(), noticesHeight);
     empty_->raise();
     notices_->raise();
 }

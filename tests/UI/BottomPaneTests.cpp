@@ -9,6 +9,7 @@
 #include "QtText.h"
 #include "UIFixture.h"
 
+#include <QScrollBar>
 #include <QTextCursor>
 
 namespace kestrin::UITesting {
@@ -76,7 +77,8 @@ TEST(BottomPane, WelcomeMessageShowsEveryWrappedLineAtAnyWidthInEveryLanguage) {
     }
 }
 
-TEST(BottomPane, NoticesFollowTheReadingState) {
+// The listening notice stays all session long: the log keeps its lines below the notices.
+TEST(BottomPane, NoticesFollowTheReadingStateAndHideNoLineOfTheLog) {
     Testing::QuietTerminal terminal;
     ASSERT_FALSE(terminal.path().empty());
     const Poll poll = Testing::poll("Meter", {});
@@ -104,6 +106,21 @@ TEST(BottomPane, NoticesFollowTheReadingState) {
     EXPECT_EQ(lost->text(), qt(L10n::texts().notice.serialLost()));
     model->stop();
     EXPECT_FALSE(lost->isVisible());
+
+    model->listen();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->state() == PollerState::listening; }, 5000));
+    EXPECT_TRUE(child(pane, "listeningNotice")->isVisible());
+    for (const char* line : {"--- one ---", "--- two ---", "--- three ---"}) {
+        model->appendLog({{LogSegment::Kind::system, line}});
+    }
+    auto* log = child<LogView>(pane);
+    QCoreApplication::processEvents();
+    log->verticalScrollBar()->setValue(0);
+    QWidget* notices = child(pane, "noticeOverlays");
+    const QRect firstLine = log->cursorRect(QTextCursor(log->document()));
+    EXPECT_GE(log->viewport()->mapTo(&pane, firstLine.topLeft()).y(),
+              notices->mapTo(&pane, QPoint(0, notices->height())).y());
+    model->stop();
 }
 
 // The chart's period, chosen in the pane, too.
