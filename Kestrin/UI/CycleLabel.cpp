@@ -3,6 +3,7 @@
 #include "L10n.h"
 #include "LogPalette.h"
 #include "PollBudgets.h"
+#include "PollerCommands.h"
 #include "PollerModel.h"
 #include "QtText.h"
 
@@ -79,7 +80,8 @@ void CycleLabel::refresh() {
     const BusBudget::Turnarounds turnarounds = PollBudgets::turnarounds(model_.busMeter());
     const auto budget = PollBudgets::of(polls, model_.serial(), model_.maxGap(), turnarounds,
                                         model_.handoverSeconds());
-    if (selected == polls.end() || !budget) {
+    // While listening the other master sets the pace: a cycle of Kestrin's own says nothing.
+    if (selected == polls.end() || !budget || PollerCommands::of(model_).listening) {
         hide();
         return;
     }

@@ -71,7 +71,7 @@ TEST(CycleLabel, FollowsTheIntervalTheSerialSettingsTheTimeoutAndTheDatapoints) 
 using CycleLabelReading = ModelTesting::QuietReading;
 
 // HR 100-101 at 9600 8E1: 17 characters of 19.5 ms and 4 ms of silence. Unit 1 answering 30 ms
-// after each request replaces the 5 ms assumed until then.
+// after each request replaces the 5 ms assumed until then. Listening, Kestrin has no cycle.
 TEST_F(CycleLabelReading, PlansAUnitWithTheTurnaroundMeasuredWhileReading) {
     model->setSelectedPollID(points);
     PollTabBar bar(*model);
@@ -84,6 +84,12 @@ TEST_F(CycleLabelReading, PlansAUnitWithTheTurnaroundMeasuredWhileReading) {
         << label->text().toStdString();
     EXPECT_TRUE(label->toolTip().startsWith("Turnaround as measured while reading for unit 1\n"))
         << label->toolTip().toStdString();
+    model->stop();
+    model->listen();
+    ASSERT_TRUE(ModelTesting::waitUntil([&] { return model->state() == PollerState::listening; }));
+    EXPECT_TRUE(settled(label)->isHidden());
+    model->stop();
+    EXPECT_FALSE(settled(label)->isHidden());
 }
 
 } // namespace
