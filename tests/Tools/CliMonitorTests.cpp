@@ -1,6 +1,7 @@
 #include "BusRelay.h"
 #include "ChildProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -88,42 +89,26 @@ std::map<std::string, std::vector<std::string>> historyValues(const std::string&
 }
 
 // The stream another master made reading boiler.csv, with an exception, a request nothing
-// answered, a write, noise and a broken answer among the answers. Without a list every frame is
-// still logged and counted, and no datapoint takes a value.
+// answered, a write, noise and a broken answer among the answers. The log's formats and the
+// pairing are the engine's and the model's tests; here that they reach the terminal and the
+// files. Without a list every frame is still logged and counted, and no datapoint takes a value.
 TEST(CliMonitor, LogsCountsAndRecordsWhatAReplayedLineCarried) {
     const std::string history = temporaryPath("heard.csv");
-    const std::string holding = "→ Unit 1 · FC 03 Read holding registers · HR 0–1";
-    const std::string input = "→ Unit 1 · FC 04 Read input registers · IR 0";
-    const std::vector<std::string> untilTheWrite{
-        holding,
-        "← Unit 1 · FC 03 Read holding registers · 04 12 34 FB 2E",
-        input,
-        "← Unit 1 · FC 04 Read input registers · 02 00 EA",
-        holding,
-        "✕ Unit 1 · FC 03 Read holding registers HR 0–1 · Illegal data address (02)",
-        input,
-        "✕ Unit 1 · FC 04 Read input registers IR 0 · No response",
-        "→ Unit 1 · FC 06 Write single register · HR 0",
-        "← Unit 1 · FC 06 Write single register · 00 00 12 35"};
-    const std::vector<std::string> afterTheWrite{
-        "⚠ Fits no request · FF 00",
-        holding,
-        "✕ Unit 1 · FC 03 Read holding registers HR 0–1 · CRC error in the response",
-        input,
-        "← Unit 1 · FC 04 Read input registers · 02 00 EB",
-        "--- Listening stopped ---",
-        "Requests 7 · Responses 5 · No response 1 · Exceptions 1 · Invalid 1"};
+    const std::string stopped = "--- Listening stopped ---";
+    const std::string counted =
+        "Requests 7 · Responses 5 · No response 1 · Exceptions 1 · Invalid 1";
     const struct {
         std::string list;
-        std::vector<std::string> written;
+        std::vector<std::string> logged;
         std::map<std::string, std::vector<std::string>> values;
     } rows[] = {
         {"--csv " + boiler,
-         {"✎ Unit 1 · Word = 4661"},
-         {{"boiler/Word", {"4660", "4661"}},
+         {"✕ Unit 1 · FC 04 Read input registers IR 0 · No response", "✎ Unit 1 · Word = 4661"},
+         // A write heard sets the value as Kestrin's own does, without a sample.
+         {{"boiler/Word", {"4660"}},
           {"boiler/Signed word", {"-1234"}},
           {"boiler/Temperature", {"23.4", "23.5"}}}},
-        {"", {}, {}},
+        {"", {"⚠ Fits no request · FF 00"}, {}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.list);
@@ -136,18 +121,22 @@ TEST(CliMonitor, LogsCountsAndRecordsWhatAReplayedLineCarried) {
                                     history + " " + row.list));
         EXPECT_EQ(result.exitCode, 0);
         EXPECT_EQ(result.err, "");
-        std::vector<std::string> expected{"--- Listening on " + sim.port() + " @ 9600 8E1 ---"};
-        expected.insert(expected.end(), untilTheWrite.begin(), untilTheWrite.end());
-        expected.insert(expected.end(), row.written.begin(), row.written.end());
-        expected.insert(expected.end(), afterTheWrite.begin(), afterTheWrite.end());
-        EXPECT_EQ(lines(result.out), expected);
+        const std::vector<std::string> output = lines(result.out);
+        ASSERT_GE(output.size(), 3U) << result.out;
+        EXPECT_EQ(output.front(), "--- Listening on " + sim.port() + " @ 9600 8E1 ---");
+        EXPECT_EQ(std::vector(output.end() - 2, output.end()),
+                  (std::vector<std::string>{stopped, counted}));
+        for (const std::string& line : row.logged) {
+            EXPECT_NE(std::ranges::find(output, line), output.end()) << line;
+        }
         EXPECT_EQ(historyValues(history), row.values);
     }
     EXPECT_EQ(std::remove(history.c_str()), 0);
 }
 
 // Read every 20 ms at 19200 8N1: HR 0–2 in one request, IR 0, a coil, a discrete input, and
-// HR 300, which the device lacks (exception 02).
+// HR 300, which the device lacks (exception 02). The coil is CO 5, off where DI 0 is on, so that
+// coils heard as discrete inputs or the other way round read wrong.
 std::string lineProject() {
     const std::string path = temporaryPath("line.json");
     std::ofstream(path) << R"({"polls": [{"name": "Line", "intervalMs": 20, "datapoints": [
@@ -157,7 +146,7 @@ std::string lineProject() {
          "scale": 0.1},
         {"name": "Temperature", "table": "inputRegister", "address": 0, "dataType": "int16",
          "scale": 0.1},
-        {"name": "Pump", "table": "coil", "address": 0, "dataType": "bool"},
+        {"name": "Pump", "table": "coil", "address": 5, "dataType": "bool"},
         {"name": "Alarm", "table": "discreteInput", "address": 0, "dataType": "bool"},
         {"name": "Missing", "table": "holdingRegister", "address": 300}]}],
         "serial": {"baudRate": 19200, "dataBits": 8, "parity": "none", "stopBits": 1},
