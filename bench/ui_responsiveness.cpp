@@ -643,7 +643,8 @@ std::optional<Source> startSource(const Options& options, const QTemporaryDir& w
             return std::nullopt;
         }
         source.project = std::move(project).value();
-        arguments = {"--replay", options.listen};
+        // Ample time to open and flush the line before the first byte, as listen-keep-up gives.
+        arguments = {"--replay", options.listen, "--replay-delay-ms", "1000"};
     }
     source.simulator = Simulator::start(options.simulator, arguments);
     if (!source.simulator) {
