@@ -1,12 +1,10 @@
 #include "ChildProcess.h"
+#include "ToolOutput.h"
 
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <regex>
-#include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -19,23 +17,12 @@ namespace {
 
 const std::string fixtures = KESTRIN_TOOLS_FIXTURES;
 
-std::vector<std::string> outputLines(const std::string& text) {
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        result.push_back(line);
-    }
-    return result;
-}
-
 // two-polls.json read every 20 ms: two single registers a cycle at 19200 8N1.
 std::string fastProject() {
-    std::ifstream file(fixtures + "/two-polls.json");
-    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::string text = ToolOutput::fileText(fixtures + "/two-polls.json");
     const std::string interval = "\"intervalMs\": 200";
     text.replace(text.find(interval), interval.size(), "\"intervalMs\": 20");
-    const std::string path =
-        ::testing::TempDir() + "kestrin-bus-" + std::to_string(::getpid()) + ".json";
+    const std::string path = ToolOutput::temporaryPath("bus.json");
     std::ofstream(path) << text;
     return path;
 }
@@ -69,7 +56,7 @@ TEST(CliBus, PollEndsWithTheTurnaroundEachUnitTook) {
         const ChildProcess::ProcessResult result = ChildProcess::run(
             ChildProcess::cliOn(sim.port(), "poll", row.poll + " --only-problems"));
         ASSERT_EQ(result.exitCode, 0) << result.err;
-        std::vector<std::string> lines = outputLines(result.out);
+        std::vector<std::string> lines = ToolOutput::lines(result.out);
         if (!row.turnaroundMs) {
             ASSERT_FALSE(lines.empty());
             EXPECT_TRUE(lines.back().starts_with(row.statistics)) << result.out;

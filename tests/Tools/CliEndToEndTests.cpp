@@ -1,6 +1,7 @@
 #include "../ModbusCore/HexBytes.h"
 #include "ChildProcess.h"
 #include "RTUFrame.h"
+#include "ToolOutput.h"
 
 #include <algorithm>
 #include <chrono>
@@ -10,7 +11,6 @@
 #include <regex>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -76,8 +76,7 @@ TEST(CliEndToEnd, ReadsEachTableWithTheTypeOrderScaleAndFormatAskedFor) {
 
 // That the device keeps what is written is the slave device's; here the request that arrives.
 TEST(CliEndToEnd, WritesCoilsAndRegistersInTheModeAskedFor) {
-    const std::string ledger =
-        ::testing::TempDir() + "kestrin-cli-ledger-" + std::to_string(::getpid()) + ".jsonl";
+    const std::string ledger = ToolOutput::temporaryPath("ledger.jsonl");
     const SimulatorProcess simulator(simulatorArguments("--ledger " + ledger));
     ASSERT_FALSE(simulator.port().empty());
     const struct {
@@ -142,8 +141,7 @@ TEST(CliEndToEnd, ReadsAndWritesAsOneJsonObjectALine) {
 
 // Past 125 registers one request cannot hold them all: the values must still come in order.
 TEST(CliEndToEnd, ReadsACountOfValuesInAsFewRequestsAsTheLimitAllows) {
-    const std::string base =
-        ::testing::TempDir() + "kestrin-cli-count-" + std::to_string(::getpid());
+    const std::string base = ToolOutput::temporaryPath("count");
     {
         std::ofstream list(base + ".csv");
         list << "Name,Unit ID,Table,Address,Data type,Word order,Scale,Unit,Format,Value,"

@@ -1,18 +1,17 @@
 #include "BusRelay.h"
 #include "ChildProcess.h"
+#include "ToolOutput.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <regex>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -32,25 +31,9 @@ const std::string fixtures = KESTRIN_TOOLS_FIXTURES;
 // HR 0–1 (0x1234, 0xFB2E) and IR 0 (0x00EA) of unit 1.
 const std::string boiler = fixtures + "/boiler.csv";
 
-std::string temporaryPath(const std::string& name) {
-    return ::testing::TempDir() + "kestrin-monitor-" + std::to_string(::getpid()) + "-" + name;
-}
-
-std::string fileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-// The output's lines without the durations, which vary from run to run.
-std::vector<std::string> lines(const std::string& text) {
-    static const std::regex duration("  \\(\\d+ ms\\)$");
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        result.push_back(std::regex_replace(line, duration, ""));
-    }
-    return result;
-}
+using ToolOutput::fileText;
+using ToolOutput::lines;
+using ToolOutput::temporaryPath;
 
 // Requests, Responses, No response, Exceptions and Invalid of the statistics line.
 using Statistics = std::array<std::int64_t, 5>;

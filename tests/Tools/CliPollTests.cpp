@@ -1,14 +1,11 @@
 #include "ChildProcess.h"
+#include "ToolOutput.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <optional>
-#include <regex>
-#include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -42,27 +39,15 @@ std::vector<std::string> pollCommand(const std::string& port, const std::string&
     return ChildProcess::cliOn(port, "poll", "--timeout-ms 3000 --no-timestamps " + options);
 }
 
-// The output's lines without the durations, which vary from run to run, and without the
-// summaries of what each unit took that follow the statistics, which CliBusTests checks.
+using ToolOutput::fileText;
+using ToolOutput::temporaryPath;
+
+// Without the summaries of what each unit took that follow the statistics, which CliBusTests
+// checks.
 std::vector<std::string> lines(const std::string& text) {
-    static const std::regex duration("  \\(\\d+ ms\\)$");
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        if (!line.starts_with("Unit ")) {
-            result.push_back(std::regex_replace(line, duration, ""));
-        }
-    }
+    std::vector<std::string> result = ToolOutput::lines(text);
+    std::erase_if(result, [](const std::string& line) { return line.starts_with("Unit "); });
     return result;
-}
-
-std::string fileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::string temporaryPath(const std::string& name) {
-    return ::testing::TempDir() + "kestrin-poll-" + std::to_string(::getpid()) + "-" + name;
 }
 
 TEST(CliPoll, LogsStartTheLinesOfTheCyclesAskedForStopAndTheStatistics) {

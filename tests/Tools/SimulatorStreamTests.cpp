@@ -3,6 +3,7 @@
 #include "RecordedStream.h"
 #include "SerialTiming.h"
 #include "TextFileReader.h"
+#include "ToolOutput.h"
 
 #include <chrono>
 #include <csignal>
@@ -28,9 +29,7 @@ using test::hexBytes;
 
 const std::string fixtures = KESTRIN_TOOLS_FIXTURES;
 
-std::string temporaryPath(const std::string& name) {
-    return ::testing::TempDir() + "kestrin-stream-" + std::to_string(::getpid()) + "-" + name;
-}
+using ToolOutput::temporaryPath;
 
 std::vector<Chunk> recording(const std::string& path) {
     const auto parsed = RecordedStream::parse(TextFileReader::read(path).value());
