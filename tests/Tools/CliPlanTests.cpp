@@ -96,12 +96,11 @@ TEST(CliPlan, TextIsInTheUsersLanguage) {
     std::filesystem::remove(project);
 }
 
+// Which baud rates give no plan is the budget's test; here that one is refused.
 TEST(CliPlan, RefusesWithoutPrintingAPlan) {
     const std::string noBaudRate = projectAt(0);
-    const std::string negativeBaudRate = projectAt(-9600);
     for (const std::string& line :
-         {"--project " + noBaudRate, "--project " + negativeBaudRate + " --json",
-          "--project " + twoPolls + " --turnaround-ms -1",
+         {"--project " + noBaudRate, "--project " + twoPolls + " --turnaround-ms -1",
           "--project " + twoPolls + " --handover-ms 256"}) {
         const ProcessResult result = plan(line);
         EXPECT_EQ(result.exitCode, 2) << line;
@@ -109,26 +108,19 @@ TEST(CliPlan, RefusesWithoutPrintingAPlan) {
         EXPECT_FALSE(result.err.empty()) << line;
     }
     std::filesystem::remove(noBaudRate);
-    std::filesystem::remove(negativeBaudRate);
 }
 
-// The same words as poll --project gives, and nothing on standard output.
+// The same words as poll --project gives, and nothing on standard output. Why a project cannot
+// be read is the project store's to say, for both commands alike.
 TEST(CliPlan, AProjectThatCannotBeReadIsRefusedAsPollRefusesIt) {
-    char name[] = "/tmp/kestrin-plan-XXXXXX";
-    const int fd = mkstemp(name);
-    ASSERT_GE(fd, 0);
-    close(fd);
-    std::ofstream(name) << "{\"polls\": 3}";
-    for (const std::string& path : {std::string(name), fixtures + "/absent.json"}) {
-        const ProcessResult planned = plan("--project " + path + " --json");
-        const ProcessResult polled = ChildProcess::run(
-            ChildProcess::cliOn("/dev/null", "poll", "--project " + path + " --cycles 1"));
-        EXPECT_EQ(planned.exitCode, 2) << path;
-        EXPECT_EQ(planned.out, "") << path;
-        EXPECT_FALSE(planned.err.empty()) << path;
-        EXPECT_EQ(planned.err, polled.err) << path;
-    }
-    std::filesystem::remove(name);
+    const std::string path = fixtures + "/absent.json";
+    const ProcessResult planned = plan("--project " + path + " --json");
+    const ProcessResult polled = ChildProcess::run(
+        ChildProcess::cliOn("/dev/null", "poll", "--project " + path + " --cycles 1"));
+    EXPECT_EQ(planned.exitCode, 2);
+    EXPECT_EQ(planned.out, "");
+    EXPECT_FALSE(planned.err.empty());
+    EXPECT_EQ(planned.err, polled.err);
 }
 
 } // namespace
