@@ -155,7 +155,8 @@ bool TimedSplitter::frontIsAwaited() const {
 FrameSplitter::Frame TimedSplitter::takeFront(FrameSplitter::Frame::Kind kind, std::size_t count) {
     // FrameSplitter cuts only by its own readings: the rest goes to a fresh one.
     const ByteView buffer(splitter_.buffer());
-    FrameSplitter::Frame frame{kind, Bytes(buffer.begin(), buffer.begin() + count)};
+    const ByteView front = buffer.first(count);
+    FrameSplitter::Frame frame{kind, Bytes(front.begin(), front.end())};
     FrameSplitter rest;
     rest.append(buffer.subspan(count));
     splitter_ = std::move(rest);

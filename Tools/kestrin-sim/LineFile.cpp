@@ -1,6 +1,7 @@
 #include "LineFile.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <utility>
 
@@ -24,10 +25,10 @@ void LineFile::append(std::string_view line) {
     if (file_ == nullptr) {
         return;
     }
-    std::fwrite(line.data(), 1, line.size(), file_);
-    std::fputc('\n', file_);
+    const bool buffered = std::fwrite(line.data(), 1, line.size(), file_) == line.size() &&
+                          std::fputc('\n', file_) != EOF;
     // A full disk is said once, not at every line.
-    if (std::fflush(file_) != 0 && !failed_) {
+    if ((!buffered || std::fflush(file_) != 0) && !failed_) {
         failed_ = true;
         std::fprintf(stderr, "kestrin-sim: writing %s failed: %s\n", what_.c_str(),
                      std::strerror(errno));
