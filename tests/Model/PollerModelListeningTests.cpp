@@ -71,7 +71,9 @@ TEST_F(PollerModelListening, NeedsOnlyAPortKeepsReadingOutRefusesWritesAndStopsO
     EXPECT_EQ(countInLog("Reading stopped"), 0);
 }
 
-// Port discovery never announces a pseudo-terminal: a link made anew counts as back at once.
+// A port back before the engine noticed its loss: nothing will announce its return, so it is
+// reopened at once, in the mode it was lost in; reading comes back the same way. Port discovery
+// never announces a pseudo-terminal: a link made anew counts as back.
 TEST_F(PollerModelListening, APortLostWhileListeningResumesListening) {
     const std::string link = file("ttyKestrinSim").toStdString();
     const SimulatorProcess linked{ChildProcess::sim({"--link", link})};

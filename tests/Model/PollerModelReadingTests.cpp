@@ -136,24 +136,6 @@ TEST_F(PollerModelReading, LostPortResumesWhenItOpensAgainAtTheSamePath) {
     ASSERT_TRUE(waitUntil([&] { return model->statistics().responses > responses; }));
 }
 
-// A device back before the engine noticed the loss: nothing will announce its return. A link to
-// a pseudo-terminal counts once it has been made anew; the old one may lead to a stranger's.
-TEST_F(PollerModelReading, LostPortThatIsBackWhenTheLossArrivesIsReopened) {
-    const std::string link = file("ttyKestrinSim").toStdString();
-    const auto simulator = serve(served, {"--link", link});
-    create(reading);
-    startReading(link);
-    const std::filesystem::path target = std::filesystem::read_symlink(link);
-    std::filesystem::remove(link);
-    std::filesystem::create_symlink(target, link);
-
-    model->handleEvent({PollerEvent::SerialLost{link}});
-    EXPECT_EQ(model->state(), PollerState::serialLost);
-    ASSERT_TRUE(waitUntil([&] { return model->state() == PollerState::running; }));
-    EXPECT_EQ(countInLog("--- Serial port open again ---"), 1);
-    EXPECT_EQ(countInLog("--- Reading started on " + link), 2);
-}
-
 SerialPortInfo ftdiAt(std::string path, std::optional<std::string> serial) {
     SerialPortInfo port{std::move(path), "FT232R USB UART", 0x0403, 0x6001, serial};
     if (serial) {
