@@ -121,7 +121,7 @@ TEST(CliMonitor, LogsCountsAndRecordsWhatAReplayedLineCarried) {
 // HR 300, which the device lacks (exception 02). The coil is CO 5, off where DI 0 is on, so that
 // coils heard as discrete inputs or the other way round read wrong.
 std::string lineProject() {
-    const std::string path = temporaryPath("line.json");
+    std::string path = temporaryPath("line.json");
     std::ofstream(path) << R"({"polls": [{"name": "Line", "intervalMs": 20, "datapoints": [
         {"name": "Word", "table": "holdingRegister", "address": 0},
         {"name": "Signed word", "table": "holdingRegister", "address": 1, "dataType": "int16"},

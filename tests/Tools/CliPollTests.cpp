@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <string>
@@ -138,7 +139,7 @@ TEST(CliPoll, StopsAtExactlyTheCyclesAskedForWhenAnswersComeFasterThanAFrame) {
     ASSERT_FALSE(sim.port().empty());
     const ProcessResult result =
         ChildProcess::run(pollCommand(sim.port(), "--project " + project + " --cycles 25 --json"));
-    std::remove(project.c_str());
+    std::filesystem::remove(project);
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(lines(result.out).size(), 50U);
     EXPECT_NE(result.err.find("Requests 50 · Responses 50"), std::string::npos) << result.err;

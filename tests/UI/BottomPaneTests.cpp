@@ -167,7 +167,7 @@ TEST(BottomPane, LogOptionsChangeTheModel) {
 
 using Kind = LogSegment::Kind;
 
-void appendLine(OutputBuffer& buffer, std::vector<LogSegment> line) {
+void appendLine(OutputBuffer& buffer, const std::vector<LogSegment>& line) {
     buffer.append(line);
 }
 

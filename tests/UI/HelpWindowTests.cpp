@@ -163,7 +163,7 @@ TEST(QtTranslation, TextsAndHelpWriteShortcutsAsTheMenusDoInEveryLanguage) {
                   std::pair{"start", "Ctrl+Shift+S"}, std::pair{"polls", "Ctrl+T"}}) {
                 const auto found = HelpTopic::matching(topics, "(" + menuText(shortcut) + ")");
                 EXPECT_TRUE(std::any_of(found.begin(), found.end(),
-                                        [&](const HelpTopic& t) { return t.id == id; }))
+                                        [&, id = id](const HelpTopic& t) { return t.id == id; }))
                     << id << " " << menuText(shortcut);
             }
 

@@ -143,7 +143,7 @@ TEST(TopBarLock, LineSettingsLockWhileReadingOrListeningAndStopDoesNotWaitForThe
     for (const auto& [begin, state, own, other, stateText, stopText, tip] : rows) {
         SCOPED_TRACE(stateText.toStdString());
         (model.get()->*begin)();
-        ASSERT_TRUE(waitUntil([&] { return model->state() == state; }))
+        ASSERT_TRUE(waitUntil([&, state = state] { return model->state() == state; }))
             << model->errorMessage().value_or("");
         lockedWith(tip);
         EXPECT_EQ(firstStatus(), "Waiting…");
